@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Text drawing as the logic describes it; whoever implements `Canvas` turns it into the drawing
+/// of its toolkit.
+namespace platform {
+
+/// Components from 0 to 1, not multiplied by alpha.
+struct Color {
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+    double alpha = 1;
+
+    friend bool operator==(const Color&, const Color&) = default;
+};
+
+/// In points; which way y grows is the canvas's business.
+struct Point {
+    double x = 0;
+    double y = 0;
+
+    friend bool operator==(const Point&, const Point&) = default;
+};
+
+struct Font {
+    enum Trait : unsigned { italic = 1, bold = 2 };
+
+    /// Empty for the system's own font.
+    std::string family;
+    /// A sum of traits.
+    unsigned traits = 0;
+    /// From 0 to 15; 5 is regular, 9 bold.
+    int weight = 5;
+    /// In points.
+    double size = 0;
+
+    friend bool operator==(const Font&, const Font&) = default;
+};
+
+/// What is absent is left to the canvas.
+struct TextAttributes {
+    std::optional<Font> font;
+    std::optional<Color> foregroundColor;
+
+    friend bool operator==(const TextAttributes&, const TextAttributes&) = default;
+};
+
+class Canvas {
+public:
+    virtual ~Canvas() = default;
+    virtual void drawText(std::string_view text, Point point, const TextAttributes& attributes) = 0;
+};
+
+} // namespace platform

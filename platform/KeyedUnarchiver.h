@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Archivable.h"
+
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// What reading an archive gave.
+struct Unarchived {
+    /// The root object; absent when the file is broken as a file, or the root is of no known class.
+    Value root;
+    /// Why the root is absent, in words for a log; empty when it is present.
+    std::string fault;
+    /// How many present fields could not be what was asked for and read as empty instead, and in
+    /// words what the first of them was.
+    std::size_t misreadFields = 0;
+    std::string firstMisreadField;
+};
+
+/// Reads keyed archives in binary property lists, written by any program, and trusts no number in
+/// them: memory and time are bounded by the size of the file. A file that is broken as a file
+/// gives nothing at all; a field that is absent, or of a kind that cannot be what is asked for,
+/// reads as empty (0, false, nothing) and the rest of the object is still read.
+///
+/// Each slot's object is made once, so that sharing survives. An object that contains itself reads
+/// as absent at that point. Bytes that are not valid text become U+FFFD.
+class KeyedUnarchiver {
+public:
+    /// Files beyond this size are refused.
+    static constexpr std::uint64_t sizeLimit = std::uint64_t{2} << 30;
+    /// Objects nested deeper than this read as absent.
+    static constexpr int depthLimit = 256;
+    /// Records with more keys than this are refused.
+    static constexpr int keyLimit = 256;
+
+    [[nodiscard]] static Unarchived unarchive(std::span<const std::byte> bytes,
+                                              const ClassTable& classes);
+    /// Reads the file at `path`; one that is missing or unreadable gives a fault.
+    [[nodiscard]] static Unarchived unarchiveFile(const std::filesystem::path& path,
+                                                  const ClassTable& classes);
+
+    KeyedUnarchiver(const KeyedUnarchiver&) = delete;
+    KeyedUnarchiver& operator=(const KeyedUnarchiver&) = delete;
+
+    [[nodiscard]] Value decodeObject(std::string_view key);
+    /// The same as `decodeObject` for the kind that the name tells, without the detour.
+    [[nodiscard]] std::optional<std::string> decodeText(std::string_view key);
+    [[nodiscard]] std::optional<Number> decodeNumber(std::string_view key);
+    [[nodiscard]] std::int64_t decodeInteger(std::string_view key);
+    /// 0 when the stored integer does not fit.
+    [[nodiscard]] std::int32_t decodeInt32(std::string_view key);
+    [[nodiscard]] bool decodeBool(std::string_view key);
+    [[nodiscard]] float decodeFloat(std::string_view key);
+    [[nodiscard]] double decodeDouble(std::string_view key);
+    /// Bytes of the archive itself, valid while it is read; empty when there are none.
+    [[nodiscard]] std::span<const std::byte> decodeBytes(std::string_view key);
+
+    /// The next value that was written without a key, in order of writing.
+    [[nodiscard]] Value decodeObject();
+    [[nodiscard]] std::int64_t decodeInteger();
+
+private:
+    struct State;
+    explicit KeyedUnarchiver(State& state);
+    State& state_;
+};
+
+} // namespace platform

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <memory>
+
+namespace platform {
+
+/// A piece of work that an operation queue runs once, on its worker thread.
+class Operation {
+public:
+    virtual ~Operation() = default;
+    Operation(const Operation&) = delete;
+    Operation& operator=(const Operation&) = delete;
+
+    /// Must not throw.
+    virtual void main() = 0;
+
+    /// Asks `main` to end early, which looks at it where its own contract says so. Any thread.
+    void cancel() { isCancelled_ = true; }
+    [[nodiscard]] bool isCancelled() const { return isCancelled_; }
+
+    /// Waiting operations of a higher priority run first; equal ones in the order of adding.
+    int queuePriority = 0;
+    /// Runs on the worker thread after `main`, and is then let go. May be empty.
+    std::function<void()> completionBlock;
+
+protected:
+    Operation() = default;
+
+private:
+    std::atomic<bool> isCancelled_ = false;
+};
+
+/// Runs operations one after another on a thread of its own, which starts with the first one.
+/// All members may be called on any thread but the worker's own; the destructor on that too, so
+/// that an operation or its completion may hold the last reference to its queue.
+class OperationQueue {
+public:
+    OperationQueue();
+    /// Waits for the running operation, save on the worker's own thread, and drops those that have
+    /// not begun.
+    ~OperationQueue();
+    OperationQueue(const OperationQueue&) = delete;
+    OperationQueue& operator=(const OperationQueue&) = delete;
+
+    /// The queue shares the operation until it has completed. An absent one is ignored.
+    void addOperation(std::shared_ptr<Operation> operation);
+    void waitUntilAllOperationsAreFinished();
+    [[nodiscard]] bool isIdle() const;
+
+private:
+    struct State;
+    std::shared_ptr<State> state_;
+};
+
+} // namespace platform

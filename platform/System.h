@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Host.h"
+
+/// The parts of a host that are the same on every system.
+namespace platform {
+
+class SystemClock final : public Clock {
+public:
+    [[nodiscard]] Date now() const override;
+};
+
+/// Writes each line whole to the standard error stream; line ends and control characters within a
+/// line become blanks.
+class StandardErrorLog final : public Log {
+public:
+    void line(std::string_view text) override;
+};
+
+} // namespace platform

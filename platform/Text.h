@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+/// Text is UTF-8. Where a length or a position is meant, it counts UTF-16 units, as the formats
+/// and contracts of the program do.
+namespace platform {
+
+[[nodiscard]] bool isValidUtf8(std::string_view bytes);
+/// Each byte sequence that is not UTF-8 becomes one U+FFFD, cut as Unicode recommends.
+[[nodiscard]] std::string repairedUtf8(std::string_view bytes);
+
+/// Unicode's default lower-casing, independent of the locale.
+[[nodiscard]] std::string lowerCased(std::string_view text);
+[[nodiscard]] bool equalIgnoringCase(std::string_view one, std::string_view other);
+
+[[nodiscard]] std::int64_t utf16Length(std::string_view text);
+/// The first `units` UTF-16 units, widened so that no user-perceived character is cut.
+[[nodiscard]] std::string_view wholeCharacterPrefix(std::string_view text, std::int64_t units);
+
+/// Without white space and line ends at both ends.
+[[nodiscard]] std::string_view trimmed(std::string_view text);
+
+/// One character a byte; a character that the encoding lacks becomes "?".
+[[nodiscard]] std::string macRomanFromUtf8(std::string_view text);
+[[nodiscard]] std::string utf8FromMacRoman(std::string_view bytes);
+
+/// From an encoding that ICU knows by name, such as "UTF-16LE"; what is malformed becomes U+FFFD.
+/// Nothing for bytes beyond 2 GiB or an encoding that is unknown.
+[[nodiscard]] std::string utf8FromEncoding(std::string_view bytes, const char* encoding);
+
+/// The text of a raw one-byte code: nothing for 0, U+FFFD from 128 up.
+[[nodiscard]] std::string textOfCode(char code);
+
+} // namespace platform

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Host.h"
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace platform {
+
+/// What bounds a request, and what stands in for the outside world in tests.
+struct URLSessionOptions {
+    /// Without a byte for that long, connecting included, a transfer has failed.
+    std::chrono::milliseconds idleLimit = std::chrono::seconds(60);
+    /// From its first sending on, its redirects included.
+    std::chrono::milliseconds totalLimit = std::chrono::minutes(5);
+    /// Of a body, unpacked, and of all headers of a reply.
+    std::size_t byteLimit = std::size_t{16} << 20;
+    int redirectLimit = 5;
+    /// What the default data server bears.
+    std::size_t pacedPerMinute = 100;
+    std::size_t pacedAtOnce = 4;
+
+    std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
+    /// A file (PEM) of the only authorities to trust, instead of the system's.
+    std::string certificateFile;
+    /// "host:port" to connect to, whatever host and port an address names.
+    std::string connectTo;
+};
+
+/// Requests over HTTP and HTTPS on one background thread, which starts with the first one;
+/// connections are reused, HTTP/2 where the server speaks it.
+///
+/// - An address that the default data server gave up is asked at its successor. Requests to that
+///   server are paced, redirected ones included: those beyond what it bears wait, and the newest
+///   goes first. Waiting does not count against a request's limits.
+/// - Redirects lead from https to https only; a plain http address is never redirected. One that
+///   leads elsewhere, one too many, and any limit exceeded make the transfer incomplete.
+/// - Every certificate is checked. No cookies, stored passwords or credentials. Proxies are those
+///   that the environment names (`https_proxy` and its kin).
+class CurlURLSessions final : public URLSessions {
+public:
+    /// Posts on `center`, which outlives the sessions.
+    explicit CurlURLSessions(NotificationCenter& center, URLSessionOptions options = {});
+    /// Stops.
+    ~CurlURLSessions() override;
+    CurlURLSessions(const CurlURLSessions&) = delete;
+    CurlURLSessions& operator=(const CurlURLSessions&) = delete;
+
+    void startDataTask(const URL& address, CompletionHandler handler) override;
+    void perform(std::function<void()> work) override;
+    [[nodiscard]] std::size_t openRequests() const override;
+
+    /// Waits for a handler that runs, breaks off every transfer and drops what was handed over,
+    /// now and from now on. Any thread but the sessions' own, one at a time.
+    void stop();
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace platform

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Geodesy.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Controls as the logic sees them: a few verbs each. Main thread only. Setting a control from
+/// logic never sends its action.
+namespace platform {
+
+class Button {
+public:
+    virtual ~Button() = default;
+    virtual void setEnabled(bool enabled) = 0;
+};
+
+class TextField {
+public:
+    virtual ~TextField() = default;
+    virtual void setText(const std::string& text) = 0;
+    virtual void setHidden(bool hidden) = 0;
+};
+
+class SegmentedControl {
+public:
+    virtual ~SegmentedControl() = default;
+    virtual void setSelectedSegment(int segment) = 0;
+};
+
+class PopUpButton {
+public:
+    virtual ~PopUpButton() = default;
+    virtual void setEnabled(bool enabled) = 0;
+    virtual void selectItem(int index) = 0;
+};
+
+class MenuItem {
+public:
+    virtual ~MenuItem() = default;
+    /// The check mark.
+    virtual void setState(bool on) = 0;
+};
+
+class SearchField {
+public:
+    virtual ~SearchField() = default;
+    /// Whether the action is sent on every keystroke rather than after a pause.
+    virtual void setSendsSearchStringImmediately(bool immediately) = 0;
+    /// Whether the action waits for the Return key.
+    virtual void setSendsWholeSearchString(bool whole) = 0;
+};
+
+/// Where a control lies in the window, in points from the upper left corner.
+struct Frame {
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+
+    friend bool operator==(const Frame&, const Frame&) = default;
+};
+
+/// A map of the world; an invalid coordinate or region changes nothing.
+class MapView {
+public:
+    virtual ~MapView() = default;
+    virtual void setHidden(bool hidden) = 0;
+    [[nodiscard]] virtual Frame frame() const = 0;
+    /// 0 standard, 1 satellite, 2 hybrid, 3 satellite flyover; 4 shows as 2, others change nothing.
+    virtual void setMapType(std::int64_t type) = 0;
+    /// A place beyond the edge of the map is moved onto it, here and in regions.
+    virtual void setCenterCoordinate(const Location& centre) = 0;
+    /// The least region of the view's shape that holds this one; itself while the view has no size.
+    [[nodiscard]] virtual Region regionThatFits(const Region& region) const = 0;
+    /// Shows it at once, and fits it again when the view changes its size, until the user moves
+    /// the map.
+    virtual void setRegion(const Region& region) = 0;
+};
+
+class WebView {
+public:
+    virtual ~WebView() = default;
+    virtual void setHidden(bool hidden) = 0;
+};
+
+class TableView;
+
+/// Where a table takes its cells from.
+class TableViewDataSource {
+public:
+    virtual ~TableViewDataSource() = default;
+    [[nodiscard]] virtual std::int64_t numberOfRowsInTableView(const TableView& table) const = 0;
+    /// A cell's text; absent for an empty cell.
+    [[nodiscard]] virtual std::optional<std::string>
+    tableView_objectValueForTableColumn_row(const TableView& table, std::string_view column,
+                                            std::int64_t row) const = 0;
+};
+
+/// Whom a table tells what the user does.
+class TableViewDelegate {
+public:
+    virtual ~TableViewDelegate() = default;
+    virtual void tableViewSelectionDidChange(const TableView& table) = 0;
+    [[nodiscard]] virtual bool tableView_shouldEditTableColumn_row(const TableView& table,
+                                                                   std::string_view column,
+                                                                   std::int64_t row) const = 0;
+};
+
+/// A table of rows of which at most one is selected. It asks its data source for the number of
+/// rows at a reload only.
+class TableView {
+public:
+    virtual ~TableView() = default;
+    /// Both are borrowed; null lets go of them.
+    virtual void setDataSource(TableViewDataSource* source) = 0;
+    virtual void setDelegate(TableViewDelegate* delegate) = 0;
+    /// The least width of a column's content, in points; an unknown column is ignored.
+    virtual void setColumnWidth(std::string_view column, double width) = 0;
+    /// Never calls the delegate. A selected row that still exists stays selected; where it is gone
+    /// the selection is empty, and the delegate hears of it once the current operation has
+    /// returned, unless a selection has settled it by then.
+    virtual void reloadData() = 0;
+    /// Selects one row alone and tells the delegate when the selection changed by it; a row
+    /// outside the table empties the selection.
+    virtual void selectRow(std::int64_t row) = 0;
+};
+
+} // namespace platform

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#include "platform/Geodesy.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+
+namespace platform {
+namespace {
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+
+TEST(Geodesy, MeasuresAlongTheEllipsoid) {
+    // Reference values: quarter meridian and equatorial degree of WGS84, and a published example
+    // of the inverse problem (Wellington to Salamanca).
+    struct {
+        Location from, to;
+        double metres;
+    } const rows[] = {
+        {{0, 0}, {90, 0}, 10001965.729},
+        {{0, 179.5}, {0, -179.5}, 111319.491},
+        {{90, 0}, {90, 120}, 0},
+        {{0, 0}, {0, 180}, 20003931.459},
+        {{-41.32, 174.81}, {40.96, -5.50}, 19959679.267},
+        {{52, 13}, {52, 13}, 0},
+        {{91, 0}, {0, 0}, std::numeric_limits<double>::infinity()},
+        {{0, 0}, {nan, 0}, std::numeric_limits<double>::infinity()},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.metres);
+        if (std::isinf(row.metres)) {
+            EXPECT_EQ(distanceMetres(row.from, row.to), row.metres);
+        } else {
+            EXPECT_NEAR(distanceMetres(row.from, row.to), row.metres, 0.01);
+        }
+    }
+}
+
+TEST(Geodesy, BoundNeverExceedsTheDistance) {
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> latitude(-90, 90);
+    std::uniform_real_distribution<double> longitude(-180, 180);
+    std::uniform_real_distribution<double> near(-0.3, 0.3);
+    for (int i = 0; i < 2000; ++i) {
+        const Location from{latitude(random), longitude(random)};
+        const Location to = i % 2 == 0
+                                ? Location{latitude(random), longitude(random)}
+                                : Location{std::clamp(from.latitude + near(random), -90., 90.),
+                                           from.longitude + near(random)};
+        const double metres = distanceMetres(from, to);
+        for (const double enough : {0.0, 16093.0, 1e9}) {
+            const double least = DistanceBound(from).leastMetres(to, enough);
+            EXPECT_LE(least, metres);
+            // A bound of no use would be one, too.
+            if (enough == 1e9 && metres < 30000) {
+                EXPECT_GT(least, metres * 0.999 - 1);
+            }
+        }
+    }
+    EXPECT_TRUE(std::isinf(DistanceBound({nan, 0}).leastMetres({0, 0}, 1)));
+}
+
+} // namespace
+} // namespace platform

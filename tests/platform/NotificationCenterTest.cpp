@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#include "platform/NotificationCenter.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <future>
+#include <thread>
+#include <vector>
+
+namespace platform {
+namespace {
+
+TEST(NotificationCenter, CallsObserversOfTheNameInOrderOfAskingOnThePostingThread) {
+    NotificationCenter center;
+    std::vector<std::string> calls;
+    std::thread::id caller;
+    const auto first = center.addObserver("update", [&](const Notification& one) {
+        calls.push_back("first " + std::get<std::string>(one.object));
+        caller = std::this_thread::get_id();
+    });
+    const auto other =
+        center.addObserver("seal", [&](const auto&) { calls.emplace_back("other"); });
+    const auto second =
+        center.addObserver("update", [&](const auto&) { calls.emplace_back("second"); });
+    std::thread poster([&] { center.post({"update", std::string("KJFK"), nullptr}); });
+    const auto posterId = poster.get_id();
+    poster.join();
+    EXPECT_EQ(calls, (std::vector<std::string>{"first KJFK", "second"}));
+    EXPECT_EQ(caller, posterId);
+}
+
+TEST(NotificationCenter, ObserversMayPostObserveAndDropTokensThemselves) {
+    NotificationCenter center;
+    int calls = 0;
+    NotificationCenter::Token own;
+    NotificationCenter::Token later;
+    own = center.addObserver("a", [&](const auto&) {
+        ++calls;
+        own = {};
+        later = center.addObserver("a", [&](const auto&) { calls += 10; });
+        center.post({"a", {}, nullptr});
+    });
+    center.post({"a", {}, nullptr});
+    EXPECT_EQ(calls, 11);
+}
+
+TEST(NotificationCenter, DroppingATokenWaitsForACallOnAnotherThread) {
+    NotificationCenter center;
+    std::promise<void> entered;
+    std::promise<void> mayLeave;
+    std::atomic<bool> hasLeft = false;
+    auto token = center.addObserver("a", [&](const auto&) {
+        entered.set_value();
+        mayLeave.get_future().wait();
+        hasLeft = true;
+    });
+    std::thread poster([&] { center.post({"a", {}, nullptr}); });
+    entered.get_future().wait();
+    std::thread releaser([&] { mayLeave.set_value(); });
+    token = {};
+    EXPECT_TRUE(hasLeft);
+    poster.join();
+    releaser.join();
+}
+
+TEST(NotificationCenter, SurvivesThreadsThatPostObserveAndDropAtOnce) {
+    NotificationCenter::Token outlives;
+    {
+        NotificationCenter center;
+        outlives = center.addObserver("a", [](const auto&) {});
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 4; ++t) {
+            threads.emplace_back([&center] {
+                for (int i = 0; i < 300; ++i) {
+                    bool isAlive = true;
+                    const auto token =
+                        center.addObserver("a", [&isAlive](const auto&) { EXPECT_TRUE(isAlive); });
+                    center.post({"a", {}, nullptr});
+                }
+            });
+        }
+        for (auto& thread : threads) {
+            thread.join();
+        }
+    }
+}
+
+} // namespace
+} // namespace platform

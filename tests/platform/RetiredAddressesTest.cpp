@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include "platform/RetiredAddresses.h"
+
+#include <gtest/gtest.h>
+
+namespace platform {
+namespace {
+
+TEST(RetiredAddresses, LeadMetarAndTafQuestionsOfTheDefaultServerToTheirSuccessors) {
+    const std::string old = "https://aviationweather.gov/adds/dataserver_current/httpparam?";
+    const std::string metar = "https://aviationweather.gov/api/data/metar?ids=KJFK&format=xml";
+    const std::string taf = "https://aviationweather.gov/api/data/taf?ids=KJFK&format=xml";
+    const std::string middle = "&requestType=retrieve&format=xml&stationString=KJFK"
+                               "&hoursBeforeNow=1&";
+    const struct {
+        std::string address;
+        /// The address itself where it is empty.
+        std::string successor;
+    } cases[] = {
+        {old + "dataSource=metars" + middle + "mostRecentForEachStation=true", metar},
+        {old + "dataSource=TAFs" + middle + "mostRecent=true", taf},
+        {"HTTP://AviationWeather.GOV" + old.substr(27) + "stationString=KJFK&dataSource=METARS#end",
+         metar},
+        {old + "dataSource=metars&stationString=K%20%26A",
+         "https://aviationweather.gov/api/data/metar?ids=K%20%26A&format=xml"},
+        {old + "dataSource=metars", {}},
+        {old + "dataSource=metars&stationString=", {}},
+        {old + "xdataSource=metars&stationString=KJFK", {}},
+        {old + "dataSource=pireps&stationString=KJFK", {}},
+        {old, {}},
+        {old.substr(0, old.size() - 1), {}},
+        {"https://aviationweather.gov:8443" + old.substr(27) + "dataSource=TAFs" + middle, {}},
+        {"https://aviationweather.gov.example.org" + old.substr(27) + "dataSource=TAFs" + middle,
+         {}},
+        {"https://example.org" + old.substr(27) + "dataSource=TAFs" + middle, {}},
+        {metar, {}},
+        {"https://aviationweather.gov", {}},
+        {"", {}},
+    };
+    for (const auto& [address, successor] : cases) {
+        SCOPED_TRACE(address);
+        EXPECT_EQ(successorOf({address}).text, successor.empty() ? address : successor);
+    }
+}
+
+} // namespace
+} // namespace platform

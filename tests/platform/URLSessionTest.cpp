@@ -1,0 +1,280 @@
+// SPDX-License-Identifier: MIT
+#include "platform/URLSession.h"
+#include "tests/support/WeatherServer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <future>
+
+namespace platform {
+namespace {
+
+using support::fetch;
+using support::patience;
+using support::WeatherServer;
+using TimePoint = std::chrono::steady_clock::time_point;
+
+/// Answers as its path says.
+void answerByPath(const httplib::Request& request, httplib::Response& response) {
+    const std::string path = request.path.substr(1, request.path.find('/', 1) - 1);
+    const std::string rest = request.path.substr(path.size() + 1);
+    response.set_header("Set-Cookie", "seen=1; Path=/");
+    response.set_content("text", "text/plain");
+    if (path == "status") {
+        response.status = std::stoi(rest.substr(1));
+        response.body = response.status == 204 ? "" : response.body;
+    } else if (path == "size") {
+        // The server packs what is "text/plain" and leaves the rest alone.
+        response.set_content(std::string(std::stoul(rest.substr(1)), ' '),
+                             rest.ends_with("p") ? "text/plain" : "application/octet-stream");
+    } else if (path == "hops") {
+        const int left = std::stoi(rest.substr(1));
+        response.set_redirect(left > 1 ? "/hops/" + std::to_string(left - 1) : "/");
+    } else if (path == "to") {
+        response.set_redirect(request.get_param_value("address"));
+    } else if (path == "half") {
+        response.body.clear();
+        response.set_content_provider(1000, "a/b", [](auto, auto, httplib::DataSink& sink) {
+            sink.write("half", 4);
+            return false;
+        });
+    } else if (path == "headers") {
+        response.body = request.get_header_value("User-Agent") + "|" +
+                        request.get_header_value("Accept-Encoding") + "|" +
+                        request.get_header_value("Cookie");
+    }
+}
+
+TEST(URLSession, GivesTheBodyOfACompleteReplyAndNothingElse) {
+    WeatherServer plain(answerByPath, WeatherServer::http);
+    WeatherServer server(answerByPath);
+    WeatherServer stranger(answerByPath);
+    NotificationCenter center;
+    URLSessionOptions options = server.options();
+    CurlURLSessions usual(center, options);
+    options.byteLimit = 1'000'000;
+    CurlURLSessions sessions(center, options);
+    const std::string secure = "https://" + server.authority();
+    const std::string open = "http://" + plain.authority();
+    const std::string limit(options.byteLimit, ' ');
+    const struct {
+        std::string address;
+        std::string expected;
+    } cases[] = {
+        {secure + "/", "text"},
+        {secure + "/status/204", ""},
+        {secure + "/size/0", ""},
+        {secure + "/status/404", "text"},
+        {secure + "/status/500", "text"},
+        {secure + "/half", "(no data)"},
+        {secure + "/size/1000000", limit},
+        {secure + "/size/1000000p", limit},
+        {secure + "/size/1000001", "(no data)"},
+        {secure + "/size/1000001p", "(no data)"},
+        {secure + "/hops/5", "text"},
+        {secure + "/hops/6", "(no data)"},
+        {secure + "/to/?address=" + open + "/", "(no data)"},
+        {secure + "/to/?address=file:///etc/hostname", "(no data)"},
+        {open + "/", "text"},
+        {open + "/to/?address=" + secure + "/", "(no data)"},
+        {"https://" + stranger.authority() + "/", "(no data)"},
+        {"https://127.0.0.1" + server.authority().substr(9) + "/", "(no data)"},
+        {"https://" + plain.authority() + "/", "(no data)"},
+        {"file:///etc/hostname", "(no data)"},
+        {"https://local host/", "(no data)"},
+        {"", "(no data)"},
+    };
+    for (const auto& [address, expected] : cases) {
+        SCOPED_TRACE(address);
+        const std::string result = fetch(sessions, address);
+        EXPECT_TRUE(result == expected) << result.substr(0, 100);
+    }
+    EXPECT_EQ(plain.targets().size(), 2U) << "nobody was led to plain http";
+    EXPECT_EQ(fetch(usual, secure + "/size/104857600"), "(no data)");
+    EXPECT_EQ(fetch(sessions, secure + "/headers"), "Nosig/1.0|gzip|");
+}
+
+TEST(URLSession, GivesUpATransferThatStallsOrNeverEnds) {
+    WeatherServer server([&](const httplib::Request& request, httplib::Response& response) {
+        const bool isSilent = request.path == "/silent";
+        if (isSilent) {
+            server.gates.pass("end");
+        }
+        response.set_chunked_content_provider("a/b", [&, isSilent](auto, httplib::DataSink& sink) {
+            return !isSilent && sink.write(".", 1);
+        });
+    });
+    NotificationCenter center;
+    URLSessionOptions options = server.options();
+    options.idleLimit = std::chrono::milliseconds(300);
+    CurlURLSessions idle(center, options);
+    EXPECT_EQ(fetch(idle, "https://" + server.authority() + "/silent"), "(no data)");
+    options.idleLimit = std::chrono::hours(1);
+    options.totalLimit = std::chrono::milliseconds(300);
+    options.byteLimit = std::size_t{1} << 40;
+    CurlURLSessions total(center, options);
+    EXPECT_EQ(fetch(total, "https://" + server.authority() + "/endless"), "(no data)");
+    server.gates.openAll();
+}
+
+TEST(URLSession, RunsEverythingOnOneThreadInOrderOfCompletionAndCountsOpenRequests) {
+    WeatherServer server([&](const httplib::Request& request, httplib::Response& response) {
+        server.gates.pass(request.path);
+        response.set_content("text", "text/plain");
+    });
+    NotificationCenter center;
+    CurlURLSessions sessions(center, server.options());
+    std::promise<void> isOver;
+    const auto token = center.addObserver(URLSessions::openRequestsDidChange, [&](const auto&) {
+        if (sessions.openRequests() == 0) {
+            isOver.set_value();
+        }
+    });
+    std::vector<std::string> order;
+    std::vector<std::thread::id> threads;
+    const auto note = [&](const std::string& what) {
+        order.push_back(what);
+        threads.push_back(std::this_thread::get_id());
+    };
+    const auto start = [&](const std::string& path, const std::string& opensNext) {
+        sessions.startDataTask({"https://" + server.authority() + path},
+                               [=, &server, &sessions](auto&) {
+                                   note(path + " of " + std::to_string(sessions.openRequests()));
+                                   sessions.perform([=] { note("after " + path); });
+                                   sessions.perform([=, &server] { server.gates.open(opensNext); });
+                               });
+    };
+    start("/1", "");
+    start("/2", "/1");
+    start("/3", "/2");
+    EXPECT_EQ(sessions.openRequests(), 3U);
+    server.gates.open("/3");
+    ASSERT_EQ(isOver.get_future().wait_for(patience), std::future_status::ready);
+    std::promise<void> isLast;
+    sessions.perform([&isLast] { isLast.set_value(); });
+    ASSERT_EQ(isLast.get_future().wait_for(patience), std::future_status::ready);
+    sessions.stop();
+    EXPECT_EQ(order, (std::vector<std::string>{"/3 of 3", "after /3", "/2 of 2", "after /2",
+                                               "/1 of 1", "after /1"}));
+    EXPECT_EQ(std::ranges::count(threads, threads.front()), 6);
+    EXPECT_NE(threads.front(), std::this_thread::get_id());
+}
+
+TEST(URLSession, StoppingDropsHandlersAndWhatIsHandedOverLater) {
+    WeatherServer server([&](const httplib::Request& request, httplib::Response&) {
+        server.gates.pass(request.path);
+    });
+    NotificationCenter center;
+    CurlURLSessions sessions(center, server.options());
+    std::atomic<int> calls = 0;
+    const auto held = std::make_shared<int>();
+    const auto start = [&](const std::string& path) {
+        sessions.startDataTask({"https://" + server.authority() + path},
+                               [&calls, held](const auto&) { ++calls; });
+    };
+    start("/1");
+    start("/2");
+    ASSERT_TRUE(server.waitForTargets(2));
+    sessions.stop();
+    start("/3");
+    sessions.perform([&calls, held] { ++calls; });
+    server.gates.openAll();
+    sessions.stop();
+    EXPECT_EQ(calls, 0);
+    EXPECT_EQ(held.use_count(), 1);
+    EXPECT_EQ(sessions.openRequests(), 0U);
+}
+
+/// Requests to the default data server that end up at a test server, on a clock that stands still.
+struct Paced {
+    explicit Paced(WeatherServer& itsServer) : server(itsServer) {
+        options.connectTo = server.authority();
+        options.now = [this] { return now.load(); };
+    }
+    void start(CurlURLSessions& sessions, int number) {
+        sessions.startDataTask({"https://aviationweather.gov/" + std::to_string(number)},
+                               [this, number](const auto& data) {
+                                   const std::scoped_lock lock(mutex);
+                                   ended.push_back(data ? number : -number);
+                                   changed.notify_all();
+                               });
+    }
+    /// The numbers in the order in which they ended; negative without data.
+    std::vector<int> waitForEnded(std::size_t count) {
+        std::unique_lock lock(mutex);
+        changed.wait_for(lock, patience, [&] { return ended.size() >= count; });
+        return ended;
+    }
+
+    WeatherServer& server;
+    URLSessionOptions options = server.options();
+    std::atomic<TimePoint> now{TimePoint(std::chrono::hours(1))};
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::vector<int> ended;
+};
+
+TEST(URLSession, SendsTheDefaultServerNoMoreThanItBearsAMinuteTheNewestFirst) {
+    WeatherServer server(answerByPath);
+    Paced paced(server);
+    NotificationCenter center;
+    paced.options.pacedPerMinute = 3;
+    CurlURLSessions sessions(center, paced.options);
+    for (int i = 1; i <= 3; ++i) {
+        paced.start(sessions, i);
+        paced.waitForEnded(static_cast<std::size_t>(i));
+    }
+    for (int i = 4; i <= 8; ++i) {
+        paced.start(sessions, i);
+    }
+    // Other hosts go ahead meanwhile; and their sending wakes the sessions up.
+    const std::string other = "https://localhost/";
+    EXPECT_EQ(fetch(sessions, other), "text");
+    EXPECT_EQ(paced.waitForEnded(3).size(), 3U);
+    paced.now = paced.now.load() + std::chrono::minutes(1);
+    EXPECT_EQ(fetch(sessions, other), "text");
+    EXPECT_EQ(paced.waitForEnded(6).size(), 6U);
+    EXPECT_EQ(fetch(sessions, other), "text");
+    std::vector<std::string> targets = server.targets();
+    std::erase(targets, "/");
+    ASSERT_EQ(targets.size(), 6U);
+    std::sort(targets.begin() + 3, targets.end());
+    EXPECT_EQ(targets, (std::vector<std::string>{"/1", "/2", "/3", "/6", "/7", "/8"}));
+}
+
+TEST(URLSession, HasFewRequestsAtTheDefaultServerAtOnce) {
+    std::mutex mutex;
+    int running = 0;
+    int most = 0;
+    WeatherServer server([&](const httplib::Request& request, httplib::Response& response) {
+        {
+            const std::scoped_lock lock(mutex);
+            most = std::max(most, ++running);
+        }
+        server.gates.pass("first four");
+        const std::scoped_lock lock(mutex);
+        --running;
+        // A redirect is one more request.
+        if (request.path == "/7") {
+            response.set_redirect("/77");
+        }
+    });
+    Paced paced(server);
+    NotificationCenter center;
+    CurlURLSessions sessions(center, paced.options);
+    for (int i = 1; i <= 40; ++i) {
+        paced.start(sessions, i);
+    }
+    ASSERT_TRUE(server.waitForTargets(4));
+    server.gates.openAll();
+    const std::vector<int> ended = paced.waitForEnded(40);
+    EXPECT_EQ(ended.size(), 40U);
+    EXPECT_GT(*std::ranges::min_element(ended), 0);
+    EXPECT_LE(most, 4);
+    EXPECT_EQ(server.targets().size(), 41U);
+}
+
+} // namespace
+} // namespace platform

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#include "platform/Value.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+using namespace platform;
+using namespace std::string_literals;
+
+namespace {
+
+constexpr auto least = std::numeric_limits<std::int64_t>::min();
+constexpr auto most = std::numeric_limits<std::int64_t>::max();
+
+TEST(Value, RealsAreCutTowardZeroAndSaturate) {
+    const std::tuple<double, std::int64_t, std::int32_t, std::uint64_t> cases[] = {
+        {-0.9, 0, 0, 0},
+        {-7.9, -7, -7, 0},
+        {2147483647.9, 2147483647, 2147483647, 2147483647},
+        {2147483648.0, 2147483648, 2147483647, 2147483648},
+        {-2147483648.9, -2147483648, std::numeric_limits<std::int32_t>::min(), 0},
+        {std::nextafter(0x1p63, 0), 9223372036854774784, 2147483647, 9223372036854774784U},
+        {0x1p63, most, 2147483647, std::uint64_t{1} << 63},
+        {-0x1p63, least, std::numeric_limits<std::int32_t>::min(), 0},
+        {0x1p64, most, 2147483647, std::numeric_limits<std::uint64_t>::max()},
+        {HUGE_VAL, most, 2147483647, std::numeric_limits<std::uint64_t>::max()},
+        {-HUGE_VAL, least, std::numeric_limits<std::int32_t>::min(), 0},
+        {std::nan(""), 0, 0, 0},
+    };
+    for (const auto& [real, whole, whole32, positive] : cases) {
+        SCOPED_TRACE(real);
+        EXPECT_EQ(wholeNumber(real), whole);
+        EXPECT_EQ(wholeNumber32(real), whole32);
+        EXPECT_EQ(Number(real).integerValue(), whole);
+        EXPECT_EQ(Number(real).unsignedValue(), positive);
+        EXPECT_EQ(Number(real).boolValue(), !std::isnan(real));
+    }
+}
+
+TEST(Value, IntegersKeepTheirBits) {
+    EXPECT_EQ(Number(std::numeric_limits<std::uint64_t>::max()).integerValue(), -1);
+    EXPECT_EQ(Number(-1).unsignedValue(), std::numeric_limits<std::uint64_t>::max());
+    EXPECT_EQ(Number(std::uint64_t{5}), Number(std::int64_t{5}));
+    EXPECT_NE(Number(1), Number(true));
+}
+
+TEST(Value, TextThatBeginsWithAnIntegerReadsAsIt) {
+    const std::pair<Value, std::int64_t> cases[] = {
+        {"42"s, 42},
+        {" \t-7 km"s, -7},
+        {"+5"s, 5},
+        {"12.9"s, 12},
+        {""s, 0},
+        {"-"s, 0},
+        {"+-5"s, 0},
+        {"knots 5"s, 0},
+        {"99999999999999999999"s, most},
+        {"-99999999999999999999"s, least},
+        {Number(2.9), 2},
+        {Number(true), 1},
+        {Value(), 0},
+        {Null(), 0},
+        {Data(3), 0},
+    };
+    for (const auto& [value, expected] : cases) {
+        SCOPED_TRACE(&value - &cases[0].first);
+        EXPECT_EQ(integerOf(value), expected);
+    }
+}
+
+TEST(Value, PathsOfOddBytesSurviveAsFileAddresses) {
+    std::string everyByte = "/";
+    for (int byte = 1; byte < 256; ++byte) {
+        everyByte += static_cast<char>(byte);
+    }
+    for (const auto& path :
+         {"/"s, "/a b/c%20d?e#f"s, "/Ærø/../x/./"s, "//a//b"s, "/C:/x"s, everyByte}) {
+        SCOPED_TRACE(path);
+        EXPECT_EQ(URL::file(path).path(), path);
+    }
+    EXPECT_EQ(URL::file("/a b/ø").text, "file:///a%20b/%C3%B8");
+    EXPECT_EQ(URL::file(""), URL{});
+    EXPECT_EQ(URL::file("/a\0b"s), URL{});
+}
+
+TEST(Value, OnlyFileAddressesOfThisMachineHaveAPath) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"file:///a?b#c", "/a"}, {"FILE://localhost/a", "/a"},
+        {"file:/a", "/a"},       {"file://elsewhere/a", ""},
+        {"http:///a", ""},       {"/a", ""},
+        {"file:///a%00b", ""},   {"file:///a b", ""},
+        {"file:///a%2", ""},     {"", ""},
+    };
+    for (const auto& [text, path] : cases) {
+        SCOPED_TRACE(text);
+        EXPECT_EQ(URL{text}.path(), path);
+    }
+    EXPECT_EQ(URL{"file:///" + std::string(10'000'000, 'a')}.path(), "");
+}
+
+} // namespace

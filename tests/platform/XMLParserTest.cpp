@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+#include "platform/XMLParser.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <span>
+#include <string>
+
+namespace platform {
+namespace {
+
+/// Writes what it hears as one line: "<name" for a start, "name>" for an end, texts in quotes.
+struct Transcript final : XMLParserDelegate {
+    void parser_didStartElement(std::string_view name) override {
+        line += "<" + std::string(name) + " ";
+    }
+    void parser_foundCharacters(std::string_view text) override {
+        line += "'" + std::string(text) + "' ";
+        characters += text.size();
+    }
+    void parser_didEndElement(std::string_view name) override { line += std::string(name) + "> "; }
+
+    std::string line;
+    std::size_t characters = 0;
+};
+
+bool parse(std::string_view document, Transcript& transcript) {
+    return parseXML(std::as_bytes(std::span(document)), transcript);
+}
+
+TEST(XMLParser, TellsLocalNamesAndJoinedCharacters) {
+    const support::TemporaryFolder folder;
+    const std::string secret = folder.write("secret", "secret").string();
+    const struct {
+        std::string_view document;
+        bool isWhole;
+        std::string_view events;
+    } cases[] = {
+        {"<a><b>x</b>\n  <b/></a>", true, "<a <b 'x' b> '\n  ' <b b> a> "},
+        {"<p:a xmlns:p='urn:x' xmlns='urn:y'><b p:c='d'/></p:a>", true, "<a <b b> a> "},
+        {"<a>1 &lt; 2 <![CDATA[& <b>]]>&#65;<!-- -->&#x1F6EB;<?pi?>!</a>", true,
+         "<a '1 < 2 & <b>A\U0001F6EB!' a> "},
+        {"<!DOCTYPE a [<!ENTITY e 'in <b>side</b>'>]><a>&e;.</a>", true,
+         "<a 'in ' <b 'side' b> '.' a> "},
+        {"<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE9</a>", true, "<a '\u00E9' a> "},
+        {{"\xFF\xFE<\0a\0/\0>\0", 10}, true, "<a a> "},
+        {"<a>cut", false, "<a 'cut' "},
+        {"<a>x<b>y</a>", false, "<a 'x' <b 'y' "},
+        {"<a>\xE9</a>", false, "<a "},
+        {"<a>&unknown;</a>", false, "<a "},
+        {"<a></a><a/>", false, "<a a> "},
+        {"no document", false, ""},
+        {"", false, ""},
+    };
+    for (const auto& [document, isWhole, events] : cases) {
+        SCOPED_TRACE(document);
+        Transcript transcript;
+        EXPECT_EQ(parse(document, transcript), isWhole);
+        EXPECT_EQ(transcript.line, events);
+    }
+    Transcript outside;
+    parse("<!DOCTYPE a [<!ENTITY e SYSTEM 'file://" + secret + "'>]><a>&e;</a>", outside);
+    EXPECT_EQ(outside.line, "<a a> ");
+}
+
+TEST(XMLParser, BoundsWhatHostileDocumentsCost) {
+    std::string laughs = "<!DOCTYPE a [<!ENTITY e0 'ha'>";
+    for (int i = 1; i < 30; ++i) {
+        const std::string inner = "&e" + std::to_string(i - 1) + ";";
+        laughs += "<!ENTITY e" + std::to_string(i) + " '" + inner + inner + inner + "'>";
+    }
+    std::string swelling = "<!DOCTYPE a [<!ENTITY e '" + std::string(100'000, 'x') + "'>]><a>";
+    for (int i = 0; i < 1000; ++i) {
+        swelling += "&e;";
+    }
+    const auto nested = [](int depth) {
+        std::string document;
+        for (int i = 0; i < depth; ++i) {
+            document = "<a>" + document + "</a>";
+        }
+        return document;
+    };
+    std::string attributes = "<!DOCTYPE a [";
+    for (int i = 0; i < 10'000; ++i) {
+        attributes += "<!ATTLIST a a" + std::to_string(i) + " CDATA 'x'>";
+    }
+    const std::string cases[] = {
+        laughs + "]><a>&e29;</a>",
+        swelling + "</a>",
+        nested(1001),
+        attributes + "]><a/>",
+        "<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'>]><a>&e;</a>",
+    };
+    for (const std::string& document : cases) {
+        SCOPED_TRACE(document.substr(0, 60));
+        Transcript transcript;
+        EXPECT_FALSE(parse(document, transcript));
+        EXPECT_LE(transcript.characters, std::size_t{9} << 20);
+        EXPECT_LE(transcript.line.size(), (std::size_t{9} << 20) + 3 * 1000);
+    }
+    Transcript bearable;
+    EXPECT_TRUE(parse(nested(1000), bearable));
+}
+
+} // namespace
+} // namespace platform
