@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include "slib/DataCompression.h"
+
+#define ZLIB_CONST // zlib promises not to write to its input
+#include <zlib.h>
+
+#include <algorithm>
+#include <limits>
+#include <span>
+#include <utility>
+
+namespace {
+
+using Block = std::shared_ptr<const platform::Data>;
+
+/// zlib counts what it is given in 32 bits, so a longer block is given in pieces.
+constexpr std::size_t longestPiece = std::numeric_limits<uInt>::max();
+
+/// Gives zlib the next piece of input once it has used up the last one.
+void feed(z_stream& stream, std::span<const std::byte>& input) {
+    if (stream.avail_in == 0) {
+        const auto piece = input.first(std::min(input.size(), longestPiece));
+        stream.next_in = reinterpret_cast<const Bytef*>(piece.data());
+        stream.avail_in = static_cast<uInt>(piece.size());
+        input = input.subspan(piece.size());
+    }
+}
+
+/// Gives zlib the free part of the output, runs `code` and adds what it made to `produced`.
+template <typename Code>
+int produce(z_stream& stream, platform::Data& output, std::size_t& produced, Code code) {
+    const auto room = static_cast<uInt>(std::min(output.size() - produced, longestPiece));
+    stream.next_out = reinterpret_cast<Bytef*>(output.data() + produced);
+    stream.avail_out = room;
+    const int result = code();
+    produced += room - stream.avail_out;
+    return result;
+}
+
+Block cut(platform::Data output, std::size_t length) {
+    output.resize(length);
+    output.shrink_to_fit();
+    return std::make_shared<const platform::Data>(std::move(output));
+}
+
+} // namespace
+
+Block zlibDeflate(const Block& block) {
+    if (!block || block->empty()) {
+        return block;
+    }
+    constexpr std::size_t growth = 16384;
+    z_stream stream{};
+    if (deflateInit(&stream, Z_DEFAULT_COMPRESSION) != Z_OK) {
+        return nullptr;
+    }
+    platform::Data output(growth);
+    std::size_t produced = 0;
+    std::span<const std::byte> input(*block);
+    do {
+        if (produced == output.size()) {
+            output.resize(produced + growth);
+        }
+        feed(stream, input);
+        const int flush = input.empty() ? Z_FINISH : Z_NO_FLUSH;
+        produce(stream, output, produced, [&] { return deflate(&stream, flush); });
+    } while (stream.avail_out == 0 || !input.empty());
+    deflateEnd(&stream);
+    return cut(std::move(output), produced);
+}
+
+Block zlibInflate(const Block& block) {
+    if (!block || block->empty()) {
+        return block;
+    }
+    z_stream stream{};
+    if (inflateInit(&stream) != Z_OK) {
+        return nullptr;
+    }
+    // One byte beyond the limit shows that a block exceeds it.
+    constexpr std::size_t mostRoom = zlibInflateLimit + 1;
+    const std::size_t half = block->size() / 2;
+    platform::Data output(std::min(block->size() + half, mostRoom));
+    std::size_t produced = 0;
+    std::span<const std::byte> input(*block);
+    int result = Z_OK;
+    while (result == Z_OK && produced < mostRoom) {
+        if (produced == output.size()) {
+            output.resize(std::min(produced + half, mostRoom));
+        }
+        feed(stream, input);
+        result = produce(stream, output, produced, [&] { return inflate(&stream, Z_SYNC_FLUSH); });
+    }
+    const bool isWhole = result == Z_STREAM_END && produced <= zlibInflateLimit;
+    return inflateEnd(&stream) == Z_OK && isWhole ? cut(std::move(output), produced) : nullptr;
+}

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Value.h"
+
+#include <cstddef>
+#include <memory>
+
+/// Blocks of bytes as zlib streams (RFC 1950). Any thread. An empty or absent block comes back as
+/// the same object, both ways.
+
+/// Blocks that would grow beyond this many bytes are not inflated.
+inline constexpr std::size_t zlibInflateLimit = std::size_t{256} << 20;
+
+/// The block compressed at the default level; null when zlib cannot start.
+[[nodiscard]] std::shared_ptr<const platform::Data>
+zlibDeflate(const std::shared_ptr<const platform::Data>& block);
+
+/// The block that was compressed; null when the stream is corrupt, cut short or too long. Bytes
+/// behind the end of the stream are ignored.
+[[nodiscard]] std::shared_ptr<const platform::Data>
+zlibInflate(const std::shared_ptr<const platform::Data>& block);

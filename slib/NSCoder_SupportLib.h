@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Drawing.h"
+#include "platform/KeyedArchiver.h"
+#include "platform/KeyedUnarchiver.h"
+
+#include <cstdint>
+#include <string_view>
+
+/// Numbers in archives as boxed objects. A key that is missing, or holds something else, reads as
+/// 0; a wider number loses its high bits.
+namespace NSCoder_SupportLib {
+
+void encodeUInt16_forKey(platform::KeyedArchiver& coder, std::uint16_t value, std::string_view key);
+[[nodiscard]] std::uint16_t decodeUInt16ForKey(platform::KeyedUnarchiver& coder,
+                                               std::string_view key);
+void encodeSInt64_forKey(platform::KeyedArchiver& coder, std::int64_t value, std::string_view key);
+[[nodiscard]] std::int64_t decodeSInt64ForKey(platform::KeyedUnarchiver& coder,
+                                              std::string_view key);
+void encodeUInt64_forKey(platform::KeyedArchiver& coder, std::uint64_t value, std::string_view key);
+[[nodiscard]] std::uint64_t decodeUInt64ForKey(platform::KeyedUnarchiver& coder,
+                                               std::string_view key);
+
+/// One raw byte. It has no counterpart, as intended: `KeyedUnarchiver::decodeBytes` reads it.
+void encodeChar_forKey(platform::KeyedArchiver& coder, char value, std::string_view key);
+/// Writes nothing, as intended.
+void encodeCGPoint_forKey(platform::KeyedArchiver& coder, platform::Point point,
+                          std::string_view key);
+
+} // namespace NSCoder_SupportLib

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Drawing.h"
+#include "platform/Host.h"
+#include "platform/KeyedArchiver.h"
+#include "platform/KeyedUnarchiver.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Helpers that any object may use: panels, file names, short texts, hex, small integers in
+/// archives. All run on the caller's thread, the panels on the main thread only.
+namespace SupportLibCat {
+
+/// A stretch of text or elements; counted as its user counts.
+struct Range {
+    std::uint64_t location = 0;
+    std::uint64_t length = 0;
+};
+
+/// Lets the user choose a file of one of the types (extensions without dots); nothing when
+/// cancelled.
+[[nodiscard]] std::optional<platform::URL>
+simpleGetFile_ofThese(platform::Host& host, const std::vector<std::string>& types);
+/// Lets the user choose where to write, with no type forced and no name proposed; nothing when
+/// cancelled. A caller that alters the chosen path tells by `writtenPath` what it will write, so
+/// that the user is asked about that file.
+[[nodiscard]] std::optional<platform::URL>
+getAPuttingURL(platform::Host& host,
+               const std::function<std::string(const std::string&)>& writtenPath = {});
+/// Always nothing, as intended.
+[[nodiscard]] std::optional<platform::URL> urlToFileTracker(const platform::Value& url);
+
+/// A colour and a bold font of the given size in points.
+[[nodiscard]] platform::TextAttributes
+slibStandardTextAttributes_andSize(const platform::Color& color, double size);
+
+/// Paths in the resource folder, the documents folder and the application support folder of the
+/// user. Nothing is created or looked for; absent where the host knows no such folder.
+[[nodiscard]] std::string fileNameInBundle(platform::Host& host, std::string_view name);
+/// Without a name, the documents folder itself.
+[[nodiscard]] std::optional<std::string>
+fileNameInDocDirectory(platform::Host& host, const std::optional<std::string>& name);
+[[nodiscard]] std::optional<std::string> fileNameInAppSupport(platform::Host& host,
+                                                              std::string_view name);
+/// The path of a folder in application support, made when nothing stands there. Its parent is
+/// never made; the path comes back even when the folder could not be.
+std::optional<std::string> createOrReturnAppSupportFolder(platform::Host& host,
+                                                          std::string_view name);
+/// The same folder: application support, not documents, as intended.
+std::optional<std::string> createOrReturnDocumentsFolder(platform::Host& host,
+                                                         std::string_view name);
+
+/// In decimal digits.
+[[nodiscard]] std::string numToNSString(std::int32_t number);
+/// The first `maximum` UTF-16 units of a text, more where a user-perceived character would be cut;
+/// followed by "..." when asked for and the text is longer than the maximum.
+[[nodiscard]] std::string slibReturnTrucatedNSString_maxLen_withElip(std::string_view text,
+                                                                     std::int64_t maximum,
+                                                                     bool ellipsis);
+/// Always nothing, as intended.
+[[nodiscard]] std::optional<std::string> stripAlphaCharsFromString(std::string_view text);
+/// Logs one line, the number right behind the text.
+void slibLogAStringAndNum_num(platform::Host& host, std::string_view text, std::int32_t number);
+/// Always a new, empty dictionary, whatever the file, as intended.
+[[nodiscard]] std::shared_ptr<platform::Dictionary>
+slibNSStringsFromFile(const platform::Value& file);
+
+/// The byte that the hex digits `2 * index` and `2 * index + 1` of a text stand for. A character
+/// that is no digit, or missing, counts as "0"; an index that is negative, or not below the number
+/// of characters, gives 0.
+[[nodiscard]] std::int8_t slibhexByteFromString_atIndex(std::string_view text, std::int64_t index);
+/// The bytes of all pairs of digits, half as many as the text has UTF-16 units; an odd last digit
+/// is ignored. The count is the size of the result.
+[[nodiscard]] platform::Data slibextractAllHexBytes_count(std::string_view text);
+/// The first `length` bytes in lower-case hex digits, without leading zeros, as intended: 0x0A
+/// gives "a". The first byte is always written, even for a length below 1, as intended; bytes that
+/// are not there are not.
+[[nodiscard]] std::string makeStringOfHexValues_ofLength(std::span<const std::byte> bytes,
+                                                         std::int64_t length);
+
+/// Small integers without a key; they are read back in the order of writing. A stored value that
+/// is too wide loses its high bits.
+void encodeSInt16_value(platform::KeyedArchiver& coder, std::int16_t value);
+[[nodiscard]] std::int16_t decodeSInt16(platform::KeyedUnarchiver& coder);
+void encodeSInt32_value(platform::KeyedArchiver& coder, std::int32_t value);
+[[nodiscard]] std::int32_t decodeSInt32(platform::KeyedUnarchiver& coder);
+/// A small integer as two bytes, the low one first. Where fewer are stored it reads as 0.
+void encodeSInt16_value_forKey(platform::KeyedArchiver& coder, std::int16_t value,
+                               std::string_view key);
+[[nodiscard]] std::int16_t decodeSInt16_forKey(platform::KeyedUnarchiver& coder,
+                                               std::string_view key);
+/// Writes nothing, as intended.
+void encodeNSRange_value_forKey(platform::KeyedArchiver& coder, const Range& range,
+                                std::string_view key);
+
+/// Posts on the host's notification centre.
+void slibPostNotification_object_withInfo(platform::Host& host, std::string name,
+                                          platform::Value object,
+                                          std::shared_ptr<const platform::Dictionary> info);
+
+/// Nothing is ever enciphered or deciphered, as intended: always null.
+[[nodiscard]] std::shared_ptr<const platform::Data>
+slibEncryptData_secKey(const platform::Data& data, const platform::Data& key);
+[[nodiscard]] std::shared_ptr<const platform::Data>
+slibDecryptData_secKey(const platform::Data& data, const platform::Data& key);
+
+} // namespace SupportLibCat

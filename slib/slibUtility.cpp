@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "slib/slibUtility.h"
+
+#include "platform/Text.h"
+
+#include <fmt/format.h>
+#include <uriparser/Uri.h>
+
+#include <iterator>
+#include <type_traits>
+#include <utility>
+
+namespace {
+
+bool isKept(char byte) {
+    constexpr std::string_view escaped = "\"#%<>[\\]^`{|}";
+    return byte > ' ' && byte < '\x7F' && escaped.find(byte) == escaped.npos;
+}
+
+std::string percentEscaped(std::string_view text) {
+    std::string escaped;
+    for (const char byte : text) {
+        if (isKept(byte)) {
+            escaped += byte;
+        } else {
+            fmt::format_to(std::back_inserter(escaped), "%{:02X}",
+                           static_cast<unsigned char>(byte));
+        }
+    }
+    return escaped;
+}
+
+bool isUriReference(const std::string& text) {
+    UriUriA uri;
+    const char* fault = nullptr;
+    const bool isValid =
+        uriParseSingleUriExA(&uri, text.data(), text.data() + text.size(), &fault) == URI_SUCCESS;
+    if (isValid) {
+        uriFreeUriMembersA(&uri);
+    }
+    return isValid;
+}
+
+std::string decimalText(const platform::Number& number) {
+    // Enough digits to tell neighbours apart in daily use, few enough for 0.1 to stay "0.1".
+    const auto text = [](auto value) {
+        if constexpr (std::is_same_v<decltype(value), double>) {
+            return fmt::format("{:.16g}", value);
+        } else if constexpr (std::is_same_v<decltype(value), float>) {
+            return fmt::format("{:.7g}", value);
+        } else {
+            return fmt::format("{:d}", value);
+        }
+    };
+    return std::visit(text, number.storage());
+}
+
+platform::Value asText(platform::Value value) {
+    if (const auto* number = std::get_if<platform::Number>(&value)) {
+        return decimalText(*number);
+    }
+    return std::holds_alternative<std::string>(value) ? value : platform::Value();
+}
+
+} // namespace
+
+std::optional<platform::URL>
+slibUtility::slibNSStringToNSURL(const std::optional<std::string>& text) {
+    if (!text) {
+        return std::nullopt;
+    }
+    std::string escaped = percentEscaped(platform::repairedUtf8(*text));
+    return isUriReference(escaped) ? std::optional(platform::URL{std::move(escaped)})
+                                   : std::nullopt;
+}
+
+platform::Value slibUtility::slibUserDefaultForKey_ofType(platform::Host& host,
+                                                          std::string_view key, std::int32_t type) {
+    enum Type : std::int32_t { text = 0, object = 1 };
+    switch (type) {
+    case object:
+        return host.userDefaults.objectForKey(key);
+    case text:
+        return asText(host.userDefaults.objectForKey(key));
+    default:
+        host.log.line("defaulted in slibUserDefaulFroKey");
+        return {};
+    }
+}

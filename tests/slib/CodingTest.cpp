@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include "slib/NSCoder_SupportLib.h"
+#include "slib/SLIB_Prefs.h"
+#include "slib/SupportLibCat.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+
+using namespace NSCoder_SupportLib;
+using namespace SupportLibCat;
+using platform::KeyedArchiver;
+using platform::KeyedUnarchiver;
+
+namespace {
+
+/// A record whose fields the test writes and reads itself.
+struct Record final : platform::Archivable {
+    std::function<void(KeyedArchiver&)> write;
+
+    [[nodiscard]] const platform::ClassNames& archivedClass() const override {
+        static const platform::ClassNames names{"Record", "NSObject"};
+        return names;
+    }
+    void encodeWithCoder(KeyedArchiver& coder) const override { write(coder); }
+};
+
+void writeAndRead(std::function<void(KeyedArchiver&)> write,
+                  const std::function<void(KeyedUnarchiver&)>& read) {
+    const auto record = std::make_shared<Record>();
+    record->write = std::move(write);
+    const auto archive = KeyedArchiver::archivedData(record);
+    ASSERT_TRUE(archive);
+    bool isRead = false;
+    platform::ClassTable classes;
+    classes.add("Record", [&](KeyedUnarchiver& coder) {
+        isRead = true;
+        read(coder);
+        return std::make_shared<Record>();
+    });
+    static_cast<void>(KeyedUnarchiver::unarchive(*archive, classes));
+    EXPECT_TRUE(isRead);
+}
+
+TEST(Coding, SmallIntegersComeBackAsTheyWere) {
+    writeAndRead(
+        [](KeyedArchiver& coder) {
+            encodeSInt16_value(coder, -2);
+            encodeSInt32_value(coder, INT32_MIN);
+            encodeSInt16_value(coder, INT16_MAX);
+            encodeSInt32_value(coder, 70000);
+            encodeSInt16_value_forKey(coder, -300, "s");
+            encodeUInt16_forKey(coder, UINT16_MAX, "u");
+            encodeSInt64_forKey(coder, INT64_MIN, "q");
+            encodeUInt64_forKey(coder, UINT64_MAX, "Q");
+            encodeChar_forKey(coder, '\x80', "c");
+            encodeNSRange_value_forKey(coder, {1, 2}, "range");
+            encodeCGPoint_forKey(coder, {1, 2}, "point");
+        },
+        [](KeyedUnarchiver& coder) {
+            EXPECT_EQ(decodeSInt16(coder), -2);
+            EXPECT_EQ(decodeSInt32(coder), INT32_MIN);
+            EXPECT_EQ(decodeSInt16(coder), INT16_MAX);
+            EXPECT_EQ(decodeSInt16(coder), 4464); // the low 16 bits of 70000
+            EXPECT_EQ(decodeSInt16_forKey(coder, "s"), -300);
+            EXPECT_THAT(coder.decodeBytes("s"),
+                        testing::ElementsAre(std::byte{0xD4}, std::byte{0xFE}));
+            EXPECT_EQ(decodeUInt16ForKey(coder, "u"), UINT16_MAX);
+            EXPECT_EQ(decodeSInt64ForKey(coder, "q"), INT64_MIN);
+            EXPECT_EQ(decodeUInt64ForKey(coder, "Q"), UINT64_MAX);
+            EXPECT_THAT(coder.decodeBytes("c"), testing::ElementsAre(std::byte{0x80}));
+            EXPECT_EQ(coder.decodeObject("range"), platform::Value());
+            EXPECT_EQ(coder.decodeObject("point"), platform::Value());
+        });
+}
+
+TEST(Coding, MissingAndWideValues) {
+    writeAndRead(
+        [](KeyedArchiver& coder) {
+            coder.encodeObject(platform::Number(70000), "wide");
+            coder.encodeObject(std::string("text"), "text");
+            coder.encodeBytes({}, "none");
+            encodeChar_forKey(coder, 'x', "one");
+            coder.encodeInteger(0x100, "SoundOn");
+            coder.encodeInteger(0x180, "MusicOn");
+        },
+        [](KeyedUnarchiver& coder) {
+            EXPECT_EQ(decodeUInt16ForKey(coder, "wide"), 4464);
+            for (const char* key : {"missing", "text", "none", "one"}) {
+                SCOPED_TRACE(key);
+                EXPECT_EQ(decodeSInt16_forKey(coder, key), 0);
+                EXPECT_EQ(decodeUInt16ForKey(coder, key), 0);
+                EXPECT_EQ(decodeSInt64ForKey(coder, key), 0);
+                EXPECT_EQ(decodeUInt64ForKey(coder, key), 0U);
+            }
+            EXPECT_EQ(decodeSInt16(coder), 0);
+            EXPECT_FALSE(SLIB_Prefs::initWithCoder(coder)->soundOn);
+            EXPECT_TRUE(SLIB_Prefs::initWithCoder(coder)->musicOn);
+        });
+}
+
+TEST(Coding, PreferencesKeepBothFlags) {
+    platform::ClassTable classes;
+    classes.add("SLIB_Prefs", SLIB_Prefs::initWithCoder);
+    const auto prefs = SLIB_Prefs::init();
+    prefs->musicOn = true;
+    const auto archive = KeyedArchiver::archivedData(prefs);
+    ASSERT_TRUE(archive);
+    const auto read =
+        platform::objectOf<SLIB_Prefs>(KeyedUnarchiver::unarchive(*archive, classes).root);
+    ASSERT_TRUE(read);
+    EXPECT_FALSE(read->soundOn);
+    EXPECT_TRUE(read->musicOn);
+}
+
+} // namespace

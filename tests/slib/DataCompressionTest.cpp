@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#include "slib/DataCompression.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace {
+
+using Block = std::shared_ptr<const platform::Data>;
+
+Block blockOf(platform::Data bytes) {
+    return std::make_shared<const platform::Data>(std::move(bytes));
+}
+
+platform::Data noise(std::size_t length) {
+    std::mt19937 random(7);
+    platform::Data bytes(length);
+    for (std::byte& byte : bytes) {
+        byte = std::byte(random() & 0xFF);
+    }
+    return bytes;
+}
+
+TEST(DataCompression, InflatesWhatWasDeflated) {
+    for (const std::size_t length : {1U, 2U, 100U, 16384U, 200000U}) {
+        SCOPED_TRACE(length);
+        const Block noisy = blockOf(noise(length));
+        const Block even = blockOf(platform::Data(length, std::byte{'x'}));
+        for (const Block& block : {noisy, even}) {
+            const Block deflated = zlibDeflate(block);
+            ASSERT_TRUE(deflated);
+            EXPECT_EQ(deflated->front(), std::byte{0x78}); // RFC 1950: deflate, 32 KiB window
+            const Block inflated = zlibInflate(deflated);
+            ASSERT_TRUE(inflated);
+            EXPECT_EQ(*inflated, *block);
+        }
+        EXPECT_LT(zlibDeflate(even)->size(), 16 + length / 100);
+    }
+}
+
+TEST(DataCompression, EmptyAndAbsentBlocksComeBackAsTheyAre) {
+    const Block empty = blockOf({});
+    EXPECT_EQ(zlibDeflate(empty), empty);
+    EXPECT_EQ(zlibInflate(empty), empty);
+    EXPECT_EQ(zlibDeflate(nullptr), nullptr);
+    EXPECT_EQ(zlibInflate(nullptr), nullptr);
+}
+
+TEST(DataCompression, BrokenStreamsGiveNothing) {
+    const platform::Data whole = *zlibDeflate(blockOf(noise(300)));
+    for (std::size_t length = 1; length < whole.size(); ++length) {
+        SCOPED_TRACE(length);
+        EXPECT_FALSE(zlibInflate(blockOf({whole.begin(), whole.begin() + std::ptrdiff_t(length)})));
+    }
+    platform::Data corrupt = whole;
+    corrupt[100] ^= std::byte{1};
+    EXPECT_FALSE(zlibInflate(blockOf(corrupt)));
+    EXPECT_FALSE(zlibInflate(blockOf(noise(300))));
+
+    platform::Data trailed = whole;
+    trailed.resize(whole.size() + 5);
+    EXPECT_TRUE(zlibInflate(blockOf(trailed)));
+}
+
+TEST(DataCompression, ABombIsNotInflated) {
+    const Block bomb = zlibDeflate(blockOf(platform::Data(zlibInflateLimit + 1)));
+    ASSERT_LT(bomb->size(), zlibInflateLimit / 1000);
+    EXPECT_FALSE(zlibInflate(bomb));
+}
+
+} // namespace

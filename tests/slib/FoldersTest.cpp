@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#include "slib/DirectoryLocations.h"
+#include "slib/SuportLib.h"
+#include "slib/SupportLibCat.h"
+#include "tests/support/FakeHost.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using platform::SearchPaths;
+using testing::ElementsAre;
+namespace fs = std::filesystem;
+
+namespace {
+
+class Folders : public testing::Test {
+protected:
+    void forgetSearchPaths() { fake.searchPaths.known.clear(); }
+
+    support::FakeHost fake;
+    platform::Host& host = fake.host;
+    const std::string appSupport = (fake.folder / "support").string();
+    const std::string documents = (fake.folder / "documents").string();
+};
+
+TEST_F(Folders, NamesAreJoinedToTheirFolders) {
+    EXPECT_EQ(SupportLibCat::fileNameInBundle(host, "S.STNPKG"),
+              fake.bundle.resources + "/S.STNPKG");
+    EXPECT_EQ(SupportLibCat::fileNameInDocDirectory(host, "a"), documents + "/a");
+    EXPECT_EQ(SupportLibCat::fileNameInDocDirectory(host, std::nullopt), documents);
+    EXPECT_EQ(SuportLib::fileNameInAppSupport(host, "/a"), appSupport + "/a");
+    EXPECT_FALSE(fs::exists(appSupport + "/a"));
+    forgetSearchPaths();
+    EXPECT_EQ(SupportLibCat::fileNameInDocDirectory(host, "a"), std::nullopt);
+    EXPECT_EQ(SupportLibCat::fileNameInAppSupport(host, "a"), std::nullopt);
+    EXPECT_EQ(SupportLibCat::createOrReturnAppSupportFolder(host, "a"), std::nullopt);
+}
+
+TEST_F(Folders, FoldersAreMadeInApplicationSupportOnly) {
+    EXPECT_EQ(SupportLibCat::createOrReturnDocumentsFolder(host, "X"), appSupport + "/X");
+    EXPECT_TRUE(fs::is_directory(appSupport + "/X"));
+    EXPECT_FALSE(fs::exists(documents + "/X"));
+
+    fake.folder.write("support/file", "kept");
+    EXPECT_EQ(SuportLib::createOrReturnAppSupportFolder(host, "file"), appSupport + "/file");
+    EXPECT_EQ(fake.folder.read("support/file"), "kept");
+    EXPECT_EQ(SuportLib::createOrReturnAppSupportFolder(host, "a/b"), appSupport + "/a/b");
+    EXPECT_FALSE(fs::exists(appSupport + "/a"));
+}
+
+TEST_F(Folders, FindsOrMakesAStandardDirectory) {
+    using namespace DirectoryLocations;
+    const auto find = [&](const std::optional<std::string>& component,
+                          std::optional<Error>* error) {
+        return findOrCreateDirectory_inDomain_appendPathComponent_error(
+            host, SearchPaths::documents, SearchPaths::userDomain, component, error);
+    };
+    std::optional<Error> error(std::in_place);
+    EXPECT_EQ(find("a/b", &error), documents + "/a/b");
+    EXPECT_TRUE(fs::is_directory(documents + "/a/b"));
+    EXPECT_FALSE(error);
+    EXPECT_EQ(find("a/b", nullptr), documents + "/a/b");
+    EXPECT_EQ(find(std::nullopt, nullptr), documents);
+
+    fake.folder.write("documents/file", "");
+    EXPECT_EQ(find("file/below", nullptr), std::nullopt);
+    EXPECT_EQ(find("file/below", &error), std::nullopt);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->domain, "NSPOSIXErrorDomain");
+    EXPECT_EQ(error->code, ENOTDIR);
+
+    forgetSearchPaths();
+    EXPECT_EQ(find("a", nullptr), std::nullopt);
+    EXPECT_EQ(find("a", &error), std::nullopt);
+    EXPECT_EQ(error->domain, "DirectoryLocationDomain");
+    EXPECT_EQ(error->code, 0);
+    EXPECT_EQ(error->userInfo,
+              (std::map<std::string, platform::Value, std::less<>>{
+                  {"NSLocalizedDescription", std::string("No path found for directory in domain.")},
+                  {"NSSearchPathDirectory", platform::Number(9)},
+                  {"NSSearchPathDomainMask", platform::Number(1)}}));
+}
+
+TEST_F(Folders, TheProgramsOwnFolderIsNamedAsItsExecutable) {
+    EXPECT_EQ(DirectoryLocations::applicationSupportDirectory(host), appSupport + "/nosig");
+    EXPECT_TRUE(fs::is_directory(appSupport + "/nosig"));
+    EXPECT_TRUE(fake.log.lines().empty());
+    forgetSearchPaths();
+    EXPECT_EQ(DirectoryLocations::applicationSupportDirectory(host), std::nullopt);
+    EXPECT_THAT(fake.log.lines(),
+                ElementsAre("Unable to find or create application support directory:\n"
+                            "DirectoryLocationDomain 0: No path found for directory in domain."));
+}
+
+TEST_F(Folders, PanelsAnswerWithAnAddressOrNothing) {
+    const auto url = platform::URL::file("/a.txt");
+    fake.panels.answers = {url, url};
+    EXPECT_EQ(SupportLibCat::simpleGetFile_ofThese(host, {"txt"}), url);
+    EXPECT_THAT(fake.panels.askedTypes, ElementsAre("txt"));
+    EXPECT_EQ(
+        SupportLibCat::getAPuttingURL(host, [](const std::string& path) { return path + "!"; }),
+        url);
+    EXPECT_EQ(fake.panels.askedWrittenPath("a"), "a!");
+    EXPECT_EQ(SupportLibCat::getAPuttingURL(host), std::nullopt);
+    EXPECT_FALSE(fake.panels.askedWrittenPath);
+}
+
+TEST_F(Folders, LogTextIsNoFormat) {
+    SupportLibCat::slibLogAStringAndNum_num(host, "%s%n {} ", -7);
+    EXPECT_THAT(fake.log.lines(), ElementsAre("%s%n {} -7"));
+}
+
+} // namespace

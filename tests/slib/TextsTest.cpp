@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+#include "slib/SuportLib.h"
+#include "slib/SupportLibCat.h"
+#include "slib/slibUtility.h"
+#include "tests/support/FakeHost.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+
+using namespace std::string_literals;
+using testing::ElementsAre;
+
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+
+TEST(Texts, CoordinatesInDegreesMinutesAndSeconds) {
+    const struct {
+        double degrees;
+        std::string latitude, longitude;
+    } rows[] = {
+        {0.0, "0°0'0\"N", " 0°0'0\"E"},
+        {38.5, "38°30'0\"N", " 38°30'0\"E"},
+        {-122.25, "122°15'0\"S", " 122°15'0\"W"},
+        {51.47777, "51°28'39\"N", " 51°28'39\"E"},
+        {-1.0, "1°0'0\"S", " 1°0'0\"W"},
+        {-0.9999, "0°59'59\"N", " 0°59'59\"E"},
+        {nan, "0°0'0\"N", " 0°0'0\"E"},
+        {infinity, "596523°14'7\"N", " 596523°14'7\"E"},
+        {-infinity, "596523°14'8\"S", " 596523°14'8\"W"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.degrees);
+        EXPECT_EQ(SuportLib::latitudeString(row.degrees), row.latitude);
+        EXPECT_EQ(SuportLib::longitudeString(row.degrees), row.longitude);
+    }
+    EXPECT_EQ(SuportLib::fullCoordinateString_and(38.5, -122.25), "38°30'0\"N 122°15'0\"W");
+}
+
+TEST(Texts, TruncationKeepsCharactersWhole) {
+    const struct {
+        std::string text;
+        std::int64_t maximum;
+        std::string plain, elided;
+    } rows[] = {
+        {"KJFK", 4, "KJFK", "KJFK"},
+        {"KJFK", 3, "KJF", "KJF..."},
+        {"KJFK", -1, "", "..."},
+        {"", 0, "", ""},
+        {"e\u0301X", 1, "e\u0301", "e\u0301..."},
+        {"KJFK", INT64_MIN, "", "..."},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.text + " " + std::to_string(row.maximum));
+        const auto truncated = SupportLibCat::slibReturnTrucatedNSString_maxLen_withElip;
+        EXPECT_EQ(truncated(row.text, row.maximum, false), row.plain);
+        EXPECT_EQ(truncated(row.text, row.maximum, true), row.elided);
+    }
+}
+
+TEST(Texts, HexDigitsToBytes) {
+    const struct {
+        std::string text;
+        std::int64_t index;
+        int byte;
+    } rows[] = {
+        {"7F", 0, 127},      {"ff", 0, -1},       {"zz", 0, 0},         {"G@", 0, 0},
+        {"`0", 0, 0},        {"12aB", 1, -85},    {"123", 1, 48},       {"123", 2, 0},
+        {"123", 3, 0},       {"12", -1, 0},       {"12", INT64_MAX, 0}, {"12", INT64_MIN, 0},
+        {"\u00E912", 1, 32}, {"\u041612", 1, 32}, {"", 0, 0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.text + " " + std::to_string(row.index));
+        EXPECT_EQ(SupportLibCat::slibhexByteFromString_atIndex(row.text, row.index), row.byte);
+    }
+    const auto allBytes = SupportLibCat::slibextractAllHexBytes_count;
+    EXPECT_THAT(allBytes("01abF"), ElementsAre(std::byte{1}, std::byte{0xAB}));
+    EXPECT_THAT(allBytes("\U0001F6E9" + "12"s), ElementsAre(std::byte{1}, std::byte{0x20}));
+    EXPECT_TRUE(allBytes("").empty());
+}
+
+TEST(Texts, BytesToUnpaddedHex) {
+    const platform::Data bytes{std::byte{1}, std::byte{0xAB}, std::byte{0}, std::byte{0x0A}};
+    const auto hexText = SupportLibCat::makeStringOfHexValues_ofLength;
+    EXPECT_EQ(hexText(bytes, 2), "1ab");
+    EXPECT_EQ(hexText(bytes, 4), "1ab0a");
+    EXPECT_EQ(hexText(bytes, INT64_MAX), "1ab0a");
+    EXPECT_EQ(hexText(bytes, 0), "1");
+    EXPECT_EQ(hexText(bytes, INT64_MIN), "1");
+    EXPECT_EQ(hexText({}, 3), "");
+}
+
+TEST(Texts, NumbersAndCodes) {
+    EXPECT_EQ(SupportLibCat::numToNSString(INT32_MIN), "-2147483648");
+    EXPECT_EQ(SuportLib::OSTypeToString(UINT32_MAX), "4294967295");
+    EXPECT_EQ(SuportLib::stringToOStype("4294967295"), UINT32_MAX);
+    EXPECT_EQ(SuportLib::stringToOStype("-1"), UINT32_MAX);
+    EXPECT_EQ(SuportLib::stringToOStype(" 12 apples"), 12U);
+    EXPECT_EQ(SuportLib::stringToOStype("apples"), 0U);
+    EXPECT_EQ(SuportLib::stringFromChar('K'), "K");
+    EXPECT_EQ(SuportLib::removeLeadingSpaces(" \r\n METAR  KJFK\t "), "METAR  KJFK");
+    EXPECT_EQ(SuportLib::removeLeadingSpaces(std::nullopt), "");
+}
+
+TEST(Texts, AddressesAreEscapedAndChecked) {
+    const struct {
+        std::string text;
+        std::optional<std::string> address;
+    } rows[] = {
+        {"https://a.example/b?c=d&e=f", "https://a.example/b?c=d&e=f"},
+        {"a b\"#%<>[\\]^`{|}z", "a%20b%22%23%25%3C%3E%5B%5C%5D%5E%60%7B%7C%7Dz"},
+        {"!$&'()*+,;=~-._/?", "!$&'()*+,;=~-._/?"},
+        {"/Z\u00FCrich\x7F\n", "/Z%C3%BCrich%7F%0A"},
+        {"/a\0b\xFF"s, "/a%00b%EF%BF%BD"},
+        {"", ""},
+        {"1:a", std::nullopt},
+        {"http://a.example:port/", std::nullopt},
+        {"http://[::1]/", std::nullopt},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.text);
+        const auto url = slibUtility::slibNSStringToNSURL(row.text);
+        EXPECT_EQ(url ? std::optional(url->text) : std::nullopt, row.address);
+    }
+    EXPECT_FALSE(slibUtility::slibNSStringToNSURL(std::nullopt));
+    EXPECT_TRUE(slibUtility::slibNSStringToNSURL(std::string(std::size_t{2} << 20, 'a')));
+}
+
+TEST(Texts, SettingsAsStoredOrAsText) {
+    using platform::Number;
+    using platform::Value;
+    const std::pair<Value, Value> rows[] = {
+        {"a"s, "a"s},           {Number(UINT64_MAX), "18446744073709551615"s},
+        {Number(true), "1"s},   {Number(0.1), "0.1"s},
+        {Number(0.1F), "0.1"s}, {Number(-4.0), "-4"s},
+        {Value(), Value()},     {platform::Data{std::byte{1}}, Value()},
+    };
+    support::FakeHost fake;
+    const auto setting = [&](std::int32_t type) {
+        return slibUtility::slibUserDefaultForKey_ofType(fake.host, "key", type);
+    };
+    for (const auto& [stored, text] : rows) {
+        fake.userDefaults.setObject(stored, "key");
+        EXPECT_EQ(setting(1), stored);
+        EXPECT_EQ(setting(0), text);
+    }
+    EXPECT_TRUE(fake.log.lines().empty());
+    EXPECT_EQ(setting(2), Value());
+    EXPECT_THAT(fake.log.lines(), ElementsAre("defaulted in slibUserDefaulFroKey"));
+}
+
+TEST(Texts, DrawWithTheGivenAttributesOnly) {
+    struct : platform::Canvas {
+        void drawText(std::string_view, platform::Point,
+                      const platform::TextAttributes& given) override {
+            attributes = given;
+        }
+        platform::TextAttributes attributes;
+    } canvas;
+    const platform::Color red{1, 0, 0, 1};
+    SuportLib::drawAtPoint_withSize_inColor(canvas, "KBOS", {1, 2}, 12, red);
+    EXPECT_EQ(canvas.attributes, (platform::TextAttributes{platform::Font{"", 0, 5, 12}, red}));
+    SuportLib::drawAtPoint_inColor(canvas, "KJFK", {3, 4}, red);
+    EXPECT_EQ(canvas.attributes, (platform::TextAttributes{std::nullopt, red}));
+}
+
+} // namespace
