@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include "catalogue/AviationWeatherStation.h"
+
+#include "platform/KeyedArchiver.h"
+#include "platform/KeyedUnarchiver.h"
+
+#include <cmath>
+#include <utility>
+
+namespace {
+
+constexpr const char* favoriteKey = "RQFavorite";
+
+using Text = std::optional<std::string> AviationWeatherStation::*;
+using Code = char AviationWeatherStation::*;
+
+// In the order in which archives hold them, before and after the two whole numbers.
+constexpr std::pair<const char*, Text> leadingTexts[] = {
+    {"stateName", &AviationWeatherStation::stateName},
+    {"stateAbbreviation", &AviationWeatherStation::stateAbbreviation},
+    {"stationName", &AviationWeatherStation::stationName},
+    {"ICAO", &AviationWeatherStation::ICAO},
+    {"IATA", &AviationWeatherStation::IATA},
+};
+constexpr std::pair<const char*, Code> codes[] = {
+    {"METAR", &AviationWeatherStation::METAR},
+    {"NEXRAD", &AviationWeatherStation::NEXRAD},
+    {"aviationFlag", &AviationWeatherStation::aviationFlag},
+    {"upperAirOrWind", &AviationWeatherStation::upperAirOrWind},
+    {"observationType", &AviationWeatherStation::observationType},
+    {"officeType", &AviationWeatherStation::officeType},
+    {"plottingPriority", &AviationWeatherStation::plottingPriority},
+};
+
+/// 0 for what is no character: other writers box signed and unsigned ones.
+char codeOf(const std::optional<platform::Number>& number) {
+    if (!number ||
+        (number->isReal() && std::trunc(number->doubleValue()) != number->doubleValue())) {
+        return 0;
+    }
+    const std::int64_t value = number->integerValue();
+    return value >= -128 && value <= 255 ? static_cast<char>(value) : '\0';
+}
+
+} // namespace
+
+std::shared_ptr<AviationWeatherStation> AviationWeatherStation::init() {
+    return std::make_shared<AviationWeatherStation>(Private{});
+}
+
+std::shared_ptr<AviationWeatherStation>
+AviationWeatherStation::initWithCoder(platform::KeyedUnarchiver& coder) {
+    auto station = init();
+    for (const auto& [key, text] : leadingTexts) {
+        (*station).*text = coder.decodeText(key);
+    }
+    station->SYNOPIndex = coder.decodeInteger("SYNOPIndex");
+    station->latitude = coder.decodeDouble("latitude");
+    station->longitude = coder.decodeDouble("longitude");
+    station->ELEV = coder.decodeInteger("ELEV");
+    for (const auto& [key, code] : codes) {
+        (*station).*code = codeOf(coder.decodeNumber(key));
+    }
+    station->countryCode = coder.decodeText("countryCode");
+    const platform::Value marks = coder.decodeObject("refCon");
+    if (const auto* dictionary = std::get_if<std::shared_ptr<platform::Dictionary>>(&marks)) {
+        station->refCon = *dictionary;
+    }
+    return station;
+}
+
+bool AviationWeatherStation::isFavorite() const {
+    const auto lock = lockMarks();
+    if (!refCon) {
+        return false;
+    }
+    const auto found = refCon->entries.find(favoriteKey);
+    if (found == refCon->entries.end()) {
+        return false;
+    }
+    const auto* number = std::get_if<platform::Number>(&found->second);
+    return number != nullptr && number->boolValue();
+}
+
+void AviationWeatherStation::setFavorite(bool favorite) {
+    const auto lock = lockMarks();
+    if (!refCon) {
+        refCon = std::make_shared<platform::Dictionary>();
+    } else if (!refCon->isMutable) {
+        refCon =
+            std::make_shared<platform::Dictionary>(platform::Dictionary{true, refCon->entries});
+    }
+    refCon->entries[favoriteKey] = platform::Number(favorite);
+}
+
+void AviationWeatherStation::toggleFavoriteStatus() {
+    const auto lock = lockMarks();
+    setFavorite(!isFavorite());
+}
+
+std::shared_ptr<AviationWeatherStation> AviationWeatherStation::copyWithZone() const {
+    const auto lock = lockMarks();
+    auto copy = std::make_shared<AviationWeatherStation>(Private{}, *this);
+    if (refCon) {
+        copy->refCon =
+            std::make_shared<platform::Dictionary>(platform::Dictionary{false, refCon->entries});
+    }
+    return copy;
+}
+
+std::unique_lock<std::recursive_mutex> AviationWeatherStation::lockMarks() {
+    static std::recursive_mutex mutex;
+    return std::unique_lock(mutex);
+}
+
+const platform::ClassNames& AviationWeatherStation::archivedClass() const {
+    static const platform::ClassNames names{"AviationWeatherStation", "NSObject"};
+    return names;
+}
+
+void AviationWeatherStation::encodeWithCoder(platform::KeyedArchiver& coder) const {
+    for (const auto& [key, text] : leadingTexts) {
+        coder.encodeText(this->*text, key);
+    }
+    coder.encodeInteger(SYNOPIndex, "SYNOPIndex");
+    coder.encodeDouble(latitude, "latitude");
+    coder.encodeDouble(longitude, "longitude");
+    coder.encodeInteger(ELEV, "ELEV");
+    for (const auto& [key, code] : codes) {
+        // Boxed, unlike the whole numbers above: intended, archives have always mixed the two.
+        coder.encodeObject(platform::Number(std::int32_t{static_cast<signed char>(this->*code)}),
+                           key);
+    }
+    coder.encodeText(countryCode, "countryCode");
+    coder.encodeObject(refCon ? platform::Value(refCon) : platform::Value(), "refCon");
+}

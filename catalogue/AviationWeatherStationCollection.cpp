@@ -1,0 +1,289 @@
+// SPDX-License-Identifier: MIT
+#include "catalogue/AviationWeatherStationCollection.h"
+
+#include "platform/KeyedArchiver.h"
+#include "platform/KeyedUnarchiver.h"
+#include "platform/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t mostGroups = 300;
+constexpr double milesPerMetre = 0.000621371;
+
+/// Whole statute miles of a distance, cut twice.
+std::int64_t statuteMiles(double metres) {
+    return platform::wholeNumber(static_cast<double>(platform::wholeNumber(metres)) *
+                                 milesPerMetre);
+}
+
+/// Metres that lie beyond a limit of so many miles.
+double metresBeyond(double miles) {
+    return (miles + 1) / milesPerMetre + 1;
+}
+
+platform::Location locationOf(const AviationWeatherStation& station) {
+    return {station.latitude, station.longitude};
+}
+
+/// Finds one term in many texts, in whatever case.
+class TermFinder {
+public:
+    explicit TermFinder(std::string_view term) : term_(platform::lowerCased(term)) {}
+
+    [[nodiscard]] bool isIn(const std::optional<std::string>& text) const {
+        if (!text || text->empty() || term_.empty()) {
+            return false;
+        }
+        // Almost every text is short and ASCII: lower-cased here, without an allocation.
+        std::array<char, 64> lowered;
+        if (text->size() > lowered.size()) {
+            return isInLowered(platform::lowerCased(*text));
+        }
+        unsigned char seen = 0;
+        for (std::size_t i = 0; i < text->size(); ++i) {
+            const auto c = static_cast<unsigned char>((*text)[i]);
+            seen |= c;
+            lowered[i] = static_cast<char>(c + ((c >= 'A' && c <= 'Z') ? 'a' - 'A' : 0));
+        }
+        return isInLowered(seen < 0x80 ? std::string_view(lowered.data(), text->size())
+                                       : std::string_view(platform::lowerCased(*text)));
+    }
+
+private:
+    [[nodiscard]] bool isInLowered(std::string_view text) const {
+        return text.find(term_) != std::string_view::npos;
+    }
+
+    std::string term_;
+};
+
+} // namespace
+
+std::shared_ptr<AviationWeatherStationCollection> AviationWeatherStationCollection::init() {
+    return std::make_shared<AviationWeatherStationCollection>(Private{});
+}
+
+std::shared_ptr<AviationWeatherStationCollection>
+AviationWeatherStationCollection::initWithCoder(platform::KeyedUnarchiver& coder) {
+    auto collection = init();
+    const platform::Value lastUpdated = coder.decodeObject("lastUpdated");
+    if (const auto* date = std::get_if<platform::Date>(&lastUpdated)) {
+        collection->lastUpdated = *date;
+    }
+    if (const auto number = coder.decodeNumber("numberOfStations")) {
+        collection->numberOfStations = number->integerValue();
+    }
+    const platform::Value fromURL = coder.decodeObject("fromURL");
+    if (const auto* url = std::get_if<platform::URL>(&fromURL)) {
+        collection->fromURL = *url;
+    }
+    const platform::Value stations = coder.decodeObject("stations");
+    if (const auto* array = std::get_if<std::shared_ptr<platform::Array>>(&stations)) {
+        collection->stations = std::make_shared<StationArray>();
+        collection->stations->reserve((*array)->elements.size());
+        for (const platform::Value& element : (*array)->elements) {
+            if (auto station = platform::objectOf<AviationWeatherStation>(element)) {
+                collection->stations->push_back(std::move(station));
+            }
+        }
+    }
+    return collection;
+}
+
+template <typename Keep>
+StationArray AviationWeatherStationCollection::stationsThat(Keep keep) const {
+    StationArray kept;
+    if (stations) {
+        for (const auto& station : *stations) {
+            if (station && keep(*station)) {
+                kept.push_back(station);
+            }
+        }
+    }
+    return kept;
+}
+
+StationArray AviationWeatherStationCollection::stationsWithTAFCapability() const {
+    return stationsThat([](const auto& station) { return station.aviationFlag == 'T'; });
+}
+
+StationArray AviationWeatherStationCollection::stationsWithMETARCapability() const {
+    return stationsThat([](const auto& station) { return station.METAR == 'X'; });
+}
+
+std::shared_ptr<AviationWeatherStation> AviationWeatherStationCollection::stationWithICAOID(
+    const std::optional<std::string>& identifier) const {
+    if (!identifier || !stations) {
+        return nullptr;
+    }
+    const auto found = std::ranges::find_if(*stations, [&identifier](const auto& station) {
+        return station && station->ICAO && *station->ICAO == *identifier;
+    });
+    return found == stations->end() ? nullptr : *found;
+}
+
+StationArray AviationWeatherStationCollection::stationArrayWithPartialICAOID_orName_orState(
+    const std::optional<std::string>& identifier, const std::optional<std::string>& name,
+    const std::optional<std::string>& state) const {
+    const auto search = [this](const std::string& term, auto field) {
+        return stationsThat([finder = TermFinder(term), field](const auto& station) {
+            return finder.isIn(station.*field);
+        });
+    };
+    if (identifier) {
+        return search(*identifier, &AviationWeatherStation::ICAO);
+    }
+    if (name) {
+        return search(*name, &AviationWeatherStation::stationName);
+    }
+    if (state) {
+        return search(*state, &AviationWeatherStation::stateName);
+    }
+    return {};
+}
+
+void AviationWeatherStationCollection::createStateCollections() {
+    auto groups =
+        std::make_shared<std::vector<std::shared_ptr<AviationWeatherStationCollection>>>();
+    std::unordered_map<std::string_view, AviationWeatherStationCollection*> byName;
+    for (const auto& station : stationsThat([](const auto&) { return true; })) {
+        if (station->stateName) {
+            const auto found = byName.find(*station->stateName);
+            if (found != byName.end()) {
+                found->second->stations->push_back(station);
+                ++found->second->numberOfStations;
+                continue;
+            }
+        }
+        if (groups->size() == mostGroups) {
+            continue;
+        }
+        // The first station of a group is not counted; intended.
+        auto group = init();
+        group->stateName = station->stateName;
+        group->stations = std::make_shared<StationArray>(1, station);
+        if (group->stateName) {
+            byName.emplace(*group->stateName, group.get());
+        }
+        groups->push_back(std::move(group));
+    }
+    stateByStateCollection = std::move(groups);
+}
+
+StationArray AviationWeatherStationCollection::stationsWithinDistanceFromStation_within(
+    const std::shared_ptr<AviationWeatherStation>& station, std::int64_t miles) const {
+    if (!station) {
+        return {};
+    }
+    const platform::Location centre = locationOf(*station);
+    const platform::DistanceBound bound(centre);
+    const double beyond = metresBeyond(static_cast<double>(miles));
+    return stationsThat([&](const auto& other) {
+        const platform::Location location = locationOf(other);
+        return &other != station.get() &&
+               statuteMiles(bound.leastMetres(location, beyond)) < miles &&
+               (statuteMiles(distanceMetres(centre, location)) < miles ||
+                statuteMiles(distanceMetres(location, centre)) < miles);
+    });
+}
+
+StationArray AviationWeatherStationCollection::stationsClosestToLocation_within(
+    const platform::Location& location, std::uint64_t miles) const {
+    const auto isInside = [miles](double metres) {
+        return static_cast<std::uint64_t>(statuteMiles(metres)) < miles;
+    };
+    const platform::DistanceBound bound(location);
+    const double beyond = metresBeyond(static_cast<double>(miles));
+    return stationsThat([&](const auto& station) {
+        const platform::Location other = locationOf(station);
+        return isInside(bound.leastMetres(other, beyond)) &&
+               (isInside(distanceMetres(location, other)) ||
+                isInside(distanceMetres(other, location)));
+    });
+}
+
+std::shared_ptr<AviationWeatherStation> AviationWeatherStationCollection::stationClosestToLocation(
+    const platform::Location& location) const {
+    std::shared_ptr<AviationWeatherStation> closest;
+    if (!stations) {
+        return closest;
+    }
+    // In metres, although the number looks like half the earth's girth in kilometres; intended.
+    double best = 20037.0;
+    const platform::DistanceBound bound(location);
+    for (const auto& station : *stations) {
+        if (!station || bound.leastMetres(locationOf(*station), best) >= best) {
+            continue;
+        }
+        const double there = distanceMetres(location, locationOf(*station));
+        const double back = distanceMetres(locationOf(*station), location);
+        if (best > there || best > back) {
+            closest = station;
+            best = there;
+        }
+    }
+    return closest;
+}
+
+std::shared_ptr<AviationWeatherStationCollection>
+AviationWeatherStationCollection::copyWithZone() const {
+    auto copy = copySharingStations();
+    if (copy->stations) {
+        for (auto& station : *copy->stations) {
+            station = station ? station->copyWithZone() : nullptr;
+        }
+    }
+    return copy;
+}
+
+std::shared_ptr<AviationWeatherStationCollection>
+AviationWeatherStationCollection::copySharingStations() const {
+    // A group's name is not copied.
+    auto copy = init();
+    copy->lastUpdated = lastUpdated;
+    copy->fromURL = fromURL;
+    copy->numberOfStations = numberOfStations;
+    if (stations) {
+        copy->stations = std::make_shared<StationArray>(*stations);
+    }
+    if (stateByStateCollection) {
+        copy->stateByStateCollection =
+            std::make_shared<std::vector<std::shared_ptr<AviationWeatherStationCollection>>>(
+                *stateByStateCollection);
+    }
+    return copy;
+}
+
+void AviationWeatherStationCollection::takeFavoritesFrom(
+    const AviationWeatherStationCollection& other) {
+    for (const auto& favorite :
+         other.stationsThat([](const auto& station) { return station.isFavorite(); })) {
+        if (const auto station = stationWithICAOID(favorite->ICAO)) {
+            station->setFavorite(true);
+        }
+    }
+}
+
+const platform::ClassNames& AviationWeatherStationCollection::archivedClass() const {
+    static const platform::ClassNames names{"AviationWeatherStationCollection", "NSObject"};
+    return names;
+}
+
+void AviationWeatherStationCollection::encodeWithCoder(platform::KeyedArchiver& coder) const {
+    using platform::Value;
+    coder.encodeObject(lastUpdated ? Value(*lastUpdated) : Value(), "lastUpdated");
+    coder.encodeObject(platform::Number(numberOfStations), "numberOfStations");
+    coder.encodeObject(fromURL ? Value(*fromURL) : Value(), "fromURL");
+    Value array;
+    if (stations) {
+        array = std::make_shared<platform::Array>(
+            platform::Array{true, {stations->begin(), stations->end()}});
+    }
+    coder.encodeObject(array, "stations");
+}

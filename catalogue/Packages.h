@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "catalogue/AviationWeatherStationCollection.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+/// Package files: keyed archives of one station collection, extension "STNPKG". They are written
+/// by archiving the collection itself.
+namespace catalogue {
+
+/// The classes of this folder, for reading archives of them.
+[[nodiscard]] const platform::ClassTable& archivedClasses();
+
+/// The collection in a package file; null when the file is missing, broken, or holds anything else.
+[[nodiscard]] std::shared_ptr<AviationWeatherStationCollection>
+readPackage(const std::filesystem::path& path);
+
+/// The path under which a package is saved when the user chose `path`: its extension is "STNPKG",
+/// in capitals, in place of any other one.
+[[nodiscard]] std::string packagePath(const std::string& path);
+
+} // namespace catalogue

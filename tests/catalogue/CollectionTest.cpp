@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: MIT
+#include "catalogue/AviationWeatherStationCollection.h"
+#include "tests/support/Stations.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+
+namespace {
+
+using Names = std::vector<std::string>;
+constexpr std::uint64_t everywhere = static_cast<std::uint64_t>(-1);
+
+TEST(Station, MarksAreCreatedOnDemandAndCopiedAsImmutable) {
+    const auto station = makeStation({"KJFK"});
+    EXPECT_FALSE(station->isFavorite());
+    EXPECT_FALSE(station->refCon);
+    EXPECT_FALSE(station->copyWithZone()->refCon);
+    station->setFavorite(false);
+    ASSERT_TRUE(station->refCon);
+    EXPECT_EQ(std::get<platform::Number>(station->refCon->entries.at("RQFavorite")),
+              platform::Number(false));
+    station->toggleFavoriteStatus();
+
+    const auto copy = station->copyWithZone();
+    EXPECT_TRUE(copy->isFavorite());
+    EXPECT_FALSE(copy->refCon->isMutable);
+    const auto before = copy->refCon;
+    copy->toggleFavoriteStatus();
+    EXPECT_FALSE(copy->isFavorite());
+    EXPECT_TRUE(copy->refCon->isMutable);
+    EXPECT_NE(copy->refCon, before);
+    EXPECT_TRUE(station->isFavorite());
+}
+
+TEST(Collection, SearchesTheFirstPresentArgumentOnly) {
+    const auto collection = makeCollection({
+        {"KSFO", "SAN FRANCISCO   ", "CALIFORNIA         "},
+        {"ksfb", "SANFORD         ", "FLORIDA            "},
+        {"LSZH", "Z\xC3\x9CRICH          ", "SWITZERLAND "},
+        {"    ", std::nullopt, std::nullopt},
+        {std::nullopt, "\xC4\xB0STANBUL \xE2\x84\xAA", std::string(70, 'A') + "KELVIN"},
+    });
+    collection->stations->push_back(nullptr);
+    using Text = std::optional<std::string>;
+    struct {
+        Text identifier, name, state;
+        Names found;
+    } const rows[] = {
+        {"sf", {}, {}, {"KSFO", "ksfb"}},
+        {"SFO", {}, {}, {"KSFO"}},
+        {"", "san", {}, {}},
+        {{}, "san ", "florida", {"KSFO"}},
+        {{}, "z\xC3\xBCr", {}, {"LSZH"}},
+        {{}, "\xC3\x9CRICH", {}, {"LSZH"}},
+        // A dotted capital I lower-cases to two characters; the Kelvin sign to a plain k.
+        {{}, "i\xCC\x87stan", {}, {"-"}},
+        {{}, "\xE2\x84\xAA", {}, {"-"}},
+        {{}, {}, "kelvin", {"-"}},
+        {{}, {}, "a ", {"KSFO", "ksfb"}},
+        {" ", {}, {}, {"    "}},
+        {{}, {}, {}, {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.identifier.value_or(row.name.value_or(row.state.value_or("nothing"))));
+        EXPECT_EQ(identifiers(collection->stationArrayWithPartialICAOID_orName_orState(
+                      row.identifier, row.name, row.state)),
+                  row.found);
+    }
+}
+
+TEST(Collection, FindsTheFirstStationOfExactlyThatIdentifier) {
+    const auto collection =
+        makeCollection({{std::nullopt}, {"KJF "}, {"KJFK", "one"}, {"KJFK", "two"}});
+    EXPECT_EQ(collection->stationWithICAOID("KJFK")->stationName, "one");
+    EXPECT_EQ(collection->stationWithICAOID("KJF"), nullptr);
+    EXPECT_EQ(collection->stationWithICAOID("kjfk"), nullptr);
+    EXPECT_EQ(collection->stationWithICAOID(std::nullopt), nullptr);
+    EXPECT_EQ(AviationWeatherStationCollection::init()->stationWithICAOID("KJFK"), nullptr);
+}
+
+TEST(Collection, GroupsByRegionLeavingTheFirstOfEachUncounted) {
+    auto collection = makeCollection({{"A", {}, "ONE"},
+                                      {"B", {}, std::nullopt},
+                                      {"C", {}, "TWO"},
+                                      {"D", {}, "ONE"},
+                                      {"E", {}, std::nullopt}});
+    collection->createStateCollections();
+    const auto& groups = *collection->stateByStateCollection;
+    ASSERT_EQ(groups.size(), 4U);
+    EXPECT_EQ(groups[0]->stateName, "ONE");
+    EXPECT_EQ(identifiers(*groups[0]->stations), (Names{"A", "D"}));
+    EXPECT_EQ(groups[0]->numberOfStations, 1);
+    EXPECT_EQ(groups[2]->numberOfStations, 0);
+    EXPECT_FALSE(groups[1]->stateName || groups[3]->stateName);
+
+    for (int i = 0; i < 310; ++i) {
+        collection->stations->push_back(makeStation({"X", {}, "REGION " + std::to_string(i)}));
+    }
+    collection->stations->push_back(makeStation({"Y", {}, "TWO"}));
+    collection->createStateCollections();
+    ASSERT_EQ(collection->stateByStateCollection->size(), 300U);
+    EXPECT_EQ(collection->stateByStateCollection->back()->stateName, "REGION 295");
+    EXPECT_EQ(identifiers(*(*collection->stateByStateCollection)[2]->stations), (Names{"C", "Y"}));
+}
+
+TEST(Collection, WithinIsStrictlyBelowTheLimitInTwiceTruncatedMiles) {
+    // Along the equator a degree is 111319.4908 m.
+    const auto eastBy = [](double metres) { return metres / 111319.490793; };
+    const auto collection = makeCollection({
+        {"CENT"},
+        {"SAME"},
+        {"NEAR", {}, {}, 0, eastBy(16093.5)},
+        {"OVER", {}, {}, 0, eastBy(16100.5)},
+        {"POLE", {}, {}, 90, 0},
+        {"NONE", {}, {}, 0, 181},
+        {"NAN_", {}, {}, std::numeric_limits<double>::quiet_NaN(), 0},
+    });
+    const auto& centre = collection->stations->front();
+    const auto within = [&](std::int64_t miles) {
+        return identifiers(collection->stationsWithinDistanceFromStation_within(centre, miles));
+    };
+    EXPECT_EQ(within(10), (Names{"SAME", "NEAR"}));
+    EXPECT_EQ(within(11), (Names{"SAME", "NEAR", "OVER"}));
+    EXPECT_EQ(within(20000), (Names{"SAME", "NEAR", "OVER", "POLE"}));
+    EXPECT_EQ(within(1), (Names{"SAME"}));
+    EXPECT_EQ(within(0), Names{});
+    EXPECT_EQ(within(std::numeric_limits<std::int64_t>::min()), Names{});
+    EXPECT_TRUE(collection->stationsWithinDistanceFromStation_within(nullptr, 10).empty());
+
+    EXPECT_EQ(identifiers(collection->stationsClosestToLocation_within({0, 0}, 10)),
+              (Names{"CENT", "SAME", "NEAR"}));
+    EXPECT_EQ(collection->stationsClosestToLocation_within({0, 0}, everywhere).size(), 7U);
+}
+
+TEST(Collection, DistanceQueriesAgreeWithMeasuringEveryStation) {
+    std::mt19937 random(11);
+    std::uniform_real_distribution<double> latitude(-90, 90);
+    std::uniform_real_distribution<double> longitude(-180, 180);
+    auto collection = makeCollection({{"POLE", {}, {}, 90, 0}, {"DATE", {}, {}, 0, 180}});
+    for (int i = 0; i < 1500; ++i) {
+        collection->stations->push_back(
+            makeStation({"S",
+                         {},
+                         {},
+                         i % 3 ? latitude(random) : 89 + latitude(random) / 90,
+                         longitude(random)}));
+    }
+    for (const platform::Location centre :
+         {platform::Location{90, 0}, {0, -180}, {89.2, 20}, {-45, 179.9}}) {
+        for (const std::uint64_t miles : {10U, 100U, 2500U}) {
+            std::size_t expected = 0;
+            for (const auto& station : *collection->stations) {
+                const double metres =
+                    platform::distanceMetres(centre, {station->latitude, station->longitude});
+                expected +=
+                    std::trunc(std::trunc(metres) * 0.000621371) < static_cast<double>(miles);
+            }
+            EXPECT_EQ(collection->stationsClosestToLocation_within(centre, miles).size(), expected);
+        }
+    }
+}
+
+TEST(Collection, ClosestIsTheFirstOfTheNearestWithinItsOddBound) {
+    const auto collection = makeCollection({{"FAR_", {}, {}, 0, 0.17},
+                                            {"ONE_", {}, {}, 0, 0.1},
+                                            {"TWO_", {}, {}, 0, 0.1},
+                                            {"OUT_", {}, {}, 0, 200}});
+    EXPECT_EQ(collection->stationClosestToLocation({0, 0})->ICAO, "ONE_");
+    EXPECT_EQ(collection->stationClosestToLocation({0, 0.3})->ICAO, "FAR_");
+    EXPECT_EQ(collection->stationClosestToLocation({0, 0.36}), nullptr);
+    EXPECT_EQ(collection->stationClosestToLocation({0, 200}), nullptr);
+}
+
+TEST(Collection, CopiesShareOrCopyRecordsAndKeepTheirOwnArrays) {
+    auto source = makeCollection({{"A", {}, "ONE"}, {"B", {}, "TWO"}});
+    source->stateName = "GROUP";
+    source->createStateCollections();
+    const auto copy = source->copyWithZone();
+    const auto sharing = source->copySharingStations();
+    EXPECT_FALSE(copy->stateName);
+    EXPECT_NE(copy->stations->front(), source->stations->front());
+    EXPECT_EQ(*sharing->stations, *source->stations);
+    EXPECT_NE(copy->stateByStateCollection, source->stateByStateCollection);
+    EXPECT_EQ(*copy->stateByStateCollection, *source->stateByStateCollection);
+    sharing->stations->clear();
+    EXPECT_EQ(source->stations->size(), 2U);
+}
+
+TEST(Collection, TakesFavoritesOverByIdentifier) {
+    const auto old = makeCollection({{"KJFK"}, {"GONE"}, {"KDEN"}, {std::nullopt}});
+    for (const auto& station : *old->stations) {
+        station->setFavorite(station->ICAO != "KDEN");
+    }
+    const auto fresh = makeCollection({{"KDEN"}, {"KJFK"}, {"KJFK"}, {std::nullopt}});
+    fresh->takeFavoritesFrom(*old);
+    std::string marks;
+    for (const auto& station : *fresh->stations) {
+        marks += station->isFavorite() ? '*' : '.';
+    }
+    EXPECT_EQ(marks, ".*..");
+}
+
+} // namespace

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+#include "catalogue/Packages.h"
+#include "catalogue/ListFile.h"
+#include "catalogue/stationparser.h"
+#include "platform/Files.h"
+#include "platform/KeyedArchiver.h"
+#include "platform/KeyedUnarchiver.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/Stations.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <fmt/format.h>
+
+namespace {
+
+/// Every archived field of a collection, for comparing.
+std::string described(const AviationWeatherStationCollection& collection) {
+    std::string text = fmt::format(
+        "{} {} {}\n",
+        collection.lastUpdated ? collection.lastUpdated->time_since_epoch().count() : -1,
+        collection.fromURL ? collection.fromURL->text : "-", collection.numberOfStations);
+    for (const auto& one : *collection.stations) {
+        for (const auto& field : {one->stateName, one->stateAbbreviation, one->stationName,
+                                  one->ICAO, one->IATA, one->countryCode}) {
+            text += field ? "'" + *field + "'" : "-";
+        }
+        text += fmt::format(" {} {:a} {:a} {}", one->SYNOPIndex, one->latitude, one->longitude,
+                            one->ELEV);
+        for (const char code : {one->METAR, one->NEXRAD, one->aviationFlag, one->upperAirOrWind,
+                                one->observationType, one->officeType, one->plottingPriority}) {
+            text += fmt::format(" {}", int{code});
+        }
+        text += one->refCon ? one->isFavorite() ? " favourite\n" : " marked\n" : "\n";
+    }
+    return text;
+}
+
+std::shared_ptr<AviationWeatherStationCollection> twentyStations() {
+    auto collection = AviationWeatherStationCollection::init();
+    collection->stations = std::make_shared<StationArray>();
+    for (int i = 0; i < 20; ++i) {
+        auto station = makeStation({fmt::format("K{:03}", i), fmt::format("STATION {:8}", i),
+                                    i % 5 == 0 ? "S\xC3\x83O PAULO \xF0\x9F\x9B\xAB" : "ALASKA   ",
+                                    -90 + i * 9.25, 180 - i * 1e-9});
+        station->IATA = i % 2 ? std::optional<std::string>("   ") : std::nullopt;
+        station->SYNOPIndex = i * 7919;
+        station->ELEV = i - 10;
+        station->METAR = static_cast<char>(120 + i);
+        station->plottingPriority = '7';
+        if (i % 3 == 0) {
+            station->setFavorite(i % 2 == 0);
+        }
+        collection->stations->push_back(station);
+    }
+    collection->lastUpdated = platform::Date(std::chrono::microseconds(1678307200250000));
+    collection->fromURL = platform::URL{"file:///lists/stations.txt"};
+    collection->numberOfStations = 20;
+    return collection;
+}
+
+TEST(Packages, RoundTripKeepsEveryFieldAndNothingElse) {
+    const support::TemporaryFolder folder;
+    const auto path = folder / "a.STNPKG";
+    auto collection = twentyStations();
+    collection->stateName = "GROUP";
+    collection->createStateCollections();
+    ASSERT_TRUE(platform::KeyedArchiver::archiveRootObject(collection, path));
+    const auto read = catalogue::readPackage(path);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(described(*read), described(*collection));
+    EXPECT_FALSE(read->stateByStateCollection || read->stateName);
+    EXPECT_TRUE(read->stations->front()->refCon->isMutable);
+}
+
+TEST(Packages, AbsentBrokenAndForeignFilesAreNoCollection) {
+    const support::TemporaryFolder folder;
+    const auto path = folder / "a.STNPKG";
+    EXPECT_FALSE(catalogue::readPackage({}));
+    EXPECT_FALSE(catalogue::readPackage(folder.path()));
+    EXPECT_FALSE(catalogue::readPackage(path));
+    EXPECT_FALSE(platform::KeyedArchiver::archiveRootObject(
+        std::shared_ptr<AviationWeatherStationCollection>(), path));
+    EXPECT_FALSE(std::filesystem::exists(path));
+    ASSERT_TRUE(platform::KeyedArchiver::archiveRootObject(std::string("KDEN"), path));
+    EXPECT_FALSE(catalogue::readPackage(path));
+    ASSERT_TRUE(platform::KeyedArchiver::archiveRootObject(makeStation({"KDEN"}), path));
+    EXPECT_FALSE(catalogue::readPackage(path));
+}
+
+TEST(Packages, SurviveEveryCutAndEveryChangedByte) {
+    auto bytes = *platform::KeyedArchiver::archivedData(twentyStations());
+    const auto read = [&](std::size_t length) {
+        return platform::objectOf<AviationWeatherStationCollection>(
+            platform::KeyedUnarchiver::unarchive(std::span(bytes).first(length),
+                                                 catalogue::archivedClasses())
+                .root);
+    };
+    ASSERT_EQ(read(bytes.size())->stations->size(), 20U);
+    for (std::size_t length = 0; length < bytes.size(); ++length) {
+        EXPECT_FALSE(read(length)) << length;
+    }
+    constexpr int changes[] = {0x01, 0x80, 0xff};
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        const auto change = static_cast<std::byte>(changes[at % 3]);
+        bytes[at] ^= change;
+        if (const auto collection = read(bytes.size()); collection && collection->stations) {
+            EXPECT_LE(collection->stations->size(), 1000U);
+            (void)collection->stationsClosestToLocation_within({0, 0}, 25000);
+            (void)described(*collection);
+        }
+        bytes[at] ^= change;
+    }
+}
+
+TEST(Packages, ReadAnotherWritersStation) {
+    const std::filesystem::path folder = NOSIG_SHARED_DATA "/archives";
+    if (!std::filesystem::exists(folder)) {
+        GTEST_SKIP() << "other writers' archives are not at " << folder;
+    }
+    const auto read = catalogue::readPackage(folder / "gs-1-favourite.bin");
+    ASSERT_TRUE(read);
+    EXPECT_EQ(described(*read),
+              "1678307200250000 https://example.org/data/stations.txt 1\n"
+              "'ALASKA''AK''STATION NUMBER 0''AAAA''AAA''US' 0 -0x1.68p+6 -0x1.68p+7 0 32 88 86 88 "
+              "65 70 48 favourite\n");
+}
+
+TEST(Packages, ThePublicListSurvivesAPackage) {
+    const std::filesystem::path list = NOSIG_SHARED_DATA "/stations.txt";
+    if (!std::filesystem::exists(list)) {
+        GTEST_SKIP() << "the public list is not at " << list;
+    }
+    support::FakeHost host;
+    const auto parser = stationparser::initWithNSString(host.notificationCenter, host.log,
+                                                        catalogue::readListFile(list));
+    parser->parse();
+    const auto bytes = platform::KeyedArchiver::archivedData(parser->theCollection());
+    ASSERT_TRUE(bytes);
+    const auto read = platform::KeyedUnarchiver::unarchive(*bytes, catalogue::archivedClasses());
+    EXPECT_EQ(read.misreadFields, 0U);
+    const auto collection = platform::objectOf<AviationWeatherStationCollection>(read.root);
+    ASSERT_TRUE(collection);
+    EXPECT_EQ(described(*collection), described(*parser->theCollection()));
+}
+
+TEST(Packages, AreSavedUnderTheirOwnExtension) {
+    for (const auto& [chosen, written] : {std::pair{"/a/stations.txt", "/a/stations.STNPKG"},
+                                          {"/a/a.b.STNPKG", "/a/a.b.STNPKG"},
+                                          {"list", "list.STNPKG"},
+                                          {"list.stnpkg", "list.STNPKG"},
+                                          {"/a.b/list", "/a.b/list.STNPKG"},
+                                          {"/a/.hidden", "/a/.hidden.STNPKG"},
+                                          {"", ""}}) {
+        EXPECT_EQ(catalogue::packagePath(chosen), written);
+    }
+}
+
+} // namespace

@@ -1,0 +1,222 @@
+// SPDX-License-Identifier: MIT
+#include "catalogue/ListFile.h"
+#include "catalogue/stationparser.h"
+#include "tests/support/FakeHost.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace std::string_literals;
+
+const std::string sample =
+    "ZZ SAMPLE FIELD     KZZQ ZZQ   72999   39 52N  104 40W 1656   X     T     A    7 US";
+
+/// A line like the sample with `text` from `column` on.
+std::string with(std::size_t column, const std::string& text, std::string line = sample) {
+    return line.replace(column, text.size(), text);
+}
+
+class StationParser : public testing::Test {
+protected:
+    std::shared_ptr<stationparser> parse(const std::optional<std::string>& text) {
+        auto parser = stationparser::initWithNSString(host.notificationCenter, host.log, text);
+        parser->main();
+        return parser;
+    }
+
+    std::shared_ptr<AviationWeatherStation> station(const std::string& line) {
+        const auto parser = parse("!\n" + line + "\n\n\n" + std::string(90, '0'));
+        EXPECT_EQ(parser->stationArray()->size(), 1U);
+        return parser->stationArray()->at(0);
+    }
+
+    [[nodiscard]] auto timesErred() const {
+        return std::ranges::count(host.log.lines(), "Errored out");
+    }
+
+    support::FakeHost host;
+};
+
+TEST_F(StationParser, ReadsEveryFieldOfALine) {
+    const auto parser =
+        parse("! list\n\nSOMEWHERE NICE     19-DEC-18\nCD  STATION\n" + sample + "\n");
+    ASSERT_TRUE(parser->theCollection());
+    EXPECT_EQ(parser->theCollection()->stations, parser->stationArray());
+    EXPECT_FALSE(parser->error());
+    ASSERT_EQ(parser->stationArray()->size(), 1U);
+    const auto& station = *parser->stationArray()->front();
+    EXPECT_EQ(station.stateName, "SOMEWHERE NICE     ");
+    EXPECT_EQ(station.stateAbbreviation, "ZZ");
+    EXPECT_EQ(station.stationName, "SAMPLE FIELD    ");
+    EXPECT_EQ(station.ICAO, "KZZQ");
+    EXPECT_EQ(station.IATA, "ZZQ ");
+    EXPECT_EQ(station.SYNOPIndex, 72999);
+    EXPECT_DOUBLE_EQ(station.latitude, 39 + 52 / 60.0);
+    EXPECT_DOUBLE_EQ(station.longitude, -(104 + 40 / 60.0));
+    EXPECT_EQ(station.ELEV, 1656);
+    EXPECT_EQ(
+        (std::string{station.METAR, station.NEXRAD, station.aviationFlag, station.upperAirOrWind,
+                     station.observationType, station.officeType, station.plottingPriority}),
+        "X T A 7");
+    EXPECT_EQ(station.countryCode, "US");
+    EXPECT_FALSE(station.refCon);
+}
+
+TEST_F(StationParser, NumbersAreDigitsBetweenBlanksWithAnOptionalSignAndFraction) {
+    struct {
+        const char* field;
+        std::int64_t elevation;
+    } const rows[] = {{"    4", 4}, {"4    ", 4},  {"  -30", -30}, {"12.9 ", 12},     {"     ", 0},
+                      {"1 2  ", 0}, {"12a  ", 0},  {"+12  ", 0},   {" -   ", 0},      {".5   ", 0},
+                      {"- 5  ", 0}, {"00012", 12}, {"1e3  ", 0},   {"\xC3\xA9 12", 0}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.field);
+        EXPECT_EQ(station(with(54, row.field))->ELEV, row.elevation);
+    }
+}
+
+TEST_F(StationParser, OnlyCapitalHemisphereLettersAreNegative) {
+    EXPECT_DOUBLE_EQ(station(with(44, "S"))->latitude, -(39 + 52 / 60.0));
+    EXPECT_DOUBLE_EQ(station(with(44, "s"))->latitude, 39 + 52 / 60.0);
+    EXPECT_DOUBLE_EQ(station(with(53, "w"))->longitude, 104 + 40 / 60.0);
+    EXPECT_DOUBLE_EQ(station(with(53, " "))->longitude, 104 + 40 / 60.0);
+}
+
+TEST_F(StationParser, LogsAndLeavesOutStationsOutsideTheGlobe) {
+    const auto parser = parse("!\n" + with(39, "90 00N  180 00E") + "\n" + with(39, "90 01N") +
+                              "\n" + with(47, "180 01W") + "\n" + sample + "\n");
+    EXPECT_EQ(parser->stationArray()->size(), 2U);
+    EXPECT_EQ(host.log.lines(), (std::vector<std::string>{"KZZQ", "KZZQ"}));
+}
+
+TEST_F(StationParser, TextThatAColumnCutsInACharacterIsAbsent) {
+    const auto cut = station(with(18, "\xC3\xA9"));
+    EXPECT_FALSE(cut->stationName);
+    EXPECT_EQ(cut->ICAO, "KZZQ");
+    EXPECT_EQ(station(with(17, "\xC3\xA9"))->stationName, "SAMPLE FIELD  \xC3\xA9");
+}
+
+TEST_F(StationParser, ClassifiesLinesByWhatPrecedesAndBeginsThem) {
+    const std::string line = sample + "\n";
+    struct {
+        const char* what;
+        std::string text;
+        std::vector<std::string> regions; // of the stations kept; "-" for none
+        bool error;
+    } const rows[] = {
+        {"the first line is not looked at", line + line, {"-"}, false},
+        {"comments and headings are skipped", "!\n! x\nCD y\n" + line, {"-"}, false},
+        {"a header needs a blank line before it",
+         "!\n\nAA 1\n" + line + "BB 2" + line,
+         {"AA ", "AA "},
+         false},
+        {"a second blank line begins the name", "!\n\n\nAA 1\n" + line, {"\nAA "}, false},
+        {"without a digit the name runs on", "!\n\nAA\nSTAT 7\n" + line, {"AA\nSTAT "}, false},
+        {"a header without any digit after it ends the list",
+         "!\n" + line + "\n" + std::string(90, 'A'),
+         {"-"},
+         true},
+        {"a short last line is not read",
+         "!\n" + line + "\n1\n" + line + "ZZ SHORT",
+         {"-", ""},
+         true},
+        {"a list need not end with a line feed when its last line is long",
+         "!\n" + line + sample + " ",
+         {"-", "-"},
+         false},
+        {"a carriage return is an ordinary character",
+         "!\r\n\r\nAA 1\r\n" + line,
+         {"-", "-"},
+         false},
+        {"a NUL ends the text", "! list\n" + line + "\n1\n"s + "\0"s + line, {"-"}, false},
+        {"a short line in the middle reads on",
+         "!\nAA SHORT 1\n" + line + line,
+         {"-", "-", "-"},
+         false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        const auto hasErredBefore = timesErred();
+        const auto parser = parse(row.text);
+        std::vector<std::string> regions;
+        for (const auto& station : *parser->stationArray()) {
+            regions.push_back(station->stateName.value_or("-"));
+        }
+        EXPECT_EQ(regions, row.regions);
+        EXPECT_EQ(parser->error(), row.error);
+        EXPECT_EQ(timesErred() - hasErredBefore, row.error ? 1 : 0);
+        EXPECT_TRUE(parser->theCollection());
+    }
+}
+
+TEST_F(StationParser, IgnoresAHeaderAtOneOddPlace) {
+    // The first byte, taken as signed, plus the digit's place less one is 32.
+    const std::string list = "\n\nAA 1\n" + sample + "\n";
+    EXPECT_EQ(parse("\x1c"s + list)->stationArray()->at(0)->stateName, "AA ");
+    EXPECT_FALSE(parse("\x1b"s + list)->stationArray()->at(0)->stateName);
+}
+
+TEST_F(StationParser, TextTooShortMakesNoCollectionButStillAnnouncesItsEnd) {
+    int announcements = 0;
+    const auto token = host.notificationCenter.addObserver(stationparser::StationParseDone,
+                                                           [&](const auto&) { ++announcements; });
+    for (const auto& text : {std::optional<std::string>(), std::optional("\n"s),
+                             std::optional("!\n" + std::string(87, ' '))}) {
+        const auto parser = parse(text);
+        EXPECT_FALSE(parser->theCollection());
+        EXPECT_TRUE(parser->stationArray()->empty());
+        EXPECT_FALSE(parser->error());
+    }
+    EXPECT_EQ(announcements, 3);
+    EXPECT_TRUE(host.log.lines().empty());
+}
+
+TEST_F(StationParser, CoordinatesPrintWithTheHemisphereOfTheirWholeDegrees) {
+    EXPECT_EQ(stationparser::coordinateString_lon(-0.5, -122.25), "0°30'0\"N 122°15'0\"W");
+}
+
+TEST_F(StationParser, ReadsThePublicList) {
+    const std::filesystem::path path = NOSIG_SHARED_DATA "/stations.txt";
+    if (!std::filesystem::exists(path)) {
+        GTEST_SKIP() << "the public list is not at " << path;
+    }
+    const auto parser = parse(catalogue::readListFile(path));
+    EXPECT_FALSE(parser->error());
+    const auto& collection = *parser->theCollection();
+    ASSERT_EQ(collection.stations->size(), 9289U);
+    std::set<std::string> regions;
+    for (const auto& station : *collection.stations) {
+        regions.insert(station->stateName.value());
+    }
+    EXPECT_EQ(regions.size(), 253U);
+    EXPECT_EQ(collection.stationsWithMETARCapability().size(), 8168U);
+    EXPECT_EQ(collection.stationsWithTAFCapability().size(), 3273U);
+    const auto adak = collection.stationWithICAOID("PADK");
+    ASSERT_TRUE(adak);
+    EXPECT_EQ(adak->IATA, "ADK ");
+    EXPECT_EQ(adak->SYNOPIndex, 70454);
+}
+
+TEST_F(StationParser, SurvivesTheListCutAnywhereAndForeignBytes) {
+    const std::string list =
+        "!\n\nAA 1\n" + sample + "\n" + with(0, "CD") + "\n\nBB 2\n" + sample + "\n";
+    for (std::size_t length = 0; length <= list.size(); ++length) {
+        EXPECT_LE(parse(list.substr(0, length))->stationArray()->size(), 2U);
+    }
+    for (std::size_t at = 0; at < list.size(); ++at) {
+        for (const char byte : {'\0', '\n', '9', '\xff'}) {
+            std::string changed = list;
+            changed[at] = byte;
+            EXPECT_LE(parse(changed)->stationArray()->size(), 4U);
+        }
+    }
+}
+
+} // namespace

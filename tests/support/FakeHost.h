@@ -1,0 +1,302 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Host.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <algorithm>
+#include <atomic>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <span>
+#include <utility>
+
+/// Simple stand-ins for what lies outside the process. Their public members are set and read by
+/// the test, before or after other threads use them; everything else is as thread-safe as the
+/// service promises.
+namespace support {
+
+class FakeUserDefaults final : public platform::UserDefaults {
+public:
+    [[nodiscard]] platform::Value objectForKey(std::string_view key) const override {
+        const std::scoped_lock lock(mutex_);
+        const auto found = values_.find(key);
+        return found == values_.end() ? platform::Value() : found->second;
+    }
+    void setObject(const platform::Value& value, std::string_view key) override {
+        const std::scoped_lock lock(mutex_);
+        values_[std::string(key)] = value;
+    }
+
+private:
+    mutable std::mutex mutex_;
+    std::map<std::string, platform::Value, std::less<>> values_;
+};
+
+class FakeSearchPaths final : public platform::SearchPaths {
+public:
+    [[nodiscard]] std::vector<std::string> paths(int kind, int domainMask) const override {
+        const auto found = known.find({kind, domainMask});
+        return found == known.end() ? std::vector<std::string>() : found->second;
+    }
+
+    std::map<std::pair<int, int>, std::vector<std::string>> known;
+};
+
+class FakeBundle final : public platform::Bundle {
+public:
+    [[nodiscard]] std::string resourcePath() const override { return resources; }
+    [[nodiscard]] std::optional<std::string> infoValue(std::string_view key) const override {
+        const auto found = info.find(key);
+        return found == info.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    std::string resources;
+    std::map<std::string, std::string, std::less<>> info;
+};
+
+/// Answers from a queue; cancelled when that is empty.
+class FakePanels final : public platform::Panels {
+public:
+    [[nodiscard]] std::optional<platform::URL>
+    openPanel(const std::vector<std::string>& types) override {
+        askedTypes = types;
+        return next();
+    }
+    [[nodiscard]] std::optional<platform::URL>
+    savePanel(const std::function<std::string(const std::string&)>& writtenPath) override {
+        askedWrittenPath = writtenPath;
+        return next();
+    }
+
+    std::deque<std::optional<platform::URL>> answers;
+    int timesAsked = 0;
+    std::vector<std::string> askedTypes;
+    std::function<std::string(const std::string&)> askedWrittenPath;
+
+private:
+    std::optional<platform::URL> next() {
+        ++timesAsked;
+        std::optional<platform::URL> answer;
+        if (!answers.empty()) {
+            answer = std::move(answers.front());
+            answers.pop_front();
+        }
+        return answer;
+    }
+};
+
+/// Timers that run when the test says so.
+class FakeTimers final : public platform::Timers {
+public:
+    [[nodiscard]] std::unique_ptr<platform::Timer>
+    scheduleRepeating(std::chrono::milliseconds interval, std::function<void()> action) override {
+        auto running = std::make_unique<Running>();
+        running->entry = std::make_shared<Entry>(Entry{interval, std::move(action)});
+        entries_.push_back(running->entry);
+        return running;
+    }
+
+    /// Lets every running timer pass its interval once.
+    void fire() {
+        for (const std::weak_ptr<Entry>& timer : std::vector(entries_)) {
+            if (const std::shared_ptr<Entry> entry = timer.lock()) {
+                entry->action();
+            }
+        }
+    }
+    [[nodiscard]] std::vector<std::chrono::milliseconds> runningIntervals() const {
+        std::vector<std::chrono::milliseconds> intervals;
+        for (const std::weak_ptr<Entry>& timer : entries_) {
+            if (const std::shared_ptr<Entry> entry = timer.lock()) {
+                intervals.push_back(entry->interval);
+            }
+        }
+        return intervals;
+    }
+
+private:
+    struct Entry {
+        std::chrono::milliseconds interval;
+        std::function<void()> action;
+    };
+    struct Running final : platform::Timer {
+        std::shared_ptr<Entry> entry;
+    };
+
+    std::vector<std::weak_ptr<Entry>> entries_;
+};
+
+/// A main thread whose queued work runs when the test says so.
+class FakeMainThread final : public platform::MainThread {
+public:
+    void perform(std::weak_ptr<void> target, std::function<void()> work) override {
+        const std::scoped_lock lock(mutex_);
+        queue_.push_back({std::move(target), std::move(work)});
+    }
+
+    /// Runs what is queued, and what that queues in turn, until nothing is left.
+    void run() {
+        while (std::optional<Entry> entry = next()) {
+            if (const std::shared_ptr<void> target = entry->target.lock()) {
+                entry->work();
+            }
+        }
+    }
+    [[nodiscard]] std::size_t queued() const {
+        const std::scoped_lock lock(mutex_);
+        return queue_.size();
+    }
+
+private:
+    struct Entry {
+        std::weak_ptr<void> target;
+        std::function<void()> work;
+    };
+
+    std::optional<Entry> next() {
+        const std::scoped_lock lock(mutex_);
+        std::optional<Entry> entry;
+        if (!queue_.empty()) {
+            entry = std::move(queue_.front());
+            queue_.pop_front();
+        }
+        return entry;
+    }
+
+    mutable std::mutex mutex_;
+    std::deque<Entry> queue_;
+};
+
+class FakeClock final : public platform::Clock {
+public:
+    [[nodiscard]] platform::Date now() const override { return time.load(); }
+
+    std::atomic<platform::Date> time{
+        platform::Date(std::chrono::sys_days(std::chrono::year(2024) / 3 / 1))};
+};
+
+class FakeLog final : public platform::Log {
+public:
+    void line(std::string_view text) override {
+        const std::scoped_lock lock(mutex_);
+        lines_.emplace_back(text);
+    }
+    [[nodiscard]] std::vector<std::string> lines() const {
+        const std::scoped_lock lock(mutex_);
+        return lines_;
+    }
+    void clear() {
+        const std::scoped_lock lock(mutex_);
+        lines_.clear();
+    }
+
+private:
+    mutable std::mutex mutex_;
+    std::vector<std::string> lines_;
+};
+
+/// Requests that the test answers. Handlers and work run within `answer` and `runWork`.
+class FakeURLSessions final : public platform::URLSessions {
+public:
+    void startDataTask(const platform::URL& address, CompletionHandler handler) override {
+        const std::scoped_lock lock(mutex_);
+        requests_.push_back({address, std::move(handler)});
+    }
+    void perform(std::function<void()> work) override {
+        const std::scoped_lock lock(mutex_);
+        work_.push_back(std::move(work));
+    }
+    [[nodiscard]] std::size_t openRequests() const override {
+        const std::scoped_lock lock(mutex_);
+        return requests_.size();
+    }
+
+    /// The addresses that wait for an answer, the oldest first.
+    [[nodiscard]] std::vector<std::string> addresses() const {
+        const std::scoped_lock lock(mutex_);
+        std::vector<std::string> texts;
+        for (const Request& request : requests_) {
+            texts.push_back(request.address.text);
+        }
+        return texts;
+    }
+    /// Answers the oldest request whose address contains `part`; false when none does.
+    bool answer(std::string_view part, const std::optional<std::string_view>& body) {
+        std::unique_lock lock(mutex_);
+        const auto found = std::ranges::find_if(requests_, [part](const Request& request) {
+            return request.address.text.find(part) != std::string::npos;
+        });
+        if (found == requests_.end()) {
+            return false;
+        }
+        const CompletionHandler handler = std::move(found->handler);
+        requests_.erase(found);
+        lock.unlock();
+        std::optional<platform::Data> data;
+        if (body) {
+            const auto bytes = std::as_bytes(std::span(*body));
+            data.emplace(bytes.begin(), bytes.end());
+        }
+        handler(data);
+        return true;
+    }
+    /// Runs what was handed over, and what that hands over in turn.
+    void runWork() {
+        std::unique_lock lock(mutex_);
+        while (!work_.empty()) {
+            const auto work = std::move(work_.front());
+            work_.pop_front();
+            lock.unlock();
+            work();
+            lock.lock();
+        }
+    }
+
+private:
+    struct Request {
+        platform::URL address;
+        CompletionHandler handler;
+    };
+
+    mutable std::mutex mutex_;
+    std::deque<Request> requests_;
+    std::deque<std::function<void()>> work_;
+};
+
+/// A host of its own for one test: its documents, support and resource folders exist and are
+/// removed with it.
+struct FakeHost {
+    FakeHost() {
+        using platform::SearchPaths;
+        const auto made = [this](std::string_view name) {
+            const std::filesystem::path path = folder / name;
+            std::filesystem::create_directory(path);
+            return path.string();
+        };
+        searchPaths.known[{SearchPaths::documents, SearchPaths::userDomain}] = {made("documents")};
+        searchPaths.known[{SearchPaths::applicationSupport, SearchPaths::userDomain}] = {
+            made("support")};
+        bundle.resources = made("resources");
+        bundle.info["CFBundleExecutable"] = "nosig";
+    }
+    FakeHost(const FakeHost&) = delete;
+    FakeHost& operator=(const FakeHost&) = delete;
+
+    TemporaryFolder folder;
+    platform::NotificationCenter notificationCenter;
+    FakeUserDefaults userDefaults;
+    FakeSearchPaths searchPaths;
+    FakeBundle bundle;
+    FakePanels panels;
+    FakeTimers timers;
+    FakeMainThread mainThread;
+    FakeClock clock;
+    FakeLog log;
+    FakeURLSessions urlSessions;
+    platform::Host host{notificationCenter, userDefaults, searchPaths, bundle,     panels, timers,
+                        mainThread,         clock,        log,         urlSessions};
+};
+
+} // namespace support

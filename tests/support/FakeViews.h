@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "browser/SCStationWindowController.h"
+#include "platform/Views.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// Controls that keep what logic last set, for tests to read.
+namespace support {
+
+struct FakeButton final : platform::Button {
+    void setEnabled(bool value) override { enabled = value; }
+    bool enabled = true;
+};
+
+struct FakeTextField final : platform::TextField {
+    void setText(const std::string& value) override { text = value; }
+    void setHidden(bool value) override { hidden = value; }
+    std::string text = "designed";
+    bool hidden = false;
+};
+
+struct FakeSegmentedControl final : platform::SegmentedControl {
+    void setSelectedSegment(int value) override { segment = value; }
+    int segment = -1;
+};
+
+struct FakePopUpButton final : platform::PopUpButton {
+    void setEnabled(bool value) override { enabled = value; }
+    void selectItem(int value) override { item = value; }
+    bool enabled = true;
+    int item = -1;
+};
+
+struct FakeMenuItem final : platform::MenuItem {
+    void setState(bool value) override { on = value; }
+    bool on = false;
+};
+
+struct FakeSearchField final : platform::SearchField {
+    void setSendsSearchStringImmediately(bool value) override { immediately = value; }
+    void setSendsWholeSearchString(bool value) override { whole = value; }
+    bool immediately = false;
+    bool whole = true;
+};
+
+/// Fits a region by doubling its width.
+struct FakeMapView final : platform::MapView {
+    void setHidden(bool value) override { hidden = value; }
+    [[nodiscard]] platform::Frame frame() const override { return place; }
+    void setMapType(std::int64_t value) override { mapType = value; }
+    void setCenterCoordinate(const platform::Location& value) override { centre = value; }
+    [[nodiscard]] platform::Region regionThatFits(const platform::Region& asked) const override {
+        return {asked.centre, asked.latitudeSpan, 2 * asked.longitudeSpan};
+    }
+    void setRegion(const platform::Region& value) override { region = value; }
+    bool hidden = false;
+    platform::Frame place{10, 20, 300, 200};
+    std::int64_t mapType = -1;
+    std::optional<platform::Location> centre;
+    std::optional<platform::Region> region;
+};
+
+struct FakeWebView final : platform::WebView {
+    void setHidden(bool value) override { hidden = value; }
+    bool hidden = false;
+};
+
+/// Rows as of the last reload; a selection that a reload loses is told by `settle`.
+struct FakeTable final : platform::TableView {
+    void setDataSource(platform::TableViewDataSource* value) override { source = value; }
+    void setDelegate(platform::TableViewDelegate* value) override { delegate = value; }
+    void setColumnWidth(std::string_view column, double width) override {
+        widths[std::string(column)] = width;
+    }
+    void reloadData() override {
+        ++reloads;
+        rows = source ? source->numberOfRowsInTableView(*this) : 0;
+        if (selected >= rows) {
+            selected = -1;
+            isUnsettled = true;
+        }
+    }
+    void selectRow(std::int64_t row) override {
+        const std::int64_t now = row >= 0 && row < rows ? row : -1;
+        const bool isChange = now != selected || isUnsettled;
+        isUnsettled = false;
+        selected = now;
+        if (isChange && delegate) {
+            delegate->tableViewSelectionDidChange(*this);
+        }
+    }
+    void settle() {
+        if (std::exchange(isUnsettled, false) && delegate) {
+            delegate->tableViewSelectionDidChange(*this);
+        }
+    }
+
+    platform::TableViewDataSource* source = nullptr;
+    platform::TableViewDelegate* delegate = nullptr;
+    std::map<std::string, double> widths;
+    std::int64_t rows = 0;
+    std::int64_t selected = -1;
+    int reloads = 0;
+    bool isUnsettled = false;
+};
+
+/// Everything that the main window has.
+struct FakeStationWindow {
+    FakeTable table;
+    FakeSegmentedControl switchie;
+    FakeSearchField sf;
+    FakeButton saver, parserIt, metarB;
+    FakePopUpButton distButton;
+    FakeTextField words, dLcikWords;
+    FakeMapView mapV;
+    FakeWebView secView;
+    FakeMenuItem alwaysFavItem;
+
+    [[nodiscard]] SCStationWindowController::Outlets outlets() {
+        return {&table,      &switchie, &sf,   &saver,   &parserIt,   &metarB,
+                &distButton, &words,    &mapV, &secView, &dLcikWords, &alwaysFavItem};
+    }
+    /// What a row shows in one column.
+    [[nodiscard]] std::string cell(std::int64_t row, const std::string& column) const {
+        return table.source->tableView_objectValueForTableColumn_row(table, column, row)
+            .value_or("(absent)");
+    }
+};
+
+} // namespace support

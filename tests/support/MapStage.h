@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "map/StationIndex.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace desktop {
+class MapView;
+}
+
+namespace support {
+
+/// Brings the toolkit up, on a screen in memory; once is enough.
+void startToolkit();
+
+/// A map view with the shipped base map, and with tiles from loopback or without a network,
+/// shown.
+class MapStage {
+public:
+    MapStage(int width, int height, const std::vector<map::Station>& stations, bool withTiles);
+    ~MapStage();
+
+    [[nodiscard]] desktop::MapView& view();
+    /// Shows a square of so many metres, and waits for all tiles of it.
+    void show(std::int64_t mapType, const platform::Location& centre, double metres);
+    /// Moves the map by so many points and paints it.
+    void paintMoved(double right);
+
+private:
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
+};
+
+} // namespace support
