@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/FakeHost.h"
+#include "weather/AviationWeatherRecord.h"
+#include "weather/SCWeatherGrabber.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Addresses = std::vector<std::string>;
+
+std::shared_ptr<AviationWeatherStation> station(std::optional<std::string> identifier) {
+    auto made = AviationWeatherStation::init();
+    made->ICAO = std::move(identifier);
+    return made;
+}
+
+TEST(WeatherRequests, AskForOneStationAtTheServerOfTheSettings) {
+    const std::string keys = "/adds/dataserver_current/httpparam?dataSource=";
+    const std::string middle = "&requestType=retrieve&format=xml&stationString=";
+    const struct {
+        platform::Value server;
+        std::string identifier;
+        std::string expectedServer;
+        std::string expectedIdentifier;
+    } cases[] = {
+        {{}, "KJFK", "aviationweather.gov", "KJFK"},
+        {std::string(" \t"), "KJFK", "aviationweather.gov", "KJFK"},
+        {std::string("data.example.org:8443 "), "KJFK", "data.example.org:8443", "KJFK"},
+        {{}, "k&=\u00E9% -._~", "aviationweather.gov", "k%26%3D%C3%A9%25%20-._~"},
+    };
+    for (const auto& [server, identifier, expectedServer, expectedIdentifier] : cases) {
+        SCOPED_TRACE(identifier + " at " + expectedServer);
+        support::FakeHost host;
+        host.userDefaults.setObject(server, "dataserverhost");
+        const auto grabber = SCWeatherGrabber::init(host.host);
+        grabber->getNewMessages({station(identifier)});
+        const std::string start = "https://" + expectedServer + keys;
+        EXPECT_EQ(host.urlSessions.addresses(),
+                  (Addresses{start + "metars" + middle + expectedIdentifier +
+                                 "&hoursBeforeNow=1&mostRecentForEachStation=true",
+                             start + "TAFs" + middle + expectedIdentifier +
+                                 "&hoursBeforeNow=1&mostRecent=true"}));
+    }
+}
+
+TEST(WeatherRequests, ARecordSendsItsFixedRequestAndLivesUntilTheReply) {
+    support::FakeHost host;
+    auto record = AviationWeatherRecord::initWithStation_options(host.host, station("KJFK"), 5);
+    EXPECT_EQ(record->requestedData, 5U);
+    record->getNewMessages();
+    EXPECT_EQ(host.urlSessions.addresses(),
+              Addresses{"http://aviationweather.gov/adds/dataserver_current/httpparam?"
+                        "dataSource=TAFs&requestType=retrieve&format=xml&stationString=KSFO"
+                        "&hoursBeforeNow=1&mostRecentForEachStation=true"});
+    const std::weak_ptr<AviationWeatherRecord> observed = std::exchange(record, nullptr);
+    EXPECT_FALSE(observed.expired());
+    EXPECT_TRUE(host.urlSessions.answer("KSFO", "<TAF><raw_text>TAF KSFO</raw_text></TAF>"));
+    EXPECT_TRUE(observed.expired());
+}
+
+} // namespace

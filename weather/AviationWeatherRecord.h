@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "catalogue/AviationWeatherStation.h"
+#include "platform/Host.h"
+#include "platform/XMLParser.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+/// A single request to the weather data server, always the same one; its reply is read and comes to
+/// nothing, as intended. Lives at least until the reply has been handled.
+class AviationWeatherRecord final : public platform::XMLParserDelegate,
+                                    public std::enable_shared_from_this<AviationWeatherRecord> {
+public:
+    /// The station is ignored, as intended; the options become `requestedData`.
+    [[nodiscard]] static std::shared_ptr<AviationWeatherRecord>
+    initWithStation_options(platform::Host& host,
+                            const std::shared_ptr<AviationWeatherStation>& station,
+                            std::uint64_t options);
+
+    std::uint64_t requestedData = 0;
+
+    /// Sends the request and returns at once. Any thread.
+    void getNewMessages();
+
+    void parser_didStartElement(std::string_view name) override;
+    void parser_foundCharacters(std::string_view text) override;
+    void parser_didEndElement(std::string_view name) override;
+
+private:
+    /// Only the factory makes records.
+    struct Private {};
+
+public:
+    AviationWeatherRecord(Private, platform::Host& host, std::uint64_t options);
+
+private:
+    platform::Host& host_;
+    /// The latest chunk of characters, while they matter.
+    std::string currentString_;
+    bool iCare_ = false;
+};

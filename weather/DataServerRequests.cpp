@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#include "weather/DataServerRequests.h"
+
+#include "platform/Addresses.h"
+#include "platform/Text.h"
+#include "slib/slibUtility.h"
+
+#include <fmt/format.h>
+
+#include <iterator>
+#include <string>
+
+namespace weather {
+namespace {
+
+std::string serverOf(platform::Host& host) {
+    const auto setting = slibUtility::slibUserDefaultForKey_ofType(host, "dataserverhost", 0);
+    const auto* text = std::get_if<std::string>(&setting);
+    const std::string_view named = text ? platform::trimmed(*text) : std::string_view();
+    return std::string(named.empty() ? platform::addresses::dataServerHost : named);
+}
+
+/// The keys stand in the order in which the server's users always gave them.
+platform::URL request(platform::Host& host, std::string_view scheme, std::string_view source,
+                      std::string_view station, std::string_view latest) {
+    return {fmt::format("{}://{}{}?dataSource={}&requestType=retrieve&format=xml&stationString={}"
+                        "&hoursBeforeNow=1&{}=true",
+                        scheme, serverOf(host), platform::addresses::dataServerPath, source,
+                        station, latest)};
+}
+
+/// All bytes but the unreserved ones of RFC 3986.
+std::string percentEscaped(std::string_view text) {
+    constexpr std::string_view unreserved = "ABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                                            "abcdefghijklmnopqrstuvwxyz0123456789-._~";
+    std::string escaped;
+    for (const char byte : text) {
+        if (unreserved.find(byte) != unreserved.npos) {
+            escaped += byte;
+        } else {
+            fmt::format_to(std::back_inserter(escaped), "%{:02X}",
+                           static_cast<unsigned char>(byte));
+        }
+    }
+    return escaped;
+}
+
+} // namespace
+
+platform::URL metarRequest(platform::Host& host, std::string_view identifier) {
+    return request(host, "https", "metars", percentEscaped(identifier), "mostRecentForEachStation");
+}
+
+platform::URL tafRequest(platform::Host& host, std::string_view identifier) {
+    return request(host, "https", "TAFs", percentEscaped(identifier), "mostRecent");
+}
+
+platform::URL fixedTafRequest(platform::Host& host, std::string_view latest) {
+    return request(host, "http", "TAFs", "KSFO", latest);
+}
+
+} // namespace weather
