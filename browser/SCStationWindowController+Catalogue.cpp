@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "browser/SCStationWindowController.h"
+
+#include "catalogue/ListFile.h"
+#include "catalogue/Packages.h"
+#include "platform/Geodesy.h"
+#include "platform/KeyedArchiver.h"
+#include "slib/SupportLibCat.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+void SCStationWindowController::loadParsedFile(bool flag) {
+    const std::string path =
+        flag ? std::string() : SupportLibCat::fileNameInBundle(host_, "Stations.STNPKG");
+    if (outlets.dLcikWords) {
+        outlets.dLcikWords->setHidden(true);
+    }
+    masterCollection_.store(catalogue::readPackage(path));
+    if (masterCollection()) {
+        resetWorkingCollection();
+        setWordsStringTHing(workingCollection->numberOfStations);
+        reloadTable();
+    }
+}
+
+void SCStationWindowController::addCollection(
+    const std::shared_ptr<AviationWeatherStationCollection>& collection) {
+    masterCollection_.store(collection);
+    resetWorkingCollection();
+}
+
+void SCStationWindowController::resetWorkingCollection() {
+    const auto master = masterCollection();
+    workingCollection = master ? master->copySharingStations() : nullptr;
+}
+
+void SCStationWindowController::parseit() {
+    parser_.store(nullptr);
+    const auto chosen = SupportLibCat::simpleGetFile_ofThese(host_, {"txt"});
+    if (!chosen) {
+        return;
+    }
+    if (outlets.parserIt) {
+        outlets.parserIt->setEnabled(false);
+    }
+    fileURL_.store(chosen);
+    auto parser = stationparser::initWithNSString(host_.notificationCenter, host_.log,
+                                                  catalogue::readListFile(chosen->path()));
+    parser_.store(parser);
+    std::erase_if(queues_, [](const auto& queue) { return queue->isIdle(); });
+    queues_.push_back(std::make_unique<platform::OperationQueue>());
+    queues_.back()->addOperation(std::move(parser));
+}
+
+void SCStationWindowController::parseIsDone() {
+    const auto parser = parser_.load();
+    // A parse that was superseded while it ran has nothing to show: the catalogue stays.
+    if (const auto parsed = parser ? parser->stationArray() : nullptr) {
+        auto master = AviationWeatherStationCollection::init();
+        master->stations = std::make_shared<StationArray>(*parsed);
+        master->numberOfStations = static_cast<std::int64_t>(parsed->size());
+        master->lastUpdated = host_.clock.now();
+        master->fromURL = fileURL_.load();
+        // The groups are discarded with the copy; intended.
+        master->copySharingStations()->createStateCollections();
+        // Marks stand still until the new master is the one that later marks go to.
+        const auto lock = AviationWeatherStation::lockMarks();
+        if (const auto replaced = masterCollection()) {
+            master->takeFavoritesFrom(*replaced);
+        }
+        masterCollection_.store(std::move(master));
+    }
+    host_.mainThread.perform(weak_from_this(), [this] { showzTble(); });
+    if (const auto master = masterCollection(); master && master->stations) {
+        for (const auto& station : *master->stations) {
+            if (station && !platform::Location{station->latitude, station->longitude}.isValid()) {
+                host_.log.line(station->ICAO.value_or(""));
+            }
+        }
+    }
+}
+
+void SCStationWindowController::showzTble() {
+    if (outlets.saver) {
+        outlets.saver->setEnabled(true);
+    }
+    if (outlets.parserIt) {
+        outlets.parserIt->setEnabled(true);
+    }
+    const auto parser = parser_.load();
+    const auto parsed = parser ? parser->theCollection() : nullptr;
+    if (outlets.words) {
+        // Plural even for one station, unlike the other count; intended.
+        outlets.words->setText(fmt::format("{} stations", parsed ? parsed->stations->size() : 0));
+    }
+    addCollection(masterCollection());
+    reloadTable();
+}
+
+void SCStationWindowController::reloadTable() {
+    if (outlets.table) {
+        outlets.table->reloadData();
+    }
+}
+
+void SCStationWindowController::saveDocument() {
+    innerSave();
+}
+
+void SCStationWindowController::innerSave() {
+    resetWorkingCollection();
+    savehere_ = SupportLibCat::getAPuttingURL(host_, catalogue::packagePath);
+    savePath_ = savehere_ ? savehere_->path() : std::string();
+    if (!savehere_) {
+        return;
+    }
+    savePath_ = catalogue::packagePath(savePath_);
+    platform::KeyedArchiver::archiveRootObject(masterCollection(), savePath_);
+}
+
+void SCStationWindowController::saveoptionsDidEnd_returnCode_contextInfo(int returnCode) {
+    if (returnCode == 1) {
+        innerSave();
+    }
+}
+
+void SCStationWindowController::wetDidEnd_returnCode_contextInfo(int /*returnCode*/) {}
+
+void SCStationWindowController::setWordsStringTHing(std::int64_t n) {
+    if (outlets.words) {
+        outlets.words->setText(fmt::format("{} {}", n, n < 2 ? "station" : "stations"));
+    }
+}

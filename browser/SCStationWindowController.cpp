@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+#include "browser/SCStationWindowController.h"
+
+#include "platform/Text.h"
+#include "slib/SuportLib.h"
+
+#include <array>
+#include <utility>
+
+namespace {
+
+constexpr const char* favoriteWeatherKey = "displayfavweather";
+constexpr const char* mapTypeKey = "curmaptype";
+constexpr std::int64_t satelliteMap = 1;
+constexpr std::chrono::seconds weatherInterval{1800};
+
+/// Of columns 1 to 16.
+constexpr std::array<std::int32_t, 16> columnWidths{10, 120, 45, 45, 50, 90, 90, 40,
+                                                    15, 15,  15, 15, 15, 15, 40, 20};
+
+std::optional<std::string> stateText(const AviationWeatherStation& station) {
+    const auto& abbreviation = station.stateAbbreviation;
+    const auto& name = station.stateName;
+    if ((!abbreviation || *abbreviation == "  ") && name && platform::utf16Length(*name) >= 4) {
+        return std::string(platform::wholeCharacterPrefix(*name, 2));
+    }
+    return abbreviation;
+}
+
+std::optional<std::string> cellText(const AviationWeatherStation& station, std::int64_t column) {
+    switch (column) {
+    case 1:
+        return stateText(station);
+    case 2:
+        return station.stationName;
+    case 3:
+        return station.ICAO;
+    case 4:
+        return station.IATA;
+    case 5:
+        return std::to_string(station.SYNOPIndex);
+    case 6:
+        return SuportLib::latitudeString(station.latitude);
+    case 7:
+        // The longitude, too, prints in the latitude's form; intended.
+        return SuportLib::latitudeString(station.longitude);
+    case 8:
+        return std::to_string(station.ELEV);
+    case 9:
+        return platform::textOfCode(station.METAR);
+    case 10:
+        return platform::textOfCode(station.NEXRAD);
+    case 11:
+        return platform::textOfCode(station.aviationFlag);
+    case 12:
+        return platform::textOfCode(station.upperAirOrWind);
+    case 13:
+        return platform::textOfCode(station.observationType);
+    case 14:
+        return platform::textOfCode(station.officeType);
+    case 15:
+        return platform::textOfCode(station.plottingPriority);
+    case 16:
+        return station.countryCode;
+    default:
+        return "";
+    }
+}
+
+} // namespace
+
+SCStationWindowController::SCStationWindowController(Private, platform::Host& host,
+                                                     std::string name)
+    : host_(host), windowNibName_(std::move(name)) {}
+
+std::shared_ptr<SCStationWindowController>
+SCStationWindowController::initWithWindowNibName(platform::Host& host, std::string name) {
+    return std::make_shared<SCStationWindowController>(Private{}, host, std::move(name));
+}
+
+SCStationWindowController::~SCStationWindowController() {
+    // Waits for a parse that is just announcing its end.
+    observers_.clear();
+}
+
+void SCStationWindowController::windowDidLoad() {
+    if (outlets.table) {
+        outlets.table->setDataSource(this);
+        outlets.table->setDelegate(this);
+    }
+    if (outlets.sf) {
+        outlets.sf->setSendsSearchStringImmediately(true);
+        outlets.sf->setSendsWholeSearchString(false);
+    }
+    if (outlets.switchie) {
+        outlets.switchie->setSelectedSegment(0);
+    }
+    // The observer may run on any thread; dropping its token waits for it, so `this` is safe.
+    observers_.push_back(host_.notificationCenter.addObserver(
+        stationparser::StationParseDone, [this](const platform::Notification&) { parseIsDone(); }));
+    if (outlets.secView) {
+        outlets.secView->setHidden(true);
+    }
+    if (outlets.saver) {
+        outlets.saver->setEnabled(false);
+    }
+    if (outlets.metarB) {
+        outlets.metarB->setEnabled(false);
+    }
+    if (outlets.distButton) {
+        outlets.distButton->setEnabled(false);
+    }
+    loadParsedFile(false);
+    alwaysFavWeather_ = static_cast<std::int32_t>(
+        platform::integerOf(host_.userDefaults.objectForKey(favoriteWeatherKey)));
+    const platform::Value mapType = host_.userDefaults.objectForKey(mapTypeKey);
+    currentMapType = std::holds_alternative<std::monostate>(mapType) ? satelliteMap
+                                                                     : platform::integerOf(mapType);
+    if (outlets.mapV) {
+        outlets.mapV->setMapType(currentMapType);
+    }
+    if (outlets.table) {
+        for (std::size_t i = 0; i < columnWidths.size(); ++i) {
+            outlets.table->setColumnWidth(std::to_string(i + 1), columnWidths[i]);
+        }
+    }
+    nowSelection = -1;
+    if (outlets.distButton) {
+        outlets.distButton->selectItem(0);
+    }
+    if (outlets.table) {
+        // The second row, not the first; intended.
+        outlets.table->selectRow(1);
+    }
+    updateWeatherTimer =
+        host_.timers.scheduleRepeating(weatherInterval, [this] { updateWeather(); });
+    loadFavorites();
+    if (outlets.alwaysFavItem) {
+        outlets.alwaysFavItem->setState(alwaysFavWeather_ != 0);
+    }
+    getFavWeather();
+}
+
+void SCStationWindowController::quitting() {
+    saveFavorites();
+    host_.userDefaults.setObject(platform::Number(alwaysFavWeather_), favoriteWeatherKey);
+    host_.userDefaults.setObject(platform::Number(currentMapType), mapTypeKey);
+}
+
+std::int64_t
+SCStationWindowController::numberOfRowsInTableView(const platform::TableView& /*table*/) const {
+    return workingCollection && workingCollection->stations
+               ? static_cast<std::int64_t>(workingCollection->stations->size())
+               : 0;
+}
+
+std::optional<std::string> SCStationWindowController::tableView_objectValueForTableColumn_row(
+    const platform::TableView& table, std::string_view column, std::int64_t row) const {
+    if (row < 0 || row >= numberOfRowsInTableView(table)) {
+        return "";
+    }
+    const auto& station = (*workingCollection->stations)[static_cast<std::size_t>(row)];
+    return station ? cellText(*station, platform::integerOf(std::string(column))) : "";
+}
+
+bool SCStationWindowController::tableView_shouldEditTableColumn_row(
+    const platform::TableView& /*table*/, std::string_view /*column*/, std::int64_t /*row*/) const {
+    return false;
+}

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "browser/SCMainTable.h"
+#include "catalogue/AviationWeatherStationCollection.h"
+#include "catalogue/stationparser.h"
+#include "platform/Guarded.h"
+#include "platform/Host.h"
+#include "platform/OperationQueue.h"
+#include "platform/Views.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// The main window's logic: the station table, the catalogue behind it and the controls around it.
+/// It owns a master collection, every station of the catalogue, and a working collection, what the
+/// table shows: always another object than the master, sharing the master's station records.
+///
+/// Main thread only, except for `parseIsDone`, which runs on the thread of a parse. Its window
+/// fills `outlets` before `windowDidLoad`, and dies before it.
+class SCStationWindowController : public platform::TableViewDataSource,
+                                  public platform::TableViewDelegate,
+                                  public std::enable_shared_from_this<SCStationWindowController> {
+public:
+    /// The controls; each is borrowed and may be null.
+    struct Outlets {
+        SCMainTable* table = nullptr;
+        platform::SegmentedControl* switchie = nullptr;
+        platform::SearchField* sf = nullptr;
+        platform::Button* saver = nullptr;
+        platform::Button* parserIt = nullptr;
+        platform::Button* metarB = nullptr;
+        platform::PopUpButton* distButton = nullptr;
+        platform::TextField* words = nullptr;
+        platform::MapView* mapV = nullptr;
+        platform::WebView* secView = nullptr;
+        platform::TextField* dLcikWords = nullptr;
+        platform::MenuItem* alwaysFavItem = nullptr;
+    };
+
+    [[nodiscard]] static std::shared_ptr<SCStationWindowController>
+    initWithWindowNibName(platform::Host& host, std::string name);
+    ~SCStationWindowController() override;
+
+    Outlets outlets;
+    std::int64_t nowSelection = -1;
+    std::shared_ptr<AviationWeatherStation> selectedStation;
+    std::shared_ptr<AviationWeatherStationCollection> workingCollection;
+    std::int64_t currentMapType = 0;
+    bool showingFavs = false;
+    std::unique_ptr<platform::Timer> updateWeatherTimer;
+
+    /// The name of the interface file that the window is made from.
+    [[nodiscard]] const std::string& windowNibName() const { return windowNibName_; }
+    /// Every station of the catalogue, or null. Any thread may read it while a parse replaces it.
+    [[nodiscard]] std::shared_ptr<AviationWeatherStationCollection> masterCollection() const {
+        return masterCollection_.load();
+    }
+
+    /// Start-up, once the outlets are filled.
+    void windowDidLoad();
+    /// Stores what outlives the run; called once, at the end of it.
+    void quitting();
+
+    /// Reads the shipped package into the master (`flag` false) or empties the master (true).
+    void loadParsedFile(bool flag);
+    /// Makes `collection` the master and shows a copy of it at the next reload.
+    void addCollection(const std::shared_ptr<AviationWeatherStationCollection>& collection);
+    /// Lets the user choose a station list and parses it in the background.
+    void parseit();
+    /// Saves the master collection as a package, where the user says.
+    void saveDocument();
+    void innerSave();
+    void saveoptionsDidEnd_returnCode_contextInfo(int returnCode);
+    void wetDidEnd_returnCode_contextInfo(int returnCode);
+    /// Writes the count label; 0 and 1 take the singular, as intended.
+    void setWordsStringTHing(std::int64_t n);
+
+    [[nodiscard]] std::int64_t
+    numberOfRowsInTableView(const platform::TableView& table) const override;
+    /// The text of one cell; the columns are named "1" to "16". Any other column and a row outside
+    /// the working collection give the empty text.
+    [[nodiscard]] std::optional<std::string> tableView_objectValueForTableColumn_row(
+        const platform::TableView& table, std::string_view column, std::int64_t row) const override;
+    [[nodiscard]] bool tableView_shouldEditTableColumn_row(const platform::TableView& table,
+                                                           std::string_view column,
+                                                           std::int64_t row) const override;
+    void tableViewSelectionDidChange(const platform::TableView& table) override;
+
+private:
+    /// Only the factory makes controllers.
+    struct Private {};
+
+public:
+    SCStationWindowController(Private, platform::Host& host, std::string name);
+
+private:
+    void parseIsDone();
+    void showzTble();
+    void reloadTable();
+    /// Makes the working collection a fresh copy of the master that shares its station records.
+    void resetWorkingCollection();
+    void updateWeather();
+    void loadFavorites();
+    void saveFavorites();
+    void getFavWeather();
+
+    platform::Host& host_;
+    std::string windowNibName_;
+    platform::Guarded<std::shared_ptr<AviationWeatherStationCollection>> masterCollection_;
+    platform::Guarded<std::shared_ptr<stationparser>> parser_;
+    platform::Guarded<std::optional<platform::URL>> fileURL_;
+    std::optional<platform::URL> savehere_;
+    std::string savePath_;
+    std::int32_t alwaysFavWeather_ = 0;
+    std::vector<platform::NotificationCenter::Token> observers_;
+    /// The last one runs the current parse; earlier ones stay until their parse has ended.
+    std::vector<std::unique_ptr<platform::OperationQueue>> queues_;
+};

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+#include "browser/SCStationWindowController.h"
+#include "catalogue/Packages.h"
+#include "platform/KeyedArchiver.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/FakeViews.h"
+#include "tests/support/Stations.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace {
+
+const std::string line =
+    "ZZ SAMPLE FIELD     KZZQ ZZQ   72999   39 52N  104 40W 1656   X     T     A    7 US\n";
+
+const std::string list = "! stations\n";
+
+class Catalogue : public testing::Test {
+protected:
+    Catalogue() {
+        controller->outlets = window.outlets();
+        controller->windowDidLoad();
+    }
+
+    /// Parses a list of the given text, as far as the main thread takes part.
+    void parse(const std::string& text) {
+        choose(host.folder.write("list.txt", text));
+        controller->parseit();
+        EXPECT_FALSE(window.parserIt.enabled);
+        settle();
+    }
+
+    void choose(const std::filesystem::path& path) {
+        host.panels.answers.emplace_back(platform::URL::file(path.string()));
+    }
+
+    void settle() {
+        while (host.mainThread.queued() == 0) {
+            std::this_thread::yield();
+        }
+        host.mainThread.run();
+    }
+
+    support::FakeHost host;
+    support::FakeStationWindow window;
+    std::shared_ptr<SCStationWindowController> controller =
+        SCStationWindowController::initWithWindowNibName(host.host, "SCStationWindowController");
+};
+
+TEST_F(Catalogue, AParsedListReplacesTheCatalogueAndCanBeSaved) {
+    parse(list + "\nHERE 1\n" + line);
+    EXPECT_EQ(host.panels.askedTypes, (std::vector<std::string>{"txt"}));
+    EXPECT_EQ(window.table.rows, 1);
+    EXPECT_EQ(window.cell(0, "3"), "KZZQ");
+    EXPECT_EQ(window.words.text, "1 stations");
+    EXPECT_TRUE(window.saver.enabled);
+    EXPECT_TRUE(window.parserIt.enabled);
+    const auto master = controller->masterCollection();
+    EXPECT_EQ(master->numberOfStations, 1);
+    EXPECT_EQ(master->lastUpdated, host.clock.now());
+    EXPECT_EQ(master->fromURL->path(), (host.folder / "list.txt").string());
+    EXPECT_FALSE(master->stateByStateCollection);
+
+    const auto chosen = host.folder / "my.list";
+    choose(chosen);
+    controller->saveDocument();
+    EXPECT_EQ(host.panels.askedWrittenPath("/a/b.txt"), "/a/b.STNPKG");
+    const auto saved = catalogue::readPackage(host.folder / "my.STNPKG");
+    ASSERT_TRUE(saved);
+    EXPECT_EQ(identifiers(*saved->stations), (std::vector<std::string>{"KZZQ"}));
+    EXPECT_EQ(saved->fromURL, master->fromURL);
+    EXPECT_FALSE(std::filesystem::exists(chosen));
+}
+
+TEST_F(Catalogue, ACancelledPanelChangesNothing) {
+    parse(list + line);
+    const auto master = controller->masterCollection();
+    controller->parseit();
+    EXPECT_TRUE(window.parserIt.enabled);
+    controller->workingCollection->stations->clear();
+    controller->saveDocument();
+    EXPECT_EQ(controller->masterCollection(), master);
+    // The filter is lost all the same.
+    EXPECT_EQ(controller->workingCollection->stations->size(), 1U);
+    EXPECT_EQ(host.panels.timesAsked, 3);
+}
+
+TEST_F(Catalogue, UnreadableAndEmptyListsEndTheParseToo) {
+    parse(list + line);
+    for (const auto& path :
+         {host.folder / "absent.txt", host.folder.path(), host.folder.write("empty.txt", "")}) {
+        choose(path);
+        controller->parseit();
+        settle();
+        EXPECT_TRUE(window.parserIt.enabled);
+        EXPECT_EQ(window.words.text, "0 stations");
+        EXPECT_EQ(window.table.rows, 0);
+    }
+}
+
+TEST_F(Catalogue, FavoritesOutliveTheCatalogueTheyWereMarkedIn) {
+    parse(list + line);
+    controller->masterCollection()->stations->front()->setFavorite(true);
+    parse(list + line + line);
+    const auto& stations = *controller->masterCollection()->stations;
+    EXPECT_TRUE(stations.at(0)->isFavorite());
+    EXPECT_FALSE(stations.at(1)->isFavorite());
+}
+
+TEST_F(Catalogue, MarksAndReadsGoOnWhileAParseReplacesTheMaster) {
+    std::string text = list;
+    for (int i = 0; i < 2000; ++i) {
+        text += line;
+    }
+    parse(list + line);
+    choose(host.folder.write("long.txt", text));
+    controller->parseit();
+    bool mark = false;
+    while (host.mainThread.queued() == 0) {
+        const auto master = controller->masterCollection();
+        master->stations->front()->setFavorite(mark = !mark);
+        (void)window.cell(0, "3");
+    }
+    const bool last = controller->masterCollection()->stations->front()->isFavorite();
+    host.mainThread.run();
+    EXPECT_EQ(window.table.rows, 2000);
+    EXPECT_EQ(controller->workingCollection->stations->front()->isFavorite(), last);
+}
+
+TEST_F(Catalogue, ASecondParseMayStartBeforeTheFirstHasEnded) {
+    const auto first = host.folder.write("first.txt", list + line);
+    const auto second = host.folder.write("second.txt", list + line + line);
+    choose(first);
+    choose(second);
+    controller->parseit();
+    controller->parseit();
+    int shown = 0;
+    while (shown < 2) {
+        shown += static_cast<int>(host.mainThread.queued());
+        host.mainThread.run();
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(window.table.rows, 2);
+}
+
+TEST_F(Catalogue, AControllerMayGoWhileItsParseRuns) {
+    choose(host.folder.write("list.txt", list + line));
+    controller->parseit();
+    window.table.setDataSource(nullptr);
+    controller.reset();
+    host.mainThread.run();
+    EXPECT_EQ(window.words.text, "designed");
+}
+
+TEST_F(Catalogue, ASheetSavesOnlyWhenItEndsWithSave) {
+    parse(list + line);
+    controller->saveoptionsDidEnd_returnCode_contextInfo(0);
+    controller->wetDidEnd_returnCode_contextInfo(1);
+    EXPECT_EQ(host.panels.timesAsked, 1);
+    controller->saveoptionsDidEnd_returnCode_contextInfo(1);
+    EXPECT_EQ(host.panels.timesAsked, 2);
+}
+
+} // namespace

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include "browser/SCStationWindowController.h"
+#include "platform/KeyedArchiver.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/FakeViews.h"
+#include "tests/support/Stations.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class StartUp : public testing::Test {
+protected:
+    void ship(std::initializer_list<StationFacts> rows) {
+        ASSERT_TRUE(platform::KeyedArchiver::archiveRootObject(
+            makeCollection(rows), host.bundle.resources + "/Stations.STNPKG"));
+    }
+
+    void start() {
+        controller = SCStationWindowController::initWithWindowNibName(host.host,
+                                                                      "SCStationWindowController");
+        controller->outlets = window.outlets();
+        controller->windowDidLoad();
+    }
+
+    support::FakeHost host;
+    support::FakeStationWindow window;
+    std::shared_ptr<SCStationWindowController> controller;
+};
+
+TEST_F(StartUp, ShowsTheShippedCatalogue) {
+    ship({{"KJFK"}, {"KDEN"}, {"LSZH"}});
+    start();
+    EXPECT_EQ(window.table.rows, 3);
+    EXPECT_EQ(window.cell(1, "3"), "KDEN");
+    EXPECT_EQ(window.words.text, "3 stations");
+    // The second row.
+    EXPECT_EQ(window.table.selected, 1);
+    EXPECT_EQ(window.switchie.segment, 0);
+    EXPECT_EQ(window.distButton.item, 0);
+    EXPECT_TRUE(window.sf.immediately);
+    EXPECT_FALSE(window.sf.whole);
+    EXPECT_FALSE(window.saver.enabled);
+    EXPECT_TRUE(window.parserIt.enabled);
+    EXPECT_TRUE(window.secView.hidden);
+    EXPECT_TRUE(window.dLcikWords.hidden);
+    EXPECT_EQ(window.table.widths.size(), 16U);
+    EXPECT_EQ(window.table.widths["2"], 120);
+    EXPECT_EQ(window.table.widths["15"], 40);
+    EXPECT_EQ(host.timers.runningIntervals(),
+              (std::vector<std::chrono::milliseconds>{std::chrono::minutes(30)}));
+}
+
+TEST_F(StartUp, WithoutACatalogueTheWindowStaysAsDesigned) {
+    for (const bool isBroken : {false, true}) {
+        if (isBroken) {
+            host.folder.write("resources/Stations.STNPKG", "bplist00 and then nothing of use");
+        }
+        start();
+        EXPECT_FALSE(controller->masterCollection());
+        EXPECT_EQ(window.table.rows, 0);
+        EXPECT_EQ(window.words.text, "designed");
+        EXPECT_EQ(window.table.selected, -1);
+    }
+}
+
+TEST_F(StartUp, WithoutAnyOutletNothingFails) {
+    ship({{"KJFK"}, {"KDEN"}});
+    controller =
+        SCStationWindowController::initWithWindowNibName(host.host, "SCStationWindowController");
+    controller->windowDidLoad();
+    controller->loadParsedFile(true);
+    EXPECT_FALSE(controller->masterCollection());
+    controller->quitting();
+}
+
+TEST_F(StartUp, RemembersTheMapTypeAndTheFavoriteWeather) {
+    start();
+    EXPECT_EQ(controller->currentMapType, 1);
+    EXPECT_EQ(window.mapV.mapType, 1);
+    EXPECT_FALSE(window.alwaysFavItem.on);
+
+    host.userDefaults.setObject(platform::Number(std::int64_t{4}), "curmaptype");
+    host.userDefaults.setObject(std::string("1"), "displayfavweather");
+    start();
+    EXPECT_EQ(window.mapV.mapType, 4);
+    EXPECT_TRUE(window.alwaysFavItem.on);
+
+    controller->currentMapType = 2;
+    controller->quitting();
+    EXPECT_EQ(platform::integerOf(host.userDefaults.objectForKey("curmaptype")), 2);
+    EXPECT_EQ(platform::integerOf(host.userDefaults.objectForKey("displayfavweather")), 1);
+}
+
+} // namespace

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "browser/SCStationWindowController.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/FakeViews.h"
+#include "tests/support/Stations.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace {
+
+class StationTable : public testing::Test {
+protected:
+    StationTable() { controller->outlets = window.outlets(); }
+
+    void show(const std::shared_ptr<AviationWeatherStationCollection>& collection) {
+        window.table.setDataSource(controller.get());
+        controller->addCollection(collection);
+        window.table.reloadData();
+    }
+
+    support::FakeHost host;
+    support::FakeStationWindow window;
+    std::shared_ptr<SCStationWindowController> controller =
+        SCStationWindowController::initWithWindowNibName(host.host, "SCStationWindowController");
+};
+
+TEST_F(StationTable, ShowsEveryColumnInItsForm) {
+    auto collection = makeCollection({{"KZZQ", "SAMPLE FIELD    ", "COLORADO ", 39.87, -104.67}});
+    auto& station = *collection->stations->front();
+    station.stateAbbreviation = "CO";
+    station.SYNOPIndex = 72999;
+    station.ELEV = -30;
+    station.METAR = 'X';
+    station.NEXRAD = '\0';
+    station.aviationFlag = ' ';
+    station.upperAirOrWind = '\xe9';
+    station.plottingPriority = '7';
+    station.countryCode = "US";
+    show(collection);
+    const char* const cells[] = {"CO",          "SAMPLE FIELD    ", "KZZQ", "(absent)", "72999",
+                                 "39°52'12\"N", "104°40'12\"S",     "-30",  "X",        "",
+                                 " ",           "\xEF\xBF\xBD",     "",     "",         "7",
+                                 "US"};
+    for (int i = 0; i < 16; ++i) {
+        EXPECT_EQ(window.cell(0, std::to_string(i + 1)), cells[i]) << "column " << i + 1;
+    }
+    for (const char* other : {"0", "17", "", "x", "-1"}) {
+        EXPECT_EQ(window.cell(0, other), "") << other;
+    }
+    for (const std::int64_t row :
+         {std::int64_t{-1}, std::int64_t{1}, std::numeric_limits<std::int64_t>::max()}) {
+        EXPECT_EQ(window.cell(row, "3"), "") << row;
+    }
+    EXPECT_FALSE(controller->tableView_shouldEditTableColumn_row(window.table, "2", 0));
+}
+
+TEST_F(StationTable, TakesAMissingStateFromTheRegionsName) {
+    using Text = std::optional<std::string>;
+    struct {
+        Text abbreviation, region;
+        const char* shown;
+    } const rows[] = {
+        {{}, "FLORIDA", "FL"},
+        {{}, "PERU", "PE"},
+        {{}, "FRA", "(absent)"},
+        {{}, {}, "(absent)"},
+        {"  ", "AB", "  "},
+        {"  ", "SPAIN", "SP"},
+        {"NY", "SPAIN", "NY"},
+        {" ", "SPAIN", " "},
+        {"", "SPAIN", ""},
+        {{}, "\xC3\x85LAND", "\xC3\x85L"},
+        {{}, "A\xF0\x9F\x9B\xABX", "A\xF0\x9F\x9B\xAB"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.region.value_or("no region"));
+        auto collection = makeCollection({{"A", "B", row.region}});
+        collection->stations->front()->stateAbbreviation = row.abbreviation;
+        show(collection);
+        EXPECT_EQ(window.cell(0, "1"), row.shown);
+    }
+}
+
+TEST_F(StationTable, CountsZeroAndOneInTheSingular) {
+    for (const auto& [count, text] : {std::pair{-1, "-1 station"},
+                                      {0, "0 station"},
+                                      {1, "1 station"},
+                                      {2, "2 stations"},
+                                      {9289, "9289 stations"}}) {
+        controller->setWordsStringTHing(count);
+        EXPECT_EQ(window.words.text, text);
+    }
+}
+
+TEST_F(StationTable, WorksOnACopyThatSharesTheRecords) {
+    const auto collection = makeCollection({{"A"}, {"B"}});
+    show(collection);
+    EXPECT_NE(controller->workingCollection, controller->masterCollection());
+    EXPECT_NE(controller->workingCollection->stations, collection->stations);
+    EXPECT_EQ(*controller->workingCollection->stations, *collection->stations);
+    show(nullptr);
+    EXPECT_EQ(window.table.rows, 0);
+    EXPECT_EQ(window.cell(0, "3"), "");
+}
+
+} // namespace
