@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "desktop/host/FilePanels.h"
+#include "desktop/host/Folders.h"
+#include "desktop/host/MainQueue.h"
+#include "desktop/host/Program.h"
+#include "desktop/host/RepeatingTimers.h"
+#include "desktop/host/Settings.h"
+#include "platform/Host.h"
+#include "platform/System.h"
+#include "platform/URLSession.h"
+
+#include <QCoreApplication>
+
+namespace desktop {
+
+/// Owns every service of a run of the program on this desktop. Needs the application object, and
+/// is made and dropped on the main thread.
+class DesktopHost {
+public:
+    [[nodiscard]] platform::Host& services() { return services_; }
+    [[nodiscard]] MainQueue& mainQueue() { return mainQueue_; }
+    [[nodiscard]] platform::CurlURLSessions& urlSessions() { return urlSessions_; }
+
+private:
+    platform::StandardErrorLog log_;
+    platform::SystemClock clock_;
+    platform::NotificationCenter notificationCenter_;
+    Settings settings_{log_};
+    Folders folders_{log_};
+    Program program_{QCoreApplication::applicationDirPath()};
+    FilePanels panels_;
+    RepeatingTimers timers_;
+    MainQueue mainQueue_;
+    platform::CurlURLSessions urlSessions_{notificationCenter_};
+    platform::Host services_{
+        notificationCenter_, settings_, folders_, program_,    panels_, timers_,
+        mainQueue_,          clock_,    log_,     urlSessions_};
+};
+
+} // namespace desktop

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QSocketNotifier>
+
+#include <array>
+#include <csignal>
+#include <functional>
+#include <optional>
+
+namespace desktop {
+
+/// While it lives, SIGTERM, SIGINT and SIGHUP call a function from the main thread's event loop
+/// instead of ending the process; but a process started to survive a hang-up does so. One object
+/// at a time.
+class EndSignals {
+public:
+    explicit EndSignals(std::function<void()> end);
+    ~EndSignals();
+    EndSignals(const EndSignals&) = delete;
+    EndSignals& operator=(const EndSignals&) = delete;
+
+private:
+    struct Taken {
+        int number;
+        struct sigaction before {};
+    };
+
+    std::array<Taken, 3> taken_{{{SIGTERM}, {SIGINT}, {SIGHUP}}};
+    std::array<int, 2> pipe_{-1, -1};
+    std::optional<QSocketNotifier> notifier_;
+};
+
+} // namespace desktop

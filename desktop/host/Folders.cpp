@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/host/Folders.h"
+
+#include "desktop/Text.h"
+#include "platform/Files.h"
+
+#include <QStandardPaths>
+
+namespace desktop {
+
+Folders::Folders(platform::Log& log)
+    : documents_(filePath(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))),
+      applicationSupport_(
+          filePath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation))) {
+    if (const auto error = platform::createDirectory(applicationSupport_, true)) {
+        log.line("No folder " + applicationSupport_ + ": " + error.message());
+    }
+}
+
+std::vector<std::string> Folders::paths(int kind, int domainMask) const {
+    if ((domainMask & userDomain) == 0) {
+        return {};
+    }
+    switch (kind) {
+    case documents:
+        return {documents_};
+    case applicationSupport:
+        return {applicationSupport_};
+    default:
+        return {};
+    }
+}
+
+} // namespace desktop

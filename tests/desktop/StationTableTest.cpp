@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/StationTable.h"
+
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QTableView>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <limits>
+#include <vector>
+
+namespace {
+
+struct Stations final : platform::TableViewDataSource, platform::TableViewDelegate {
+    [[nodiscard]] std::int64_t
+    numberOfRowsInTableView(const platform::TableView& /*table*/) const override {
+        return rows;
+    }
+    [[nodiscard]] std::optional<std::string>
+    tableView_objectValueForTableColumn_row(const platform::TableView& /*table*/,
+                                            std::string_view column,
+                                            std::int64_t row) const override {
+        ++cellsAsked;
+        if (row == longRow) {
+            return longText;
+        }
+        return std::string(column) + "." + std::to_string(row);
+    }
+    void tableViewSelectionDidChange(const platform::TableView& /*table*/) override { ++told; }
+    [[nodiscard]] bool tableView_shouldEditTableColumn_row(const platform::TableView& /*table*/,
+                                                           std::string_view /*column*/,
+                                                           std::int64_t /*row*/) const override {
+        return false;
+    }
+
+    std::int64_t rows = 5;
+    std::int64_t longRow = -1;
+    std::string longText;
+    int told = 0;
+    mutable std::int64_t cellsAsked = 0;
+};
+
+class StationTableTest : public ::testing::Test {
+protected:
+    StationTableTest() {
+        view.setSelectionBehavior(QAbstractItemView::SelectRows);
+        view.setSelectionMode(QAbstractItemView::SingleSelection);
+        view.resize(900, 400);
+        view.show();
+        table.setDataSource(&stations);
+        table.setDelegate(&stations);
+        table.reloadData();
+    }
+
+    [[nodiscard]] int selectedRow() const {
+        const QModelIndexList rows = view.selectionModel()->selectedRows();
+        return rows.isEmpty() ? -1 : rows.first().row();
+    }
+    void click(int row) {
+        QTest::mouseClick(view.viewport(), Qt::LeftButton, {},
+                          view.visualRect(view.model()->index(row, 0)).center());
+    }
+    void expectRoomForEverything() {
+        for (int column = 0; column < view.model()->columnCount(); ++column) {
+            SCOPED_TRACE(column);
+            EXPECT_GE(view.columnWidth(column), view.horizontalHeader()->sectionSizeHint(column));
+            for (int row = 0; row < view.model()->rowCount(); ++row) {
+                const QModelIndex index = view.model()->index(row, column);
+                ASSERT_GE(view.columnWidth(column), view.sizeHintForIndex(index).width());
+            }
+        }
+    }
+
+    QTableView view;
+    Stations stations;
+    desktop::StationTable table{view};
+};
+
+TEST_F(StationTableTest, TellsTheDelegateOfChangesOfTheSelectionOnly) {
+    struct Case {
+        const char* name;
+        std::function<void()> act;
+        int selected;
+        int toldAtOnce;
+        int toldInAll;
+    };
+    const auto reload = [this](std::int64_t rows) {
+        stations.rows = rows;
+        table.reloadData();
+    };
+    // Each with five rows, of which row 3 is selected.
+    const std::vector<Case> cases{
+        {"reload", [&] { reload(5); }, 3, 0, 0},
+        {"reload to more", [&] { reload(50); }, 3, 0, 0},
+        {"reload without the row", [&] { reload(3); }, -1, 0, 1},
+        {"twice", [&] { reload(3), reload(1); }, -1, 0, 1},
+        {"lost, not found again", [&] { reload(3), reload(5); }, -1, 0, 1},
+        {"lost, settled by another", [&] { reload(3), table.selectRow(2); }, 2, 1, 1},
+        {"lost, settled by its number", [&] { reload(3), reload(5), table.selectRow(3); }, 3, 1, 1},
+        {"lost, none selected", [&] { reload(3), table.selectRow(3); }, -1, 0, 1},
+        {"source let go", [&] { table.setDataSource(nullptr), table.reloadData(); }, -1, 0, 1},
+        {"same row", [&] { table.selectRow(3); }, 3, 0, 0},
+        {"other row", [&] { table.selectRow(0); }, 0, 1, 1},
+        {"past the end", [&] { table.selectRow(5); }, -1, 1, 1},
+        {"negative", [&] { table.selectRow(-9); }, -1, 1, 1},
+        {"far past the end", [&] { table.selectRow((std::int64_t{1} << 32) + 1); }, -1, 1, 1},
+        {"farthest", [&] { table.selectRow(std::numeric_limits<std::int64_t>::max()); }, -1, 1, 1},
+        {"row not loaded yet", [&] { stations.rows = 9, table.selectRow(7); }, -1, 1, 1},
+        {"user clicks", [&] { click(1); }, 1, 1, 1},
+        {"user clicks the same", [&] { click(3); }, 3, 0, 0},
+        {"user goes down", [&] { QTest::keyClick(&view, Qt::Key_Down); }, 4, 1, 1},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.name);
+        stations.rows = 5;
+        table.setDataSource(&stations);
+        table.reloadData();
+        table.selectRow(3);
+        QCoreApplication::processEvents();
+        stations.told = 0;
+
+        one.act();
+        EXPECT_EQ(selectedRow(), one.selected);
+        EXPECT_EQ(stations.told, one.toldAtOnce);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(selectedRow(), one.selected);
+        EXPECT_EQ(stations.told, one.toldInAll);
+    }
+}
+
+TEST_F(StationTableTest, ModelIsSound) {
+    const QAbstractItemModelTester tester(view.model(),
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    for (const std::int64_t rows : {0, 7, 3, -1}) {
+        stations.rows = rows;
+        table.reloadData();
+        QCoreApplication::processEvents();
+        EXPECT_EQ(view.model()->rowCount(), std::max<std::int64_t>(rows, 0));
+    }
+}
+
+TEST_F(StationTableTest, OpensColumnsWideEnoughInEveryFont) {
+    stations.rows = 700;
+    stations.longRow = 555;
+    stations.longText = "WWWWWWWWWWWWWWWW 60°59'59\"N";
+    table.reloadData();
+    table.setColumnWidth("1", 300);
+    table.setColumnWidth("17", 300);
+    for (const double width : {-1.0, 1e9, std::numeric_limits<double>::quiet_NaN()}) {
+        table.setColumnWidth("2", width);
+    }
+    expectRoomForEverything();
+    EXPECT_GE(view.columnWidth(0), 300);
+    EXPECT_LT(view.columnWidth(1), 1000);
+
+    const int before = view.columnWidth(2);
+    QFont large = view.font();
+    large.setPointSize(2 * large.pointSize());
+    view.setFont(large);
+    view.horizontalHeader()->setFont(large);
+    QCoreApplication::processEvents();
+    expectRoomForEverything();
+    EXPECT_GT(view.columnWidth(2), before);
+    EXPECT_GE(view.rowHeight(0), view.fontMetrics().height());
+}
+
+TEST_F(StationTableTest, KeepsWhatTheUserSetAcrossReloads) {
+    stations.rows = 1000;
+    table.reloadData();
+    table.selectRow(2);
+    view.horizontalHeader()->resizeSection(1, 77);
+    view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum() / 2);
+    const int place = view.verticalScrollBar()->value();
+
+    stations.longRow = 1;
+    stations.longText = "text that would like a wider column";
+    table.reloadData();
+    table.setColumnWidth("2", 120);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(view.columnWidth(1), 77);
+    EXPECT_EQ(view.verticalScrollBar()->value(), place);
+    EXPECT_GT(place, 0);
+}
+
+TEST_F(StationTableTest, LooksAtABoundedNumberOfCells) {
+    stations.rows = 1'000'000;
+    table.reloadData();
+    (void)view.grab();
+    EXPECT_LT(stations.cellsAsked, 200'000);
+    // As it happens at every keystroke of a search.
+    stations.cellsAsked = 0;
+    stations.rows = 999'999;
+    table.reloadData();
+    EXPECT_LT(stations.cellsAsked, 1'000);
+}
+
+TEST_F(StationTableTest, CutsTextThatNoStationHas) {
+    stations.longRow = 0;
+    for (const std::string_view piece : {"x", "é", "\U0001F326", "\xff"}) {
+        stations.longText.clear();
+        for (int i = 0; i < 100'000; ++i) {
+            stations.longText += piece;
+        }
+        const QString shown = table.model().cellText(0, 1);
+        EXPECT_LE(shown.size(), desktop::StationTableModel::longestCell);
+        EXPECT_TRUE(shown.endsWith(QChar(0x2026)));
+        EXPECT_TRUE(shown.isValidUtf16());
+    }
+}
+
+} // namespace
