@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "desktop/map/Layer.h"
+
+namespace desktop {
+
+/// What stands still while the map moves: scale bar, credit of the tiles, and the focus frame.
+class FurnitureLayer final : public Layer {
+public:
+    explicit FurnitureLayer(const MapState& state) : Layer(state) {}
+
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
+
+    /// Where the credit stands; empty when there is none.
+    [[nodiscard]] QRectF creditPlace() const;
+
+private:
+    [[nodiscard]] QFont smallFont() const;
+    [[nodiscard]] QString credit() const;
+    void drawScaleBar(QPainter& painter) const;
+    void drawCredit(QPainter& painter) const;
+};
+
+} // namespace desktop

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "desktop/map/MapScheme.h"
+#include "desktop/map/TileLoader.h"
+#include "map/BaseMap.h"
+#include "map/StationIndex.h"
+#include "map/Tiles.h"
+#include "map/View.h"
+
+#include <QFont>
+#include <QRectF>
+
+#include <optional>
+#include <vector>
+
+namespace desktop {
+
+enum class MapKind { standard, satellite, hybrid, flyover };
+
+/// What the map's layers draw. Written by the map view only; positions are in its points.
+struct MapState {
+    map::View view;
+    MapKind kind = MapKind::standard;
+    MapScheme scheme;
+    QFont font;
+    double pixelsPerPoint = 1;
+    bool hasFocus = false;
+
+    std::optional<map::BaseMap> base;
+
+    TileLoader* loader = nullptr;
+    /// The server for this view, if any, and what it shows.
+    std::optional<std::size_t> server;
+    std::vector<map::Tile> tiles;
+
+    std::vector<map::Station> stations;
+    map::StationIndex index;
+    std::optional<map::Station> marker;
+    /// The station under the pointer.
+    std::optional<std::uint32_t> pointed;
+
+    [[nodiscard]] QRectF frame() const { return {0, 0, view.size().width, view.size().height}; }
+    [[nodiscard]] bool isTilted() const { return kind == MapKind::flyover; }
+};
+
+} // namespace desktop

@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/map/MapView.h"
+
+#include "desktop/Text.h"
+#include "desktop/map/FurnitureLayer.h"
+#include "desktop/map/GroundLayer.h"
+#include "desktop/map/StationLayer.h"
+#include "platform/Files.h"
+
+#include <QResizeEvent>
+
+#include <array>
+#include <utility>
+
+namespace desktop {
+
+namespace {
+
+constexpr std::uint64_t longestBaseMap = 16 << 20;
+/// Far more than any screen shows.
+constexpr std::size_t mostTiles = 1024;
+constexpr double flyoverTilt = 45;
+
+bool isSame(const platform::Region& one, const platform::Region& other) {
+    return one.centre.latitude == other.centre.latitude &&
+           one.centre.longitude == other.centre.longitude &&
+           one.latitudeSpan == other.latitudeSpan && one.longitudeSpan == other.longitudeSpan;
+}
+
+} // namespace
+
+MapView::MapView(MapSetup setup, QWidget* parent)
+    : QGraphicsView(parent),
+      loader_(std::move(setup.tileServers), std::move(setup.userAgent),
+              std::move(setup.cacheFolder), setup.limits, [this] { viewChanged(); }),
+      ground_(new GroundLayer(state_)),
+      stationLayer_(new StationLayer(state_)),
+      furniture_(new FurnitureLayer(state_)) {
+    state_.loader = &loader_;
+    if (const auto bytes = platform::readFile(filePath(setup.baseMap), longestBaseMap)) {
+        state_.base = map::BaseMap::read(*bytes);
+    }
+
+    for (Layer* layer : std::array<Layer*, 3>{ground_, stationLayer_, furniture_}) {
+        scene_.addItem(layer);
+    }
+    scene_.setItemIndexMethod(QGraphicsScene::NoIndex);
+    setScene(&scene_);
+    setInteractive(false);
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setViewportUpdateMode(QGraphicsView::FullViewportUpdate);
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    viewport()->setMouseTracking(true);
+    viewport()->grabGesture(Qt::PinchGesture);
+    setFocusPolicy(Qt::StrongFocus);
+    setMinimumSize(80, 60);
+    setAccessibleName(QStringLiteral("Map"));
+    restyle();
+}
+
+MapView::~MapView() = default;
+
+void MapView::setStations(std::vector<map::Station> stations) {
+    state_.pointed.reset();
+    state_.index = map::StationIndex(stations);
+    state_.stations = std::move(stations);
+    repaint();
+}
+
+void MapView::setMarker(std::optional<map::Station> station) {
+    state_.marker = std::move(station);
+    if (state_.marker && !state_.marker->location.isValid()) {
+        state_.marker.reset();
+    }
+    setAccessibleDescription(
+        state_.marker ? QStringLiteral("Shows station %1").arg(shownText(state_.marker->identifier))
+                      : QString());
+    repaint();
+}
+
+void MapView::setHidden(bool hidden) {
+    setVisible(!hidden);
+}
+
+platform::Frame MapView::frame() const {
+    return {static_cast<double>(x()), static_cast<double>(y()), static_cast<double>(width()),
+            static_cast<double>(height())};
+}
+
+void MapView::setMapType(std::int64_t type) {
+    if (type < 0 || type > 4) {
+        return;
+    }
+    constexpr std::array kinds{MapKind::standard, MapKind::satellite, MapKind::hybrid,
+                               MapKind::flyover, MapKind::hybrid};
+    const MapKind kind = kinds[static_cast<std::size_t>(type)];
+    if (kind != state_.kind) {
+        state_.kind = kind;
+        state_.view.setAttitude(0, state_.isTilted() ? flyoverTilt : 0);
+        restyle();
+    }
+}
+
+void MapView::setCenterCoordinate(const platform::Location& centre) {
+    state_.view.setCentre(centre);
+    set_.reset();
+    viewChanged();
+}
+
+platform::Region MapView::regionThatFits(const platform::Region& region) const {
+    fit_ = Fit{region, state_.view.fitted(region)};
+    return fit_->fitted;
+}
+
+void MapView::setRegion(const platform::Region& region) {
+    // Kept as it was asked for: what fits today's shape of the view need not fit tomorrow's.
+    set_ = fit_ && isSame(region, fit_->fitted) ? fit_->asked : region;
+    moved_ = false;
+    state_.view.show(region);
+    viewChanged();
+}
+
+void MapView::restyle() {
+    state_.scheme = mapScheme(palette(), state_.kind != MapKind::standard);
+    state_.font = font();
+    viewChanged();
+}
+
+void MapView::viewChanged() {
+    // The window may have come to another screen.
+    state_.pixelsPerPoint = devicePixelRatioF();
+    const bool isStandard = state_.kind == MapKind::standard;
+    state_.server =
+        map::serverFor(loader_.servers(),
+                       isStandard ? map::Imagery::standard : map::Imagery::satellite, state_.view);
+    state_.tiles.clear();
+    if (state_.server && isVisible()) {
+        // Lettering is drawn for the eye's size of a pixel, pictures gain by every pixel.
+        const int zoom = map::tileZoom(state_.view, loader_.servers()[*state_.server].highestZoom,
+                                       isStandard ? 1 : state_.pixelsPerPoint);
+        state_.tiles = map::tilesIn(state_.view, zoom, mostTiles);
+    }
+    loader_.want(state_.server.value_or(0), state_.tiles);
+    repaint();
+}
+
+void MapView::repaint() {
+    viewport()->update();
+}
+
+void MapView::zoomBy(double factor, const QPointF& fixed) {
+    moved_ = true;
+    state_.view.zoomBy(factor, {fixed.x(), fixed.y()});
+    viewChanged();
+}
+
+void MapView::moveBy(const QPointF& points) {
+    moved_ = true;
+    state_.view.move(points.x(), points.y());
+    viewChanged();
+}
+
+void MapView::turnBy(double heading, double tilt) {
+    state_.view.setAttitude(state_.view.heading() + heading, state_.view.tilt() + tilt);
+    viewChanged();
+}
+
+void MapView::changeEvent(QEvent* event) {
+    QGraphicsView::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange ||
+        event->type() == QEvent::StyleChange) {
+        restyle();
+    }
+}
+
+void MapView::resizeEvent(QResizeEvent* event) {
+    QGraphicsView::resizeEvent(event);
+    state_.view.setSize(
+        {static_cast<double>(viewport()->width()), static_cast<double>(viewport()->height())});
+    if (set_ && !moved_) {
+        state_.view.show(*set_);
+    }
+    scene_.setSceneRect(state_.frame());
+    for (Layer* layer : std::array<Layer*, 3>{ground_, stationLayer_, furniture_}) {
+        layer->fit();
+    }
+    restyle();
+}
+
+void MapView::showEvent(QShowEvent* event) {
+    QGraphicsView::showEvent(event);
+    restyle();
+}
+
+void MapView::hideEvent(QHideEvent* event) {
+    QGraphicsView::hideEvent(event);
+    viewChanged();
+}
+
+} // namespace desktop

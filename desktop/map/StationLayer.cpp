@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/map/StationLayer.h"
+
+#include "desktop/Text.h"
+#include "desktop/map/Lettering.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace desktop {
+
+namespace {
+
+/// Of neighbours closer than this, in points, one dot stands for all.
+constexpr double leastApart = 2;
+/// Beside so many dots at most stand their identifiers.
+constexpr std::size_t mostLabels = 400;
+constexpr double labelGap = 6;
+
+/// Of a dot without its rim: small where the whole world is seen, and large enough to be pointed at
+/// among few.
+double dotSize(double zoom) {
+    return std::clamp(1 + zoom / 2, 2.0, 7.0);
+}
+
+/// Dots that stand close together have none, which would hide all else.
+double rimWidth(double zoom) {
+    return std::clamp(zoom / 2 - 1.5, 0.0, 1.0);
+}
+
+QPixmap dotPicture(double zoom, double pixelsPerPoint, const MapScheme& scheme) {
+    const double whole = dotSize(zoom) + 2 * rimWidth(zoom) + 1;
+    const double ratio = std::ceil(pixelsPerPoint);
+    QPixmap picture((QSizeF(whole, whole) * ratio).toSize());
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(Qt::transparent);
+    const QPointF middle = QPointF(picture.width(), picture.height()) / ratio / 2;
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    for (const auto& [color, radius] :
+         {std::pair(scheme.dotRim, dotSize(zoom) / 2 + rimWidth(zoom)),
+          std::pair(scheme.dot, dotSize(zoom) / 2)}) {
+        painter.setBrush(color);
+        painter.drawEllipse(middle, radius, radius);
+    }
+    return picture;
+}
+
+} // namespace
+
+void StationLayer::paint(QPainter* painter, const QStyleOptionGraphicsItem* /*option*/,
+                         QWidget* /*widget*/) {
+    painter->setFont(state().font);
+    drawDots(*painter);
+    if (state().kind == MapKind::hybrid) {
+        drawLabels(*painter);
+    }
+    drawMarker(*painter);
+    if (state().pointed) {
+        const map::Station& station = state().stations[*state().pointed];
+        if (const auto at = screenPoint(station.location)) {
+            drawLabel(*painter, *at, station.identifier);
+        }
+    }
+}
+
+std::optional<QPointF> StationLayer::screenPoint(const platform::Location& location) const {
+    const auto point = state().view.toScreen(map::project(location));
+    return point ? std::optional(QPointF(point->x, point->y)) : std::nullopt;
+}
+
+void StationLayer::drawDots(QPainter& painter) {
+    const map::View& view = state().view;
+    shown_.clear();
+    state().index.add(view.seen(), leastApart / view.scale(), shown_);
+    const QPixmap dot = dotPicture(view.zoom(), state().pixelsPerPoint, state().scheme);
+    const QSizeF size = dot.deviceIndependentSize();
+    const QPointF middle(size.width() / 2, size.height() / 2);
+    const QRectF frame =
+        state().frame().adjusted(-size.width(), -size.height(), size.width(), size.height());
+    for (const map::PlacedStation& station : shown_) {
+        const auto point = view.toScreen(station.point);
+        if (point && frame.contains(point->x, point->y)) {
+            painter.drawPixmap(QPointF(point->x, point->y) - middle, dot);
+        }
+    }
+}
+
+void StationLayer::drawLabels(QPainter& painter) const {
+    if (shown_.size() > mostLabels) {
+        return;
+    }
+    const QFontMetricsF metrics(state().font);
+    std::vector<QRectF> taken;
+    for (const map::PlacedStation& station : shown_) {
+        const auto point = state().view.toScreen(station.point);
+        if (!point || !state().frame().contains(point->x, point->y)) {
+            continue;
+        }
+        const QString text = shownText(state().stations[station.number].identifier);
+        const QRectF place(point->x + labelGap, point->y - metrics.height() / 2,
+                           metrics.horizontalAdvance(text), metrics.height());
+        if (std::none_of(taken.begin(), taken.end(),
+                         [&](const QRectF& other) { return other.intersects(place); })) {
+            taken.push_back(place);
+            drawHaloed(painter, place, text, state().scheme);
+        }
+    }
+}
+
+void StationLayer::drawMarker(QPainter& painter) const {
+    if (!state().marker) {
+        return;
+    }
+    const auto at = screenPoint(state().marker->location);
+    if (!at) {
+        return;
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    for (const auto& [color, width] :
+         {std::pair(state().scheme.dotRim, 5.0), std::pair(state().scheme.marker, 2.5)}) {
+        painter.setPen(QPen(color, width));
+        painter.drawEllipse(*at, 8, 8);
+    }
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(state().scheme.marker);
+    painter.drawEllipse(*at, 2.5, 2.5);
+    drawLabel(painter, *at + QPointF(6, 0), state().marker->identifier);
+}
+
+void StationLayer::drawLabel(QPainter& painter, const QPointF& at, const std::string& text) const {
+    const QString shown = shownText(text);
+    const QFontMetricsF metrics(state().font);
+    QRectF plate(0, 0, metrics.horizontalAdvance(shown) + 8, metrics.height() + 4);
+    plate.moveCenter(at);
+    plate.moveLeft(at.x() + labelGap);
+    if (plate.right() > state().frame().right()) {
+        plate.moveRight(at.x() - labelGap - 12);
+    }
+    drawPlate(painter, plate, state().scheme);
+    painter.drawText(plate, Qt::AlignCenter, shown);
+}
+
+} // namespace desktop

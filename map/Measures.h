@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "map/View.h"
+
+#include <string>
+#include <vector>
+
+/// What helps the eye to judge where and how far: the graticule and the scale bar.
+namespace map {
+
+struct GraticuleLine {
+    /// x of a meridian, which may lie on another turn of the earth, or y of a parallel.
+    double at = 0;
+    /// Such as "47°30′N".
+    std::string label;
+};
+
+struct Graticule {
+    std::vector<GraticuleLine> meridians;
+    std::vector<GraticuleLine> parallels;
+};
+
+/// The lines of the least round step that keeps meridians `apart` points from each other.
+[[nodiscard]] Graticule graticule(const View& view, double apart);
+
+/// A round distance, and its length in points from east to west at the middle of the view.
+struct ScaleMark {
+    /// Such as "0.5 km".
+    std::string label;
+    double length = 0;
+};
+
+struct ScaleBar {
+    ScaleMark kilometres;
+    ScaleMark statuteMiles;
+};
+
+/// Each the longest of 1, 2 or 5 times a power of ten that is at most so many points long.
+[[nodiscard]] ScaleBar scaleBar(const View& view, double longest);
+
+} // namespace map

@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: MIT
+#include "map/View.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace map {
+
+namespace {
+
+constexpr double radiansPerDegree = std::numbers::pi / 180;
+constexpr double greatestScale = 256.0 * (1 << 20);
+/// With the eye as far from the middle of a tilted view as this many of its heights, no tilt up to
+/// the steepest one brings the horizon into it.
+constexpr double eyeDistance = 1.5;
+constexpr double steepestTilt = 50;
+
+bool isUsable(const platform::Region& region) {
+    return region.centre.isValid() && region.latitudeSpan > 0 && region.longitudeSpan > 0 &&
+           std::isfinite(region.latitudeSpan) && std::isfinite(region.longitudeSpan);
+}
+
+/// The upright rectangle of a region, east and west of the unit square too.
+WorldRect rectOf(const platform::Region& region) {
+    const double middle = 0.5 + region.centre.longitude / 360;
+    return {middle - region.longitudeSpan / 720,
+            projectedLatitude(region.centre.latitude + region.latitudeSpan / 2),
+            middle + region.longitudeSpan / 720,
+            projectedLatitude(region.centre.latitude - region.latitudeSpan / 2)};
+}
+
+} // namespace
+
+double View::zoom() const {
+    return std::log2(scale_ / 256);
+}
+
+void View::setSize(const ScreenSize& size) {
+    size_ = {std::max(size.width, 0.0), std::max(size.height, 0.0)};
+    setScale(scale_);
+}
+
+void View::setScale(double scale) {
+    const double least = std::max({size_.width, size_.height, 1.0});
+    // In this order, so that no number gives the least.
+    scale_ = std::min(std::max(least, scale), std::max(least, greatestScale));
+}
+
+void View::setCentrePoint(WorldPoint centre) {
+    centre_ = {centre.x - std::floor(centre.x), std::clamp(centre.y, 0.0, 1.0)};
+}
+
+void View::setCentre(const platform::Location& centre) {
+    if (centre.isValid()) {
+        setCentrePoint(project(centre));
+    }
+}
+
+void View::setAttitude(double heading, double tilt) {
+    if (std::isfinite(heading) && std::isfinite(tilt)) {
+        heading_ = heading - 360 * std::floor(heading / 360);
+        tilt_ = std::clamp(tilt, 0.0, steepestTilt);
+    }
+}
+
+platform::Region View::region() const {
+    const double halfHeight = size_.height / 2 / scale_;
+    const double north = unproject({centre_.x, centre_.y - halfHeight}).latitude;
+    const double south = unproject({centre_.x, centre_.y + halfHeight}).latitude;
+    return {{(north + south) / 2, unproject(centre_).longitude},
+            north - south,
+            360 * size_.width / scale_};
+}
+
+platform::Region View::fitted(const platform::Region& region) const {
+    if (size_.width <= 0 || size_.height <= 0 || !isUsable(region)) {
+        return region;
+    }
+    View there = *this;
+    there.show(region);
+    return there.region();
+}
+
+void View::show(const platform::Region& region) {
+    if (!isUsable(region)) {
+        return;
+    }
+    const WorldRect rect = rectOf(region);
+    setScale(
+        std::min(size_.width / (rect.right - rect.left), size_.height / (rect.bottom - rect.top)));
+    setCentrePoint({(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2});
+}
+
+void View::move(double right, double down) {
+    const ScreenPoint middle{size_.width / 2, size_.height / 2};
+    const WorldPoint there = toWorld({middle.x - right, middle.y - down});
+    // No further beyond the map's edges than where the view already is.
+    const double margin = std::min(size_.height / 2 / scale_, 0.5);
+    setCentrePoint({there.x, std::clamp(there.y, std::min(margin, centre_.y),
+                                        std::max(1 - margin, centre_.y))});
+}
+
+void View::zoomBy(double factor, const ScreenPoint& fixed) {
+    if (!(factor > 0) || !std::isfinite(factor)) {
+        return;
+    }
+    const WorldPoint before = toWorld(fixed);
+    setScale(scale_ * factor);
+    const WorldPoint after = toWorld(fixed);
+    setCentrePoint({centre_.x + before.x - after.x, centre_.y + before.y - after.y});
+}
+
+std::array<double, 9> View::matrix() const {
+    const double sine = std::sin(heading_ * radiansPerDegree);
+    const double cosine = std::cos(heading_ * radiansPerDegree);
+    const double height = std::cos(tilt_ * radiansPerDegree);
+    const double depth =
+        std::sin(tilt_ * radiansPerDegree) / std::max(eyeDistance * size_.height, 1.0);
+    // Toward the eye is -sine x + cosine y; each point of it takes `depth` off the distance.
+    const double wx = depth * sine;
+    const double wy = -depth * cosine;
+    const double halfWidth = size_.width / 2;
+    const double halfHeight = size_.height / 2;
+    return {cosine + halfWidth * wx,
+            -sine * height + halfHeight * wx,
+            wx,
+            sine + halfWidth * wy,
+            cosine * height + halfHeight * wy,
+            wy,
+            halfWidth,
+            halfHeight,
+            1};
+}
+
+std::optional<ScreenPoint> View::toScreen(const WorldPoint& point) const {
+    const double east = point.x - centre_.x;
+    const double x = (east - std::round(east)) * scale_;
+    const double y = (point.y - centre_.y) * scale_;
+    const auto m = matrix();
+    const double w = m[2] * x + m[5] * y + m[8];
+    if (w < 1e-3) {
+        return std::nullopt;
+    }
+    return ScreenPoint{(m[0] * x + m[3] * y + m[6]) / w, (m[1] * x + m[4] * y + m[7]) / w};
+}
+
+WorldPoint View::toWorld(const ScreenPoint& point) const {
+    const double sine = std::sin(heading_ * radiansPerDegree);
+    const double cosine = std::cos(heading_ * radiansPerDegree);
+    const double depth =
+        std::sin(tilt_ * radiansPerDegree) / std::max(eyeDistance * size_.height, 1.0);
+    const double down = point.y - size_.height / 2;
+    // Points above the horizon, which are outside the view, come to lie far ahead.
+    const double v = down / std::max(std::cos(tilt_ * radiansPerDegree) + down * depth, 0.01);
+    const double u = (point.x - size_.width / 2) * (1 - v * depth);
+    return {centre_.x + (u * cosine - v * sine) / scale_,
+            centre_.y + (u * sine + v * cosine) / scale_};
+}
+
+std::array<WorldPoint, 4> View::corners() const {
+    return {toWorld({0, 0}), toWorld({size_.width, 0}), toWorld({size_.width, size_.height}),
+            toWorld({0, size_.height})};
+}
+
+WorldRect View::seen() const {
+    WorldRect rect{centre_.x, centre_.y, centre_.x, centre_.y};
+    for (const WorldPoint& corner : corners()) {
+        rect = {std::min(rect.left, corner.x), std::min(rect.top, corner.y),
+                std::max(rect.right, corner.x), std::max(rect.bottom, corner.y)};
+    }
+    return rect;
+}
+
+bool View::maySee(const WorldRect& rect) const {
+    const std::array<WorldPoint, 4> inside = corners();
+    const std::array<WorldPoint, 4> points{{{rect.left, rect.top},
+                                            {rect.right, rect.top},
+                                            {rect.right, rect.bottom},
+                                            {rect.left, rect.bottom}}};
+    for (std::size_t side = 0; side < 4; ++side) {
+        const WorldPoint& from = inside[side];
+        const WorldPoint& to = inside[(side + 1) % 4];
+        // Clockwise on the screen, where y grows downward: what is outside lies to the left.
+        if (std::ranges::all_of(points, [&](const WorldPoint& p) {
+                return (to.x - from.x) * (p.y - from.y) < (to.y - from.y) * (p.x - from.x);
+            })) {
+            return false;
+        }
+    }
+    return rect.overlaps(seen());
+}
+
+} // namespace map

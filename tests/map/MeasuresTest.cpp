@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#include "map/Measures.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using testing::ElementsAre;
+
+map::View viewOf(const platform::Region& region) {
+    map::View view;
+    view.setSize({600, 400});
+    view.show(region);
+    return view;
+}
+
+std::vector<std::string> labels(const std::vector<map::GraticuleLine>& lines) {
+    std::vector<std::string> result;
+    for (const auto& line : lines) {
+        result.push_back(line.label);
+    }
+    return result;
+}
+
+TEST(Graticule, LabelsRoundAngles) {
+    const auto world = map::graticule(viewOf({{0, 0}, 100, 360}), 100);
+    EXPECT_THAT(labels(world.meridians),
+                ElementsAre("120°W", "60°W", "0°", "60°E", "120°E", "180°"));
+    EXPECT_THAT(labels(world.parallels), ElementsAre("60°S", "0°", "60°N"));
+
+    const auto station = map::graticule(viewOf({{47.505, -122.25}, 0.02, 0.03}), 200);
+    EXPECT_THAT(labels(station.meridians), ElementsAre("122°16′W", "122°15′W", "122°14′W"));
+    EXPECT_THAT(labels(station.parallels), ElementsAre("47°30′N"));
+
+    const auto close = map::graticule(viewOf({{-47.5, 0}, 1e-3, 1e-3}), 70);
+    EXPECT_THAT(labels(close.parallels), ElementsAre("47°30′01″S", "47°30′S", "47°29′59″S"));
+
+    // On to the next turn of the earth, where the lines stand in their places.
+    const map::View fiji = viewOf({{-17, 180}, 3, 3});
+    const auto dateLine = map::graticule(fiji, 100);
+    EXPECT_THAT(labels(dateLine.meridians),
+                ElementsAre("178°E", "179°E", "180°", "179°W", "178°W"));
+    for (std::size_t i = 0; i < dateLine.meridians.size(); ++i) {
+        const auto point = fiji.toScreen({dateLine.meridians[i].at, fiji.centre().y});
+        EXPECT_NEAR(point->x, 300 + (static_cast<double>(i) - 2) * fiji.scale() / 360, 1e-6);
+    }
+}
+
+TEST(Graticule, KeepsToTheMap) {
+    for (const auto& line : map::graticule(viewOf({{85.05, 0}, 1, 1}), 1).parallels) {
+        EXPECT_GE(line.at, 0);
+    }
+}
+
+TEST(ScaleBar, IsRoundAndTrue) {
+    const struct {
+        platform::Region region;
+        const char* kilometres;
+        const char* miles;
+    } rows[] = {
+        {map::regionWithDistance({0, 0}, 2000, 2000), "0.5 km", "0.2 mi"},
+        {map::regionWithDistance({60, 20}, 2000, 2000), "0.5 km", "0.2 mi"},
+        {map::regionWithDistance({60, 20}, 200'000, 200'000), "50 km", "20 mi"},
+        {{{0, 0}, 100, 360}, "5000 km", "2000 mi"},
+        {map::regionWithDistance({0, 0}, 100, 100), "0.02 km", "0.01 mi"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.kilometres);
+        const map::View view = viewOf(row.region);
+        const map::ScaleBar bar = map::scaleBar(view, 120);
+        EXPECT_EQ(bar.kilometres.label, row.kilometres);
+        EXPECT_EQ(bar.statuteMiles.label, row.miles);
+        for (const auto& [mark, unit] :
+             {std::pair(bar.kilometres, 1000.0), std::pair(bar.statuteMiles, 1609.344)}) {
+            EXPECT_LE(mark.length, 120.001);
+            EXPECT_GT(mark.length, 47);
+            const auto west = map::unproject(view.toWorld({300, 200}));
+            const auto east = map::unproject(view.toWorld({301, 200}));
+            EXPECT_NEAR(platform::distanceMetres(west, east) * mark.length / unit /
+                            std::stod(mark.label),
+                        1, 1e-3);
+        }
+    }
+}
+
+} // namespace

@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: MIT
+#include "map/View.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+using map::View;
+using platform::Location;
+using platform::Region;
+
+View viewOf(double width, double height) {
+    View view;
+    view.setSize({width, height});
+    return view;
+}
+
+double metresNorth(const Region& region) {
+    const double half = region.latitudeSpan / 2;
+    return platform::distanceMetres({region.centre.latitude - half, 0},
+                                    {region.centre.latitude + half, 0});
+}
+
+double metresEast(const Region& region) {
+    return platform::distanceMetres({region.centre.latitude, 0},
+                                    {region.centre.latitude, region.longitudeSpan});
+}
+
+double degreesApart(double one, double other) {
+    const double difference = std::abs(one - other);
+    return std::min(difference, 360 - difference);
+}
+
+TEST(View, FittedRegionOfTwoKilometresIsWhatItShows) {
+    const struct {
+        const char* where;
+        Location asked;
+        double latitude;
+    } places[] = {
+        {"equator", {0, 6.7}, 0},
+        {"sixty north", {60.2, 24.96}, 60.2},
+        {"south", {-54.8, -68.3}, -54.8},
+        {"near the edge", {82.5, -62.3}, 82.5},
+        {"at the very edge", {85.05, 20}, 85.05},
+        {"beyond the edge", {-89.99, 0}, -map::highestLatitude},
+        {"date line, east", {-16.5, 180}, -16.5},
+        {"date line, west", {51.9, -179.999}, 51.9},
+    };
+    for (const auto& place : places) {
+        for (const auto& size : {map::ScreenSize{700, 450}, {300, 900}, {400, 400}}) {
+            SCOPED_TRACE(place.where);
+            View view = viewOf(size.width, size.height);
+            const Region asked = map::regionWithDistance(place.asked, 2000, 2000);
+            const Region fitted = view.fitted(asked);
+            view.setCentre(place.asked);
+            view.show(fitted);
+            const Region shown = view.region();
+
+            EXPECT_NEAR(shown.centre.latitude, place.latitude, 1e-4);
+            EXPECT_LT(degreesApart(shown.centre.longitude, place.asked.longitude), 1e-6);
+            EXPECT_NEAR(shown.latitudeSpan, fitted.latitudeSpan, 1e-9);
+            EXPECT_NEAR(shown.longitudeSpan, fitted.longitudeSpan, 1e-9);
+            // The narrower way shows the two kilometres, the wider one in proportion more; a point
+            // is not quite as high as wide, since the earth is flattened and the map is not.
+            const double square = std::min(size.width, size.height);
+            EXPECT_NEAR(metresEast(shown) * square / size.width, 2000, 14);
+            EXPECT_NEAR(metresNorth(shown) * square / size.height, 2000, 14);
+            EXPECT_GE(std::min(metresEast(shown), metresNorth(shown)), 1999.9);
+            EXPECT_LE(std::min(metresEast(shown), metresNorth(shown)), 2000.1);
+        }
+    }
+}
+
+TEST(View, MetresOfADegreeFollowTheEllipsoid) {
+    for (const double latitude : {0.0, 30.0, -47.5, 60.0, 85.0}) {
+        SCOPED_TRACE(latitude);
+        EXPECT_NEAR(map::metresPerDegreeNorth(latitude) / 100,
+                    platform::distanceMetres({latitude - 0.005, 9}, {latitude + 0.005, 9}), 1e-3);
+        EXPECT_NEAR(map::metresPerDegreeEast(latitude) / 100,
+                    platform::distanceMetres({latitude, -0.005}, {latitude, 0.005}), 1e-3);
+    }
+}
+
+TEST(View, FittingKeepsTheWholeRegionInside) {
+    View view = viewOf(600, 400);
+    const Region asked{{60, 20}, 30, 10};
+    view.show(asked);
+    for (const double latitude : {45.0, 75.0}) {
+        for (const double longitude : {15.0, 25.0}) {
+            const auto point = view.toScreen(map::project({latitude, longitude}));
+            ASSERT_TRUE(point);
+            EXPECT_GE(point->y, -1e-6);
+            EXPECT_LE(point->y, 400 + 1e-6);
+            EXPECT_GE(point->x, -1e-6);
+            EXPECT_LE(point->x, 600 + 1e-6);
+        }
+    }
+    const Region again = view.fitted(view.region());
+    EXPECT_NEAR(again.latitudeSpan, view.region().latitudeSpan, 1e-9);
+    EXPECT_NEAR(again.centre.latitude, view.region().centre.latitude, 1e-9);
+}
+
+TEST(View, IgnoresWhatNobodyCanShow) {
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    View view = viewOf(600, 400);
+    view.show({{10, 20}, 1, 1});
+    const Region before = view.region();
+    view.setCentre({nan, 0});
+    view.setCentre({0, 181});
+    view.setAttitude(nan, 10);
+    view.zoomBy(0, {});
+    view.zoomBy(infinity, {});
+    for (const Region& region :
+         {Region{{nan, 0}, 1, 1}, Region{{0, 0}, 0, 1}, Region{{0, 0}, 1, -1},
+          Region{{0, 0}, infinity, 1}, Region{{0, 200}, 1, 1}}) {
+        view.show(region);
+        (void)view.fitted(region);
+    }
+    EXPECT_EQ(view.region().latitudeSpan, before.latitudeSpan);
+    EXPECT_EQ(view.region().centre.longitude, before.centre.longitude);
+    EXPECT_EQ(view.heading(), 0);
+
+    View unsized;
+    unsized.show({{10, 20}, 1e-300, 1e-300});
+    EXPECT_TRUE(std::isfinite(unsized.scale()));
+    EXPECT_EQ(unsized.fitted(before).latitudeSpan, before.latitudeSpan);
+}
+
+TEST(View, ZoomsAroundThePointerWithinItsLimits) {
+    for (const double tilt : {0.0, 45.0}) {
+        View view = viewOf(800, 500);
+        view.show({{40, -100}, 10, 10});
+        view.setAttitude(30, tilt);
+        const map::ScreenPoint pointer{650, 120};
+        const map::WorldPoint place = view.toWorld(pointer);
+        view.zoomBy(3, pointer);
+        const auto there = view.toScreen(place);
+        ASSERT_TRUE(there);
+        EXPECT_NEAR(there->x, pointer.x, 1e-6);
+        EXPECT_NEAR(there->y, pointer.y, 1e-6);
+    }
+    View view = viewOf(800, 500);
+    view.zoomBy(1e-9, {});
+    EXPECT_EQ(view.scale(), 800);
+    view.zoomBy(1e30, {});
+    EXPECT_EQ(view.zoom(), 20);
+}
+
+TEST(View, MovesAcrossTheDateLineAndStopsAtTheEdges) {
+    View view = viewOf(800, 500);
+    view.show({{0, 179.9}, 1, 1});
+    view.move(-500, 0);
+    EXPECT_LT(view.region().centre.longitude, -179);
+    EXPECT_GE(view.toScreen(map::project({0, 179.9}))->x, -400);
+
+    view.zoomBy(1e-9, {});
+    view.move(0, 1e6);
+    EXPECT_NEAR(view.seen().top, 0, 1e-9);
+    // A place at the edge may be looked at, but the void beyond it does not grow.
+    view.show({{85.05, 0}, 1, 1});
+    const double edge = view.centre().y;
+    view.move(0, 50);
+    EXPECT_EQ(view.centre().y, edge);
+    view.move(0, -50);
+    EXPECT_GT(view.centre().y, edge);
+}
+
+TEST(View, ScreenAndWorldAreInversesHoweverItIsTurned) {
+    for (const double tilt : {0.0, 20.0, 50.0, 80.0}) {
+        for (const double heading : {0.0, 45.0, 190.0, -90.0}) {
+            SCOPED_TRACE(testing::Message() << tilt << ' ' << heading);
+            View view = viewOf(700, 450);
+            view.show(map::regionWithDistance({47.26, 11.34}, 2000, 2000));
+            view.setAttitude(heading, tilt);
+            for (const map::ScreenPoint& point :
+                 {map::ScreenPoint{0, 0}, {700, 0}, {350, 225}, {10, 449}, {700, 450}}) {
+                const auto back = view.toScreen(view.toWorld(point));
+                ASSERT_TRUE(back);
+                EXPECT_NEAR(back->x, point.x, 1e-4);
+                EXPECT_NEAR(back->y, point.y, 1e-4);
+            }
+        }
+    }
+    View view = viewOf(700, 450);
+    view.show(map::regionWithDistance({47.26, 11.34}, 2000, 2000));
+    view.setAttitude(90, 45);
+    // East is ahead, and what is ahead is smaller than what is near.
+    const map::WorldPoint middle = view.centre();
+    const auto ahead = view.toScreen({middle.x + 100 / view.scale(), middle.y});
+    const auto behind = view.toScreen({middle.x - 100 / view.scale(), middle.y});
+    ASSERT_TRUE(ahead && behind);
+    EXPECT_LT(ahead->y, 225);
+    EXPECT_NEAR(ahead->x, 350, 1e-6);
+    EXPECT_GT(behind->y - 225, 225 - ahead->y);
+    EXPECT_FALSE(view.toScreen({middle.x - 1000 / view.scale(), middle.y}));
+}
+
+} // namespace
