@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: MIT
+#include "bench/StationLists.h"
+#include "catalogue/Packages.h"
+#include "catalogue/stationparser.h"
+#include "platform/KeyedArchiver.h"
+#include "platform/KeyedUnarchiver.h"
+#include "platform/System.h"
+
+#include <GeographicLib/Geodesic.hpp>
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+
+namespace {
+
+/// Runs on the real list and on a million stations, and counts the stations.
+void both(benchmark::internal::Benchmark* one) {
+    one->Arg(bench::realList)->Arg(bench::millionStations)->Unit(benchmark::kMillisecond);
+}
+
+void countStations(benchmark::State& state) {
+    state.counters["stations"] =
+        static_cast<double>(bench::collection(static_cast<int>(state.range(0)))->stations->size());
+}
+
+void parse(benchmark::State& state) {
+    platform::NotificationCenter center;
+    platform::StandardErrorLog log;
+    const auto parser = stationparser::initWithNSString(
+        center, log, bench::listText(static_cast<int>(state.range(0))));
+    for (auto _ : state) {
+        parser->parse();
+    }
+    countStations(state);
+}
+BENCHMARK(parse)->Apply(both);
+
+void save(benchmark::State& state) {
+    const auto& collection = bench::collection(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(platform::KeyedArchiver::archivedData(collection));
+    }
+    countStations(state);
+}
+BENCHMARK(save)->Apply(both);
+
+void load(benchmark::State& state) {
+    const auto bytes =
+        platform::KeyedArchiver::archivedData(bench::collection(static_cast<int>(state.range(0))));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(
+            platform::KeyedUnarchiver::unarchive(*bytes, catalogue::archivedClasses()));
+    }
+    countStations(state);
+}
+BENCHMARK(load)->Apply(both);
+
+template <typename Query>
+void measure(benchmark::State& state, Query query) {
+    const auto& collection = bench::collection(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(query(*collection));
+    }
+    countStations(state);
+}
+
+void stationsWithMETARs(benchmark::State& state) {
+    measure(state, [](const auto& stations) { return stations.stationsWithMETARCapability(); });
+}
+BENCHMARK(stationsWithMETARs)->Apply(both);
+
+void stationsWithTAFs(benchmark::State& state) {
+    measure(state, [](const auto& stations) { return stations.stationsWithTAFCapability(); });
+}
+BENCHMARK(stationsWithTAFs)->Apply(both);
+
+/// One that is not there, so that every station is asked.
+void stationByIdentifier(benchmark::State& state) {
+    measure(state, [](const auto& stations) { return stations.stationWithICAOID("ZZZ9"); });
+}
+BENCHMARK(stationByIdentifier)->Apply(both);
+
+void searchIdentifiers(benchmark::State& state) {
+    measure(state, [](const auto& stations) {
+        return stations.stationArrayWithPartialICAOID_orName_orState("sf", {}, {});
+    });
+}
+BENCHMARK(searchIdentifiers)->Apply(both);
+
+void searchNames(benchmark::State& state) {
+    measure(state, [](const auto& stations) {
+        return stations.stationArrayWithPartialICAOID_orName_orState({}, "san", {});
+    });
+}
+BENCHMARK(searchNames)->Apply(both);
+
+void searchRegions(benchmark::State& state) {
+    measure(state, [](const auto& stations) {
+        return stations.stationArrayWithPartialICAOID_orName_orState({}, {}, "land");
+    });
+}
+BENCHMARK(searchRegions)->Apply(both);
+
+void groupByRegion(benchmark::State& state) {
+    const auto collection =
+        bench::collection(static_cast<int>(state.range(0)))->copySharingStations();
+    for (auto _ : state) {
+        collection->createStateCollections();
+    }
+    countStations(state);
+}
+BENCHMARK(groupByRegion)->Apply(both);
+
+void copyForTheTable(benchmark::State& state) {
+    measure(state, [](const auto& stations) { return stations.copySharingStations(); });
+}
+BENCHMARK(copyForTheTable)->Apply(both);
+
+void stationsWithin100Miles(benchmark::State& state) {
+    measure(state, [](const auto& stations) {
+        return stations.stationsWithinDistanceFromStation_within(
+            stations.stations->at(stations.stations->size() / 2), 100);
+    });
+}
+BENCHMARK(stationsWithin100Miles)->Apply(both);
+
+void closestStation(benchmark::State& state) {
+    measure(state, [](const auto& stations) {
+        return stations.stationClosestToLocation({47.46, 8.55});
+    });
+}
+BENCHMARK(closestStation)->Apply(both);
+
+/// What the distance queries stand beside: every station measured, both ways.
+void plainGeodesicLoop(benchmark::State& state) {
+    measure(state, [](const auto& collection) {
+        const auto& geodesic = GeographicLib::Geodesic::WGS84();
+        const auto& stations = *collection.stations;
+        const auto& centre = *stations.at(stations.size() / 2);
+        std::size_t inside = 0;
+        for (const auto& station : stations) {
+            double there = 0;
+            double back = 0;
+            geodesic.Inverse(centre.latitude, centre.longitude, station->latitude,
+                             station->longitude, there);
+            geodesic.Inverse(station->latitude, station->longitude, centre.latitude,
+                             centre.longitude, back);
+            inside += std::fmin(there, back) < 100 * 1609.344;
+        }
+        return inside;
+    });
+}
+BENCHMARK(plainGeodesicLoop)->Apply(both);
+
+} // namespace

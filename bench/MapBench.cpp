@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "bench/StationLists.h"
+#include "tests/support/MapStage.h"
+
+#include <benchmark/benchmark.h>
+
+#include <map>
+#include <memory>
+#include <string>
+
+namespace {
+
+constexpr const char* kinds[] = {"standard", "satellite", "hybrid", "flyover"};
+
+struct Place {
+    const char* name;
+    platform::Location centre;
+    double metres;
+};
+constexpr Place places[] = {
+    {"world", {20, 0}, 5e7}, {"continent", {48.35, 11.79}, 3e6}, {"station", {48.35, 11.79}, 2000}};
+
+std::vector<map::Station> stations(int size) {
+    std::vector<map::Station> result;
+    for (const auto& station : *bench::collection(size)->stations) {
+        result.push_back({station->ICAO.value_or(""), {station->latitude, station->longitude}});
+    }
+    return result;
+}
+
+/// Stages are never ended: the toolkit is gone when the program's statics are.
+support::MapStage& stage(int size, bool withTiles) {
+    static auto& stages = *new std::map<std::pair<int, bool>, std::unique_ptr<support::MapStage>>;
+    auto& stage = stages[{size, withTiles}];
+    if (!stage) {
+        stage = std::make_unique<support::MapStage>(1000, 600, stations(size), withTiles);
+    }
+    return *stage;
+}
+
+/// One frame of a map that is being dragged, with all tiles in memory or without any. Arguments:
+/// the size of the list, the map's kind, the place.
+void frame(benchmark::State& state, bool withTiles) {
+    support::MapStage& shown = stage(static_cast<int>(state.range(0)), withTiles);
+    const Place& place = places[state.range(2)];
+    shown.show(state.range(1), place.centre, place.metres);
+    double step = 1;
+    for (auto _ : state) {
+        shown.paintMoved(step);
+        step = -step;
+    }
+    state.SetLabel(std::string(kinds[state.range(1)]) + ", " + place.name);
+}
+
+void mapFrame(benchmark::State& state) {
+    frame(state, true);
+}
+BENCHMARK(mapFrame)
+    ->ArgsProduct({{bench::realList, bench::millionStations}, {0, 1, 2, 3}, {0, 1, 2}})
+    ->Unit(benchmark::kMillisecond);
+
+void mapFrameOffline(benchmark::State& state) {
+    frame(state, false);
+}
+BENCHMARK(mapFrameOffline)
+    ->ArgsProduct({{bench::realList}, {0, 2, 3}, {0, 1, 2}})
+    ->Unit(benchmark::kMillisecond);
+
+/// From nothing to the first frame, the base map read anew.
+void mapStart(benchmark::State& state) {
+    const std::vector<map::Station> list = stations(bench::realList);
+    for (auto _ : state) {
+        support::MapStage shown(1000, 600, list, false);
+        shown.paintMoved(0);
+    }
+}
+BENCHMARK(mapStart)->Unit(benchmark::kMillisecond);
+
+} // namespace
