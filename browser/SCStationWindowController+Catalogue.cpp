@@ -17,7 +17,7 @@ void SCStationWindowController::loadParsedFile(bool flag) {
     if (outlets.dLcikWords) {
         outlets.dLcikWords->setHidden(true);
     }
-    masterCollection_.store(catalogue::readPackage(path));
+    setMasterCollection(catalogue::readPackage(path));
     if (masterCollection()) {
         resetWorkingCollection();
         setWordsStringTHing(workingCollection->numberOfStations);
@@ -27,8 +27,16 @@ void SCStationWindowController::loadParsedFile(bool flag) {
 
 void SCStationWindowController::addCollection(
     const std::shared_ptr<AviationWeatherStationCollection>& collection) {
-    masterCollection_.store(collection);
+    setMasterCollection(collection);
     resetWorkingCollection();
+}
+
+void SCStationWindowController::setMasterCollection(
+    std::shared_ptr<AviationWeatherStationCollection> collection) {
+    if (collection && collection->stations && !collection->stations->empty()) {
+        markedCollection_.store(collection);
+    }
+    masterCollection_.store(std::move(collection));
 }
 
 void SCStationWindowController::resetWorkingCollection() {
@@ -54,7 +62,7 @@ void SCStationWindowController::parseit() {
     queues_.back()->addOperation(std::move(parser));
 }
 
-void SCStationWindowController::parseIsDone() {
+void SCStationWindowController::parseIsDone(const platform::Notification& /*notification*/) {
     const auto parser = parser_.load();
     // A parse that was superseded while it ran has nothing to show: the catalogue stays.
     if (const auto parsed = parser ? parser->stationArray() : nullptr) {
@@ -67,10 +75,10 @@ void SCStationWindowController::parseIsDone() {
         master->copySharingStations()->createStateCollections();
         // Marks stand still until the new master is the one that later marks go to.
         const auto lock = AviationWeatherStation::lockMarks();
-        if (const auto replaced = masterCollection()) {
-            master->takeFavoritesFrom(*replaced);
+        if (const auto marked = markedCollection_.load()) {
+            master->takeFavoritesFrom(*marked);
         }
-        masterCollection_.store(std::move(master));
+        setMasterCollection(std::move(master));
     }
     host_.mainThread.perform(weak_from_this(), [this] { showzTble(); });
     if (const auto master = masterCollection(); master && master->stations) {
@@ -96,6 +104,10 @@ void SCStationWindowController::showzTble() {
         outlets.words->setText(fmt::format("{} stations", parsed ? parsed->stations->size() : 0));
     }
     addCollection(masterCollection());
+    // A first start without a catalogue had no station to mark as yet.
+    if (!areFavoritesLoaded_) {
+        loadFavorites();
+    }
     reloadTable();
 }
 

@@ -95,21 +95,20 @@ void SCStationWindowController::windowDidLoad() {
     if (outlets.switchie) {
         outlets.switchie->setSelectedSegment(0);
     }
-    // The observer may run on any thread; dropping its token waits for it, so `this` is safe.
-    observers_.push_back(host_.notificationCenter.addObserver(
-        stationparser::StationParseDone, [this](const platform::Notification&) { parseIsDone(); }));
+    observe(stationparser::StationParseDone, &SCStationWindowController::parseIsDone);
+    observe(SCWeatherGrabber::updateMetarString, &SCStationWindowController::updateMetarString);
+    observe(SCWeatherGrabber::sealMetarString, &SCStationWindowController::sealMetarString);
+    observe(SCWeatherGrabber::updateTafString, &SCStationWindowController::updateTAFString);
+    // The METARs' seal, once more, seals the TAF pane; the TAFs' own seal is not observed. A TAF
+    // that comes after the METARs are complete is gathered, but not shown; intended.
+    observe(SCWeatherGrabber::sealMetarString, &SCStationWindowController::sealTafString);
     if (outlets.secView) {
         outlets.secView->setHidden(true);
     }
     if (outlets.saver) {
         outlets.saver->setEnabled(false);
     }
-    if (outlets.metarB) {
-        outlets.metarB->setEnabled(false);
-    }
-    if (outlets.distButton) {
-        outlets.distButton->setEnabled(false);
-    }
+    setSelectionControlsEnabled(false);
     loadParsedFile(false);
     alwaysFavWeather_ = static_cast<std::int32_t>(
         platform::integerOf(host_.userDefaults.objectForKey(favoriteWeatherKey)));
@@ -141,6 +140,14 @@ void SCStationWindowController::windowDidLoad() {
     getFavWeather();
 }
 
+void SCStationWindowController::observe(const char* name, Observation observation) {
+    // The observer may run on any thread; dropping its token waits for it, so `this` is safe.
+    observers_.push_back(host_.notificationCenter.addObserver(
+        name, [this, observation](const platform::Notification& notification) {
+            (this->*observation)(notification);
+        }));
+}
+
 void SCStationWindowController::quitting() {
     saveFavorites();
     host_.userDefaults.setObject(platform::Number(alwaysFavWeather_), favoriteWeatherKey);
@@ -155,11 +162,8 @@ SCStationWindowController::numberOfRowsInTableView(const platform::TableView& /*
 }
 
 std::optional<std::string> SCStationWindowController::tableView_objectValueForTableColumn_row(
-    const platform::TableView& table, std::string_view column, std::int64_t row) const {
-    if (row < 0 || row >= numberOfRowsInTableView(table)) {
-        return "";
-    }
-    const auto& station = (*workingCollection->stations)[static_cast<std::size_t>(row)];
+    const platform::TableView& /*table*/, std::string_view column, std::int64_t row) const {
+    const auto station = stationInRow(row);
     return station ? cellText(*station, platform::integerOf(std::string(column))) : "";
 }
 

@@ -8,6 +8,7 @@
 #include "platform/Host.h"
 #include "platform/OperationQueue.h"
 #include "platform/Views.h"
+#include "weather/SCWeatherGrabber.h"
 
 #include <cstdint>
 #include <memory>
@@ -38,6 +39,10 @@ public:
         platform::MapView* mapV = nullptr;
         platform::WebView* secView = nullptr;
         platform::TextField* dLcikWords = nullptr;
+        platform::TextView* metarBackField = nullptr;
+        platform::TextView* tafBackFiled = nullptr;
+        /// Names the selected station in full.
+        platform::TextField* stationLine = nullptr;
         platform::MenuItem* alwaysFavItem = nullptr;
     };
 
@@ -52,6 +57,7 @@ public:
     std::int64_t currentMapType = 0;
     bool showingFavs = false;
     std::unique_ptr<platform::Timer> updateWeatherTimer;
+    std::shared_ptr<SCWeatherGrabber> wGrabber;
 
     /// The name of the interface file that the window is made from.
     [[nodiscard]] const std::string& windowNibName() const { return windowNibName_; }
@@ -79,6 +85,42 @@ public:
     /// Writes the count label; 0 and 1 take the singular, as intended.
     void setWordsStringTHing(std::int64_t n);
 
+    /// Fills the table with what a search text finds in the catalogue, in the search mode in force:
+    /// terms between blanks and commas, the last one's matches first.
+    void filterIt(const std::string& text);
+    /// The action of the search field, sent on every change of its text.
+    void searchIt();
+    void searchFieldDidStartSearching();
+    /// Shows every station again.
+    void searchFieldDidEndSearching();
+    /// The action of the search mode.
+    void switchieswitche();
+    /// Fills the table with the stations near the selected one, as far as the distance pop-up says.
+    void innnerGetDistant();
+    void geMeterDistChanged();
+    void geMeter();
+    /// Selects the station that was selected before the table's rows changed, by its name.
+    void resetTableSelectionAfterFilter();
+
+    /// Marks the selected station as a favourite, or no longer.
+    void favMenuItem();
+    /// Copies a station's mark onto the master's first record of the same identifier.
+    void setFavInMaster(const AviationWeatherStation& station);
+    /// Switches between the favourites and all stations.
+    void showFavsMenu();
+    /// Switches the favourites' weather on or off.
+    void alwaysShowFavWeatherMenu(platform::MenuItem& sender);
+    /// In catalogue order.
+    [[nodiscard]] StationArray allFavorites() const;
+    /// Requests the weather of the selected station and of all favourites, if that is switched on.
+    void getFavWeather();
+    /// Requests the selected station's weather again, as a new selection of its row would.
+    void requestSelectedWeather();
+    void saveFavorites();
+    void loadFavorites();
+    /// Sets a menu item's title and tells whether it is enabled.
+    [[nodiscard]] bool validateMenuItem(platform::MenuItem& item);
+
     [[nodiscard]] std::int64_t
     numberOfRowsInTableView(const platform::TableView& table) const override;
     /// The text of one cell; the columns are named "1" to "16". Any other column and a row outside
@@ -98,24 +140,54 @@ public:
     SCStationWindowController(Private, platform::Host& host, std::string name);
 
 private:
-    void parseIsDone();
+    using Observation = void (SCStationWindowController::*)(const platform::Notification&);
+    using TextHandler = void (SCStationWindowController::*)(const std::string& text);
+
+    void observe(const char* name, Observation observation);
+    void parseIsDone(const platform::Notification& notification);
     void showzTble();
     void reloadTable();
+    void setMasterCollection(std::shared_ptr<AviationWeatherStationCollection> collection);
     /// Makes the working collection a fresh copy of the master that shares its station records.
     void resetWorkingCollection();
+    /// Counts the working collection and reloads the table.
+    void showWorkingCollection();
+    void showInTable(StationArray stations);
+    [[nodiscard]] std::shared_ptr<AviationWeatherStation> stationInRow(std::int64_t row) const;
+    void setSelectionControlsEnabled(bool enabled);
+    void mapStiation(const std::shared_ptr<AviationWeatherStation>& station);
+    void describeSelection();
+
+    [[nodiscard]] std::string favoritesFile() const;
     void updateWeather();
-    void loadFavorites();
-    void saveFavorites();
-    void getFavWeather();
+    void requestWeather(StationArray stations, const std::string& metarText,
+                        const std::string& tafText);
+    // These observe, on whatever thread, and hand the text over to the handlers below them.
+    void updateMetarString(const platform::Notification& notification);
+    void sealMetarString(const platform::Notification& notification);
+    void updateTAFString(const platform::Notification& notification);
+    void sealTafString(const platform::Notification& notification);
+    void handOver(const platform::Notification& notification, TextHandler handler);
+    void updateMetarBack(const std::string& text);
+    void sealMetarBack(const std::string& text);
+    void updateTafBack(const std::string& text);
+    void sealTafBack(const std::string& text);
 
     platform::Host& host_;
     std::string windowNibName_;
     platform::Guarded<std::shared_ptr<AviationWeatherStationCollection>> masterCollection_;
+    /// The last master that had stations: what a list without any replaces, its marks included.
+    platform::Guarded<std::shared_ptr<AviationWeatherStationCollection>> markedCollection_;
     platform::Guarded<std::shared_ptr<stationparser>> parser_;
     platform::Guarded<std::optional<platform::URL>> fileURL_;
     std::optional<platform::URL> savehere_;
     std::string savePath_;
     std::int32_t alwaysFavWeather_ = 0;
+    std::int64_t searchingOn_ = 0;
+    bool saerching_ = false;
+    bool areFavoritesLoaded_ = false;
+    std::string inWorkMetarString_;
+    std::string inWorkTafString_;
     std::vector<platform::NotificationCenter::Token> observers_;
     /// The last one runs the current parse; earlier ones stay until their parse has ended.
     std::vector<std::unique_ptr<platform::OperationQueue>> queues_;

@@ -260,10 +260,14 @@ AviationWeatherStationCollection::copySharingStations() const {
     return copy;
 }
 
+StationArray AviationWeatherStationCollection::favorites() const {
+    const auto lock = AviationWeatherStation::lockMarks();
+    return stationsThat([](const auto& station) { return station.isFavorite(); });
+}
+
 void AviationWeatherStationCollection::takeFavoritesFrom(
     const AviationWeatherStationCollection& other) {
-    for (const auto& favorite :
-         other.stationsThat([](const auto& station) { return station.isFavorite(); })) {
+    for (const auto& favorite : other.favorites()) {
         if (const auto station = stationWithICAOID(favorite->ICAO)) {
             station->setFavorite(true);
         }

@@ -76,6 +76,8 @@ public:
     /// through either is seen through both.
     [[nodiscard]] std::shared_ptr<AviationWeatherStationCollection> copySharingStations() const;
 
+    /// The stations that are marked as favourites.
+    [[nodiscard]] StationArray favorites() const;
     /// Marks as favourites the stations here whose identifiers favourites of `other` have; of
     /// several with one identifier, the first.
     void takeFavoritesFrom(const AviationWeatherStationCollection& other);

@@ -29,6 +29,7 @@ class SegmentedControl {
 public:
     virtual ~SegmentedControl() = default;
     virtual void setSelectedSegment(int segment) = 0;
+    [[nodiscard]] virtual int selectedSegment() const = 0;
 };
 
 class PopUpButton {
@@ -36,6 +37,8 @@ public:
     virtual ~PopUpButton() = default;
     virtual void setEnabled(bool enabled) = 0;
     virtual void selectItem(int index) = 0;
+    /// -1 for none.
+    [[nodiscard]] virtual int indexOfSelectedItem() const = 0;
 };
 
 class MenuItem {
@@ -43,6 +46,9 @@ public:
     virtual ~MenuItem() = default;
     /// The check mark.
     virtual void setState(bool on) = 0;
+    virtual void setTitle(const std::string& title) = 0;
+    /// The name of the operation that it calls, such as "showFavsMenu".
+    [[nodiscard]] virtual std::string_view action() const = 0;
 };
 
 class SearchField {
@@ -52,6 +58,14 @@ public:
     virtual void setSendsSearchStringImmediately(bool immediately) = 0;
     /// Whether the action waits for the Return key.
     virtual void setSendsWholeSearchString(bool whole) = 0;
+    [[nodiscard]] virtual std::string stringValue() const = 0;
+};
+
+/// Text of any length that the user reads, selects and copies.
+class TextView {
+public:
+    virtual ~TextView() = default;
+    virtual void setString(const std::string& text) = 0;
 };
 
 /// Where a control lies in the window, in points from the upper left corner.
@@ -127,6 +141,10 @@ public:
     /// Selects one row alone and tells the delegate when the selection changed by it; a row
     /// outside the table empties the selection.
     virtual void selectRow(std::int64_t row) = 0;
+    /// -1 for none.
+    [[nodiscard]] virtual std::int64_t selectedRow() const = 0;
+    /// A row outside the table is ignored.
+    virtual void scrollRowToVisible(std::int64_t row) = 0;
 };
 
 } // namespace platform

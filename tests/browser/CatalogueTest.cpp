@@ -122,6 +122,7 @@ TEST_F(Catalogue, MarksAndReadsGoOnWhileAParseReplacesTheMaster) {
         const auto master = controller->masterCollection();
         master->stations->front()->setFavorite(mark = !mark);
         (void)window.cell(0, "3");
+        std::this_thread::yield();
     }
     const bool last = controller->masterCollection()->stations->front()->isFavorite();
     host.mainThread.run();

@@ -26,24 +26,37 @@ struct FakeTextField final : platform::TextField {
 
 struct FakeSegmentedControl final : platform::SegmentedControl {
     void setSelectedSegment(int value) override { segment = value; }
+    [[nodiscard]] int selectedSegment() const override { return segment; }
     int segment = -1;
 };
 
 struct FakePopUpButton final : platform::PopUpButton {
     void setEnabled(bool value) override { enabled = value; }
     void selectItem(int value) override { item = value; }
+    [[nodiscard]] int indexOfSelectedItem() const override { return item; }
     bool enabled = true;
     int item = -1;
 };
 
 struct FakeMenuItem final : platform::MenuItem {
     void setState(bool value) override { on = value; }
+    void setTitle(const std::string& value) override { title = value; }
+    [[nodiscard]] std::string_view action() const override { return operation; }
+    std::string operation;
+    std::string title = "designed";
     bool on = false;
+};
+
+struct FakeTextView final : platform::TextView {
+    void setString(const std::string& value) override { text = value; }
+    std::string text = "designed";
 };
 
 struct FakeSearchField final : platform::SearchField {
     void setSendsSearchStringImmediately(bool value) override { immediately = value; }
     void setSendsWholeSearchString(bool value) override { whole = value; }
+    [[nodiscard]] std::string stringValue() const override { return text; }
+    std::string text;
     bool immediately = false;
     bool whole = true;
 };
@@ -94,6 +107,8 @@ struct FakeTable final : platform::TableView {
             delegate->tableViewSelectionDidChange(*this);
         }
     }
+    [[nodiscard]] std::int64_t selectedRow() const override { return selected; }
+    void scrollRowToVisible(std::int64_t row) override { scrolledTo = row; }
     void settle() {
         if (std::exchange(isUnsettled, false) && delegate) {
             delegate->tableViewSelectionDidChange(*this);
@@ -105,6 +120,7 @@ struct FakeTable final : platform::TableView {
     std::map<std::string, double> widths;
     std::int64_t rows = 0;
     std::int64_t selected = -1;
+    std::int64_t scrolledTo = -1;
     int reloads = 0;
     bool isUnsettled = false;
 };
@@ -120,10 +136,25 @@ struct FakeStationWindow {
     FakeMapView mapV;
     FakeWebView secView;
     FakeMenuItem alwaysFavItem;
+    FakeTextView metarBackField, tafBackFiled;
+    FakeTextField stationLine;
 
     [[nodiscard]] SCStationWindowController::Outlets outlets() {
-        return {&table,      &switchie, &sf,   &saver,   &parserIt,   &metarB,
-                &distButton, &words,    &mapV, &secView, &dLcikWords, &alwaysFavItem};
+        return {.table = &table,
+                .switchie = &switchie,
+                .sf = &sf,
+                .saver = &saver,
+                .parserIt = &parserIt,
+                .metarB = &metarB,
+                .distButton = &distButton,
+                .words = &words,
+                .mapV = &mapV,
+                .secView = &secView,
+                .dLcikWords = &dLcikWords,
+                .metarBackField = &metarBackField,
+                .tafBackFiled = &tafBackFiled,
+                .stationLine = &stationLine,
+                .alwaysFavItem = &alwaysFavItem};
     }
     /// What a row shows in one column.
     [[nodiscard]] std::string cell(std::int64_t row, const std::string& column) const {

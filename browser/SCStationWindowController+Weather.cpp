@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#include "browser/SCStationWindowController.h"
+
+#include <utility>
+#include <variant>
+
+void SCStationWindowController::requestWeather(StationArray stations, const std::string& metarText,
+                                               const std::string& tafText) {
+    // A grabber whose replies are still to come is released, not stopped: what it delivers goes
+    // into the new texts; intended.
+    wGrabber = SCWeatherGrabber::init(host_);
+    inWorkMetarString_.clear();
+    inWorkTafString_.clear();
+    if (outlets.metarBackField) {
+        outlets.metarBackField->setString(metarText);
+    }
+    if (outlets.tafBackFiled) {
+        outlets.tafBackFiled->setString(tafText);
+    }
+    wGrabber->getNewMessages(std::move(stations));
+}
+
+void SCStationWindowController::requestSelectedWeather() {
+    if (outlets.table) {
+        tableViewSelectionDidChange(*outlets.table);
+    }
+}
+
+void SCStationWindowController::getFavWeather() {
+    StationArray favorites = allFavorites();
+    if (alwaysFavWeather_ != 1 || favorites.empty() || !outlets.table) {
+        return;
+    }
+    const std::int64_t row = outlets.table->selectedRow();
+    auto station = stationInRow(row);
+    if (!station) {
+        return;
+    }
+    nowSelection = row;
+    selectedStation = std::move(station);
+    setSelectionControlsEnabled(true);
+    mapStiation(selectedStation);
+    // A favourite that is selected is in the list twice; intended.
+    favorites.insert(favorites.begin(), selectedStation);
+    requestWeather(std::move(favorites), "Requesting METARs", "Requesting TAFs");
+}
+
+void SCStationWindowController::updateWeather() {
+    getFavWeather();
+}
+
+void SCStationWindowController::updateMetarString(const platform::Notification& notification) {
+    handOver(notification, &SCStationWindowController::updateMetarBack);
+}
+
+void SCStationWindowController::sealMetarString(const platform::Notification& notification) {
+    handOver(notification, &SCStationWindowController::sealMetarBack);
+}
+
+void SCStationWindowController::updateTAFString(const platform::Notification& notification) {
+    handOver(notification, &SCStationWindowController::updateTafBack);
+}
+
+void SCStationWindowController::sealTafString(const platform::Notification& notification) {
+    handOver(notification, &SCStationWindowController::sealTafBack);
+}
+
+void SCStationWindowController::handOver(const platform::Notification& notification,
+                                         TextHandler handler) {
+    const auto* text = std::get_if<std::string>(&notification.object);
+    host_.mainThread.perform(
+        weak_from_this(),
+        [this, handler, text = text ? *text : std::string()] { (this->*handler)(text); });
+}
+
+void SCStationWindowController::updateMetarBack(const std::string& text) {
+    inWorkMetarString_ += text + "\n";
+}
+
+void SCStationWindowController::updateTafBack(const std::string& text) {
+    inWorkTafString_ += text + "\n";
+}
+
+void SCStationWindowController::sealMetarBack(const std::string& /*text*/) {
+    if (outlets.metarBackField) {
+        outlets.metarBackField->setString(inWorkMetarString_);
+    }
+}
+
+void SCStationWindowController::sealTafBack(const std::string& /*text*/) {
+    if (outlets.tafBackFiled) {
+        outlets.tafBackFiled->setString(inWorkTafString_);
+    }
+}

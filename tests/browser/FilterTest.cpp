@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/ShownCatalogue.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+class StationFilter : public support::ShownCatalogue {
+protected:
+    void SetUp() override {
+        start({{"KSFO", "SAN FRANCISCO", "CALIFORNIA ", 37.62, -122.37},
+               {"KOAK", "OAKLAND", "CALIFORNIA ", 37.72, -122.22},
+               {"KSJC", "SAN JOSE", "CALIFORNIA ", 37.37, -121.93},
+               {"MROC", "SAN JOSE", "COSTA RICA ", 9.99, -84.2},
+               {"KSAC", "SACRAMENTO", "CALIFORNIA ", 38.51, -121.5}});
+    }
+};
+
+TEST_F(StationFilter, SearchesTermsFromTheLastToTheFirstInTheModeInForce) {
+    struct {
+        int mode;
+        const char* text;
+        Names found;
+    } const rows[] = {
+        {0, "sfo", {"KSFO"}},
+        {0, "sf, oak", {"KOAK", "KSFO"}},
+        {0, "KS,SF", {"KSFO", "KSFO", "KSJC", "KSAC"}},
+        {0, "ksfo ", {"KSFO"}},
+        {0, "", {}},
+        {0, " ,", {}},
+        {1, "jose", {"KSJC", "MROC"}},
+        {2, "costa", {"MROC"}},
+        {2, "san", {}},
+        {3, "k", {}},
+        {-1, "k", {}},
+    };
+    controller->searchFieldDidStartSearching();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.text);
+        window.switchie.segment = row.mode;
+        controller->switchieswitche();
+        search(row.text);
+        EXPECT_EQ(shown(), row.found);
+        EXPECT_EQ(window.table.rows, static_cast<std::int64_t>(row.found.size()));
+        EXPECT_EQ(controller->workingCollection->numberOfStations, window.table.rows);
+        EXPECT_EQ(window.words.text,
+                  fmt::format("{} station{}", row.found.size(), row.found.size() < 2 ? "" : "s"));
+    }
+}
+
+TEST_F(StationFilter, SearchesOnlyBetweenStartAndEndOfSearching) {
+    search("mroc");
+    EXPECT_EQ(shown().size(), 5U);
+    controller->searchFieldDidStartSearching();
+    search("mroc");
+    EXPECT_EQ(shown(), Names{"MROC"});
+    controller->searchFieldDidEndSearching();
+    EXPECT_EQ(shown().size(), 5U);
+    EXPECT_EQ(window.words.text, "5 stations");
+    search("mroc");
+    EXPECT_EQ(shown().size(), 5U);
+}
+
+TEST_F(StationFilter, AChangedModeAppliesFromTheNextKeystroke) {
+    controller->searchFieldDidStartSearching();
+    search("san");
+    EXPECT_EQ(shown(), Names{});
+    window.switchie.segment = 1;
+    controller->switchieswitche();
+    EXPECT_EQ(shown(), Names{});
+    search("san");
+    EXPECT_EQ(shown(), (Names{"KSFO", "KSJC", "MROC"}));
+}
+
+TEST_F(StationFilter, FavoritesModeAddsTheFavoritesToTheMatches) {
+    controller->favMenuItem(); // KOAK, the second row
+    controller->showFavsMenu();
+    EXPECT_EQ(shown(), Names{"KOAK"});
+    controller->searchFieldDidStartSearching();
+    search("sfo");
+    EXPECT_EQ(shown(), (Names{"KSFO", "KOAK"}));
+    search("nothing");
+    EXPECT_EQ(shown(), Names{"KOAK"});
+    controller->searchFieldDidEndSearching();
+    EXPECT_EQ(shown().size(), 5U);
+}
+
+TEST_F(StationFilter, DistancesAreMeasuredFromTheSelectedRowOverTheWholeCatalogue) {
+    const Names all = shown();
+    struct {
+        int item;
+        Names found;
+    } const rows[] = {
+        {0, {}},  {1, {"KSFO"}}, {2, {"KSFO", "KSJC"}}, {3, {"KSFO", "KSJC", "KSAC"}},
+        {4, all}, {-1, all},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.item);
+        controller->searchFieldDidEndSearching();
+        window.table.selectRow(1);
+        chooseDistance(row.item);
+        EXPECT_EQ(shown(), row.found);
+    }
+    // The selected station is not among those near it: nothing is selected any more.
+    window.table.selectRow(1);
+    chooseDistance(0);
+    EXPECT_EQ(window.table.selected, -1);
+    EXPECT_EQ(controller->nowSelection, -1);
+    EXPECT_FALSE(window.distButton.enabled);
+    chooseDistance(3);
+    EXPECT_EQ(shown(), Names{});
+}
+
+TEST_F(StationFilter, ReselectsTheFirstStationOfTheSameName) {
+    window.table.selectRow(3);
+    EXPECT_EQ(controller->selectedStation->ICAO, "MROC");
+    controller->searchFieldDidStartSearching();
+    search("sjc,mroc");
+    EXPECT_EQ(window.table.selected, 0);
+    EXPECT_EQ(window.table.scrolledTo, 0);
+    search("mroc,sjc");
+    EXPECT_EQ(window.table.selected, 0);
+    EXPECT_EQ(controller->selectedStation->ICAO, "MROC");
+    search("oak");
+    EXPECT_EQ(window.table.selected, -1);
+    EXPECT_FALSE(controller->selectedStation);
+    // With nothing selected the first row is taken.
+    search("ks");
+    EXPECT_EQ(window.table.selected, 0);
+    EXPECT_EQ(controller->selectedStation->ICAO, "KSFO");
+}
+
+TEST_F(StationFilter, TheSelectionEnablesItsControlsAndIsNamedInFull) {
+    EXPECT_TRUE(window.metarB.enabled);
+    EXPECT_TRUE(window.distButton.enabled);
+    EXPECT_EQ(window.stationLine.text,
+              "KOAK · OAKLAND · CALIFORNIA · 37°43'12\"N 122°13'12\"W · elevation 0");
+    window.table.selectRow(-1);
+    EXPECT_EQ(controller->nowSelection, -1);
+    EXPECT_FALSE(window.metarB.enabled);
+    EXPECT_FALSE(window.distButton.enabled);
+    EXPECT_EQ(window.stationLine.text, "");
+}
+
+} // namespace

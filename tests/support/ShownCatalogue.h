@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "browser/SCStationWindowController.h"
+#include "platform/KeyedArchiver.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/FakeViews.h"
+#include "tests/support/Stations.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace support {
+
+/// A main window's logic over fakes, started with a shipped catalogue.
+struct ShownCatalogue : testing::Test {
+    void start(std::initializer_list<StationFacts> rows) {
+        ASSERT_TRUE(platform::KeyedArchiver::archiveRootObject(
+            makeCollection(rows), host.bundle.resources + "/Stations.STNPKG"));
+        restart();
+    }
+    void restart() {
+        window = FakeStationWindow();
+        controller = SCStationWindowController::initWithWindowNibName(host.host,
+                                                                      "SCStationWindowController");
+        controller->outlets = window.outlets();
+        controller->windowDidLoad();
+    }
+    void chooseDistance(int item) {
+        window.distButton.item = item;
+        controller->geMeterDistChanged();
+    }
+    void search(const std::string& text) {
+        window.sf.text = text;
+        controller->searchIt();
+    }
+    [[nodiscard]] std::vector<std::string> shown() const {
+        return identifiers(*controller->workingCollection->stations);
+    }
+    /// Answers the oldest request of a kind, as the text of a reply; then lets the main thread run.
+    bool answer(const std::string& part, const std::string& report) {
+        const bool isMetar = part.find("metars") != std::string::npos;
+        const std::string element = isMetar ? "METAR" : "TAF";
+        const bool found =
+            host.urlSessions.answer(part, "<response><data><" + element + "><raw_text>" + report +
+                                              "</raw_text></" + element + "></data></response>");
+        host.mainThread.run();
+        return found;
+    }
+
+    FakeHost host;
+    FakeStationWindow window;
+    std::shared_ptr<SCStationWindowController> controller;
+};
+
+} // namespace support
