@@ -34,7 +34,7 @@ int main(int argc, char* argv[]) {
     desktop::DesktopHost host;
     const auto controller = SCStationWindowController::initWithWindowNibName(
         host.services(), "SCStationWindowController");
-    auto window = std::make_unique<desktop::SCStationWindow>(*controller);
+    auto window = std::make_unique<desktop::SCStationWindow>(*controller, host.services());
     controller->windowDidLoad();
     window->present();
 

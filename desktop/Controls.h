@@ -4,7 +4,12 @@
 #include "desktop/Text.h"
 #include "platform/Views.h"
 
+#include <QAction>
+#include <QButtonGroup>
+#include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 
 /// Plain controls of the logic on Qt widgets, which they borrow.
@@ -30,6 +35,77 @@ public:
 
 private:
     QLabel& label_;
+};
+
+/// Text of any length that the user scrolls, selects and copies.
+class TextPane final : public platform::TextView {
+public:
+    explicit TextPane(QPlainTextEdit& pane) : pane_(pane) {}
+
+    void setString(const std::string& text) override { pane_.setPlainText(shownText(text)); }
+
+private:
+    QPlainTextEdit& pane_;
+};
+
+/// Buttons of which one is down; their ids in the group are the segments.
+class Segments final : public platform::SegmentedControl {
+public:
+    explicit Segments(QButtonGroup& buttons) : buttons_(buttons) {}
+
+    void setSelectedSegment(int segment) override {
+        if (auto* button = buttons_.button(segment)) {
+            button->setChecked(true);
+        }
+    }
+    [[nodiscard]] int selectedSegment() const override { return buttons_.checkedId(); }
+
+private:
+    QButtonGroup& buttons_;
+};
+
+class PopUp final : public platform::PopUpButton {
+public:
+    explicit PopUp(QComboBox& box) : box_(box) {}
+
+    void setEnabled(bool enabled) override { box_.setEnabled(enabled); }
+    void selectItem(int index) override {
+        if (index >= 0 && index < box_.count()) {
+            box_.setCurrentIndex(index);
+        }
+    }
+    [[nodiscard]] int indexOfSelectedItem() const override { return box_.currentIndex(); }
+
+private:
+    QComboBox& box_;
+};
+
+/// The action is sent on every keystroke, as the logic asks; the field knows no other way.
+class SearchLine final : public platform::SearchField {
+public:
+    explicit SearchLine(QLineEdit& line) : line_(line) {}
+
+    void setSendsSearchStringImmediately(bool /*immediately*/) override {}
+    void setSendsWholeSearchString(bool /*whole*/) override {}
+    [[nodiscard]] std::string stringValue() const override { return line_.text().toStdString(); }
+
+private:
+    QLineEdit& line_;
+};
+
+/// A menu entry that calls the operation of that name.
+class MenuEntry final : public platform::MenuItem {
+public:
+    MenuEntry(QAction& entry, std::string_view operation) : entry_(entry), operation_(operation) {}
+
+    void setState(bool on) override { entry_.setChecked(on); }
+    void setTitle(const std::string& title) override { entry_.setText(shownText(title)); }
+    [[nodiscard]] std::string_view action() const override { return operation_; }
+    [[nodiscard]] QAction& entry() const { return entry_; }
+
+private:
+    QAction& entry_;
+    std::string_view operation_;
 };
 
 } // namespace desktop

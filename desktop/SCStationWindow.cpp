@@ -3,41 +3,84 @@
 
 #include "browser/SCStationWindowController.h"
 #include "desktop/Controls.h"
+#include "desktop/StationMenus.h"
 #include "desktop/StationTable.h"
 #include "ui_SCStationWindowController.h"
 
+#include <QFontDatabase>
+#include <QKeyEvent>
 #include <QScreen>
 
 namespace desktop {
 
 struct SCStationWindow::Views {
     struct Interface : Ui::SCStationWindowController {
-        explicit Interface(QMainWindow& window) { setupUi(&window); }
+        explicit Interface(QMainWindow& window) {
+            setupUi(&window);
+            switchie->setId(searchICAO, 0);
+            switchie->setId(searchName, 1);
+            switchie->setId(searchState, 2);
+        }
     };
 
     explicit Views(QMainWindow& window) : ui(window) {}
 
     Interface ui;
     StationTable table{*ui.table};
+    Segments switchie{*ui.switchie};
+    SearchLine sf{*ui.sf};
     PushButton saver{*ui.saver};
     PushButton parserIt{*ui.parserIt};
+    PushButton metarB{*ui.metarB};
+    PopUp distButton{*ui.distButton};
     Label words{*ui.words};
+    Label stationLine{*ui.stationLine};
+    TextPane metarBackField{*ui.metarBackField};
+    TextPane tafBackFiled{*ui.tafBackFiled};
+    std::unique_ptr<StationMenus> menus;
+    /// Told when requests open and end; dropped first.
+    std::shared_ptr<QProgressBar*> working;
+    platform::NotificationCenter::Token openRequests;
 };
 
-SCStationWindow::SCStationWindow(SCStationWindowController& controller)
+SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform::Host& host)
     : controller_(controller), views_(std::make_unique<Views>(*this)) {
-    controller_.outlets.table = &views_->table;
-    controller_.outlets.saver = &views_->saver;
-    controller_.outlets.parserIt = &views_->parserIt;
-    controller_.outlets.words = &views_->words;
-
     Ui::SCStationWindowController& ui = views_->ui;
+    views_->menus = std::make_unique<StationMenus>(
+        *this, controller, *ui.distButton,
+        StationMenus::Actions{.find =
+                                  [&ui] {
+                                      ui.sf->setFocus(Qt::ShortcutFocusReason);
+                                      ui.sf->selectAll();
+                                  },
+                              .favoritesChanged = [&ui] { ui.table->viewport()->update(); }});
+    controller_.outlets = {.table = &views_->table,
+                           .switchie = &views_->switchie,
+                           .sf = &views_->sf,
+                           .saver = &views_->saver,
+                           .parserIt = &views_->parserIt,
+                           .metarB = &views_->metarB,
+                           .distButton = &views_->distButton,
+                           .words = &views_->words,
+                           .metarBackField = &views_->metarBackField,
+                           .tafBackFiled = &views_->tafBackFiled,
+                           .stationLine = &views_->stationLine,
+                           .alwaysFavItem = &views_->menus->alwaysFavItem()};
+
+    views_->table.setMarked([this](int row) {
+        const auto& shown = controller_.workingCollection;
+        const auto index = static_cast<std::size_t>(row);
+        return shown && shown->stations && index < shown->stations->size() &&
+               (*shown->stations)[index]->isFavorite();
+    });
     ui.emptyPlace->setBackgroundRole(QPalette::Base);
     ui.emptyHint->setForegroundRole(QPalette::Text);
     connect(ui.saver, &QPushButton::clicked, this, [this] { controller_.saveDocument(); });
     connect(ui.parserIt, &QPushButton::clicked, this, [this] { controller_.parseit(); });
     connect(ui.table->model(), &QAbstractItemModel::modelReset, this,
             [this] { showTableOrHint(); });
+    bindSearch();
+    bindWeather(host);
     showTableOrHint();
 }
 
@@ -45,17 +88,97 @@ SCStationWindow::~SCStationWindow() {
     controller_.outlets = {};
 }
 
+void SCStationWindow::bindSearch() {
+    Ui::SCStationWindowController& ui = views_->ui;
+    ui.sf->installEventFilter(this);
+    connect(ui.sf, &QLineEdit::textChanged, this,
+            [this](const QString& text) { searchTextDidChange(text.isEmpty()); });
+    connect(ui.switchie, &QButtonGroup::idClicked, this, [this] { controller_.switchieswitche(); });
+    connect(ui.distButton, &QComboBox::activated, this,
+            [this] { controller_.geMeterDistChanged(); });
+    connect(ui.showAll, &QPushButton::clicked, this, [this] { showAll(); });
+}
+
+void SCStationWindow::bindWeather(platform::Host& host) {
+    Ui::SCStationWindowController& ui = views_->ui;
+    const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    ui.metarBackField->setFont(fixed);
+    ui.tafBackFiled->setFont(fixed);
+    ui.reports->setSizes({1, 1});
+    connect(ui.metarB, &QPushButton::clicked, this,
+            [this] { controller_.requestSelectedWeather(); });
+
+    QSizePolicy keepsItsPlace = ui.working->sizePolicy();
+    keepsItsPlace.setRetainSizeWhenHidden(true);
+    ui.working->setSizePolicy(keepsItsPlace);
+    ui.working->hide();
+    views_->working = std::make_shared<QProgressBar*>(ui.working);
+    views_->openRequests = host.notificationCenter.addObserver(
+        platform::URLSessions::openRequestsDidChange,
+        [&host, working = views_->working](const platform::Notification&) {
+            host.mainThread.perform(working, [&host, bar = *working] {
+                bar->setVisible(host.urlSessions.openRequests() > 0);
+            });
+        });
+}
+
+void SCStationWindow::searchTextDidChange(bool isEmpty) {
+    if (!isSearching_ && !isEmpty) {
+        isSearching_ = true;
+        controller_.searchFieldDidStartSearching();
+    }
+    controller_.searchIt();
+    if (isEmpty) {
+        isSearching_ = false;
+        controller_.searchFieldDidEndSearching();
+    }
+}
+
+void SCStationWindow::showAll() {
+    isSearching_ = false;
+    const QSignalBlocker quietly(views_->ui.sf);
+    views_->ui.sf->clear();
+    controller_.searchFieldDidEndSearching();
+}
+
+bool SCStationWindow::eventFilter(QObject* watched, QEvent* event) {
+    Ui::SCStationWindowController& ui = views_->ui;
+    if (watched == ui.sf && event->type() == QEvent::KeyPress) {
+        switch (static_cast<QKeyEvent*>(event)->key()) {
+        case Qt::Key_Escape:
+            ui.sf->clear();
+            return true;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+        case Qt::Key_Down:
+            ui.table->setFocus(Qt::TabFocusReason);
+            return true;
+        default:
+            break;
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
 void SCStationWindow::present() {
     const QTableView& table = *views_->ui.table;
     const int columns = table.horizontalHeader()->length() +
                         table.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &table);
-    resize(size().expandedTo({columns, 0}).boundedTo(screen()->availableSize()));
+    resize(size().boundedTo(screen()->availableSize()));
+    // The table takes what its columns need, as far as the reports keep a third.
+    const int forTable = std::min(columns, width() * 2 / 3);
+    views_->ui.tableAndDetails->setSizes({forTable, width() - forTable});
     show();
 }
 
 void SCStationWindow::showTableOrHint() {
     Ui::SCStationWindowController& ui = views_->ui;
-    if (views_->table.model().rowCount() == 0) {
+    const bool hasRows = views_->table.model().rowCount() > 0;
+    // A search that finds nothing shows an empty table, not the hint.
+    const bool hasCatalogue =
+        hasRows || (controller_.masterCollection() && controller_.masterCollection()->stations &&
+                    !controller_.masterCollection()->stations->empty());
+    if (!hasCatalogue) {
         ui.tablePlace->setCurrentWidget(ui.emptyPlace);
         return;
     }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/Host.h"
+
 #include <QMainWindow>
 
 #include <memory>
@@ -14,20 +16,29 @@ namespace desktop {
 class SCStationWindow final : public QMainWindow {
 public:
     /// Fills the outlets; the controller is borrowed and outlives the window.
-    explicit SCStationWindow(SCStationWindowController& controller);
+    SCStationWindow(SCStationWindowController& controller, platform::Host& host);
     /// Empties the outlets.
     ~SCStationWindow() override;
 
     /// Shows the window, wide enough for its columns as far as the screen has room.
     void present();
 
+protected:
+    /// Keys that lead from the search to the table and back.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     struct Views;
 
+    void bindSearch();
+    void bindWeather(platform::Host& host);
+    void searchTextDidChange(bool isEmpty);
+    void showAll();
     void showTableOrHint();
 
     SCStationWindowController& controller_;
     std::unique_ptr<Views> views_;
+    bool isSearching_ = false;
 };
 
 } // namespace desktop

@@ -9,6 +9,7 @@
 #include <QTableView>
 
 #include <cmath>
+#include <utility>
 
 namespace desktop {
 
@@ -20,6 +21,9 @@ constexpr int manyRows = 10'000;
 constexpr int fewRows = 50;
 
 constexpr double widestColumn = 10'000;
+
+/// Stands before the name of a marked row.
+const QString star = QStringLiteral("★ ");
 
 /// Widths of many short texts. Adding up the advances of single characters is some hundred times
 /// faster than laying the text out, and no text comes out narrower by more than a pixel.
@@ -56,6 +60,9 @@ public:
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
         QStyledItemDelegate::initStyleOption(option, index);
+        if (index.data(StationTableModel::markedRole).toBool()) {
+            option->text.prepend(star);
+        }
         QPalette& palette = option->palette;
         const QColor focused = palette.color(QPalette::Active, QPalette::Highlight);
         if (palette.color(QPalette::Inactive, QPalette::Highlight) != focused) {
@@ -116,7 +123,7 @@ void StationTable::setColumnWidth(std::string_view column, double width) {
 }
 
 void StationTable::reloadData() {
-    const int selected = selectedRow();
+    const auto selected = static_cast<int>(selectedRow());
     {
         const QScopedValueRollback guard(reloading_, true);
         model_.reload();
@@ -134,9 +141,19 @@ void StationTable::selectRow(std::int64_t row) {
     select(row < model_.rowCount() ? static_cast<int>(std::max<std::int64_t>(row, -1)) : -1);
 }
 
-int StationTable::selectedRow() const {
+std::int64_t StationTable::selectedRow() const {
     const QModelIndexList rows = view_.selectionModel()->selectedRows();
     return rows.isEmpty() ? -1 : rows.first().row();
+}
+
+void StationTable::scrollRowToVisible(std::int64_t row) {
+    if (row >= 0 && row < model_.rowCount()) {
+        view_.scrollTo(model_.index(static_cast<int>(row), 0));
+    }
+}
+
+void StationTable::setMarked(std::function<bool(int row)> isMarked) {
+    model_.setMarked(std::move(isMarked));
 }
 
 void StationTable::select(int row) {
@@ -173,9 +190,10 @@ void StationTable::measureContent() {
     for (int column = 0; column < model_.columnCount(); ++column) {
         double& content = widths_[static_cast<std::size_t>(column)].content;
         const double before = content;
+        const double mark = column == StationTableModel::markedColumn ? widths.of(star) : 0;
         for (int look = 0; look < looks; ++look) {
             const auto row = static_cast<int>(std::int64_t{look} * rows / looks);
-            content = std::max(content, widths.of(model_.cellText(row, column)));
+            content = std::max(content, mark + widths.of(model_.cellText(row, column)));
         }
         if (content > before) {
             openColumn(column);

@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include <array>
+#include <functional>
 
 class QTableView;
 
@@ -29,6 +30,11 @@ public:
     void setColumnWidth(std::string_view column, double width) override;
     void reloadData() override;
     void selectRow(std::int64_t row) override;
+    [[nodiscard]] std::int64_t selectedRow() const override;
+    void scrollRowToVisible(std::int64_t row) override;
+
+    /// Rows for which it answers true carry a star.
+    void setMarked(std::function<bool(int row)> isMarked);
 
     [[nodiscard]] const StationTableModel& model() const { return model_; }
 
@@ -45,7 +51,6 @@ private:
         bool setByUser = false;
     };
 
-    [[nodiscard]] int selectedRow() const;
     void select(int row);
     void selectionDidChange();
     void measureContent();

@@ -98,9 +98,16 @@ QVariant StationTableModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
         return {};
     }
+    const bool isMarked = index.column() == markedColumn && isMarked_ && isMarked_(index.row());
     switch (role) {
     case Qt::DisplayRole:
         return cellText(index.row(), index.column());
+    case markedRole:
+        return isMarked;
+    case Qt::AccessibleTextRole: {
+        const QString text = cellText(index.row(), index.column());
+        return isMarked ? tr("%1, favorite").arg(text.trimmed()) : text;
+    }
     case Qt::TextAlignmentRole:
         return QVariant::fromValue(Qt::AlignVCenter |
                                    columns[static_cast<std::size_t>(index.column())].alignment);

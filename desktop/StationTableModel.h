@@ -5,7 +5,9 @@
 
 #include <QAbstractTableModel>
 
+#include <functional>
 #include <string_view>
+#include <utility>
 
 namespace desktop {
 
@@ -17,12 +19,17 @@ public:
     /// catalogue cannot make drawing slow. Honest cells have at most 16.
     static constexpr int longestCell = 64;
 
+    /// Whether a row is marked; answered for the column that shows it, the name's.
+    static constexpr int markedRole = Qt::UserRole;
+    static constexpr int markedColumn = 1;
+
     /// The data source is told that it is `table` that asks; borrowed.
     explicit StationTableModel(const platform::TableView& table);
 
     /// Borrowed; null gives empty cells. Takes no rows: that is for the next reload.
     void setDataSource(platform::TableViewDataSource* source) { source_ = source; }
     void reload();
+    void setMarked(std::function<bool(int row)> isMarked) { isMarked_ = std::move(isMarked); }
 
     /// The index of the column of that identifier, or -1.
     [[nodiscard]] static int columnOf(std::string_view identifier);
@@ -37,6 +44,7 @@ public:
 private:
     const platform::TableView& table_;
     platform::TableViewDataSource* source_ = nullptr;
+    std::function<bool(int row)> isMarked_;
     int rows_ = 0;
 };
 

@@ -3,10 +3,12 @@
 #include "desktop/SCStationWindow.h"
 #include "tests/support/FakeHost.h"
 
+#include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
@@ -58,7 +60,7 @@ protected:
     support::FakeHost fake;
     std::shared_ptr<SCStationWindowController> controller =
         SCStationWindowController::initWithWindowNibName(fake.host, "SCStationWindowController");
-    desktop::SCStationWindow window{*controller};
+    desktop::SCStationWindow window{*controller, fake.host};
 };
 
 TEST_F(StationWindowTest, ShowsAHintUntilThereAreStations) {
@@ -96,14 +98,17 @@ TEST_F(StationWindowTest, ShowsEveryStationInFull) {
 
 TEST_F(StationWindowTest, EveryControlHasANameAndIsReachedByKeyboard) {
     openList();
+    child<QTableView>("table").selectRow(0);
     const std::set<QString> reached = tabbedThrough();
-    EXPECT_EQ(reached.size(), 3U);
     for (QWidget* control : window.findChildren<QWidget*>()) {
         if ((control->focusPolicy() & Qt::TabFocus) == 0 || !control->isVisible()) {
             continue;
         }
         SCOPED_TRACE(control->objectName().toStdString());
-        EXPECT_TRUE(reached.contains(control->objectName()));
+        // Of the search modes the one in force is reached, from there the arrow keys go on.
+        const auto* button = qobject_cast<QAbstractButton*>(control);
+        const bool isOtherMode = button && button->group() && !button->isChecked();
+        EXPECT_NE(reached.contains(control->objectName()), isOtherMode);
         QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(control);
         ASSERT_NE(spoken, nullptr);
         EXPECT_FALSE(spoken->text(QAccessible::Name).isEmpty());
@@ -112,6 +117,51 @@ TEST_F(StationWindowTest, EveryControlHasANameAndIsReachedByKeyboard) {
         control->clearFocus();
         EXPECT_NE(control->grab().toImage(), focused) << "the focus does not show";
     }
+}
+
+TEST_F(StationWindowTest, TheKeyboardSearchesAndComesBack) {
+    openList();
+    auto& table = child<QTableView>("table");
+    auto& search = child<QLineEdit>("sf");
+    const int all = table.model()->rowCount();
+    QTest::keyClick(&window, Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::focusWidget(), &search);
+    QTest::keyClicks(&search, QStringLiteral("ksfo"));
+    EXPECT_EQ(table.model()->rowCount(), 1);
+    QTest::keyClick(&search, Qt::Key_Return);
+    EXPECT_EQ(QApplication::focusWidget(), &table);
+    QTest::keyClick(&table, Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(search.selectedText(), QStringLiteral("ksfo"));
+    QTest::keyClick(&search, Qt::Key_Escape);
+    EXPECT_EQ(table.model()->rowCount(), all);
+    QTest::keyClicks(&search, QStringLiteral("nothing there"));
+    EXPECT_EQ(table.model()->rowCount(), 0);
+    EXPECT_TRUE(table.isVisible());
+    QTest::mouseClick(&child<QPushButton>("showAll"), Qt::LeftButton);
+    EXPECT_EQ(table.model()->rowCount(), all);
+    EXPECT_EQ(search.text(), QString());
+}
+
+TEST_F(StationWindowTest, ArrowsSelectAndFetchAndAShortcutMarks) {
+    openList();
+    auto& table = child<QTableView>("table");
+    table.setFocus();
+    table.selectRow(0);
+    const std::size_t requests = fake.urlSessions.openRequests();
+    QTest::keyClick(&table, Qt::Key_Down);
+    EXPECT_EQ(controller->nowSelection, 1);
+    EXPECT_EQ(fake.urlSessions.openRequests(), requests + 2);
+    const QModelIndex name = table.model()->index(1, 1);
+    const auto spoken = [&] { return name.data(Qt::AccessibleTextRole).toString(); };
+    EXPECT_FALSE(spoken().endsWith(QStringLiteral("favorite")));
+    QTest::keyClick(&table, Qt::Key_D, Qt::ControlModifier);
+    EXPECT_TRUE(controller->selectedStation->isFavorite());
+    EXPECT_TRUE(spoken().endsWith(QStringLiteral("favorite")));
+    // An entry that validation disables must not be chosen by its shortcut, which it was enabled
+    // for a moment ago.
+    table.clearSelection();
+    QTest::keyClick(&table, Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(controller->allFavorites().size(), 1U);
 }
 
 TEST_F(StationWindowTest, EveryColumnExplainsItself) {
@@ -133,7 +183,7 @@ TEST(StationWindow, LetsGoOfTheOutletsWhenItDies) {
     support::FakeHost fake;
     const auto controller = SCStationWindowController::initWithWindowNibName(fake.host, "");
     {
-        const desktop::SCStationWindow window(*controller);
+        const desktop::SCStationWindow window(*controller, fake.host);
         controller->windowDidLoad();
         EXPECT_NE(controller->outlets.table, nullptr);
     }
