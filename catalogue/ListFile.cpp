@@ -81,7 +81,7 @@ std::string realignedList(std::string text) {
     if (hasShiftedIndex && isRoomy) {
         forEachStationLine(text, [](std::span<char> line) {
             const auto columns = line.subspan(spareBlank, lastSynopDigit + 1 - spareBlank);
-            std::ranges::rotate(columns, columns.begin() + 1);
+            std::rotate(columns.begin(), columns.begin() + 1, columns.end());
         });
     }
     return text;
