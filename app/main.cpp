@@ -34,7 +34,8 @@ int main(int argc, char* argv[]) {
     desktop::DesktopHost host;
     const auto controller = SCStationWindowController::initWithWindowNibName(
         host.services(), "SCStationWindowController");
-    auto window = std::make_unique<desktop::SCStationWindow>(*controller, host.services());
+    auto window =
+        std::make_unique<desktop::SCStationWindow>(*controller, host.services(), host.mapSetup());
     controller->windowDidLoad();
     window->present();
 

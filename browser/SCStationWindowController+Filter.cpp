@@ -144,7 +144,7 @@ void SCStationWindowController::tableViewSelectionDidChange(const platform::Tabl
     if (!selectedStation) {
         return;
     }
-    mapStiation(selectedStation);
+    mapStiation(*selectedStation);
     StationArray stations{selectedStation};
     if (alwaysFavWeather_ == 1) {
         // A favourite that is selected is in the list twice; intended.

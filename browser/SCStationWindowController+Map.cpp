@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "browser/SCStationWindowController.h"
 
+#include "map/Mercator.h"
 #include "platform/Text.h"
 #include "slib/SuportLib.h"
 
@@ -8,8 +9,36 @@
 
 #include <initializer_list>
 
-void SCStationWindowController::mapStiation(
-    const std::shared_ptr<AviationWeatherStation>& /*station*/) {}
+namespace {
+
+/// Of the region around a station, from north to south and from east to west.
+constexpr double regionMetres = 2000;
+
+} // namespace
+
+void SCStationWindowController::mapStiation(const AviationWeatherStation& station) {
+    const platform::Location centre{station.latitude, station.longitude};
+    if (!centre.isValid()) {
+        host_.log.line("Invalid center");
+        return;
+    }
+    if (outlets.mapV) {
+        outlets.mapV->setCenterCoordinate(centre);
+        outlets.mapV->setMapType(currentMapType);
+        outlets.mapV->setRegion(outlets.mapV->regionThatFits(
+            map::regionWithDistance(centre, regionMetres, regionMetres)));
+    }
+}
+
+void SCStationWindowController::switchieswitcheDu() {
+    if (!outlets.switchieDu) {
+        return;
+    }
+    currentMapType = outlets.switchieDu->selectedSegment();
+    if (outlets.mapV) {
+        outlets.mapV->setMapType(currentMapType);
+    }
+}
 
 void SCStationWindowController::describeSelection() {
     if (!outlets.stationLine) {

@@ -39,7 +39,7 @@ void SCStationWindowController::getFavWeather() {
     nowSelection = row;
     selectedStation = std::move(station);
     setSelectionControlsEnabled(true);
-    mapStiation(selectedStation);
+    mapStiation(*selectedStation);
     // A favourite that is selected is in the list twice; intended.
     favorites.insert(favorites.begin(), selectedStation);
     requestWeather(std::move(favorites), "Requesting METARs", "Requesting TAFs");

@@ -30,6 +30,7 @@ public:
     struct Outlets {
         SCMainTable* table = nullptr;
         platform::SegmentedControl* switchie = nullptr;
+        platform::SegmentedControl* switchieDu = nullptr;
         platform::SearchField* sf = nullptr;
         platform::Button* saver = nullptr;
         platform::Button* parserIt = nullptr;
@@ -102,6 +103,12 @@ public:
     /// Selects the station that was selected before the table's rows changed, by its name.
     void resetTableSelectionAfterFilter();
 
+    /// Centres the map on a station, in the map type in force. An invalid position is logged and
+    /// changes nothing.
+    void mapStiation(const AviationWeatherStation& station);
+    /// The action of the map types.
+    void switchieswitcheDu();
+
     /// Marks the selected station as a favourite, or no longer.
     void favMenuItem();
     /// Copies a station's mark onto the master's first record of the same identifier.
@@ -155,7 +162,6 @@ private:
     void showInTable(StationArray stations);
     [[nodiscard]] std::shared_ptr<AviationWeatherStation> stationInRow(std::int64_t row) const;
     void setSelectionControlsEnabled(bool enabled);
-    void mapStiation(const std::shared_ptr<AviationWeatherStation>& station);
     void describeSelection();
 
     [[nodiscard]] std::string favoritesFile() const;

@@ -4,6 +4,7 @@
 #include "desktop/Text.h"
 #include "platform/Views.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QButtonGroup>
 #include <QComboBox>
@@ -56,6 +57,10 @@ public:
     void setSelectedSegment(int segment) override {
         if (auto* button = buttons_.button(segment)) {
             button->setChecked(true);
+            // The Tab key leads to the one that is down, the arrow keys to the others.
+            for (QAbstractButton* other : buttons_.buttons()) {
+                other->setFocusPolicy(other == button ? Qt::StrongFocus : Qt::ClickFocus);
+            }
         }
     }
     [[nodiscard]] int selectedSegment() const override { return buttons_.checkedId(); }

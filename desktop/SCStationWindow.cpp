@@ -5,13 +5,27 @@
 #include "desktop/Controls.h"
 #include "desktop/StationMenus.h"
 #include "desktop/StationTable.h"
+#include "desktop/map/MapView.h"
 #include "ui_SCStationWindowController.h"
 
+#include <QDesktopServices>
 #include <QFontDatabase>
 #include <QKeyEvent>
 #include <QScreen>
+#include <QUrl>
+
+#include <utility>
+#include <vector>
 
 namespace desktop {
+
+namespace {
+
+map::Station mapped(const AviationWeatherStation& station) {
+    return {station.ICAO.value_or(""), {station.latitude, station.longitude}};
+}
+
+} // namespace
 
 struct SCStationWindow::Views {
     struct Interface : Ui::SCStationWindowController {
@@ -20,14 +34,25 @@ struct SCStationWindow::Views {
             switchie->setId(searchICAO, 0);
             switchie->setId(searchName, 1);
             switchie->setId(searchState, 2);
+            switchieDu->setId(mapStandard, 0);
+            switchieDu->setId(mapSatellite, 1);
+            switchieDu->setId(mapHybrid, 2);
+            switchieDu->setId(mapFlyover, 3);
         }
     };
 
-    explicit Views(QMainWindow& window) : ui(window) {}
+    Views(QMainWindow& window, MapSetup map)
+        : ui(window), mapV(*new MapView(std::move(map), ui.mapPlace)) {
+        ui.mapLayout->addWidget(&mapV, 1);
+        mapV.setObjectName(QStringLiteral("mapV"));
+        QWidget::setTabOrder(ui.mapFlyover, &mapV);
+        QWidget::setTabOrder(&mapV, ui.metarB);
+    }
 
     Interface ui;
     StationTable table{*ui.table};
     Segments switchie{*ui.switchie};
+    Segments switchieDu{*ui.switchieDu};
     SearchLine sf{*ui.sf};
     PushButton saver{*ui.saver};
     PushButton parserIt{*ui.parserIt};
@@ -37,14 +62,16 @@ struct SCStationWindow::Views {
     Label stationLine{*ui.stationLine};
     TextPane metarBackField{*ui.metarBackField};
     TextPane tafBackFiled{*ui.tafBackFiled};
+    MapView& mapV;
     std::unique_ptr<StationMenus> menus;
     /// Told when requests open and end; dropped first.
     std::shared_ptr<QProgressBar*> working;
     platform::NotificationCenter::Token openRequests;
 };
 
-SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform::Host& host)
-    : controller_(controller), views_(std::make_unique<Views>(*this)) {
+SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform::Host& host,
+                                 MapSetup map)
+    : controller_(controller), views_(std::make_unique<Views>(*this, std::move(map))) {
     Ui::SCStationWindowController& ui = views_->ui;
     views_->menus = std::make_unique<StationMenus>(
         *this, controller, *ui.distButton,
@@ -56,12 +83,14 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
                               .favoritesChanged = [&ui] { ui.table->viewport()->update(); }});
     controller_.outlets = {.table = &views_->table,
                            .switchie = &views_->switchie,
+                           .switchieDu = &views_->switchieDu,
                            .sf = &views_->sf,
                            .saver = &views_->saver,
                            .parserIt = &views_->parserIt,
                            .metarB = &views_->metarB,
                            .distButton = &views_->distButton,
                            .words = &views_->words,
+                           .mapV = &views_->mapV,
                            .metarBackField = &views_->metarBackField,
                            .tafBackFiled = &views_->tafBackFiled,
                            .stationLine = &views_->stationLine,
@@ -80,6 +109,7 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
     connect(ui.table->model(), &QAbstractItemModel::modelReset, this,
             [this] { showTableOrHint(); });
     bindSearch();
+    bindMap();
     bindWeather(host);
     showTableOrHint();
 }
@@ -97,6 +127,36 @@ void SCStationWindow::bindSearch() {
     connect(ui.distButton, &QComboBox::activated, this,
             [this] { controller_.geMeterDistChanged(); });
     connect(ui.showAll, &QPushButton::clicked, this, [this] { showAll(); });
+}
+
+void SCStationWindow::bindMap() {
+    Ui::SCStationWindowController& ui = views_->ui;
+    connect(ui.switchieDu, &QButtonGroup::idClicked, this,
+            [this] { controller_.switchieswitcheDu(); });
+    views_->mapV.stationClicked = [this](std::size_t station) {
+        const auto row = static_cast<std::int64_t>(station);
+        views_->table.selectRow(row);
+        views_->table.scrollRowToVisible(row);
+    };
+    views_->mapV.creditClicked = [](const std::string& page) {
+        QDesktopServices::openUrl(QUrl(shownText(page)));
+    };
+    connect(ui.table->model(), &QAbstractItemModel::modelReset, this, [this] {
+        std::vector<map::Station> stations;
+        if (const auto& shown = controller_.workingCollection; shown && shown->stations) {
+            stations.reserve(shown->stations->size());
+            for (const auto& station : *shown->stations) {
+                stations.push_back(mapped(*station));
+            }
+        }
+        views_->mapV.setStations(std::move(stations));
+    });
+    // Connected after the table's own: the controller has heard of the selection by then.
+    connect(ui.table->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        if (controller_.selectedStation) {
+            views_->mapV.setMarker(mapped(*controller_.selectedStation));
+        }
+    });
 }
 
 void SCStationWindow::bindWeather(platform::Host& host) {
@@ -168,6 +228,9 @@ void SCStationWindow::present() {
     // The table takes what its columns need, as far as the reports keep a third.
     const int forTable = std::min(columns, width() * 2 / 3);
     views_->ui.tableAndDetails->setSizes({forTable, width() - forTable});
+    views_->ui.details->setSizes({height(), height()});
+    // The logic keeps the map's type, and leaves it to us to show which it is.
+    views_->switchieDu.setSelectedSegment(static_cast<int>(controller_.currentMapType));
     show();
 }
 

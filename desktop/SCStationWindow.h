@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "desktop/map/MapView.h"
 #include "platform/Host.h"
 
 #include <QMainWindow>
@@ -16,7 +17,7 @@ namespace desktop {
 class SCStationWindow final : public QMainWindow {
 public:
     /// Fills the outlets; the controller is borrowed and outlives the window.
-    SCStationWindow(SCStationWindowController& controller, platform::Host& host);
+    SCStationWindow(SCStationWindowController& controller, platform::Host& host, MapSetup map);
     /// Empties the outlets.
     ~SCStationWindow() override;
 
@@ -31,6 +32,7 @@ private:
     struct Views;
 
     void bindSearch();
+    void bindMap();
     void bindWeather(platform::Host& host);
     void searchTextDidChange(bool isEmpty);
     void showAll();

@@ -21,13 +21,18 @@ bool isUsable(const platform::Region& region) {
            std::isfinite(region.latitudeSpan) && std::isfinite(region.longitudeSpan);
 }
 
+/// Regions are cut here, some kilometres beyond the map's edge: the surroundings of a place at the
+/// edge are shown whole, and those of half the earth do not reach for the pole, which is far away.
+constexpr double lastShown = highestLatitude + 0.1;
+
 /// The upright rectangle of a region, east and west of the unit square too.
 WorldRect rectOf(const platform::Region& region) {
+    const auto y = [&](double side) {
+        return projectedLatitude(std::clamp(region.centre.latitude + side * region.latitudeSpan / 2,
+                                            -lastShown, lastShown));
+    };
     const double middle = 0.5 + region.centre.longitude / 360;
-    return {middle - region.longitudeSpan / 720,
-            projectedLatitude(region.centre.latitude + region.latitudeSpan / 2),
-            middle + region.longitudeSpan / 720,
-            projectedLatitude(region.centre.latitude - region.latitudeSpan / 2)};
+    return {middle - region.longitudeSpan / 720, y(1), middle + region.longitudeSpan / 720, y(-1)};
 }
 
 } // namespace

@@ -20,9 +20,10 @@ bool isAscii(std::string_view text) {
         std::memcpy(&block, text.data(), sizeof block);
         bits |= block;
     }
-    block = 0;
-    std::memcpy(&block, text.data(), text.size());
-    return ((bits | block) & 0x8080808080808080) == 0;
+    for (const char unit : text) {
+        bits |= static_cast<unsigned char>(unit);
+    }
+    return (bits & 0x8080808080808080) == 0;
 }
 
 void appendUtf8(std::string& text, UChar32 code) {

@@ -200,7 +200,17 @@ Ref Writer::text(std::string_view utf8) {
 }
 
 Ref Writer::number(const Number& number) {
-    return std::visit(
+    putNumber(number);
+    return sharedObject();
+}
+
+Ref Writer::loneNumber(const Number& number) {
+    putNumber(number);
+    return object();
+}
+
+void Writer::putNumber(const Number& number) {
+    std::visit(
         [this](auto value) {
             using Stored = decltype(value);
             if constexpr (std::is_same_v<Stored, bool>) {
@@ -224,7 +234,6 @@ Ref Writer::number(const Number& number) {
                 *at = integerMarker(widthOf(bits));
                 putBig(at + 1, bits, widthOf(bits));
             }
-            return sharedObject();
         },
         number.storage());
 }

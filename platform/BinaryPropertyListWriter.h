@@ -16,8 +16,8 @@ namespace platform::plist {
 /// Names an object of the list that is being written; valid in that list only.
 using Ref = std::uint32_t;
 
-/// Puts a list together, object by object. Equal texts and numbers become one object; containers,
-/// data and UIDs never.
+/// Puts a list together, object by object. Equal texts and numbers become one object, unless a
+/// number is added as a lone one; containers, data and UIDs never.
 class Writer {
 public:
     Writer();
@@ -25,6 +25,9 @@ public:
     /// Text that is not UTF-8 is written with U+FFFD in it.
     Ref text(std::string_view utf8);
     Ref number(const Number& number);
+    /// For what hardly repeats, such as positions: looking for an equal one costs more than it
+    /// saves.
+    Ref loneNumber(const Number& number);
     Ref data(std::span<const std::byte> bytes);
     Ref uid(std::uint32_t value);
     Ref array(std::span<const Ref> elements);
@@ -39,6 +42,7 @@ public:
 private:
     [[nodiscard]] std::span<const std::byte> draftOf(Ref ref) const;
     std::byte* room(std::size_t size);
+    void putNumber(const Number& number);
     /// Completes the object that was put at the draft's end; or, the shared one, takes it off again
     /// and answers an equal one.
     Ref object();

@@ -262,7 +262,7 @@ struct KeyedArchiver::State {
         return std::visit([this](const auto& held) { return slotOfHeld(held); }, value);
     }
 
-    static std::uint32_t slotOfHeld(std::monostate) { return 0; }
+    [[nodiscard]] std::uint32_t slotOfHeld(std::monostate) const { return 0; }
     std::uint32_t slotOfHeld(Null) {
         return newRecord(nullClass, [] {});
     }
@@ -274,8 +274,9 @@ struct KeyedArchiver::State {
         return slot;
     }
     std::uint32_t slotOfHeld(Date date) {
-        return newRecord(dateClass,
-                         [&] { add("NS.time", list.number(Number(secondsSinceReference(date)))); });
+        return newRecord(dateClass, [&] {
+            add("NS.time", list.loneNumber(Number(secondsSinceReference(date))));
+        });
     }
     std::uint32_t slotOfHeld(const URL& url) {
         return newRecord(urlClass, [&] {
@@ -364,11 +365,11 @@ void KeyedArchiver::encodeBool(bool value, std::string_view key) {
 }
 
 void KeyedArchiver::encodeFloat(float value, std::string_view key) {
-    state_.addUserField(key, state_.list.number(Number(value)));
+    state_.addUserField(key, state_.list.loneNumber(Number(value)));
 }
 
 void KeyedArchiver::encodeDouble(double value, std::string_view key) {
-    state_.addUserField(key, state_.list.number(Number(value)));
+    state_.addUserField(key, state_.list.loneNumber(Number(value)));
 }
 
 void KeyedArchiver::encodeBytes(std::span<const std::byte> bytes, std::string_view key) {

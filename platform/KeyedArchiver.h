@@ -13,14 +13,17 @@ namespace platform {
 
 /// Writes an object graph as a keyed archive in a binary property list. Each object, array, set
 /// and dictionary is written once however often it is referenced; equal strings and numbers share
-/// a slot; a mutable container never shares its slot with another one.
+/// a slot; a mutable container never shares its slot with another one. Absent elements, which no
+/// archive holds, are left out of their container. Text that is not UTF-8 gets U+FFFD.
 ///
 /// An archivable object gets the archiver in `encodeWithCoder` and writes its own fields. A key
 /// that begins with "$" is stored behind one more "$". Writing a key twice keeps the later value.
 class KeyedArchiver {
 public:
     /// The archive of `root`, or nothing when the root is absent or the graph is one that
-    /// `KeyedUnarchiver` would refuse (over 2 GiB, nested beyond its depth).
+    /// `KeyedUnarchiver` would refuse: over 2 GiB, nested beyond its depth, a record of more keys
+    /// than it takes, or so many repetitions of long texts that each reader's copies of them come
+    /// to more than 32 MiB and twice the file.
     [[nodiscard]] static std::optional<Data> archivedData(const Value& root);
     /// Writes the archive to a new file and renames it over `path`. False when nothing was
     /// written; a file that stood there is then untouched.

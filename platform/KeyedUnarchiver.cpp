@@ -10,7 +10,6 @@
 
 namespace platform {
 
-using plist::Element;
 using plist::Kind;
 
 static_assert(KeyedUnarchiver::sizeLimit == plist::sizeLimit);

@@ -29,7 +29,11 @@ struct Unarchived {
 /// reads as empty (0, false, nothing) and the rest of the object is still read.
 ///
 /// Each slot's object is made once, so that sharing survives. An object that contains itself reads
-/// as absent at that point. Bytes that are not valid text become U+FFFD.
+/// as absent at that point. Bytes that are not valid text become U+FFFD. Elements that cannot be
+/// read are left out of their container; a dictionary with a key that is no text is itself absent.
+///
+/// An integer may be stored as a boolean or as a whole real, a real as an integer; no other kind
+/// stands in for another.
 class KeyedUnarchiver {
 public:
     /// Files beyond this size are refused.

@@ -124,10 +124,11 @@ RecordLayout* KeyedUnarchiver::State::layoutOf(const Element& dictionary) {
     if (const auto known = layouts.find(bytes); known != layouts.end()) {
         return &known->second;
     }
-    std::vector<std::string> keys;
-    if (!take(dictionary.count, entriesLeft)) {
+    // A layout takes memory even without keys, and a record may be made of very few bytes.
+    if (!take(dictionary.count + 16, entriesLeft)) {
         return nullptr;
     }
+    std::vector<std::string> keys;
     for (std::size_t i = 0; i < dictionary.count; ++i) {
         const Element key = element(list.reference(dictionary, i));
         if (!key.isText()) {

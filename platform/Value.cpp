@@ -139,8 +139,8 @@ Number::Number(std::uint64_t value) : storage_(value) {
 }
 
 bool Number::boolValue() const {
-    return std::visit([](auto value) { return value == value && value != decltype(value){}; },
-                      storage_);
+    const double value = doubleValue();
+    return value != 0 && !std::isnan(value);
 }
 
 std::int64_t Number::integerValue() const {

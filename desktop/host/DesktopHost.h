@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "desktop/Text.h"
 #include "desktop/host/FilePanels.h"
 #include "desktop/host/Folders.h"
 #include "desktop/host/MainQueue.h"
 #include "desktop/host/Program.h"
 #include "desktop/host/RepeatingTimers.h"
 #include "desktop/host/Settings.h"
+#include "desktop/map/MapView.h"
 #include "platform/Host.h"
 #include "platform/System.h"
 #include "platform/URLSession.h"
 
 #include <QCoreApplication>
+#include <QStandardPaths>
 
 namespace desktop {
 
@@ -22,6 +25,15 @@ public:
     [[nodiscard]] platform::Host& services() { return services_; }
     [[nodiscard]] MainQueue& mainQueue() { return mainQueue_; }
     [[nodiscard]] platform::CurlURLSessions& urlSessions() { return urlSessions_; }
+    /// The map's outlines lie with the program, its tiles in the user's cache.
+    [[nodiscard]] MapSetup mapSetup() const {
+        MapSetup setup;
+        setup.userAgent = QByteArray("Nosig/" NOSIG_VERSION);
+        setup.cacheFolder = QStandardPaths::writableLocation(QStandardPaths::CacheLocation) +
+                            QStringLiteral("/tiles");
+        setup.baseMap = shownText(program_.resourcePath() + "/world.map");
+        return setup;
+    }
 
 private:
     platform::StandardErrorLog log_;

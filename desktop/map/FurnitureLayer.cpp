@@ -26,6 +26,9 @@ void FurnitureLayer::paint(QPainter* painter, const QStyleOptionGraphicsItem* /*
     painter->setFont(smallFont());
     drawScaleBar(*painter);
     drawCredit(*painter);
+    if (state().isTilted()) {
+        drawNorthArrow(*painter);
+    }
     if (state().hasFocus) {
         painter->setRenderHint(QPainter::Antialiasing, false);
         painter->setBrush(Qt::NoBrush);
@@ -96,6 +99,22 @@ void FurnitureLayer::drawCredit(QPainter& painter) const {
     }
     drawPlate(painter, place, state().scheme);
     painter.drawText(place, Qt::AlignCenter | Qt::TextWordWrap, credit());
+}
+
+void FurnitureLayer::drawNorthArrow(QPainter& painter) const {
+    constexpr double radius = 16;
+    const QPointF middle = state().frame().topRight() + QPointF(-edge - radius, edge + radius);
+    drawPlate(painter, {middle.x() - radius, middle.y() - radius, 2 * radius, 2 * radius},
+              state().scheme);
+    painter.save();
+    painter.translate(middle);
+    painter.rotate(-state().view.heading());
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(state().scheme.marker);
+    painter.drawPolygon(QPolygonF{{0, -13}, {4.5, 0}, {-4.5, 0}});
+    painter.setBrush(state().scheme.plateText);
+    painter.drawPolygon(QPolygonF{{0, 13}, {4.5, 0}, {-4.5, 0}});
+    painter.restore();
 }
 
 } // namespace desktop

@@ -5,7 +5,8 @@
 
 namespace desktop {
 
-/// What stands still while the map moves: scale bar, credit of the tiles, and the focus frame.
+/// What stands still while the map moves: scale bar, credit of the tiles, in the
+/// flyover an arrow to the north, and the focus frame.
 class FurnitureLayer final : public Layer {
 public:
     explicit FurnitureLayer(const MapState& state) : Layer(state) {}
@@ -20,6 +21,7 @@ private:
     [[nodiscard]] QString credit() const;
     void drawScaleBar(QPainter& painter) const;
     void drawCredit(QPainter& painter) const;
+    void drawNorthArrow(QPainter& painter) const;
 };
 
 } // namespace desktop

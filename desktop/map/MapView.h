@@ -22,7 +22,7 @@ class StationLayer;
 /// What a map is made of.
 struct MapSetup {
     /// Of the program, for tile servers.
-    QByteArray userAgent;
+    QByteArray userAgent = "Nosig";
     /// For tiles; empty to keep none on the disk.
     QString cacheFolder;
     /// The resource "world.map"; without it the map is all sea.

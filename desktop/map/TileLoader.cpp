@@ -163,7 +163,7 @@ void TileLoader::request(const Wish& wish) {
         }
     }
     QNetworkRequest request(url);
-    request.setHeader(QNetworkRequest::UserAgentHeader, userAgent_);
+    request.setRawHeader("User-Agent", userAgent_);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::NoLessSafeRedirectPolicy);
     request.setMaximumRedirectsAllowed(3);

@@ -144,4 +144,24 @@ TEST_F(StationFilter, TheSelectionEnablesItsControlsAndIsNamedInFull) {
     EXPECT_EQ(window.stationLine.text, "");
 }
 
+TEST_F(StationFilter, TheMapShowsTwoKilometresAroundTheSelectedStationInTheTypeInForce) {
+    window.switchieDu.segment = 2;
+    controller->switchieswitcheDu();
+    EXPECT_EQ(window.mapV.mapType, 2);
+    window.mapV.mapType = 0;
+    window.table.selectRow(0);
+    EXPECT_EQ(window.mapV.mapType, 2);
+    EXPECT_EQ(window.mapV.centre->latitude, 37.62);
+    // The fake fits by doubling the width.
+    EXPECT_NEAR(window.mapV.region->latitudeSpan * 110996, 2000, 2);
+    EXPECT_NEAR(window.mapV.region->longitudeSpan * 88269, 4000, 4);
+    const auto before = window.mapV.region->centre;
+    controller->workingCollection->stations->at(1)->latitude = 91;
+    window.table.selectRow(1);
+    EXPECT_EQ(window.mapV.region->centre.latitude, before.latitude);
+    EXPECT_EQ(host.log.lines().back(), "Invalid center");
+    controller->quitting();
+    EXPECT_EQ(platform::integerOf(host.userDefaults.objectForKey("curmaptype")), 2);
+}
+
 } // namespace

@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/map/MapView.h"
+
+#include <QNativeGestureEvent>
+#include <QPointingDevice>
+#include <QTest>
+#include <QWheelEvent>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+using desktop::MapView;
+using platform::Location;
+
+constexpr Location place{48.35, 11.79};
+
+/// A map of 600 by 400 points that shows 2000 metres around `place`.
+class MapInputTest : public testing::Test {
+protected:
+    MapInputTest() {
+        view_.resize(600, 400);
+        view_.show();
+        view_.setRegion(view_.regionThatFits(map::regionWithDistance(place, 2000, 2000)));
+    }
+
+    static desktop::MapSetup setup() {
+        desktop::MapSetup setup;
+        setup.tileServers.resize(1);
+        setup.tileServers.front().address = "none:";
+        return setup;
+    }
+    [[nodiscard]] const map::View& shown() const { return view_.state().view; }
+    /// How far the middle of the view has moved, in points.
+    [[nodiscard]] QPointF moved() const {
+        const map::WorldPoint before = map::project(place);
+        return QPointF(shown().centre().x - before.x, shown().centre().y - before.y) *
+               shown().scale();
+    }
+    void drag(const QPoint& from, const QPoint& to, Qt::KeyboardModifiers modifiers = {}) {
+        QWidget* viewport = view_.viewport();
+        QTest::mousePress(viewport, Qt::LeftButton, modifiers, from);
+        for (const QPoint& at : {(2 * from + to) / 3, (from + 2 * to) / 3, to}) {
+            QMouseEvent move(QEvent::MouseMove, at, viewport->mapToGlobal(at), Qt::NoButton,
+                             Qt::LeftButton, modifiers);
+            QCoreApplication::sendEvent(viewport, &move);
+        }
+        QTest::mouseRelease(viewport, Qt::LeftButton, modifiers, to);
+    }
+    void wheel(const QPointF& at, int units) {
+        QWheelEvent event(at, view_.viewport()->mapToGlobal(at), {}, {0, units}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(view_.viewport(), &event);
+    }
+    [[nodiscard]] QPoint pointOf(const Location& location) const {
+        const auto point = shown().toScreen(map::project(location)).value();
+        return QPointF(point.x, point.y).toPoint();
+    }
+
+    MapView view_{setup()};
+};
+
+TEST_F(MapInputTest, DraggingMovesTheMapWithThePointer) {
+    drag({300, 200}, {420, 110});
+    EXPECT_NEAR(moved().x(), -120, 0.1);
+    EXPECT_NEAR(moved().y(), 90, 0.1);
+    // From then on the map is the user's: another size shows more, not the old region.
+    view_.resize(700, 500);
+    EXPECT_NEAR(moved().x(), -120, 0.1);
+}
+
+TEST_F(MapInputTest, KeysMoveAndZoom) {
+    const double zoom = shown().zoom();
+    const struct {
+        Qt::Key key;
+        double x, y, zoom;
+    } rows[] = {
+        {Qt::Key_Left, -120, 0, 0}, {Qt::Key_Right, 120, 0, 0}, {Qt::Key_Up, 0, -80, 0},
+        {Qt::Key_Down, 0, 80, 0},   {Qt::Key_Plus, 0, 0, 1},    {Qt::Key_Equal, 0, 0, 1},
+        {Qt::Key_Minus, 0, 0, -1},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.key);
+        QTest::keyClick(&view_, row.key);
+        EXPECT_NEAR(moved().x(), row.x, 0.1);
+        EXPECT_NEAR(moved().y(), row.y, 0.1);
+        EXPECT_NEAR(shown().zoom() - zoom, row.zoom, 1e-6);
+        QTest::keyClick(&view_, Qt::Key_Home);
+        EXPECT_NEAR(shown().zoom(), zoom, 1e-9);
+    }
+}
+
+TEST_F(MapInputTest, WheelPinchAndDoubleClickZoomAroundThePointer) {
+    const QPointF at(450, 120);
+    const auto zoomed = [&](double by, auto act) {
+        view_.setRegion(map::regionWithDistance(place, 2000, 2000));
+        const double before = shown().zoom();
+        const map::WorldPoint under = shown().toWorld({at.x(), at.y()});
+        act();
+        const auto there = shown().toScreen(under).value();
+        EXPECT_NEAR(shown().zoom() - before, by, 1e-6);
+        EXPECT_NEAR(there.x, at.x(), 0.01);
+        EXPECT_NEAR(there.y, at.y(), 0.01);
+    };
+    zoomed(0.5, [&] { wheel(at, 120); });
+    zoomed(-1, [&] { wheel(at, -240); });
+    zoomed(1, [&] { QTest::mouseDClick(view_.viewport(), Qt::LeftButton, {}, at.toPoint()); });
+    zoomed(std::log2(1.25), [&] {
+        QNativeGestureEvent pinch(Qt::ZoomNativeGesture, QPointingDevice::primaryPointingDevice(),
+                                  2, at, at, view_.viewport()->mapToGlobal(at), 0.25, {});
+        QCoreApplication::sendEvent(view_.viewport(), &pinch);
+    });
+}
+
+TEST_F(MapInputTest, DotsNameThemselvesAndAreChosenByClicking) {
+    const Location other{48.353, 11.795};
+    view_.setStations({{"ETSI", {48.9, 11.5}}, {"EDDM", place}, {"EDMX", other}});
+    std::vector<std::size_t> clicked;
+    view_.stationClicked = [&](std::size_t station) { clicked.push_back(station); };
+    for (const int type : {0, 1, 2, 3}) {
+        SCOPED_TRACE(type);
+        clicked.clear();
+        view_.setMapType(type);
+        const QImage before = view_.viewport()->grab().toImage();
+        const QPoint at = pointOf(other);
+        QTest::mouseMove(view_.viewport(), at + QPoint(3, 3));
+        EXPECT_EQ(view_.state().pointed, 2U);
+        EXPECT_NE(view_.viewport()->grab().toImage(), before);
+        QTest::mouseClick(view_.viewport(), Qt::LeftButton, {}, at + QPoint(3, -3));
+        QTest::mouseClick(view_.viewport(), Qt::LeftButton, {}, pointOf(place));
+        QTest::mouseClick(view_.viewport(), Qt::LeftButton, {}, {40, 200});
+        EXPECT_EQ(clicked, (std::vector<std::size_t>{2, 1}));
+        QTest::mouseMove(view_.viewport(), {40, 200});
+        EXPECT_FALSE(view_.state().pointed);
+    }
+    // A drag that begins on a dot is no click, and a list that is gone is not pointed at.
+    clicked.clear();
+    view_.setMapType(0);
+    drag(pointOf(place), pointOf(place) + QPoint(50, 0));
+    EXPECT_TRUE(clicked.empty());
+    QTest::mouseMove(view_.viewport(), pointOf(place));
+    ASSERT_TRUE(view_.state().pointed);
+    view_.setStations({});
+    view_.viewport()->grab();
+    EXPECT_FALSE(view_.state().pointed);
+}
+
+TEST_F(MapInputTest, FlyoverTurnsWhenDragged) {
+    view_.setMapType(3);
+    EXPECT_EQ(shown().tilt(), 45);
+    drag({300, 200}, {200, 200});
+    EXPECT_NEAR(shown().heading(), 30, 0.1);
+    EXPECT_NEAR(moved().manhattanLength(), 0, 0.1);
+    drag({300, 200}, {300, 300});
+    EXPECT_LT(shown().tilt(), 45);
+    drag({300, 200}, {330, 200}, Qt::ShiftModifier);
+    EXPECT_GT(moved().manhattanLength(), 20);
+    QTest::keyClick(&view_, Qt::Key_Left, Qt::ShiftModifier);
+    EXPECT_NEAR(shown().heading(), 15, 0.1);
+    view_.setMapType(2);
+    EXPECT_EQ(shown().tilt(), 0);
+    EXPECT_EQ(shown().heading(), 0);
+}
+
+TEST_F(MapInputTest, CreditLeadsToItsPage) {
+    std::string page;
+    view_.creditClicked = [&](const std::string& address) { page = address; };
+    QTest::mouseClick(view_.viewport(), Qt::LeftButton, {}, {590, 388});
+    EXPECT_EQ(page, view_.state().loader->servers().front().creditPage);
+    EXPECT_FALSE(page.empty());
+}
+
+} // namespace

@@ -98,6 +98,11 @@ TEST(View, FittingKeepsTheWholeRegionInside) {
             EXPECT_LE(point->x, 600 + 1e-6);
         }
     }
+    // Half the earth around a northern place is the map's northern half.
+    View world = viewOf(600, 400);
+    world.show({{60, 0}, 180, 180});
+    EXPECT_NEAR(world.seen().top, 0, 0.02);
+    EXPECT_NEAR(world.seen().bottom, 0.59, 0.01);
     const Region again = view.fitted(view.region());
     EXPECT_NEAR(again.latitudeSpan, view.region().latitudeSpan, 1e-9);
     EXPECT_NEAR(again.centre.latitude, view.region().centre.latitude, 1e-9);

@@ -128,7 +128,7 @@ struct FakeTable final : platform::TableView {
 /// Everything that the main window has.
 struct FakeStationWindow {
     FakeTable table;
-    FakeSegmentedControl switchie;
+    FakeSegmentedControl switchie, switchieDu;
     FakeSearchField sf;
     FakeButton saver, parserIt, metarB;
     FakePopUpButton distButton;
@@ -142,6 +142,7 @@ struct FakeStationWindow {
     [[nodiscard]] SCStationWindowController::Outlets outlets() {
         return {.table = &table,
                 .switchie = &switchie,
+                .switchieDu = &switchieDu,
                 .sf = &sf,
                 .saver = &saver,
                 .parserIt = &parserIt,

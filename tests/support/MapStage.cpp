@@ -9,6 +9,8 @@
 
 namespace support {
 
+namespace {
+
 void startToolkit() {
     if (!QCoreApplication::instance()) {
         static int count = 1;
@@ -19,8 +21,6 @@ void startToolkit() {
         new QApplication(count, arguments);
     }
 }
-
-namespace {
 
 desktop::MapSetup setup(const LoopbackTiles& tiles, bool withTiles) {
     desktop::MapSetup setup;

@@ -13,11 +13,8 @@ class MapView;
 
 namespace support {
 
-/// Brings the toolkit up, on a screen in memory; once is enough.
-void startToolkit();
-
 /// A map view with the shipped base map, and with tiles from loopback or without a network,
-/// shown.
+/// shown on a screen in memory. The first stage brings the toolkit up.
 class MapStage {
 public:
     MapStage(int width, int height, const std::vector<map::Station>& stations, bool withTiles);
