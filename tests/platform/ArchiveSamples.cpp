@@ -172,20 +172,16 @@ std::string shown(const Value& value) {
 Forger::Forger() : slots{list.text("$null")}, beaconClass(addClass({"Beacon", "NSObject"})) {}
 
 Forger::Ref Forger::uids(const std::vector<std::uint32_t>& uidSlots) {
-    std::vector<Ref> references;
-    for (const auto slot : uidSlots) {
-        references.push_back(list.uid(slot));
-    }
+    std::vector<Ref> references(uidSlots.size());
+    std::ranges::transform(uidSlots, references.begin(), [this](auto slot) { return uid(slot); });
     return list.array(references);
 }
 
 Forger::Ref Forger::dictionary(const Fields& fields) {
-    std::vector<Ref> keys;
-    std::vector<Ref> values;
-    for (const auto& [key, value] : fields) {
-        keys.push_back(list.text(key));
-        values.push_back(value);
-    }
+    std::vector<Ref> keys(fields.size());
+    std::vector<Ref> values(fields.size());
+    std::ranges::transform(fields, keys.begin(), [this](auto& field) { return text(field.first); });
+    std::ranges::transform(fields, values.begin(), &Fields::value_type::second);
     return list.dictionary(keys, values);
 }
 
@@ -200,10 +196,8 @@ std::uint32_t Forger::addSlot(Ref object) {
 }
 
 std::uint32_t Forger::addClass(const std::vector<std::string>& names) {
-    std::vector<Ref> chain;
-    for (const auto& name : names) {
-        chain.push_back(list.text(name));
-    }
+    std::vector<Ref> chain(names.size());
+    std::ranges::transform(names, chain.begin(), [this](auto& name) { return text(name); });
     return addSlot(dictionary({{"$classname", chain.front()}, {"$classes", list.array(chain)}}));
 }
 

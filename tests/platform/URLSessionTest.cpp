@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <atomic>
 #include <future>
+#include <tuple>
 
 namespace platform {
 namespace {
@@ -215,6 +216,17 @@ struct Paced {
     std::condition_variable changed;
     std::vector<int> ended;
 };
+
+TEST(URLSession, AsksTheDefaultServerAtTheSuccessorsOfItsOldAddresses) {
+    WeatherServer server(answerByPath);
+    URLSessionOptions options = server.options();
+    options.connectTo = server.authority();
+    NotificationCenter center;
+    CurlURLSessions sessions(center, options);
+    std::ignore = fetch(sessions, "http://aviationweather.gov/adds/dataserver_current/httpparam"
+                                  "?dataSource=TAFs&stationString=KSFO");
+    EXPECT_EQ(server.targets(), std::vector<std::string>{"/api/data/taf?ids=KSFO&format=xml"});
+}
 
 TEST(URLSession, SendsTheDefaultServerNoMoreThanItBearsAMinuteTheNewestFirst) {
     WeatherServer server(answerByPath);

@@ -97,7 +97,7 @@ TEST(Value, OnlyFileAddressesOfThisMachineHaveAPath) {
         SCOPED_TRACE(text);
         EXPECT_EQ(URL{text}.path(), path);
     }
-    EXPECT_EQ(URL{"file:///" + std::string(10'000'000, 'a')}.path(), "");
+    EXPECT_EQ(URL{"file:///" + std::string(1'000'000, 'a')}.path(), "");
 }
 
 } // namespace

@@ -17,6 +17,7 @@ def shown(value):
     return ":".join(chain["$classes"]) + "{" + " ".join(fields) + "}"
 
 
+sys.stdout.reconfigure(encoding="utf-8")
 with open(sys.argv[1], "rb") as file:
     archive = plistlib.load(file)
 objects = archive["$objects"]

@@ -52,11 +52,11 @@ QByteArray LoopbackTiles::reply(const QByteArray& body, const QByteArray& header
            "\r\n" + header + "\r\n" + body;
 }
 
-QByteArray LoopbackTiles::picture(const QByteArray& path) {
+QByteArray LoopbackTiles::picture(const QByteArray& path, const QSize& size) {
     const auto hash = qHash(path);
     const bool satellite = path.contains("satellite");
     const int shade = static_cast<int>(hash % 50);
-    QImage image(256, 256, QImage::Format_RGB32);
+    QImage image(size, QImage::Format_RGB32);
     image.fill(satellite ? QColor(40 + shade, 70 + shade / 2, 50) : QColor(235, 230, 205 + shade));
     QPainter painter(&image);
     painter.setPen(satellite ? Qt::lightGray : Qt::darkGray);

@@ -4,6 +4,7 @@
 #include "map/Tiles.h"
 
 #include <QByteArray>
+#include <QSize>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -31,7 +32,7 @@ public:
     [[nodiscard]] static QByteArray reply(const QByteArray& body, const QByteArray& header = {},
                                           const QByteArray& status = "200 OK");
     /// A picture of one colour with the path written on it.
-    [[nodiscard]] static QByteArray picture(const QByteArray& path);
+    [[nodiscard]] static QByteArray picture(const QByteArray& path, const QSize& size = {256, 256});
 
     /// Answers one request; a picture that may be kept for an hour unless a test says otherwise.
     std::function<void(QTcpSocket& socket, const Request& request)> answer;
