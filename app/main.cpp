@@ -8,17 +8,18 @@
 #include <QIcon>
 
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <utility>
 
 namespace {
 
-/// The controller whose state is not stored yet.
-SCStationWindowController* unsaved = nullptr;
+/// What is left to do before the program ends.
+std::function<void()> ending;
 
-void quitOnce() {
-    if (auto* controller = std::exchange(unsaved, nullptr)) {
-        controller->quitting();
+void endOnce() {
+    if (const auto end = std::exchange(ending, {})) {
+        end();
     }
 }
 
@@ -39,14 +40,16 @@ int main(int argc, char* argv[]) {
     controller->windowDidLoad();
     window->present();
 
+    ending = [&] {
+        controller->quitting();
+        host.urlSessions().stop();
+    };
     // The toolkit leaves the event loop by std::exit when the display server goes before us.
-    unsaved = controller.get();
-    std::atexit(quitOnce);
+    std::atexit(endOnce);
     const desktop::EndSignals endSignals([] { QCoreApplication::exit(); });
     const int status = QApplication::exec();
 
-    quitOnce();
-    host.urlSessions().stop();
+    endOnce();
     host.mainQueue().close();
     window.reset();
     return status;

@@ -24,9 +24,9 @@ struct TileService {
     std::string_view creditPage;
 };
 
-inline constexpr TileService standardTiles{
-    "https://tile.openstreetmap.org/{z}/{x}/{y}.png", 19, "© OpenStreetMap contributors",
-    "https://www.openstreetmap.org/copyright"};
+inline constexpr TileService standardTiles{"https://tile.openstreetmap.org/{z}/{x}/{y}.png", 19,
+                                           "© OpenStreetMap contributors",
+                                           "https://www.openstreetmap.org/copyright"};
 /// The mosaic of 2016, which is under CC BY 4.0; later ones are not free for every use.
 inline constexpr TileService satelliteTiles{
     "https://tiles.maps.eox.at/wmts/1.0.0/s2cloudless_3857/default/g/{z}/{y}/{x}.jpg", 14,

@@ -35,12 +35,13 @@ struct CurlURLSessions::State {
     std::atomic<std::size_t> openRequests = 0;
     std::atomic<bool> isStopped = false;
 
-    /// Held to change what any thread may use: the two above, and all before the blank line.
+    /// Guards the three that follow, and the stopping. The thread itself reads `multi` without it.
     std::mutex mutex;
     std::deque<Item> arriving;
     std::thread thread;
     CURLM* multi = nullptr;
 
+    /// The thread's own, from here on.
     RequestPacer pacer{options.pacedPerMinute, options.pacedAtOnce};
     std::vector<Transfer> running;
     /// The newest last.
