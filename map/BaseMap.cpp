@@ -116,7 +116,7 @@ bool readLines(Reader& reader, const Grid& grid, Position& at, bool areRings, Li
             lines.points.push_back(grid.point(at));
         }
         if (areRings && lines.points.size() > begin) {
-            lines.points.push_back(WorldPoint(lines.points[begin]));
+            lines.points.push_back(lines.points[begin]);
         }
         lines.endLine();
     }
@@ -132,7 +132,7 @@ bool readNames(Reader& reader, const Grid& grid, std::vector<CountryName>& names
         if (!reader.isSound() || !grid.holds(middle) || !platform::isValidUtf8(text)) {
             return false;
         }
-        names.push_back({std::string(text), grid.point(middle), grid.width(width)});
+        names.push_back(CountryName{std::string(text), grid.point(middle), grid.width(width)});
     }
     return reader.isSound();
 }
@@ -140,8 +140,8 @@ bool readNames(Reader& reader, const Grid& grid, std::vector<CountryName>& names
 /// Calls `add(turn)` for each turn of the earth on which a shape meets the rectangle.
 template <typename Add>
 void onEachTurn(const WorldRect& shape, const WorldRect& rect, Add add) {
-    for (double turn = std::ceil(rect.left - shape.right); turn <= rect.right - shape.left;
-         ++turn) {
+    const auto first = static_cast<int>(std::ceil(rect.left - shape.right));
+    for (int turn = first; turn <= rect.right - shape.left; ++turn) {
         if (shape.movedEast(turn).overlaps(rect)) {
             add(turn);
         }

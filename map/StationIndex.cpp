@@ -73,7 +73,8 @@ StationIndex::StationIndex(std::span<const Station> stations) {
 
 void StationIndex::add(const WorldRect& rect, double cell,
                        std::vector<PlacedStation>& found) const {
-    for (double turn = std::floor(rect.left); turn < rect.right; ++turn) {
+    const auto first = static_cast<int>(std::floor(rect.left));
+    for (int turn = first; turn < rect.right; ++turn) {
         Query query{rect.movedEast(-turn), cell, found};
         search({entries_}, query);
     }

@@ -79,22 +79,20 @@ platform::Region View::region() const {
 }
 
 platform::Region View::fitted(const platform::Region& region) const {
-    if (size_.width <= 0 || size_.height <= 0 || !isUsable(region)) {
-        return region;
-    }
     View there = *this;
-    there.show(region);
-    return there.region();
+    const bool hasSize = size_.width > 0 && size_.height > 0;
+    return hasSize && there.show(region) ? there.region() : region;
 }
 
-void View::show(const platform::Region& region) {
+bool View::show(const platform::Region& region) {
     if (!isUsable(region)) {
-        return;
+        return false;
     }
     const WorldRect rect = rectOf(region);
     setScale(
         std::min(size_.width / (rect.right - rect.left), size_.height / (rect.bottom - rect.top)));
     setCentrePoint({(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2});
+    return true;
 }
 
 void View::move(double right, double down) {

@@ -50,9 +50,11 @@ public:
     /// which the projection draws a little off the middle of the view.
     [[nodiscard]] platform::Region region() const;
     /// The least region of this view's shape that holds `region`, as `region()` would read once it
-    /// is shown; `region` itself as long as the view has no size.
+    /// is shown; `region` itself as long as the view has no size, and when it
+    /// is none.
     [[nodiscard]] platform::Region fitted(const platform::Region& region) const;
-    void show(const platform::Region& region);
+    /// False, and nothing changes, for what is no region of the earth.
+    bool show(const platform::Region& region);
 
     /// Moves what is shown by so many points at the middle of the view.
     void move(double right, double down);

@@ -29,8 +29,8 @@ QTransform groundTransform(const map::View& view) {
 
 QRectF groundRect(const map::WorldRect& rect, const map::View& view) {
     const map::WorldPoint& centre = view.centre();
-    return QRectF(QPointF(rect.left - centre.x, rect.top - centre.y) * view.scale(),
-                  QPointF(rect.right - centre.x, rect.bottom - centre.y) * view.scale());
+    return {QPointF(rect.left - centre.x, rect.top - centre.y) * view.scale(),
+            QPointF(rect.right - centre.x, rect.bottom - centre.y) * view.scale()};
 }
 
 } // namespace

@@ -104,9 +104,11 @@ void MapView::setMapType(std::int64_t type) {
 }
 
 void MapView::setCenterCoordinate(const platform::Location& centre) {
-    state_.view.setCentre(centre);
-    set_.reset();
-    viewChanged();
+    if (centre.isValid()) {
+        state_.view.setCentre(centre);
+        set_.reset();
+        viewChanged();
+    }
 }
 
 platform::Region MapView::regionThatFits(const platform::Region& region) const {
@@ -115,11 +117,12 @@ platform::Region MapView::regionThatFits(const platform::Region& region) const {
 }
 
 void MapView::setRegion(const platform::Region& region) {
-    // Kept as it was asked for: what fits today's shape of the view need not fit tomorrow's.
-    set_ = fit_ && isSame(region, fit_->fitted) ? fit_->asked : region;
-    moved_ = false;
-    state_.view.show(region);
-    viewChanged();
+    if (state_.view.show(region)) {
+        // Kept as it was asked for: what fits today's shape of the view need not fit tomorrow's.
+        set_ = fit_ && isSame(region, fit_->fitted) ? fit_->asked : region;
+        moved_ = false;
+        viewChanged();
+    }
 }
 
 void MapView::restyle() {

@@ -7,7 +7,6 @@
 #include <QNetworkDiskCache>
 #include <QNetworkReply>
 #include <QNetworkRequest>
-#include <QTimer>
 
 #include <utility>
 
@@ -91,7 +90,10 @@ TileLoader::TileLoader(std::vector<map::TileServer> servers, QByteArray userAgen
       limits_(limits),
       arrived_(std::move(arrived)),
       images_(limits.kibibytes),
-      pausedServers_(servers_.size()) {}
+      pausedServers_(servers_.size()) {
+    retry_.setSingleShot(true);
+    connect(&retry_, &QTimer::timeout, this, arrived_);
+}
 
 TileLoader::~TileLoader() {
     // Replies end with their manager, and must not report here any more.
@@ -120,7 +122,7 @@ void TileLoader::want(std::size_t server, const std::vector<map::Tile>& tiles) {
     for (const map::Tile& tile : tiles) {
         const Key key = keyOf(server, tile);
         const QImage* here = images_.object(key);
-        needed += (here ? here->sizeInBytes() : 4 * 256 * 256) >> 10;
+        needed += (here ? here->sizeInBytes() : qsizetype{4} * 256 * 256) >> 10;
         if (!here) {
             wishes_.push_back({server, key, tile.onFirstTurn()});
         }
@@ -179,14 +181,19 @@ void TileLoader::request(const Wish& wish) {
             reply->abort();
         }
     });
-    QTimer::singleShot(limits_.time, reply, [reply] {
-        reply->setProperty("late", true);
-        reply->abort();
-    });
-    connect(reply, &QNetworkReply::finished, this, [this, reply, wish] { finished(*reply, wish); });
+    connect(reply, &QNetworkReply::finished, this,
+            [this, reply, wish, deadline = QDeadlineTimer(limits_.time)] {
+                finished(*reply, wish, deadline.hasExpired());
+            });
+    auto* timer = new QTimer(reply);
+    timer->setSingleShot(true);
+    // Others may fire before their time, and then nobody would be late.
+    timer->setTimerType(Qt::PreciseTimer);
+    connect(timer, &QTimer::timeout, reply, &QNetworkReply::abort);
+    timer->start(limits_.time);
 }
 
-void TileLoader::finished(QNetworkReply& reply, const Wish& wish) {
+void TileLoader::finished(QNetworkReply& reply, const Wish& wish, bool late) {
     reply.deleteLater();
     underWay_.remove(wish.key);
     const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
@@ -199,7 +206,7 @@ void TileLoader::finished(QNetworkReply& reply, const Wish& wish) {
         const qsizetype cost = std::max<qsizetype>(image.sizeInBytes() >> 10, 1);
         images_.insert(wish.key, new QImage(std::move(image)), cost);
         arrived_();
-    } else if (status == tooManyRequests || reply.property("late").toBool() ||
+    } else if (status == tooManyRequests || late ||
                (error != QNetworkReply::OperationCanceledError && error != QNetworkReply::NoError &&
                 blamesServer(error))) {
         pause(wish.server);
@@ -218,7 +225,7 @@ void TileLoader::finished(QNetworkReply& reply, const Wish& wish) {
 void TileLoader::pause(std::size_t server) {
     if (pausedServers_[server].hasExpired()) {
         pausedServers_[server].setRemainingTime(limits_.serverPause);
-        QTimer::singleShot(limits_.serverPause + 1ms, this, arrived_);
+        retry_.start(limits_.serverPause + 1ms);
     }
 }
 

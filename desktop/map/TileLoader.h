@@ -11,6 +11,7 @@
 #include <QObject>
 #include <QSet>
 #include <QString>
+#include <QTimer>
 
 #include <chrono>
 #include <functional>
@@ -72,7 +73,7 @@ private:
     [[nodiscard]] bool mayAsk(const Wish& wish) const;
     void start();
     void request(const Wish& wish);
-    void finished(QNetworkReply& reply, const Wish& wish);
+    void finished(QNetworkReply& reply, const Wish& wish, bool late);
     void pause(std::size_t server);
 
     const std::vector<map::TileServer> servers_;
@@ -88,6 +89,7 @@ private:
     QSet<Key> underWay_;
     QHash<Key, QDeadlineTimer> pausedTiles_;
     std::vector<QDeadlineTimer> pausedServers_;
+    QTimer retry_;
 };
 
 } // namespace desktop

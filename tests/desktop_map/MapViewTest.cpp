@@ -107,6 +107,9 @@ TEST_F(MapViewTest, InvalidPlacesAndTypesChangeNothing) {
     view.setMapType(std::numeric_limits<std::int64_t>::min());
     view.setMarker(map::Station{"NONE", {nan, nan}});
     EXPECT_EQ(picture(view), before);
+    view.resize(400, 300);
+    view.resize(600, 400);
+    EXPECT_EQ(picture(view), before);
 }
 
 TEST_F(MapViewTest, OfflineMapShowsLandSeaAndFurniture) {
