@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
 
 namespace {
@@ -135,14 +136,16 @@ TEST_F(Catalogue, ASecondParseMayStartBeforeTheFirstHasEnded) {
     const auto second = host.folder.write("second.txt", list + line + line);
     choose(first);
     choose(second);
+    // Told after the controller, which asked first.
+    std::atomic<int> ended = 0;
+    const auto token = host.notificationCenter.addObserver(stationparser::StationParseDone,
+                                                           [&](const auto&) { ++ended; });
     controller->parseit();
     controller->parseit();
-    int shown = 0;
-    while (shown < 2) {
-        shown += static_cast<int>(host.mainThread.queued());
-        host.mainThread.run();
+    while (ended < 2) {
         std::this_thread::yield();
     }
+    host.mainThread.run();
     EXPECT_EQ(window.table.rows, 2);
 }
 
