@@ -124,6 +124,13 @@ void stationsWithin100Miles(benchmark::State& state) {
 }
 BENCHMARK(stationsWithin100Miles)->Apply(both);
 
+void stationsAroundAPlace(benchmark::State& state) {
+    measure(state, [](const auto& stations) {
+        return stations.stationsClosestToLocation_within({47.46, 8.55}, 100);
+    });
+}
+BENCHMARK(stationsAroundAPlace)->Apply(both);
+
 void closestStation(benchmark::State& state) {
     measure(state, [](const auto& stations) {
         return stations.stationClosestToLocation({47.46, 8.55});
