@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "browser/SCStationWindowController.h"
 
-#include "map/Mercator.h"
+#include "map/Placing.h"
+#include "platform/Addresses.h"
 #include "platform/Text.h"
 #include "slib/SuportLib.h"
 
@@ -11,8 +12,8 @@
 
 namespace {
 
-/// Of the region around a station, from north to south and from east to west.
-constexpr double regionMetres = 2000;
+/// The map type that stands for the chart.
+constexpr std::int64_t chart = 4;
 
 } // namespace
 
@@ -23,11 +24,20 @@ void SCStationWindowController::mapStiation(const AviationWeatherStation& statio
         return;
     }
     if (outlets.mapV) {
-        outlets.mapV->setCenterCoordinate(centre);
-        outlets.mapV->setMapType(currentMapType);
-        outlets.mapV->setRegion(outlets.mapV->regionThatFits(
-            map::regionWithDistance(centre, regionMetres, regionMetres)));
+        map::showPlace(*outlets.mapV, centre, currentMapType);
     }
+    if (outlets.secView && !outlets.secView->view.isHidden()) {
+        loadChart(station.latitude, station.longitude);
+    }
+}
+
+void SCStationWindowController::loadChart(double latitude, double longitude) {
+    const auto address = [&](int zoom) {
+        return fmt::format("https://{}/?ll={:f},{:f}&zoom={}", platform::addresses::chartHost,
+                           latitude, longitude, zoom);
+    };
+    outlets.secView->view.loadRequest({address(1)});
+    outlets.secView->feedingURLString = address(2);
 }
 
 void SCStationWindowController::switchieswitcheDu() {
@@ -37,6 +47,45 @@ void SCStationWindowController::switchieswitcheDu() {
     currentMapType = outlets.switchieDu->selectedSegment();
     if (outlets.mapV) {
         outlets.mapV->setMapType(currentMapType);
+    }
+    if (currentMapType == chart) {
+        showChart();
+    } else {
+        showMap();
+    }
+}
+
+void SCStationWindowController::showMap() {
+    if (outlets.secView && !outlets.secView->view.isHidden()) {
+        outlets.secView->view.setHidden(true);
+        if (outlets.dLcikWords) {
+            outlets.dLcikWords->setHidden(true);
+        }
+    }
+    if (outlets.mapV && outlets.mapV->isHidden()) {
+        outlets.mapV->setHidden(false);
+    }
+}
+
+void SCStationWindowController::showChart() {
+    platform::Frame place;
+    if (outlets.mapV) {
+        place = outlets.mapV->frame();
+        outlets.mapV->setHidden(true);
+    }
+    if (outlets.dLcikWords) {
+        outlets.dLcikWords->setHidden(false);
+    }
+    if (!outlets.secView) {
+        return;
+    }
+    outlets.secView->view.setFrame(place);
+    outlets.secView->view.setHidden(false);
+    // With the first row selected the chart comes at the next selection only, and without any
+    // selected row it shows latitude 0, longitude 0; both are intended.
+    if (nowSelection != 0) {
+        loadChart(selectedStation ? selectedStation->latitude : 0,
+                  selectedStation ? selectedStation->longitude : 0);
     }
 }
 

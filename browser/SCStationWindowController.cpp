@@ -103,7 +103,7 @@ void SCStationWindowController::windowDidLoad() {
     // that comes after the METARs are complete is gathered, but not shown; intended.
     observe(SCWeatherGrabber::sealMetarString, &SCStationWindowController::sealTafString);
     if (outlets.secView) {
-        outlets.secView->setHidden(true);
+        outlets.secView->view.setHidden(true);
     }
     if (outlets.saver) {
         outlets.saver->setEnabled(false);

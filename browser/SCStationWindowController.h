@@ -2,6 +2,7 @@
 #pragma once
 
 #include "browser/SCMainTable.h"
+#include "browser/SCWebView.h"
 #include "catalogue/AviationWeatherStationCollection.h"
 #include "catalogue/stationparser.h"
 #include "platform/Guarded.h"
@@ -38,7 +39,7 @@ public:
         platform::PopUpButton* distButton = nullptr;
         platform::TextField* words = nullptr;
         platform::MapView* mapV = nullptr;
-        platform::WebView* secView = nullptr;
+        SCWebView* secView = nullptr;
         platform::TextField* dLcikWords = nullptr;
         platform::TextView* metarBackField = nullptr;
         platform::TextView* tafBackFiled = nullptr;
@@ -103,10 +104,10 @@ public:
     /// Selects the station that was selected before the table's rows changed, by its name.
     void resetTableSelectionAfterFilter();
 
-    /// Centres the map on a station, in the map type in force. An invalid position is logged and
-    /// changes nothing.
+    /// Centres the map on a station, in the map type in force, and the chart while it shows. An
+    /// invalid position is logged and changes nothing.
     void mapStiation(const AviationWeatherStation& station);
-    /// The action of the map types.
+    /// The action of the map types, of which the last one shows the chart in the map's place.
     void switchieswitcheDu();
 
     /// Marks the selected station as a favourite, or no longer.
@@ -161,6 +162,9 @@ private:
     void showWorkingCollection();
     void showInTable(StationArray stations);
     [[nodiscard]] std::shared_ptr<AviationWeatherStation> stationInRow(std::int64_t row) const;
+    void showMap();
+    void showChart();
+    void loadChart(double latitude, double longitude);
     void setSelectionControlsEnabled(bool enabled);
     void describeSelection();
 

@@ -8,11 +8,9 @@
 #include "desktop/map/MapView.h"
 #include "ui_SCStationWindowController.h"
 
-#include <QDesktopServices>
 #include <QFontDatabase>
 #include <QKeyEvent>
 #include <QScreen>
-#include <QUrl>
 
 #include <utility>
 #include <vector>
@@ -109,7 +107,7 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
     connect(ui.table->model(), &QAbstractItemModel::modelReset, this,
             [this] { showTableOrHint(); });
     bindSearch();
-    bindMap();
+    bindMap(host);
     bindWeather(host);
     showTableOrHint();
 }
@@ -129,7 +127,7 @@ void SCStationWindow::bindSearch() {
     connect(ui.showAll, &QPushButton::clicked, this, [this] { showAll(); });
 }
 
-void SCStationWindow::bindMap() {
+void SCStationWindow::bindMap(platform::Host& host) {
     Ui::SCStationWindowController& ui = views_->ui;
     connect(ui.switchieDu, &QButtonGroup::idClicked, this,
             [this] { controller_.switchieswitcheDu(); });
@@ -138,8 +136,8 @@ void SCStationWindow::bindMap() {
         views_->table.selectRow(row);
         views_->table.scrollRowToVisible(row);
     };
-    views_->mapV.creditClicked = [](const std::string& page) {
-        QDesktopServices::openUrl(QUrl(shownText(page)));
+    views_->mapV.creditClicked = [&host](const std::string& page) {
+        host.workspace.openURL({page});
     };
     connect(ui.table->model(), &QAbstractItemModel::modelReset, this, [this] {
         std::vector<map::Station> stations;

@@ -32,7 +32,7 @@ private:
     struct Views;
 
     void bindSearch();
-    void bindMap();
+    void bindMap(platform::Host& host);
     void bindWeather(platform::Host& host);
     void searchTextDidChange(bool isEmpty);
     void showAll();

@@ -14,6 +14,9 @@ inline constexpr std::string_view dataServerPath = "/adds/dataserver_current/htt
 inline constexpr std::string_view metarPath = "/api/data/metar";
 inline constexpr std::string_view tafPath = "/api/data/taf";
 
+/// The aeronautical charts, over https.
+inline constexpr std::string_view chartHost = "skyvector.com";
+
 /// A server of map tiles, 256 pixels wide, in Web Mercator; "{z}", "{x}" and "{y}" stand for the
 /// level and the tile's column and row from the upper left.
 struct TileService {

@@ -100,6 +100,33 @@ public:
     virtual void line(std::string_view text) = 0;
 };
 
+/// Other programs of the user.
+class Workspace {
+public:
+    virtual ~Workspace() = default;
+    /// Opens an address in the program that the user has chosen for its kind, such as the web
+    /// browser or the mail program. An address that is none has no effect.
+    virtual void openURL(const URL& address) = 0;
+};
+
+/// What the user does with mouse and keyboard.
+class Events {
+public:
+    enum Type : int { none = 0, leftMouseDown = 1, leftMouseUp = 2, mouseMoved = 5, other = 13 };
+
+    struct Event {
+        Type type = none;
+        /// In seconds, from some moment in the past.
+        double timestamp = 0;
+    };
+
+    virtual ~Events() = default;
+    /// The event that is being handled, or else the last one.
+    [[nodiscard]] virtual Event currentEvent() const = 0;
+    /// Two clicks closer than this, in seconds, are a double click.
+    [[nodiscard]] virtual double doubleClickInterval() const = 0;
+};
+
 /// Fetches what addresses lead to. Any thread may ask. Everything handed over runs on one thread of
 /// its own, one after another, must not throw, and is dropped unrun when the sessions are stopped.
 class URLSessions {
@@ -133,6 +160,8 @@ struct Host {
     Clock& clock;
     Log& log;
     URLSessions& urlSessions;
+    Workspace& workspace;
+    Events& events;
 };
 
 } // namespace platform

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/Drawing.h"
 #include "platform/Geodesy.h"
+#include "platform/Value.h"
 
 #include <cstdint>
 #include <optional>
@@ -18,11 +20,25 @@ public:
     virtual void setEnabled(bool enabled) = 0;
 };
 
+class CheckBox {
+public:
+    virtual ~CheckBox() = default;
+    [[nodiscard]] virtual bool state() const = 0;
+};
+
 class TextField {
 public:
     virtual ~TextField() = default;
     virtual void setText(const std::string& text) = 0;
     virtual void setHidden(bool hidden) = 0;
+};
+
+/// A text field that can turn transparent little by little.
+class FadingTextField : public TextField {
+public:
+    virtual void setTextColor(const Color& color) = 0;
+    /// From 0, invisible, to 1; reached in a short animation.
+    virtual void animateAlpha(double alpha) = 0;
 };
 
 class SegmentedControl {
@@ -68,6 +84,14 @@ public:
     virtual void setString(const std::string& text) = 0;
 };
 
+/// Text with its own letters and headings, to be read.
+class RichTextView {
+public:
+    virtual ~RichTextView() = default;
+    /// Shows a file of rich text (RTF); one that is missing or cannot be read changes nothing.
+    virtual void readRTFDFromFile(const std::string& path) = 0;
+};
+
 /// Where a control lies in the window, in points from the upper left corner.
 struct Frame {
     double x = 0;
@@ -82,6 +106,7 @@ struct Frame {
 class MapView {
 public:
     virtual ~MapView() = default;
+    [[nodiscard]] virtual bool isHidden() const = 0;
     virtual void setHidden(bool hidden) = 0;
     [[nodiscard]] virtual Frame frame() const = 0;
     /// 0 standard, 1 satellite, 2 hybrid, 3 satellite flyover; 4 shows as 2, others change nothing.
@@ -95,10 +120,25 @@ public:
     virtual void setRegion(const Region& region) = 0;
 };
 
+/// Whom a web view tells what happens on its page.
+class WebViewUIDelegate {
+public:
+    virtual ~WebViewUIDelegate() = default;
+    /// The pointer has moved or a button was released over the page; `Events` tells which.
+    virtual void webView_mouseDidMoveOverElement_modifierFlags() = 0;
+};
+
+/// A page of the web or of the program's own files.
 class WebView {
 public:
     virtual ~WebView() = default;
+    [[nodiscard]] virtual bool isHidden() const = 0;
     virtual void setHidden(bool hidden) = 0;
+    virtual void setFrame(const Frame& frame) = 0;
+    /// Borrowed; null lets go of it.
+    virtual void setUIDelegate(WebViewUIDelegate* delegate) = 0;
+    /// Loads a page into the main frame; where that fails, whatever the view shows is shown.
+    virtual void loadRequest(const URL& address) = 0;
 };
 
 class TableView;
@@ -145,6 +185,25 @@ public:
     [[nodiscard]] virtual std::int64_t selectedRow() const = 0;
     /// A row outside the table is ignored.
     virtual void scrollRowToVisible(std::int64_t row) = 0;
+};
+
+/// A window as its controller sees it.
+class Window {
+public:
+    virtual ~Window() = default;
+    /// Shows it, in front of the others.
+    virtual void showWindow() = 0;
+    /// Gives it the keyboard.
+    virtual void makeKey() = 0;
+};
+
+/// A window that belongs to another one and waits there for an answer.
+class Sheet {
+public:
+    virtual ~Sheet() = default;
+    virtual void orderOut() = 0;
+    /// Tells whoever began it how it ended.
+    virtual void endSheet(int returnCode) = 0;
 };
 
 } // namespace platform

@@ -4,10 +4,12 @@
 #include "desktop/Text.h"
 #include "desktop/host/FilePanels.h"
 #include "desktop/host/Folders.h"
+#include "desktop/host/Launcher.h"
 #include "desktop/host/MainQueue.h"
 #include "desktop/host/Program.h"
 #include "desktop/host/RepeatingTimers.h"
 #include "desktop/host/Settings.h"
+#include "desktop/host/UserEvents.h"
 #include "desktop/map/MapView.h"
 #include "platform/Host.h"
 #include "platform/System.h"
@@ -46,9 +48,11 @@ private:
     RepeatingTimers timers_;
     MainQueue mainQueue_;
     platform::CurlURLSessions urlSessions_{notificationCenter_};
+    Launcher launcher_;
+    UserEvents events_;
     platform::Host services_{
-        notificationCenter_, settings_, folders_, program_,    panels_, timers_,
-        mainQueue_,          clock_,    log_,     urlSessions_};
+        notificationCenter_, settings_, folders_, program_,     panels_,   timers_,
+        mainQueue_,          clock_,    log_,     urlSessions_, launcher_, events_};
 };
 
 } // namespace desktop

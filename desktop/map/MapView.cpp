@@ -80,6 +80,10 @@ void MapView::setMarker(std::optional<map::Station> station) {
     repaint();
 }
 
+bool MapView::isHidden() const {
+    return QGraphicsView::isHidden();
+}
+
 void MapView::setHidden(bool hidden) {
     setVisible(!hidden);
 }

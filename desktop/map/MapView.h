@@ -55,6 +55,7 @@ public:
     [[nodiscard]] platform::Region region() const { return state_.view.region(); }
     [[nodiscard]] const MapState& state() const { return state_; }
 
+    [[nodiscard]] bool isHidden() const override;
     void setHidden(bool hidden) override;
     [[nodiscard]] platform::Frame frame() const override;
     void setMapType(std::int64_t type) override;

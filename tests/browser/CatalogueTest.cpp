@@ -21,7 +21,7 @@ const std::string list = "! stations\n";
 class Catalogue : public testing::Test {
 protected:
     Catalogue() {
-        controller->outlets = window.outlets();
+        controller->outlets = window.outlets(host.host);
         controller->windowDidLoad();
     }
 

@@ -19,7 +19,7 @@ protected:
     void start() {
         controller = SCStationWindowController::initWithWindowNibName(host.host,
                                                                       "SCStationWindowController");
-        controller->outlets = window.outlets();
+        controller->outlets = window.outlets(host.host);
         controller->windowDidLoad();
     }
 

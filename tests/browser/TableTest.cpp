@@ -12,7 +12,7 @@ namespace {
 
 class StationTable : public testing::Test {
 protected:
-    StationTable() { controller->outlets = window.outlets(); }
+    StationTable() { controller->outlets = window.outlets(host.host); }
 
     void show(const std::shared_ptr<AviationWeatherStationCollection>& collection) {
         window.table.setDataSource(controller.get());

@@ -197,6 +197,17 @@ private:
     std::vector<std::string> lines_;
 };
 
+struct FakeWorkspace final : platform::Workspace {
+    void openURL(const platform::URL& address) override { opened.push_back(address.text); }
+    std::vector<std::string> opened;
+};
+
+struct FakeEvents final : platform::Events {
+    [[nodiscard]] Event currentEvent() const override { return event; }
+    [[nodiscard]] double doubleClickInterval() const override { return 0.5; }
+    Event event;
+};
+
 /// Requests that the test answers. Handlers and work run within `answer` and `runWork`.
 class FakeURLSessions final : public platform::URLSessions {
 public:
@@ -295,8 +306,11 @@ struct FakeHost {
     FakeClock clock;
     FakeLog log;
     FakeURLSessions urlSessions;
-    platform::Host host{notificationCenter, userDefaults, searchPaths, bundle,     panels, timers,
-                        mainThread,         clock,        log,         urlSessions};
+    FakeWorkspace workspace;
+    FakeEvents events;
+    platform::Host host{
+        notificationCenter, userDefaults, searchPaths, bundle,      panels,    timers,
+        mainThread,         clock,        log,         urlSessions, workspace, events};
 };
 
 } // namespace support

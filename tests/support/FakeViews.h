@@ -5,6 +5,7 @@
 #include "platform/Views.h"
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -63,6 +64,7 @@ struct FakeSearchField final : platform::SearchField {
 
 /// Fits a region by doubling its width.
 struct FakeMapView final : platform::MapView {
+    [[nodiscard]] bool isHidden() const override { return hidden; }
     void setHidden(bool value) override { hidden = value; }
     [[nodiscard]] platform::Frame frame() const override { return place; }
     void setMapType(std::int64_t value) override { mapType = value; }
@@ -79,8 +81,15 @@ struct FakeMapView final : platform::MapView {
 };
 
 struct FakeWebView final : platform::WebView {
+    [[nodiscard]] bool isHidden() const override { return hidden; }
     void setHidden(bool value) override { hidden = value; }
+    void setFrame(const platform::Frame& value) override { place = value; }
+    void setUIDelegate(platform::WebViewUIDelegate* value) override { delegate = value; }
+    void loadRequest(const platform::URL& value) override { loaded.push_back(value.text); }
     bool hidden = false;
+    platform::Frame place;
+    platform::WebViewUIDelegate* delegate = nullptr;
+    std::vector<std::string> loaded;
 };
 
 /// Rows as of the last reload; a selection that a reload loses is told by `settle`.
@@ -139,7 +148,11 @@ struct FakeStationWindow {
     FakeTextView metarBackField, tafBackFiled;
     FakeTextField stationLine;
 
-    [[nodiscard]] SCStationWindowController::Outlets outlets() {
+    std::unique_ptr<SCWebView> chart;
+
+    [[nodiscard]] SCStationWindowController::Outlets outlets(platform::Host& host) {
+        chart = std::make_unique<SCWebView>(host, secView);
+        chart->awakeFromNib();
         return {.table = &table,
                 .switchie = &switchie,
                 .switchieDu = &switchieDu,
@@ -150,7 +163,7 @@ struct FakeStationWindow {
                 .distButton = &distButton,
                 .words = &words,
                 .mapV = &mapV,
-                .secView = &secView,
+                .secView = chart.get(),
                 .dLcikWords = &dLcikWords,
                 .metarBackField = &metarBackField,
                 .tafBackFiled = &tafBackFiled,

@@ -26,7 +26,7 @@ struct ShownCatalogue : testing::Test {
         window = FakeStationWindow();
         controller = SCStationWindowController::initWithWindowNibName(host.host,
                                                                       "SCStationWindowController");
-        controller->outlets = window.outlets();
+        controller->outlets = window.outlets(host.host);
         controller->windowDidLoad();
     }
     void chooseDistance(int item) {

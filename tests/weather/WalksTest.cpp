@@ -62,7 +62,9 @@ struct Walks {
                         fake.mainThread,
                         fake.clock,
                         fake.log,
-                        sessions};
+                        sessions,
+                        fake.workspace,
+                        fake.events};
     std::vector<platform::NotificationCenter::Token> tokens;
 };
 

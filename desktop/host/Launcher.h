@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Host.h"
+
+namespace desktop {
+
+/// Opens addresses as the user's desktop does.
+class Launcher final : public platform::Workspace {
+public:
+    void openURL(const platform::URL& address) override;
+};
+
+} // namespace desktop

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Geodesy.h"
+#include "platform/Views.h"
+
+#include <cstdint>
+
+namespace map {
+
+/// Shows two by two kilometres around a place in a map of that type. An invalid place changes the
+/// type alone.
+void showPlace(platform::MapView& view, const platform::Location& place, std::int64_t mapType);
+
+} // namespace map
