@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "browser/SCStationWindowController.h"
-#include "desktop/SCStationWindow.h"
+#include "desktop/ProgramWindows.h"
 #include "desktop/host/DesktopHost.h"
 #include "desktop/host/EndSignals.h"
+#include "desktop/host/SingleInstance.h"
 
 #include <QApplication>
 #include <QIcon>
 
 #include <cstdlib>
 #include <functional>
-#include <memory>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -33,15 +33,18 @@ int main(int argc, char* argv[]) {
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/nosig.svg")));
 
     desktop::DesktopHost host;
-    const auto controller = SCStationWindowController::initWithWindowNibName(
-        host.services(), "SCStationWindowController");
-    auto window =
-        std::make_unique<desktop::SCStationWindow>(*controller, host.services(), host.mapSetup());
-    controller->windowDidLoad();
-    window->present();
+    desktop::SingleInstance instance(host.services().log);
+    if (!instance.isFirst()) {
+        return EXIT_SUCCESS;
+    }
+    std::optional<desktop::ProgramWindows> windows;
+    windows.emplace(host.services(), host.mapSetup(), host.settingsFile());
+    AppDelegate& delegate = windows->delegate();
+    delegate.applicationDidFinishLaunching();
+    instance.laterStarted = [&] { delegate.openStations(); };
 
     ending = [&] {
-        controller->quitting();
+        delegate.applicationWillTerminate();
         host.urlSessions().stop();
     };
     // The toolkit leaves the event loop by std::exit when the display server goes before us.
@@ -51,6 +54,6 @@ int main(int argc, char* argv[]) {
 
     endOnce();
     host.mainQueue().close();
-    window.reset();
+    windows.reset();
     return status;
 }

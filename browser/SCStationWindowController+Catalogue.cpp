@@ -4,7 +4,6 @@
 #include "catalogue/ListFile.h"
 #include "catalogue/Packages.h"
 #include "platform/Geodesy.h"
-#include "platform/KeyedArchiver.h"
 #include "slib/SupportLibCat.h"
 
 #include <fmt/format.h>
@@ -123,13 +122,7 @@ void SCStationWindowController::saveDocument() {
 
 void SCStationWindowController::innerSave() {
     resetWorkingCollection();
-    savehere_ = SupportLibCat::getAPuttingURL(host_, catalogue::packagePath);
-    savePath_ = savehere_ ? savehere_->path() : std::string();
-    if (!savehere_) {
-        return;
-    }
-    savePath_ = catalogue::packagePath(savePath_);
-    platform::KeyedArchiver::archiveRootObject(masterCollection(), savePath_);
+    catalogue::savePackage(host_, masterCollection());
 }
 
 void SCStationWindowController::saveoptionsDidEnd_returnCode_contextInfo(int returnCode) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "browser/SCStationWindowController.h"
 
+#include "catalogue/StationCells.h"
+
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -129,11 +131,7 @@ void SCStationWindowController::geMeter() {
 
 std::shared_ptr<AviationWeatherStation>
 SCStationWindowController::stationInRow(std::int64_t row) const {
-    if (row < 0 || !workingCollection || !workingCollection->stations ||
-        row >= std::ssize(*workingCollection->stations)) {
-        return nullptr;
-    }
-    return (*workingCollection->stations)[static_cast<std::size_t>(row)];
+    return workingCollection ? catalogue::stationInRow(workingCollection->stations, row) : nullptr;
 }
 
 void SCStationWindowController::tableViewSelectionDidChange(const platform::TableView& table) {

@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "browser/SCStationWindowController.h"
 
+#include "catalogue/StationCells.h"
 #include "map/Placing.h"
 #include "platform/Addresses.h"
-#include "platform/Text.h"
-#include "slib/SuportLib.h"
 
 #include <fmt/format.h>
-
-#include <initializer_list>
 
 namespace {
 
@@ -90,22 +87,8 @@ void SCStationWindowController::showChart() {
 }
 
 void SCStationWindowController::describeSelection() {
-    if (!outlets.stationLine) {
-        return;
+    if (outlets.stationLine) {
+        outlets.stationLine->setText(
+            selectedStation ? catalogue::stationDescription(*selectedStation) : "");
     }
-    std::string line;
-    if (selectedStation) {
-        const auto& station = *selectedStation;
-        for (const std::string& part :
-             {station.ICAO.value_or(""), station.stationName.value_or(""),
-              station.stateName.value_or(""),
-              SuportLib::fullCoordinateString_and(station.latitude, station.longitude),
-              fmt::format("elevation {}", station.ELEV)}) {
-            if (const auto text = platform::trimmed(part); !text.empty()) {
-                line += line.empty() ? "" : " · ";
-                line += text;
-            }
-        }
-    }
-    outlets.stationLine->setText(line);
 }

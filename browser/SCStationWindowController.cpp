@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "browser/SCStationWindowController.h"
 
-#include "platform/Text.h"
-#include "slib/SuportLib.h"
+#include "catalogue/StationCells.h"
 
-#include <array>
 #include <utility>
 
 namespace {
@@ -13,59 +11,6 @@ constexpr const char* favoriteWeatherKey = "displayfavweather";
 constexpr const char* mapTypeKey = "curmaptype";
 constexpr std::int64_t satelliteMap = 1;
 constexpr std::chrono::seconds weatherInterval{1800};
-
-/// Of columns 1 to 16.
-constexpr std::array<std::int32_t, 16> columnWidths{10, 120, 45, 45, 50, 90, 90, 40,
-                                                    15, 15,  15, 15, 15, 15, 40, 20};
-
-std::optional<std::string> stateText(const AviationWeatherStation& station) {
-    const auto& abbreviation = station.stateAbbreviation;
-    const auto& name = station.stateName;
-    if ((!abbreviation || *abbreviation == "  ") && name && platform::utf16Length(*name) >= 4) {
-        return std::string(platform::wholeCharacterPrefix(*name, 2));
-    }
-    return abbreviation;
-}
-
-std::optional<std::string> cellText(const AviationWeatherStation& station, std::int64_t column) {
-    switch (column) {
-    case 1:
-        return stateText(station);
-    case 2:
-        return station.stationName;
-    case 3:
-        return station.ICAO;
-    case 4:
-        return station.IATA;
-    case 5:
-        return std::to_string(station.SYNOPIndex);
-    case 6:
-        return SuportLib::latitudeString(station.latitude);
-    case 7:
-        // The longitude, too, prints in the latitude's form; intended.
-        return SuportLib::latitudeString(station.longitude);
-    case 8:
-        return std::to_string(station.ELEV);
-    case 9:
-        return platform::textOfCode(station.METAR);
-    case 10:
-        return platform::textOfCode(station.NEXRAD);
-    case 11:
-        return platform::textOfCode(station.aviationFlag);
-    case 12:
-        return platform::textOfCode(station.upperAirOrWind);
-    case 13:
-        return platform::textOfCode(station.observationType);
-    case 14:
-        return platform::textOfCode(station.officeType);
-    case 15:
-        return platform::textOfCode(station.plottingPriority);
-    case 16:
-        return station.countryCode;
-    default:
-        return "";
-    }
-}
 
 } // namespace
 
@@ -119,9 +64,7 @@ void SCStationWindowController::windowDidLoad() {
         outlets.mapV->setMapType(currentMapType);
     }
     if (outlets.table) {
-        for (std::size_t i = 0; i < columnWidths.size(); ++i) {
-            outlets.table->setColumnWidth(std::to_string(i + 1), columnWidths[i]);
-        }
+        catalogue::setStationColumnWidths(*outlets.table);
     }
     nowSelection = -1;
     if (outlets.distButton) {
@@ -164,7 +107,7 @@ SCStationWindowController::numberOfRowsInTableView(const platform::TableView& /*
 std::optional<std::string> SCStationWindowController::tableView_objectValueForTableColumn_row(
     const platform::TableView& /*table*/, std::string_view column, std::int64_t row) const {
     const auto station = stationInRow(row);
-    return station ? cellText(*station, platform::integerOf(std::string(column))) : "";
+    return station ? catalogue::stationCell(*station, column) : "";
 }
 
 bool SCStationWindowController::tableView_shouldEditTableColumn_row(

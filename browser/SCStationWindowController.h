@@ -190,8 +190,6 @@ private:
     platform::Guarded<std::shared_ptr<AviationWeatherStationCollection>> markedCollection_;
     platform::Guarded<std::shared_ptr<stationparser>> parser_;
     platform::Guarded<std::optional<platform::URL>> fileURL_;
-    std::optional<platform::URL> savehere_;
-    std::string savePath_;
     std::int32_t alwaysFavWeather_ = 0;
     std::int64_t searchingOn_ = 0;
     bool saerching_ = false;

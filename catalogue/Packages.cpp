@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/Packages.h"
 
+#include "platform/KeyedArchiver.h"
 #include "platform/KeyedUnarchiver.h"
+#include "slib/SupportLibCat.h"
 
 namespace catalogue {
 
@@ -23,6 +25,13 @@ std::shared_ptr<AviationWeatherStationCollection> readPackage(const std::filesys
 
 std::string packagePath(const std::string& path) {
     return path.empty() ? path : std::filesystem::path(path).replace_extension("STNPKG").string();
+}
+
+void savePackage(platform::Host& host,
+                 const std::shared_ptr<AviationWeatherStationCollection>& collection) {
+    if (const auto chosen = SupportLibCat::getAPuttingURL(host, packagePath)) {
+        platform::KeyedArchiver::archiveRootObject(collection, packagePath(chosen->path()));
+    }
 }
 
 } // namespace catalogue

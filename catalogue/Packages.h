@@ -2,6 +2,7 @@
 #pragma once
 
 #include "catalogue/AviationWeatherStationCollection.h"
+#include "platform/Host.h"
 
 #include <filesystem>
 #include <memory>
@@ -21,5 +22,9 @@ readPackage(const std::filesystem::path& path);
 /// The path under which a package is saved when the user chose `path`: its extension is "STNPKG",
 /// in capitals, in place of any other one.
 [[nodiscard]] std::string packagePath(const std::string& path);
+
+/// Asks the user where to, and saves a collection there as a package; a null one is not written.
+void savePackage(platform::Host& host,
+                 const std::shared_ptr<AviationWeatherStationCollection>& collection);
 
 } // namespace catalogue

@@ -3,27 +3,18 @@
 
 #include "browser/SCStationWindowController.h"
 #include "desktop/Controls.h"
-#include "desktop/StationMenus.h"
+#include "desktop/ProgramMenus.h"
 #include "desktop/StationTable.h"
+#include "desktop/StationsOnMap.h"
 #include "desktop/map/MapView.h"
 #include "ui_SCStationWindowController.h"
 
 #include <QFontDatabase>
 #include <QKeyEvent>
-#include <QScreen>
 
 #include <utility>
-#include <vector>
 
 namespace desktop {
-
-namespace {
-
-map::Station mapped(const AviationWeatherStation& station) {
-    return {station.ICAO.value_or(""), {station.latitude, station.longitude}};
-}
-
-} // namespace
 
 struct SCStationWindow::Views {
     struct Interface : Ui::SCStationWindowController {
@@ -61,24 +52,24 @@ struct SCStationWindow::Views {
     TextPane metarBackField{*ui.metarBackField};
     TextPane tafBackFiled{*ui.tafBackFiled};
     MapView& mapV;
-    std::unique_ptr<StationMenus> menus;
     /// Told when requests open and end; dropped first.
     std::shared_ptr<QProgressBar*> working;
     platform::NotificationCenter::Token openRequests;
 };
 
 SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform::Host& host,
-                                 MapSetup map)
-    : controller_(controller), views_(std::make_unique<Views>(*this, std::move(map))) {
+                                 MapSetup map, ProgramMenus& menus, QSettings& memory)
+    : ProgramWindow(menus, memory),
+      controller_(controller),
+      menus_(menus),
+      views_(std::make_unique<Views>(*this, std::move(map))) {
     Ui::SCStationWindowController& ui = views_->ui;
-    views_->menus = std::make_unique<StationMenus>(
-        *this, controller, *ui.distButton,
-        StationMenus::Actions{.find =
-                                  [&ui] {
-                                      ui.sf->setFocus(Qt::ShortcutFocusReason);
-                                      ui.sf->selectAll();
-                                  },
-                              .favoritesChanged = [&ui] { ui.table->viewport()->update(); }});
+    menus_.setStationWindowActions({.find =
+                                        [&ui] {
+                                            ui.sf->setFocus(Qt::ShortcutFocusReason);
+                                            ui.sf->selectAll();
+                                        },
+                                    .favoritesChanged = [&ui] { ui.table->viewport()->update(); }});
     controller_.outlets = {.table = &views_->table,
                            .switchie = &views_->switchie,
                            .switchieDu = &views_->switchieDu,
@@ -91,8 +82,7 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
                            .mapV = &views_->mapV,
                            .metarBackField = &views_->metarBackField,
                            .tafBackFiled = &views_->tafBackFiled,
-                           .stationLine = &views_->stationLine,
-                           .alwaysFavItem = &views_->menus->alwaysFavItem()};
+                           .stationLine = &views_->stationLine};
 
     views_->table.setMarked([this](int row) {
         const auto& shown = controller_.workingCollection;
@@ -114,6 +104,7 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
 
 SCStationWindow::~SCStationWindow() {
     controller_.outlets = {};
+    menus_.setStationWindowActions({});
 }
 
 void SCStationWindow::bindSearch() {
@@ -139,20 +130,12 @@ void SCStationWindow::bindMap(platform::Host& host) {
     views_->mapV.creditClicked = [&host](const std::string& page) {
         host.workspace.openURL({page});
     };
-    connect(ui.table->model(), &QAbstractItemModel::modelReset, this, [this] {
-        std::vector<map::Station> stations;
-        if (const auto& shown = controller_.workingCollection; shown && shown->stations) {
-            stations.reserve(shown->stations->size());
-            for (const auto& station : *shown->stations) {
-                stations.push_back(mapped(*station));
-            }
-        }
-        views_->mapV.setStations(std::move(stations));
-    });
+    connect(ui.table->model(), &QAbstractItemModel::modelReset, this,
+            [this] { views_->mapV.setStations(onMap(controller_.workingCollection)); });
     // Connected after the table's own: the controller has heard of the selection by then.
     connect(ui.table->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
         if (controller_.selectedStation) {
-            views_->mapV.setMarker(mapped(*controller_.selectedStation));
+            views_->mapV.setMarker(onMap(*controller_.selectedStation));
         }
     });
 }
@@ -218,18 +201,21 @@ bool SCStationWindow::eventFilter(QObject* watched, QEvent* event) {
     return QMainWindow::eventFilter(watched, event);
 }
 
-void SCStationWindow::present() {
-    const QTableView& table = *views_->ui.table;
-    const int columns = table.horizontalHeader()->length() +
-                        table.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &table);
-    resize(size().boundedTo(screen()->availableSize()));
+void SCStationWindow::arrange() {
     // The table takes what its columns need, as far as the reports keep a third.
-    const int forTable = std::min(columns, width() * 2 / 3);
+    const int forTable = std::min(views_->table.widthOfColumns(), width() * 2 / 3);
     views_->ui.tableAndDetails->setSizes({forTable, width() - forTable});
     views_->ui.details->setSizes({height(), height()});
     // The logic keeps the map's type, and leaves it to us to show which it is.
     views_->switchieDu.setSelectedSegment(static_cast<int>(controller_.currentMapType));
-    show();
+}
+
+void SCStationWindow::recall(const QSettings& memory) {
+    views_->table.recall(memory);
+}
+
+void SCStationWindow::remember(QSettings& memory) const {
+    views_->table.remember(memory);
 }
 
 void SCStationWindow::showTableOrHint() {

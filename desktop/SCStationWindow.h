@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "desktop/ProgramWindow.h"
 #include "desktop/map/MapView.h"
 #include "platform/Host.h"
-
-#include <QMainWindow>
 
 #include <memory>
 
@@ -14,17 +13,19 @@ namespace desktop {
 
 /// The main window: binds the controls of its interface file to the controller's outlets and the
 /// user's actions to its operations. Decides nothing itself.
-class SCStationWindow final : public QMainWindow {
+class SCStationWindow final : public ProgramWindow {
 public:
-    /// Fills the outlets; the controller is borrowed and outlives the window.
-    SCStationWindow(SCStationWindowController& controller, platform::Host& host, MapSetup map);
+    /// Fills the outlets; what is borrowed outlives the window.
+    SCStationWindow(SCStationWindowController& controller, platform::Host& host, MapSetup map,
+                    ProgramMenus& menus, QSettings& memory);
     /// Empties the outlets.
     ~SCStationWindow() override;
 
-    /// Shows the window, wide enough for its columns as far as the screen has room.
-    void present();
-
 protected:
+    /// Gives the table the width of its columns, as far as there is room.
+    void arrange() override;
+    void recall(const QSettings& memory) override;
+    void remember(QSettings& memory) const override;
     /// Keys that lead from the search to the table and back.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -39,6 +40,7 @@ private:
     void showTableOrHint();
 
     SCStationWindowController& controller_;
+    ProgramMenus& menus_;
     std::unique_ptr<Views> views_;
     bool isSearching_ = false;
 };

@@ -22,6 +22,9 @@ constexpr int fewRows = 50;
 
 constexpr double widestColumn = 10'000;
 
+/// Of the user's widths in a window's memory, in pixels; 0 where the column's own holds.
+const QString columnsKey = QStringLiteral("columns");
+
 /// Stands before the name of a marked row.
 const QString star = QStringLiteral("★ ");
 
@@ -154,6 +157,31 @@ void StationTable::scrollRowToVisible(std::int64_t row) {
 
 void StationTable::setMarked(std::function<bool(int row)> isMarked) {
     model_.setMarked(std::move(isMarked));
+}
+
+int StationTable::widthOfColumns() const {
+    return view_.horizontalHeader()->length() +
+           view_.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &view_);
+}
+
+void StationTable::recall(const QSettings& memory) {
+    const QVariantList widths = memory.value(columnsKey).toList();
+    for (int column = 0;
+         column < std::min<int>(model_.columnCount(), static_cast<int>(widths.size())); ++column) {
+        if (const int width = widths[column].toInt(); width > 0 && width <= widestColumn) {
+            widths_[static_cast<std::size_t>(column)].setByUser = true;
+            view_.horizontalHeader()->resizeSection(column, width);
+        }
+    }
+}
+
+void StationTable::remember(QSettings& memory) const {
+    QVariantList widths;
+    for (int column = 0; column < model_.columnCount(); ++column) {
+        const bool setByUser = widths_[static_cast<std::size_t>(column)].setByUser;
+        widths.append(setByUser ? view_.columnWidth(column) : 0);
+    }
+    memory.setValue(columnsKey, widths);
 }
 
 void StationTable::select(int row) {

@@ -5,6 +5,7 @@
 #include "platform/Views.h"
 
 #include <QObject>
+#include <QSettings>
 #include <QTimer>
 
 #include <array>
@@ -35,6 +36,12 @@ public:
 
     /// Rows for which it answers true carry a star.
     void setMarked(std::function<bool(int row)> isMarked);
+
+    /// Of all columns and the scroll bar, in pixels.
+    [[nodiscard]] int widthOfColumns() const;
+    /// The widths that the user has set.
+    void recall(const QSettings& memory);
+    void remember(QSettings& memory) const;
 
     [[nodiscard]] const StationTableModel& model() const { return model_; }
 

@@ -17,6 +17,10 @@ inline constexpr std::string_view tafPath = "/api/data/taf";
 /// The aeronautical charts, over https.
 inline constexpr std::string_view chartHost = "skyvector.com";
 
+/// The makers: where they read mail, and what they tell of the program.
+inline constexpr std::string_view feedback = "feedback@nosig.example";
+inline constexpr std::string_view productPage = "http://nosig.example/";
+
 /// A server of map tiles, 256 pixels wide, in Web Mercator; "{z}", "{x}" and "{y}" stand for the
 /// level and the tile's column and row from the upper left.
 struct TileService {

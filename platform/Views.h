@@ -129,16 +129,21 @@ public:
 };
 
 /// A page of the web or of the program's own files.
-class WebView {
+class PageView {
 public:
-    virtual ~WebView() = default;
+    virtual ~PageView() = default;
+    /// Where a page cannot be loaded, whatever the view shows is shown.
+    virtual void loadRequest(const URL& address) = 0;
+};
+
+/// A page in a window's place that another control may take.
+class WebView : public PageView {
+public:
     [[nodiscard]] virtual bool isHidden() const = 0;
     virtual void setHidden(bool hidden) = 0;
     virtual void setFrame(const Frame& frame) = 0;
     /// Borrowed; null lets go of it.
     virtual void setUIDelegate(WebViewUIDelegate* delegate) = 0;
-    /// Loads a page into the main frame; where that fails, whatever the view shows is shown.
-    virtual void loadRequest(const URL& address) = 0;
 };
 
 class TableView;

@@ -27,6 +27,8 @@ public:
     [[nodiscard]] platform::Host& services() { return services_; }
     [[nodiscard]] MainQueue& mainQueue() { return mainQueue_; }
     [[nodiscard]] platform::CurlURLSessions& urlSessions() { return urlSessions_; }
+    /// Where settings are kept.
+    [[nodiscard]] QString settingsFile() const { return settings_.fileName(); }
     /// The map's outlines lie with the program, its tiles in the user's cache.
     [[nodiscard]] MapSetup mapSetup() const {
         MapSetup setup;

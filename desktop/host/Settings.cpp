@@ -3,6 +3,8 @@
 
 #include "desktop/Text.h"
 
+#include <utility>
+
 namespace desktop {
 
 Settings::Settings(platform::Log& log)
@@ -41,7 +43,7 @@ void Settings::setObject(const platform::Value& value, std::string_view key) {
         return;
     }
     file_.sync();
-    if (file_.status() != QSettings::NoError) {
+    if (file_.status() != QSettings::NoError && !std::exchange(failureTold_, true)) {
         log_.line("Settings cannot be written to " + file_.fileName().toStdString());
     }
 }

@@ -10,7 +10,8 @@
 namespace desktop {
 
 /// The user's settings in a text file of the INI form under the user's configuration folder. Every
-/// change is on the disk when `setObject` returns, or else one line is in the log.
+/// change is on the disk when `setObject` returns; the first time that fails one line is in the
+/// log.
 ///
 /// Texts and whole numbers are kept; other kinds change nothing. The file does not tell the two
 /// apart: a text that is a whole number's decimal form reads as that number.
@@ -18,6 +19,7 @@ class Settings final : public platform::UserDefaults {
 public:
     explicit Settings(platform::Log& log);
 
+    [[nodiscard]] QString fileName() const { return file_.fileName(); }
     [[nodiscard]] platform::Value objectForKey(std::string_view key) const override;
     /// An absent value removes the key.
     void setObject(const platform::Value& value, std::string_view key) override;
@@ -26,6 +28,7 @@ private:
     platform::Log& log_;
     mutable std::mutex mutex_;
     QSettings file_;
+    bool failureTold_ = false;
 };
 
 } // namespace desktop

@@ -3,7 +3,7 @@
 #include "catalogue/Packages.h"
 #include "platform/KeyedArchiver.h"
 #include "tests/support/FakeHost.h"
-#include "tests/support/FakeViews.h"
+#include "tests/support/FakeStationWindow.h"
 #include "tests/support/Stations.h"
 
 #include <gtest/gtest.h>

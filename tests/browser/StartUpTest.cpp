@@ -2,7 +2,7 @@
 #include "browser/SCStationWindowController.h"
 #include "platform/KeyedArchiver.h"
 #include "tests/support/FakeHost.h"
-#include "tests/support/FakeViews.h"
+#include "tests/support/FakeStationWindow.h"
 #include "tests/support/Stations.h"
 
 #include <gtest/gtest.h>

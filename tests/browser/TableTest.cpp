@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "browser/SCStationWindowController.h"
 #include "tests/support/FakeHost.h"
-#include "tests/support/FakeViews.h"
+#include "tests/support/FakeStationWindow.h"
 #include "tests/support/Stations.h"
 
 #include <gtest/gtest.h>

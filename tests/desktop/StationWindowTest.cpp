@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "browser/SCStationWindowController.h"
-#include "desktop/SCStationWindow.h"
-#include "tests/support/FakeHost.h"
+#include "tests/support/RunningProgram.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -18,27 +17,14 @@
 
 namespace {
 
-/// A map that asks no server.
-desktop::MapSetup withoutTiles() {
-    desktop::MapSetup setup;
-    setup.tileServers.clear();
-    setup.baseMap = QStringLiteral(NOSIG_SOURCE_DIR "/resources/map/world.map");
-    return setup;
-}
-
-/// The window as the program makes it, on a host without any catalogue.
-class StationWindowTest : public ::testing::Test {
+/// The main window as the program makes it, on a host without any catalogue.
+class StationWindowTest : public ::testing::Test, protected support::RunningProgram {
 protected:
-    StationWindowTest() {
-        controller->windowDidLoad();
-        window.present();
-        window.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
-    }
+    StationWindowTest() { start(); }
 
     template <typename T>
     T& child(const char* name) {
-        auto* found = window.findChild<T*>(QString::fromUtf8(name));
+        auto* found = window().findChild<T*>(QString::fromUtf8(name));
         EXPECT_NE(found, nullptr) << name;
         return *found;
     }
@@ -57,7 +43,7 @@ protected:
     /// The names of the controls that the Tab key goes through, each once.
     std::set<QString> tabbedThrough() {
         std::set<QString> names;
-        window.setFocus();
+        window().setFocus();
         for (int press = 0; press < 20; ++press) {
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
             names.insert(QApplication::focusWidget()->objectName());
@@ -65,10 +51,10 @@ protected:
         return names;
     }
 
-    support::FakeHost fake;
-    std::shared_ptr<SCStationWindowController> controller =
-        SCStationWindowController::initWithWindowNibName(fake.host, "SCStationWindowController");
-    desktop::SCStationWindow window{*controller, fake.host, withoutTiles()};
+    static QMainWindow& window() {
+        return support::RunningProgram::window("SCStationWindowController");
+    }
+    SCStationWindowController& controller() { return *delegate().sw; }
 };
 
 TEST_F(StationWindowTest, ShowsAHintUntilThereAreStations) {
@@ -87,7 +73,7 @@ TEST_F(StationWindowTest, ShowsAHintUntilThereAreStations) {
 TEST_F(StationWindowTest, SavesWhereTheUserSays) {
     openList();
     fake.panels.answers.emplace_back(platform::URL::file((fake.folder / "mine.txt").string()));
-    QTest::keyClick(&window, Qt::Key_S, Qt::AltModifier);
+    QTest::keyClick(&window(), Qt::Key_S, Qt::AltModifier);
     EXPECT_TRUE(QTest::qWaitFor([this] { return fake.panels.timesAsked == 2; }));
     EXPECT_TRUE(std::filesystem::exists(fake.folder / "mine.STNPKG"));
 }
@@ -108,7 +94,7 @@ TEST_F(StationWindowTest, EveryControlHasANameAndIsReachedByKeyboard) {
     openList();
     child<QTableView>("table").selectRow(0);
     const std::set<QString> reached = tabbedThrough();
-    for (QWidget* control : window.findChildren<QWidget*>()) {
+    for (QWidget* control : window().findChildren<QWidget*>()) {
         if ((control->focusPolicy() & Qt::TabFocus) == 0 || !control->isVisible() ||
             control->focusProxy() != nullptr) {
             continue;
@@ -133,7 +119,7 @@ TEST_F(StationWindowTest, TheKeyboardSearchesAndComesBack) {
     auto& table = child<QTableView>("table");
     auto& search = child<QLineEdit>("sf");
     const int all = table.model()->rowCount();
-    QTest::keyClick(&window, Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClick(&window(), Qt::Key_F, Qt::ControlModifier);
     EXPECT_EQ(QApplication::focusWidget(), &search);
     QTest::keyClicks(&search, QStringLiteral("ksfo"));
     EXPECT_EQ(table.model()->rowCount(), 1);
@@ -158,19 +144,19 @@ TEST_F(StationWindowTest, ArrowsSelectAndFetchAndAShortcutMarks) {
     table.selectRow(0);
     const std::size_t requests = fake.urlSessions.openRequests();
     QTest::keyClick(&table, Qt::Key_Down);
-    EXPECT_EQ(controller->nowSelection, 1);
+    EXPECT_EQ(controller().nowSelection, 1);
     EXPECT_EQ(fake.urlSessions.openRequests(), requests + 2);
     const QModelIndex name = table.model()->index(1, 1);
     const auto spoken = [&] { return name.data(Qt::AccessibleTextRole).toString(); };
     EXPECT_FALSE(spoken().endsWith(QStringLiteral("favorite")));
     QTest::keyClick(&table, Qt::Key_D, Qt::ControlModifier);
-    EXPECT_TRUE(controller->selectedStation->isFavorite());
+    EXPECT_TRUE(controller().selectedStation->isFavorite());
     EXPECT_TRUE(spoken().endsWith(QStringLiteral("favorite")));
     // An entry that validation disables must not be chosen by its shortcut, which it was enabled
     // for a moment ago.
     table.clearSelection();
     QTest::keyClick(&table, Qt::Key_D, Qt::ControlModifier);
-    EXPECT_EQ(controller->allFavorites().size(), 1U);
+    EXPECT_EQ(controller().allFavorites().size(), 1U);
 }
 
 TEST_F(StationWindowTest, EveryColumnExplainsItself) {
@@ -186,19 +172,6 @@ TEST_F(StationWindowTest, EveryColumnExplainsItself) {
         tips.insert(text(Qt::ToolTipRole));
     }
     EXPECT_EQ(tips.size(), 16U);
-}
-
-TEST(StationWindow, LetsGoOfTheOutletsWhenItDies) {
-    support::FakeHost fake;
-    const auto controller = SCStationWindowController::initWithWindowNibName(fake.host, "");
-    {
-        const desktop::SCStationWindow window(*controller, fake.host, withoutTiles());
-        controller->windowDidLoad();
-        EXPECT_NE(controller->outlets.table, nullptr);
-    }
-    controller->setWordsStringTHing(2);
-    controller->quitting();
-    EXPECT_EQ(controller->outlets.table, nullptr);
 }
 
 } // namespace

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "browser/SCStationWindowController.h"
 #include "platform/Views.h"
 
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,6 +21,33 @@ struct FakeTextField final : platform::TextField {
     void setHidden(bool value) override { hidden = value; }
     std::string text = "designed";
     bool hidden = false;
+};
+
+struct FakeFadingTextField final : platform::FadingTextField {
+    void setText(const std::string& value) override { text = value; }
+    void setHidden(bool value) override { hidden = value; }
+    void setTextColor(const platform::Color& value) override { color = value; }
+    void animateAlpha(double value) override { alphas.push_back(value); }
+    std::string text;
+    bool hidden = false;
+    platform::Color color;
+    std::vector<double> alphas;
+};
+
+struct FakeCheckBox final : platform::CheckBox {
+    [[nodiscard]] bool state() const override { return on; }
+    bool on = false;
+};
+
+struct FakeSheet final : platform::Sheet {
+    void orderOut() override { told.emplace_back("ordered out"); }
+    void endSheet(int code) override { told.push_back("ended with " + std::to_string(code)); }
+    std::vector<std::string> told;
+};
+
+struct FakeRichTextView final : platform::RichTextView {
+    void readRTFDFromFile(const std::string& path) override { read = path; }
+    std::string read;
 };
 
 struct FakeSegmentedControl final : platform::SegmentedControl {
@@ -132,49 +157,6 @@ struct FakeTable final : platform::TableView {
     std::int64_t scrolledTo = -1;
     int reloads = 0;
     bool isUnsettled = false;
-};
-
-/// Everything that the main window has.
-struct FakeStationWindow {
-    FakeTable table;
-    FakeSegmentedControl switchie, switchieDu;
-    FakeSearchField sf;
-    FakeButton saver, parserIt, metarB;
-    FakePopUpButton distButton;
-    FakeTextField words, dLcikWords;
-    FakeMapView mapV;
-    FakeWebView secView;
-    FakeMenuItem alwaysFavItem;
-    FakeTextView metarBackField, tafBackFiled;
-    FakeTextField stationLine;
-
-    std::unique_ptr<SCWebView> chart;
-
-    [[nodiscard]] SCStationWindowController::Outlets outlets(platform::Host& host) {
-        chart = std::make_unique<SCWebView>(host, secView);
-        chart->awakeFromNib();
-        return {.table = &table,
-                .switchie = &switchie,
-                .switchieDu = &switchieDu,
-                .sf = &sf,
-                .saver = &saver,
-                .parserIt = &parserIt,
-                .metarB = &metarB,
-                .distButton = &distButton,
-                .words = &words,
-                .mapV = &mapV,
-                .secView = chart.get(),
-                .dLcikWords = &dLcikWords,
-                .metarBackField = &metarBackField,
-                .tafBackFiled = &tafBackFiled,
-                .stationLine = &stationLine,
-                .alwaysFavItem = &alwaysFavItem};
-    }
-    /// What a row shows in one column.
-    [[nodiscard]] std::string cell(std::int64_t row, const std::string& column) const {
-        return table.source->tableView_objectValueForTableColumn_row(table, column, row)
-            .value_or("(absent)");
-    }
 };
 
 } // namespace support

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include "app/AppDelegate.h"
+
+#include "catalogue/Packages.h"
+
+namespace {
+
+void bringToFront(platform::Window& window) {
+    window.showWindow();
+    window.makeKey();
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(platform::Host& host, app::Windows& windows)
+    : host_(host), windows_(windows) {}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching() {
+    for (platform::Button* button : {outlets.saver, outlets.viewer}) {
+        if (button) {
+            button->setEnabled(false);
+        }
+    }
+    makeStationWindow();
+    bringToFront(*stationWindow_);
+}
+
+void AppDelegate::makeStationWindow() {
+    stationWindow_.reset();
+    sw = SCStationWindowController::initWithWindowNibName(host_, "SCStationWindowController");
+    stationWindow_ = windows_.stationWindow(*sw);
+    sw->outlets.alwaysFavItem = outlets.favwe;
+    sw->windowDidLoad();
+}
+
+void AppDelegate::applicationWillTerminate() {
+    if (sw) {
+        sw->quitting();
+    }
+}
+
+void AppDelegate::openStations() {
+    if (stationWindow_) {
+        bringToFront(*stationWindow_);
+    }
+}
+
+void AppDelegate::openMyStations() {
+    if (!mS) {
+        mS = SCMyStationsWindowController::initWithWindowNibName(host_,
+                                                                 "SCMyStationsWindowController");
+        myStationsWindow_ = windows_.myStationsWindow(*mS);
+        mS->windowDidLoad();
+    }
+    bringToFront(*myStationsWindow_);
+}
+
+void AppDelegate::showTble(const std::shared_ptr<AviationWeatherStationCollection>& collection) {
+    if (!sw) {
+        makeStationWindow();
+    }
+    sw->addCollection(collection);
+    bringToFront(*stationWindow_);
+}
+
+void AppDelegate::doAbout() {
+    aboutWindow_.reset();
+    ab = SCAboutWindowController::initWithWindowNibName(host_, "SCAboutWindowController");
+    aboutWindow_ = windows_.aboutWindow(*ab);
+    bringToFront(*aboutWindow_);
+}
+
+void AppDelegate::doHelp() {
+    if (!h) {
+        h = slibHelpWindow::initWithWindowNibName(host_, "slibHelpWindow");
+        helpWindow_ = windows_.helpWindow(*h);
+        h->awakeFromNib();
+    }
+    bringToFront(*helpWindow_);
+}
+
+void AppDelegate::zzsaveoptionsDidEnd_returnCode(int returnCode) {
+    if (returnCode == 1) {
+        innerSave();
+    }
+}
+
+void AppDelegate::innerSave() {
+    catalogue::savePackage(host_, masterCollection);
+}

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/SCAboutWindowController.h"
+#include "app/SCSaveOptionsSheetController.h"
+#include "app/Windows.h"
+#include "app/slibHelpWindow.h"
+#include "browser/SCStationWindowController.h"
+#include "mystations/SCMyStationsWindowController.h"
+#include "platform/Host.h"
+#include "platform/Views.h"
+
+#include <memory>
+
+/// The program as a whole: which windows there are, and what the menus do with them. Main thread
+/// only.
+class AppDelegate {
+public:
+    /// Controls outside the windows; each is borrowed and may be null.
+    struct Outlets {
+        platform::TextField* words = nullptr;
+        platform::Button* saver = nullptr;
+        platform::Button* viewer = nullptr;
+        platform::Button* parserIt = nullptr;
+        /// The entry that switches the favourites' weather on and off.
+        platform::MenuItem* favwe = nullptr;
+        /// Its choices are recorded and change nothing that is saved, as intended.
+        SCSaveOptionsSheetController* so = nullptr;
+    };
+
+    /// Both are borrowed and outlive the delegate.
+    AppDelegate(platform::Host& host, app::Windows& windows);
+    ~AppDelegate();
+    AppDelegate(const AppDelegate&) = delete;
+    AppDelegate& operator=(const AppDelegate&) = delete;
+
+    Outlets outlets;
+    /// What `innerSave` saves; nobody fills it, as intended: the main window saves its own.
+    std::shared_ptr<AviationWeatherStationCollection> masterCollection;
+    std::shared_ptr<SCStationWindowController> sw;
+    std::shared_ptr<SCMyStationsWindowController> mS;
+    std::shared_ptr<SCAboutWindowController> ab;
+    std::shared_ptr<slibHelpWindow> h;
+
+    /// Makes and shows the main window.
+    void applicationDidFinishLaunching();
+    /// Stores what outlives the run; called once, at the end of it.
+    void applicationWillTerminate();
+    void openStations();
+    void openMyStations();
+    /// Shows a collection in the main window.
+    void showTble(const std::shared_ptr<AviationWeatherStationCollection>& collection);
+    /// Makes a new about window at every call, as intended.
+    void doAbout();
+    void doHelp();
+    /// Do nothing, as intended.
+    void saveDocument() {}
+    void dumb() {}
+    void zzsaveoptionsDidEnd_returnCode(int returnCode);
+    void innerSave();
+
+private:
+    void makeStationWindow();
+
+    platform::Host& host_;
+    app::Windows& windows_;
+    // Each goes before its controller.
+    std::unique_ptr<platform::Window> stationWindow_;
+    std::unique_ptr<platform::Window> myStationsWindow_;
+    std::unique_ptr<platform::Window> aboutWindow_;
+    std::unique_ptr<platform::Window> helpWindow_;
+};

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Host.h"
+
+#include <memory>
+#include <string>
+
+/// The about window's logic. Main thread only.
+class SCAboutWindowController {
+public:
+    [[nodiscard]] static std::shared_ptr<SCAboutWindowController>
+    initWithWindowNibName(platform::Host& host, std::string name);
+
+    /// The name of the interface file that the window is made from.
+    [[nodiscard]] const std::string& windowNibName() const { return windowNibName_; }
+
+    /// Opens a letter to the makers in the user's mail program.
+    void doEmailFeedback();
+    /// Opens the product's page in the user's browser.
+    void doGoToWebsite();
+
+private:
+    /// Only the factory makes controllers.
+    struct Private {};
+
+public:
+    SCAboutWindowController(Private, platform::Host& host, std::string name);
+
+private:
+    platform::Host& host_;
+    std::string windowNibName_;
+};

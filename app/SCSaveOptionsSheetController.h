@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Views.h"
+
+/// The logic of a sheet that asks how to save. Nothing shows it. Main thread only.
+class SCSaveOptionsSheetController {
+public:
+    struct Outlets {
+        platform::Sheet* window = nullptr;
+    };
+
+    Outlets outlets;
+    bool usOnly = false;
+    bool noNames = false;
+
+    void usonlyclicked(const platform::CheckBox& sender) { usOnly = sender.state(); }
+    void nonamesclicked(const platform::CheckBox& sender) { noNames = sender.state(); }
+    /// Ends the sheet with 1.
+    void saveCliked() { end(1); }
+    /// Ends the sheet with 0.
+    void cancelClicked() { end(0); }
+
+private:
+    void end(int returnCode) {
+        if (outlets.window) {
+            outlets.window->orderOut();
+            outlets.window->endSheet(returnCode);
+        }
+    }
+};

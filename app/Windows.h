@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Views.h"
+
+#include <memory>
+
+class SCAboutWindowController;
+class SCMyStationsWindowController;
+class SCStationWindowController;
+class SLIBReleaseNotesWindowController;
+class slibHelpWindow;
+
+namespace app {
+
+/// Makes the program's windows, hidden at first, from their interface files. Each factory fills
+/// the outlets of its controller, which the window borrows and which outlives it. Main thread only.
+class Windows {
+public:
+    virtual ~Windows() = default;
+    [[nodiscard]] virtual std::unique_ptr<platform::Window>
+    stationWindow(SCStationWindowController& controller) = 0;
+    [[nodiscard]] virtual std::unique_ptr<platform::Window>
+    myStationsWindow(SCMyStationsWindowController& controller) = 0;
+    [[nodiscard]] virtual std::unique_ptr<platform::Window>
+    aboutWindow(SCAboutWindowController& controller) = 0;
+    [[nodiscard]] virtual std::unique_ptr<platform::Window>
+    helpWindow(slibHelpWindow& controller) = 0;
+    [[nodiscard]] virtual std::unique_ptr<platform::Window>
+    releaseNotesWindow(SLIBReleaseNotesWindowController& controller) = 0;
+};
+
+} // namespace app

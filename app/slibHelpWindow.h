@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Host.h"
+#include "platform/Views.h"
+
+#include <memory>
+#include <string>
+
+/// The help window's logic: shows the program's own pages, and nothing of the network. Main thread
+/// only.
+class slibHelpWindow {
+public:
+    struct Outlets {
+        platform::PageView* theWebHelp = nullptr;
+    };
+
+    [[nodiscard]] static std::shared_ptr<slibHelpWindow> initWithWindowNibName(platform::Host& host,
+                                                                               std::string name);
+
+    Outlets outlets;
+
+    /// The name of the interface file that the window is made from.
+    [[nodiscard]] const std::string& windowNibName() const { return windowNibName_; }
+
+    /// Loads the first page, once the outlet is filled. Without that page the view stays empty.
+    void awakeFromNib();
+
+private:
+    /// Only the factory makes controllers.
+    struct Private {};
+
+public:
+    slibHelpWindow(Private, platform::Host& host, std::string name);
+
+private:
+    platform::Host& host_;
+    std::string windowNibName_;
+};

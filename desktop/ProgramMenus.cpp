@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/ProgramMenus.h"
+
+#include "app/AppDelegate.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+
+#include <utility>
+
+namespace desktop {
+
+ProgramMenus::ProgramMenus(AppDelegate& delegate) : delegate_(delegate) {
+    addProgramEntries();
+    addStationEntries();
+    addWindowEntries();
+    qApp->installEventFilter(this);
+}
+
+QAction& ProgramMenus::add(std::vector<QAction*>& menu, const QString& title,
+                           const QKeySequence& shortcut, std::function<void()> chosen) {
+    auto* entry = new QAction(title, this);
+    entry->setShortcut(shortcut);
+    connect(entry, &QAction::triggered, this, std::move(chosen));
+    menu.push_back(entry);
+    return *entry;
+}
+
+MenuEntry& ProgramMenus::addValidated(std::vector<QAction*>& menu, const QString& title,
+                                      std::string_view operation, const QKeySequence& shortcut,
+                                      std::function<void()> chosen) {
+    return validated_.emplace_back(add(menu, title, shortcut, std::move(chosen)), operation);
+}
+
+void ProgramMenus::addProgramEntries() {
+    QAction& about = add(program_, tr("&About Nosig"), {}, [this] {
+        // A new about window takes the place of the old one, from whose menu this may come: that
+        // one must have done with its menu by then.
+        QMetaObject::invokeMethod(
+            this, [this] { delegate_.doAbout(); }, Qt::QueuedConnection);
+    });
+    about.setMenuRole(QAction::AboutRole);
+    QAction& quit = add(program_, tr("&Quit"), QKeySequence::Quit, &QCoreApplication::quit);
+    quit.setMenuRole(QAction::QuitRole);
+    add(help_, tr("Nosig &Help"), QKeySequence::HelpContents, [this] { delegate_.doHelp(); });
+    help_.push_back(&about);
+}
+
+void ProgramMenus::addStationEntries() {
+    add(stations_, tr("&Find"), QKeySequence::Find, [this] {
+        delegate_.openStations();
+        if (stationWindow_.find) {
+            stationWindow_.find();
+        }
+    });
+    addValidated(stations_, tr("Make Favorite"), "favMenuItem", Qt::CTRL | Qt::Key_D, [this] {
+        delegate_.sw->favMenuItem();
+        if (stationWindow_.favoritesChanged) {
+            stationWindow_.favoritesChanged();
+        }
+    });
+    addValidated(stations_, tr("Show favorites"), "showFavsMenu", Qt::CTRL | Qt::SHIFT | Qt::Key_D,
+                 [this] { delegate_.sw->showFavsMenu(); });
+    alwaysFavItem_ =
+        &addValidated(stations_, tr("Always Show Favorites' Weather"), "alwaysShowFavWeatherMenu",
+                      {}, [this] { delegate_.sw->alwaysShowFavWeatherMenu(*alwaysFavItem_); });
+    alwaysFavItem_->entry().setCheckable(true);
+    const QString distances[] = {tr("Within 10 Miles"), tr("Within 25 Miles"),
+                                 tr("Within 50 Miles"), tr("Within 100 Miles")};
+    for (int i = 0; i < 4; ++i) {
+        addValidated(near_, distances[i], "geMeterDistChanged", {}, [this, i] {
+            if (auto* pop = delegate_.sw->outlets.distButton) {
+                pop->selectItem(i);
+            }
+            delegate_.sw->geMeterDistChanged();
+        });
+    }
+}
+
+void ProgramMenus::addWindowEntries() {
+    add(windows_, tr("&Stations"), Qt::CTRL | Qt::Key_1, [this] { delegate_.openStations(); });
+    add(windows_, tr("&My Stations"), Qt::CTRL | Qt::Key_2, [this] { delegate_.openMyStations(); });
+    add(windows_, tr("&Close Window"), Qt::CTRL | Qt::Key_W, [] {
+        if (QWidget* window = QApplication::activeWindow()) {
+            window->close();
+        }
+    });
+}
+
+void ProgramMenus::addTo(QMainWindow& window) {
+    const auto addMenu = [&](const QString& title, const std::vector<QAction*>& entries) {
+        QMenu* menu = window.menuBar()->addMenu(title);
+        menu->addActions(QList<QAction*>(entries.begin(), entries.end()));
+        connect(menu, &QMenu::aboutToShow, this, [this] { validate(); });
+        return menu;
+    };
+    addMenu(tr("Nosi&g"), program_);
+    QMenu* stations = addMenu(tr("S&tations"), stations_);
+    stations->insertSeparator(stations_[1]);
+    QMenu* near = stations->addMenu(tr("&Near the Selected Station"));
+    near->addActions(QList<QAction*>(near_.begin(), near_.end()));
+    connect(near, &QMenu::aboutToShow, this, [this] { validate(); });
+    addMenu(tr("&Windows"), windows_);
+    addMenu(tr("&Help"), help_);
+}
+
+void ProgramMenus::setStationWindowActions(StationWindowActions actions) {
+    stationWindow_ = std::move(actions);
+}
+
+void ProgramMenus::validate() {
+    for (MenuEntry& entry : validated_) {
+        entry.entry().setEnabled(delegate_.sw && delegate_.sw->validateMenuItem(entry));
+    }
+}
+
+bool ProgramMenus::eventFilter(QObject* watched, QEvent* event) {
+    // Sent before the toolkit looks for the shortcut of a key.
+    if (event->type() == QEvent::ShortcutOverride) {
+        validate();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace desktop

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "desktop/Controls.h"
+
+#include <QObject>
+
+#include <deque>
+#include <functional>
+
+class AppDelegate;
+class QMainWindow;
+class QMenu;
+
+namespace desktop {
+
+/// The menus that every window of the program carries; their entries are the same ones everywhere.
+/// The main window's controller says what an entry is called and whether it may be chosen: asked
+/// when a menu opens, and before a shortcut fires.
+class ProgramMenus final : public QObject {
+public:
+    /// The delegate is borrowed.
+    explicit ProgramMenus(AppDelegate& delegate);
+
+    /// Puts the menus into a window, which they outlive.
+    void addTo(QMainWindow& window);
+
+    /// What the main window does at a choice; it takes them back when it dies.
+    struct StationWindowActions {
+        std::function<void()> find;
+        /// A station was made a favourite, or no longer.
+        std::function<void()> favoritesChanged;
+    };
+    void setStationWindowActions(StationWindowActions actions);
+
+    /// Lives as long as the menus.
+    [[nodiscard]] MenuEntry& alwaysFavItem() { return *alwaysFavItem_; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void addProgramEntries();
+    void addStationEntries();
+    void addWindowEntries();
+    QAction& add(std::vector<QAction*>& menu, const QString& title, const QKeySequence& shortcut,
+                 std::function<void()> chosen);
+    MenuEntry& addValidated(std::vector<QAction*>& menu, const QString& title,
+                            std::string_view operation, const QKeySequence& shortcut,
+                            std::function<void()> chosen);
+    void validate();
+
+    AppDelegate& delegate_;
+    StationWindowActions stationWindow_;
+    std::vector<QAction*> program_;
+    std::vector<QAction*> stations_;
+    std::vector<QAction*> near_;
+    std::vector<QAction*> windows_;
+    std::vector<QAction*> help_;
+    /// Entries do not move: the controller keeps one.
+    std::deque<MenuEntry> validated_;
+    MenuEntry* alwaysFavItem_ = nullptr;
+};
+
+} // namespace desktop

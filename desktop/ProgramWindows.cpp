@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/ProgramWindows.h"
+
+#include "desktop/SCMyStationsWindow.h"
+#include "desktop/SCStationWindow.h"
+#include "desktop/SmallWindows.h"
+
+#include <utility>
+
+namespace desktop {
+
+ProgramWindows::ProgramWindows(platform::Host& host, MapSetup map, const QString& memory)
+    : host_(host), map_(std::move(map)), memory_(memory, QSettings::IniFormat) {
+    memory_.beginGroup(QStringLiteral("windows"));
+    delegate_.outlets.favwe = &menus_.alwaysFavItem();
+}
+
+std::unique_ptr<platform::Window>
+ProgramWindows::stationWindow(SCStationWindowController& controller) {
+    return std::make_unique<SCStationWindow>(controller, host_, map_, menus_, memory_);
+}
+
+std::unique_ptr<platform::Window>
+ProgramWindows::myStationsWindow(SCMyStationsWindowController& controller) {
+    return std::make_unique<SCMyStationsWindow>(controller, map_, menus_, memory_);
+}
+
+std::unique_ptr<platform::Window> ProgramWindows::aboutWindow(SCAboutWindowController& controller) {
+    return std::make_unique<AboutWindow>(controller, host_.bundle, menus_, memory_);
+}
+
+std::unique_ptr<platform::Window> ProgramWindows::helpWindow(slibHelpWindow& controller) {
+    return std::make_unique<HelpWindow>(controller, menus_, memory_);
+}
+
+std::unique_ptr<platform::Window>
+ProgramWindows::releaseNotesWindow(SLIBReleaseNotesWindowController& controller) {
+    return std::make_unique<ReleaseNotesWindow>(controller, menus_, memory_);
+}
+
+} // namespace desktop

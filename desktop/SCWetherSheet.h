@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "desktop/map/MapView.h"
+#include "mystations/SCWetherSheetController.h"
+#include "platform/Views.h"
+
+#include <QDialog>
+
+#include <memory>
+
+namespace desktop {
+
+/// The station sheet with its controller. Deletes itself when it has ended.
+class SCWetherSheet final : public QDialog, public platform::Sheet {
+public:
+    SCWetherSheet(QWidget& window, MapSetup map);
+    ~SCWetherSheet() override;
+
+    /// Shows a station over the window, which waits until the user is done with it.
+    void begin(const std::shared_ptr<AviationWeatherStation>& station);
+
+    void orderOut() override;
+    void endSheet(int returnCode) override;
+    /// Escape ends it as its button does.
+    void reject() override;
+
+private:
+    struct Views;
+
+    SCWetherSheetController controller_;
+    std::unique_ptr<Views> views_;
+};
+
+} // namespace desktop

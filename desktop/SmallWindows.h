@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "desktop/ProgramWindow.h"
+#include "platform/Host.h"
+
+#include <memory>
+
+class SCAboutWindowController;
+class SLIBReleaseNotesWindowController;
+class slibHelpWindow;
+
+/// Windows that show a text. Each fills the outlets of its controller and empties them when it
+/// dies; what is borrowed outlives it.
+namespace desktop {
+
+class AboutWindow final : public ProgramWindow {
+public:
+    AboutWindow(SCAboutWindowController& controller, const platform::Bundle& bundle,
+                ProgramMenus& menus, QSettings& memory);
+};
+
+/// Leads through the program's own pages; what lies elsewhere opens in the user's browser.
+class HelpWindow final : public ProgramWindow {
+public:
+    HelpWindow(slibHelpWindow& controller, ProgramMenus& menus, QSettings& memory);
+    ~HelpWindow() override;
+
+private:
+    struct Views;
+
+    slibHelpWindow& controller_;
+    std::unique_ptr<Views> views_;
+};
+
+class ReleaseNotesWindow final : public ProgramWindow {
+public:
+    ReleaseNotesWindow(SLIBReleaseNotesWindowController& controller, ProgramMenus& menus,
+                       QSettings& memory);
+    ~ReleaseNotesWindow() override;
+
+private:
+    struct Views;
+
+    SLIBReleaseNotesWindowController& controller_;
+    std::unique_ptr<Views> views_;
+};
+
+} // namespace desktop

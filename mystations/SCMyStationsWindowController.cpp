@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "mystations/SCMyStationsWindowController.h"
+
+#include "catalogue/Packages.h"
+#include "catalogue/StationCells.h"
+#include "map/Placing.h"
+#include "platform/KeyedArchiver.h"
+#include "slib/SupportLibCat.h"
+
+#include <utility>
+
+namespace {
+
+constexpr std::int64_t satelliteMap = 1;
+
+} // namespace
+
+SCMyStationsWindowController::SCMyStationsWindowController(Private, platform::Host& host,
+                                                           std::string name)
+    : host_(host), windowNibName_(std::move(name)) {}
+
+std::shared_ptr<SCMyStationsWindowController>
+SCMyStationsWindowController::initWithWindowNibName(platform::Host& host, std::string name) {
+    return std::make_shared<SCMyStationsWindowController>(Private{}, host, std::move(name));
+}
+
+void SCMyStationsWindowController::windowDidLoad() {
+    if (outlets.mftable) {
+        outlets.mftable->setDataSource(this);
+        outlets.mftable->setDelegate(this);
+    }
+    if (outlets.mfsaver) {
+        outlets.mfsaver->setEnabled(false);
+    }
+    loadFavoritesFile();
+    currentMapType_ = satelliteMap;
+    if (outlets.mfmapV) {
+        outlets.mfmapV->setMapType(currentMapType_);
+    }
+    if (outlets.mftable) {
+        catalogue::setStationColumnWidths(*outlets.mftable);
+        outlets.mftable->reloadData();
+    }
+}
+
+std::string SCMyStationsWindowController::file() const {
+    return SupportLibCat::fileNameInAppSupport(host_, "MyStations.STNPKG").value_or("");
+}
+
+void SCMyStationsWindowController::loadFavoritesFile() {
+    myFavotires = catalogue::readPackage(file());
+}
+
+void SCMyStationsWindowController::updateFavoritesFile() const {
+    platform::KeyedArchiver::archiveRootObject(myFavotires, file());
+}
+
+std::shared_ptr<AviationWeatherStation>
+SCMyStationsWindowController::stationInRow(std::int64_t row) const {
+    return myFavotires ? catalogue::stationInRow(myFavotires->stations, row) : nullptr;
+}
+
+std::int64_t
+SCMyStationsWindowController::numberOfRowsInTableView(const platform::TableView& /*table*/) const {
+    return myFavotires && myFavotires->stations
+               ? static_cast<std::int64_t>(myFavotires->stations->size())
+               : 0;
+}
+
+std::optional<std::string> SCMyStationsWindowController::tableView_objectValueForTableColumn_row(
+    const platform::TableView& /*table*/, std::string_view column, std::int64_t row) const {
+    const auto station = stationInRow(row);
+    return station ? catalogue::stationCell(*station, column) : "";
+}
+
+bool SCMyStationsWindowController::tableView_shouldEditTableColumn_row(
+    const platform::TableView& /*table*/, std::string_view /*column*/, std::int64_t /*row*/) const {
+    return false;
+}
+
+void SCMyStationsWindowController::tableViewSelectionDidChange(const platform::TableView& table) {
+    const auto station = stationInRow(table.selectedRow());
+    if (station && outlets.mfmapV) {
+        map::showPlace(*outlets.mfmapV, {station->latitude, station->longitude}, currentMapType_);
+    }
+}

@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: MIT
+#include "platform/Addresses.h"
+#include "platform/KeyedArchiver.h"
+#include "tests/support/RunningProgram.h"
+#include "tests/support/Stations.h"
+
+#include <QAction>
+#include <QDialog>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPointer>
+#include <QPushButton>
+#include <QScreen>
+#include <QSettings>
+#include <QSplitter>
+#include <QTableView>
+#include <QTextBrowser>
+
+namespace {
+
+/// The program with stations of its own and of the user.
+class ProgramTest : public ::testing::Test, protected support::RunningProgram {
+protected:
+    ProgramTest() {
+        const auto save = [](const std::shared_ptr<AviationWeatherStationCollection>& stations,
+                             const std::filesystem::path& file) {
+            EXPECT_TRUE(platform::KeyedArchiver::archiveRootObject(stations, file.string()));
+        };
+        save(makeCollection({{"KJFK"}, {"KDEN"}}), fake.folder / "resources/Stations.STNPKG");
+        save(makeCollection({{"EDDF", "FRANKFURT", "GERMANY", 50.03, 8.57},
+                             {"LSZH", "ZURICH", "SWITZERLAND", 47.46, 8.55}}),
+             fake.folder / "support/MyStations.STNPKG");
+        start();
+    }
+
+    /// Chooses an entry by the words of its path, as it stands in a window's menus.
+    static QAction& entry(QMainWindow& from, const QStringList& path) {
+        QList<QAction*> entries = from.menuBar()->actions();
+        QAction* found = nullptr;
+        for (const QString& word : path) {
+            found = nullptr;
+            for (QAction* one : entries) {
+                if (one->text().remove(QLatin1Char('&')) == word) {
+                    found = one;
+                }
+            }
+            EXPECT_NE(found, nullptr) << word.toStdString();
+            if (found->menu()) {
+                emit found->menu()->aboutToShow();
+                entries = found->menu()->actions();
+            }
+        }
+        return *found;
+    }
+    static QMainWindow& stations() { return window("SCStationWindowController"); }
+    QMainWindow& myStations() {
+        delegate().openMyStations();
+        return window("SCMyStationsWindowController");
+    }
+};
+
+TEST_F(ProgramTest, EveryWindowCarriesTheMenus) {
+    myStations();
+    delegate().doHelp();
+    delegate().doAbout();
+    EXPECT_EQ(entry(stations(), {"Stations", "Show favorites"}).shortcut(),
+              QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_D));
+    entry(window("slibHelpWindow"), {"Stations", "Always Show Favorites' Weather"}).trigger();
+    EXPECT_TRUE(entry(myStations(), {"Stations", "Always Show Favorites' Weather"}).isChecked());
+    entry(myStations(), {"Stations", "Make Favorite"}).trigger();
+    EXPECT_EQ(entry(stations(), {"Stations", "Unfavorite"}).isEnabled(), true);
+    EXPECT_EQ(delegate().sw->allFavorites().size(), 1U);
+
+    // From the menu of the about window, which a new one replaces.
+    entry(window("SCAboutWindowController"), {"Help", "About Nosig"}).trigger();
+    const auto* before = delegate().ab.get();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return delegate().ab.get() != before; }));
+
+    QAction& near =
+        entry(myStations(), {"Stations", "Near the Selected Station", "Within 50 Miles"});
+    auto& table = *stations().findChild<QTableView*>(QStringLiteral("table"));
+    near.trigger();
+    EXPECT_EQ(table.model()->rowCount(), 1);
+    table.clearSelection();
+    QApplication::processEvents();
+    EXPECT_FALSE(entry(stations(), {"Stations", "Unfavorite"}).isEnabled());
+}
+
+TEST_F(ProgramTest, AClosedWindowComesBackAsItWas) {
+    QMainWindow& mine = myStations();
+    mine.resize(700, 400);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&mine));
+    QTest::keyClick(&mine, Qt::Key_W, Qt::ControlModifier);
+    EXPECT_FALSE(mine.isVisible());
+    stations().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&stations()));
+    QTest::keyClick(&stations(), Qt::Key_2, Qt::ControlModifier);
+    EXPECT_TRUE(mine.isVisible());
+    EXPECT_EQ(&window("SCMyStationsWindowController"), &mine);
+    EXPECT_EQ(mine.size(), QSize(700, 400));
+    stations().close();
+    entry(mine, {"Windows", "Stations"}).trigger();
+    EXPECT_TRUE(stations().isVisible());
+}
+
+TEST_F(ProgramTest, WindowsAreRememberedOverAStart) {
+    const auto splitter = [] {
+        return stations().findChild<QSplitter*>(QStringLiteral("tableAndDetails"));
+    };
+    const auto header = [] {
+        return stations().findChild<QTableView*>(QStringLiteral("table"))->horizontalHeader();
+    };
+    const int untouched = header()->sectionSize(2);
+    stations().resize(760, 560);
+    splitter()->setSizes({300, 460});
+    const QList<int> sizes = splitter()->sizes();
+    header()->resizeSection(1, 333);
+    stations().close();
+    stop();
+    start();
+    EXPECT_EQ(stations().size(), QSize(760, 560));
+    EXPECT_EQ(splitter()->sizes(), sizes);
+    EXPECT_EQ(header()->sectionSize(1), 333);
+    EXPECT_EQ(header()->sectionSize(2), untouched);
+    stop();
+
+    // A memory of a screen that is gone, and one of nonsense.
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    QSettings memory(desktop::shownText((fake.folder / "windows.ini").string()),
+                     QSettings::IniFormat);
+    const QString geometry = QStringLiteral("windows/SCStationWindowController/geometry");
+    QWidget elsewhere;
+    elsewhere.setGeometry(9000, 7000, 700, 500);
+    memory.setValue(geometry, elsewhere.saveGeometry());
+    memory.setValue(QStringLiteral("windows/SCStationWindowController/columns"),
+                    QVariantList{-5, "wide", 2000000000});
+    memory.setValue(QStringLiteral("windows/SCStationWindowController/tableAndDetails"), "x");
+    memory.sync();
+    start();
+    EXPECT_TRUE(screen.contains(stations().frameGeometry().center()));
+    EXPECT_LT(header()->sectionSize(2), 1000);
+}
+
+TEST_F(ProgramTest, MyStationsShowsThemOnAMapAndOnASheet) {
+    QMainWindow& mine = myStations();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&mine));
+    auto& table = *mine.findChild<QTableView*>(QStringLiteral("mftable"));
+    ASSERT_EQ(table.model()->rowCount(), 2);
+    table.setFocus();
+    table.selectRow(1);
+    const auto centre = [](QWidget& of, const char* name) {
+        return dynamic_cast<desktop::MapView*>(of.findChild<QWidget*>(QLatin1String(name)))
+            ->region()
+            .centre;
+    };
+    EXPECT_NEAR(centre(mine, "mfmapV").latitude, 47.46, 1e-3);
+
+    QTest::keyClick(&table, Qt::Key_Return);
+    auto* sheet = mine.findChild<QDialog*>(QStringLiteral("SCWetherSheetController"));
+    ASSERT_NE(sheet, nullptr);
+    EXPECT_TRUE(sheet->isModal());
+    EXPECT_NEAR(centre(*sheet, "mapV").longitude, 8.55, 1e-3);
+    EXPECT_TRUE(sheet->findChild<QLabel*>(QStringLiteral("stationLine"))
+                    ->text()
+                    .startsWith(QStringLiteral("LSZH · ZURICH")));
+    const QPointer<QDialog> alive(sheet);
+    QTest::keyClick(sheet, Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return alive.isNull(); }));
+}
+
+TEST_F(ProgramTest, TheAboutWindowTellsTheVersionAndLeadsToTheMakers) {
+    fake.bundle.info["CFBundleShortVersionString"] = "1.0";
+    delegate().doAbout();
+    QMainWindow& about = window("SCAboutWindowController");
+    EXPECT_EQ(about.findChild<QLabel*>(QStringLiteral("version"))->text(),
+              QStringLiteral("Version 1.0"));
+    about.findChild<QPushButton*>(QStringLiteral("feedback"))->click();
+    about.findChild<QPushButton*>(QStringLiteral("website"))->click();
+    EXPECT_EQ(fake.workspace.opened,
+              (std::vector<std::string>{"mailto:" + std::string(platform::addresses::feedback) +
+                                            "?subject=Nosig%201.0%20feedback",
+                                        std::string(platform::addresses::productPage)}));
+}
+
+} // namespace

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/AppDelegate.h"
+#include "desktop/ProgramWindows.h"
+#include "desktop/Text.h"
+#include "tests/support/FakeHost.h"
+
+#include <QApplication>
+#include <QMainWindow>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+namespace support {
+
+/// The program with its real windows on a host of its own, whose map asks no server.
+struct RunningProgram {
+    void start() {
+        desktop::MapSetup map;
+        map.tileServers.clear();
+        map.baseMap = QStringLiteral(NOSIG_SOURCE_DIR "/resources/map/world.map");
+        windows.emplace(fake.host, map, desktop::shownText((fake.folder / "windows.ini").string()));
+        windows->delegate().applicationDidFinishLaunching();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window("SCStationWindowController")));
+    }
+    void stop() {
+        delegate().applicationWillTerminate();
+        windows.reset();
+    }
+
+    [[nodiscard]] AppDelegate& delegate() { return windows->delegate(); }
+    /// The window made from the interface file of that name.
+    static QMainWindow& window(const char* name) {
+        QMainWindow* found = nullptr;
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (widget->objectName() == QLatin1String(name)) {
+                found = qobject_cast<QMainWindow*>(widget);
+            }
+        }
+        if (found == nullptr) {
+            throw std::runtime_error(std::string("no window ") + name);
+        }
+        return *found;
+    }
+
+    FakeHost fake;
+    std::optional<desktop::ProgramWindows> windows;
+};
+
+} // namespace support
