@@ -34,7 +34,9 @@ struct Style {
 class Reader {
 public:
     Reader(QTextDocument& document, std::string_view rtf) : cursor_(&document), rest_(rtf) {
+        // For the text's own group, with whose end all ends.
         styles_.emplace_back();
+        take();
     }
 
     void read() {
