@@ -32,6 +32,8 @@ int main(int argc, char* argv[]) {
     QApplication::setDesktopFileName(QStringLiteral("nosig"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/nosig.svg")));
 
+    // From here on a signal waits for the event loop.
+    const desktop::EndSignals endSignals([] { QCoreApplication::exit(); });
     desktop::DesktopHost host;
     desktop::SingleInstance instance(host.services().log);
     if (!instance.isFirst()) {
@@ -49,7 +51,6 @@ int main(int argc, char* argv[]) {
     };
     // The toolkit leaves the event loop by std::exit when the display server goes before us.
     std::atexit(endOnce);
-    const desktop::EndSignals endSignals([] { QCoreApplication::exit(); });
     const int status = QApplication::exec();
 
     endOnce();

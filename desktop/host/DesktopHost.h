@@ -43,8 +43,9 @@ private:
     platform::StandardErrorLog log_;
     platform::SystemClock clock_;
     platform::NotificationCenter notificationCenter_;
-    Settings settings_{log_};
     Folders folders_{log_};
+    /// Where nothing can be written one line says so.
+    Settings settings_{folders_.areThere() ? &log_ : nullptr};
     Program program_{QCoreApplication::applicationDirPath()};
     FilePanels panels_;
     RepeatingTimers timers_;

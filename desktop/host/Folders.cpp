@@ -13,6 +13,7 @@ Folders::Folders(platform::Log& log)
       applicationSupport_(
           filePath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation))) {
     if (const auto error = platform::createDirectory(applicationSupport_, true)) {
+        areThere_ = false;
         log.line("No folder " + applicationSupport_ + ": " + error.message());
     }
 }

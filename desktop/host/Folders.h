@@ -11,11 +11,14 @@ class Folders final : public platform::SearchPaths {
 public:
     explicit Folders(platform::Log& log);
 
+    /// Whether the folder for program data is there.
+    [[nodiscard]] bool areThere() const { return areThere_; }
     [[nodiscard]] std::vector<std::string> paths(int kind, int domainMask) const override;
 
 private:
     std::string documents_;
     std::string applicationSupport_;
+    bool areThere_ = true;
 };
 
 } // namespace desktop

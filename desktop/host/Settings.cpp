@@ -7,7 +7,7 @@
 
 namespace desktop {
 
-Settings::Settings(platform::Log& log)
+Settings::Settings(platform::Log* log)
     : log_(log),
       file_(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("nosig"),
             QStringLiteral("nosig")) {
@@ -43,8 +43,9 @@ void Settings::setObject(const platform::Value& value, std::string_view key) {
         return;
     }
     file_.sync();
-    if (file_.status() != QSettings::NoError && !std::exchange(failureTold_, true)) {
-        log_.line("Settings cannot be written to " + file_.fileName().toStdString());
+    if (file_.status() != QSettings::NoError && log_ != nullptr) {
+        std::exchange(log_, nullptr)
+            ->line("Settings cannot be written to " + file_.fileName().toStdString());
     }
 }
 

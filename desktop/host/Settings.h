@@ -17,7 +17,7 @@ namespace desktop {
 /// apart: a text that is a whole number's decimal form reads as that number.
 class Settings final : public platform::UserDefaults {
 public:
-    explicit Settings(platform::Log& log);
+    explicit Settings(platform::Log* log);
 
     [[nodiscard]] QString fileName() const { return file_.fileName(); }
     [[nodiscard]] platform::Value objectForKey(std::string_view key) const override;
@@ -25,10 +25,9 @@ public:
     void setObject(const platform::Value& value, std::string_view key) override;
 
 private:
-    platform::Log& log_;
+    platform::Log* log_;
     mutable std::mutex mutex_;
     QSettings file_;
-    bool failureTold_ = false;
 };
 
 } // namespace desktop

@@ -96,7 +96,7 @@ TEST_F(SettingsTest, OutliveTheRun) {
         {"ключ/with.marks", std::string("@ByteArray(x)")},
     };
     {
-        desktop::Settings settings(log);
+        desktop::Settings settings(&log);
         for (const auto& [key, value] : kept) {
             settings.setObject(value, key);
         }
@@ -106,7 +106,7 @@ TEST_F(SettingsTest, OutliveTheRun) {
         // Even where this run does not end well.
         EXPECT_NE(folder.read("nosig/nosig.ini").find("curmaptype=4"), std::string::npos);
     }
-    const desktop::Settings settings(log);
+    const desktop::Settings settings(&log);
     for (const auto& [key, value] : kept) {
         EXPECT_EQ(settings.objectForKey(key), value) << key;
     }
@@ -117,7 +117,7 @@ TEST_F(SettingsTest, OutliveTheRun) {
 
 TEST_F(SettingsTest, SayWhenTheyCannotBeWritten) {
     useFolder(folder.write("file", "in the way"));
-    desktop::Settings settings(log);
+    desktop::Settings settings(&log);
     settings.setObject(platform::Number(std::int64_t{2}), "curmaptype");
     EXPECT_EQ(log.lines().size(), 1U);
 }
