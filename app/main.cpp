@@ -43,6 +43,7 @@ int main(int argc, char* argv[]) {
     windows.emplace(host.services(), host.mapSetup(), host.settingsFile());
     AppDelegate& delegate = windows->delegate();
     delegate.applicationDidFinishLaunching();
+    windows->showReleaseNotesOnce();
     instance.laterStarted = [&] { delegate.openStations(); };
 
     ending = [&] {

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/ProgramWindows.h"
 
+#include "app/SLIBReleaseNotesWindowController.h"
 #include "desktop/SCMyStationsWindow.h"
 #include "desktop/SCStationWindow.h"
 #include "desktop/SmallWindows.h"
+#include "desktop/Text.h"
 
 #include <utility>
 
@@ -13,6 +15,18 @@ ProgramWindows::ProgramWindows(platform::Host& host, MapSetup map, const QString
     : host_(host), map_(std::move(map)), memory_(memory, QSettings::IniFormat) {
     memory_.beginGroup(QStringLiteral("windows"));
     delegate_.outlets.favwe = &menus_.alwaysFavItem();
+}
+
+void ProgramWindows::showReleaseNotesOnce() {
+    const QString key = QStringLiteral("version");
+    const QString version =
+        shownText(host_.bundle.infoValue("CFBundleShortVersionString").value_or(""));
+    const QString before = memory_.value(key, version).toString();
+    memory_.setValue(key, version);
+    if (before != version) {
+        releaseNotes_ = SLIBReleaseNotesWindowController::initWithWindowNibName(
+            host_, *this, "SLIBReleaseNotesWindowController");
+    }
 }
 
 std::unique_ptr<platform::Window>

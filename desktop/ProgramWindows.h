@@ -18,6 +18,8 @@ public:
     ProgramWindows(platform::Host& host, MapSetup map, const QString& memory);
 
     [[nodiscard]] AppDelegate& delegate() { return delegate_; }
+    /// Shows what is new, once after each change of the program's version.
+    void showReleaseNotesOnce();
 
     [[nodiscard]] std::unique_ptr<platform::Window>
     stationWindow(SCStationWindowController& controller) override;
@@ -36,6 +38,7 @@ private:
     /// Asks the delegate only once it is there, and outlives its windows.
     ProgramMenus menus_{delegate_};
     AppDelegate delegate_{host_, *this};
+    std::shared_ptr<SLIBReleaseNotesWindowController> releaseNotes_;
 };
 
 } // namespace desktop

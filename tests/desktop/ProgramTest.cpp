@@ -17,6 +17,7 @@
 #include <QSplitter>
 #include <QTableView>
 #include <QTextBrowser>
+#include <QToolButton>
 
 namespace {
 
@@ -168,6 +169,50 @@ TEST_F(ProgramTest, MyStationsShowsThemOnAMapAndOnASheet) {
     const QPointer<QDialog> alive(sheet);
     QTest::keyClick(sheet, Qt::Key_Escape);
     EXPECT_TRUE(QTest::qWaitFor([&] { return alive.isNull(); }));
+}
+
+TEST_F(ProgramTest, TheReleaseNotesAreShownOnceAfterAnUpdate) {
+    fake.folder.write("resources/Release Notes.rtf", R"({\rtf1 What is \b new\b0 .\par})");
+    const auto shows = [] {
+        const auto widgets = QApplication::topLevelWidgets();
+        return std::ranges::any_of(widgets, [](const QWidget* widget) {
+            return widget->objectName() == QStringLiteral("SLIBReleaseNotesWindowController");
+        });
+    };
+    struct {
+        const char* version;
+        bool isNew;
+    } const starts[] = {{"1.0", false}, {"1.0", false}, {"1.1", true}, {"1.1", false}};
+    for (const auto& one : starts) {
+        fake.bundle.info["CFBundleShortVersionString"] = one.version;
+        windows->showReleaseNotesOnce();
+        EXPECT_EQ(shows(), one.isNew);
+        if (one.isNew) {
+            EXPECT_EQ(window("SLIBReleaseNotesWindowController")
+                          .findChild<QTextEdit*>(QStringLiteral("rlText"))
+                          ->toPlainText(),
+                      QStringLiteral("What is new."));
+        }
+        stop();
+        start();
+    }
+}
+
+TEST_F(ProgramTest, HelpLeadsThroughItsPages) {
+    fake.folder.write("resources/index.html", "<p>Contents <a href='two.html'>Two</a></p>");
+    fake.folder.write("resources/two.html", "<p>The second page</p>");
+    delegate().doHelp();
+    QMainWindow& help = window("slibHelpWindow");
+    auto& page = *help.findChild<QTextBrowser*>(QStringLiteral("theWebHelp"));
+    auto& back = *help.findChild<QToolButton*>(QStringLiteral("back"));
+    EXPECT_TRUE(page.toPlainText().startsWith(QStringLiteral("Contents")));
+    EXPECT_FALSE(back.isEnabled());
+    page.setFocus();
+    QTest::keyClick(&page, Qt::Key_Tab);
+    QTest::keyClick(&page, Qt::Key_Return);
+    EXPECT_EQ(page.toPlainText(), QStringLiteral("The second page"));
+    back.click();
+    EXPECT_TRUE(page.toPlainText().startsWith(QStringLiteral("Contents")));
 }
 
 TEST_F(ProgramTest, TheAboutWindowTellsTheVersionAndLeadsToTheMakers) {
