@@ -21,10 +21,11 @@ ProgramMenus::ProgramMenus(AppDelegate& delegate) : delegate_(delegate) {
 }
 
 QAction& ProgramMenus::add(std::vector<QAction*>& menu, const QString& title,
-                           const QKeySequence& shortcut, std::function<void()> chosen) {
+                           const QKeySequence& shortcut, std::function<void()> chosen,
+                           Qt::ConnectionType connection) {
     auto* entry = new QAction(title, this);
     entry->setShortcut(shortcut);
-    connect(entry, &QAction::triggered, this, std::move(chosen));
+    connect(entry, &QAction::triggered, this, std::move(chosen), connection);
     menu.push_back(entry);
     return *entry;
 }
@@ -36,12 +37,10 @@ MenuEntry& ProgramMenus::addValidated(std::vector<QAction*>& menu, const QString
 }
 
 void ProgramMenus::addProgramEntries() {
-    QAction& about = add(program_, tr("&About Nosig"), {}, [this] {
-        // A new about window takes the place of the old one, from whose menu this may come: that
-        // one must have done with its menu by then.
-        QMetaObject::invokeMethod(
-            this, [this] { delegate_.doAbout(); }, Qt::QueuedConnection);
-    });
+    // A new about window takes the place of the old one, from whose menu this may come: that one
+    // must have done with its menu by then.
+    QAction& about = add(
+        program_, tr("&About Nosig"), {}, [this] { delegate_.doAbout(); }, Qt::QueuedConnection);
     about.setMenuRole(QAction::AboutRole);
     QAction& quit = add(program_, tr("&Quit"), QKeySequence::Quit, &QCoreApplication::quit);
     quit.setMenuRole(QAction::QuitRole);

@@ -44,7 +44,7 @@ private:
     void addStationEntries();
     void addWindowEntries();
     QAction& add(std::vector<QAction*>& menu, const QString& title, const QKeySequence& shortcut,
-                 std::function<void()> chosen);
+                 std::function<void()> chosen, Qt::ConnectionType connection = Qt::AutoConnection);
     MenuEntry& addValidated(std::vector<QAction*>& menu, const QString& title,
                             std::string_view operation, const QKeySequence& shortcut,
                             std::function<void()> chosen);
