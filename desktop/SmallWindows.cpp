@@ -17,6 +17,9 @@ namespace desktop {
 
 namespace {
 
+/// Around a page of text, in points.
+constexpr double textMargin = 16;
+
 /// The program's own pages in a text browser, which loads nothing from a network.
 class HelpPages final : public platform::PageView {
 public:
@@ -83,6 +86,7 @@ HelpWindow::HelpWindow(slibHelpWindow& controller, ProgramMenus& menus, QSetting
       views_(std::make_unique<Views>(*this)) {
     Ui::slibHelpWindow& ui = views_->ui;
     QTextBrowser& browser = *ui.theWebHelp;
+    browser.document()->setDocumentMargin(textMargin);
     controller_.outlets = {.theWebHelp = &views_->pages};
     connect(ui.back, &QToolButton::clicked, &browser, &QTextBrowser::backward);
     connect(ui.forward, &QToolButton::clicked, &browser, &QTextBrowser::forward);
@@ -111,6 +115,7 @@ ReleaseNotesWindow::ReleaseNotesWindow(SLIBReleaseNotesWindowController& control
     : ProgramWindow(menus, memory),
       controller_(controller),
       views_(std::make_unique<Views>(*this)) {
+    views_->ui.rlText->document()->setDocumentMargin(textMargin);
     controller_.outlets = {.rlText = &views_->pane};
 }
 
