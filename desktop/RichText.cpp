@@ -22,6 +22,17 @@ constexpr std::size_t deepestGroup = 100;
 /// Groups whose content is not shown.
 constexpr std::string_view hiddenGroups[] = {"fonttbl", "colortbl", "stylesheet", "info"};
 
+/// From 0x80 to 0x9f; those that stand for nothing are as in Latin-1.
+constexpr char16_t windows1252Signs[] = u"\u20ac\u0081\u201a\u0192\u201e\u2026\u2020\u2021\u02c6"
+                                        u"\u2030\u0160\u2039\u0152\u008d\u017d\u008f"
+                                        u"\u0090\u2018\u2019\u201c\u201d\u2022\u2013\u2014\u02dc"
+                                        u"\u2122\u0161\u203a\u0153\u009d\u017e\u0178";
+
+QChar windows1252(int code) {
+    const bool isSign = code >= 0x80 && code < 0xa0;
+    return isSign ? QChar(windows1252Signs[code - 0x80]) : QChar(static_cast<char16_t>(code));
+}
+
 /// What a group inherits and its end takes back.
 struct Style {
     QTextCharFormat letters;
@@ -109,8 +120,7 @@ private:
             bool isCode = false;
             const int code = digits.toInt(&isCode, 16);
             if (isCode) {
-                constexpr int bullet = 0x95;
-                put(code == bullet ? QChar(u'•') : QChar(static_cast<char16_t>(code)));
+                put(windows1252(code));
             }
             break;
         }

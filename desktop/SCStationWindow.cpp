@@ -193,6 +193,10 @@ bool SCStationWindow::eventFilter(QObject* watched, QEvent* event) {
         case Qt::Key_Enter:
         case Qt::Key_Down:
             ui.table->setFocus(Qt::TabFocusReason);
+            // A search may have lost the selection; from here the arrow keys go on.
+            if (views_->table.selectedRow() < 0) {
+                views_->table.selectRow(0);
+            }
             return true;
         default:
             break;

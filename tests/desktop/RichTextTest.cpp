@@ -23,7 +23,7 @@ TEST(RichText, ShowsTheTextOfItsWords) {
         {R"({\rtf1 One\par\par Two})", "One\n\nTwo"},
         {"{\\rtf1 a\nb\\line c\\tab d}", "ab\nc\td"},
         {R"({\rtf1 \{\\\}\~x})", "{\\} x"},
-        {R"({\rtf1 \'95 \'e9\u8211? \u-4?x})", "• é– \xEF\xBF\xBCx"},
+        {R"({\rtf1 \'95 \'e9\'80\'92\'9f\u8211? \u-4?x})", "• é€’Ÿ– \xEF\xBF\xBCx"},
         {R"({\rtf1\uc2\u233\'65?!{\uc0\u233 x}})", "é!éx"},
         {R"({\rtf1{\fonttbl{\f0 Helvetica;}}{\*\generator Some;}{\info{\title T}}x})", "x"},
         {R"({\rtf1\unknown12 x\fs-3\fs0\li99999999999999 y})", "xy"},

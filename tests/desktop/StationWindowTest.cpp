@@ -125,6 +125,7 @@ TEST_F(StationWindowTest, TheKeyboardSearchesAndComesBack) {
     EXPECT_EQ(table.model()->rowCount(), 1);
     QTest::keyClick(&search, Qt::Key_Return);
     EXPECT_EQ(QApplication::focusWidget(), &table);
+    EXPECT_EQ(controller().nowSelection, 0);
     QTest::keyClick(&table, Qt::Key_F, Qt::ControlModifier);
     EXPECT_EQ(search.selectedText(), QStringLiteral("ksfo"));
     QTest::keyClick(&search, Qt::Key_Escape);
