@@ -2,6 +2,8 @@
 #include "desktop/SCStationWindow.h"
 
 #include "browser/SCStationWindowController.h"
+#include "browser/SCWebView.h"
+#include "desktop/ChartView.h"
 #include "desktop/Controls.h"
 #include "desktop/ProgramMenus.h"
 #include "desktop/StationTable.h"
@@ -27,15 +29,24 @@ struct SCStationWindow::Views {
             switchieDu->setId(mapSatellite, 1);
             switchieDu->setId(mapHybrid, 2);
             switchieDu->setId(mapFlyover, 3);
+            switchieDu->setId(mapChart, 4);
         }
     };
 
-    Views(QMainWindow& window, MapSetup map)
-        : ui(window), mapV(*new MapView(std::move(map), ui.mapPlace)) {
-        ui.mapLayout->addWidget(&mapV, 1);
+    Views(QMainWindow& window, platform::Host& host, MapSetup map)
+        : ui(window),
+          mapV(*new MapView(std::move(map), ui.mapPlace)),
+          chart(*new ChartView(host, {}, ui.mapPlace)),
+          secView(host, chart) {
+        // Below the buttons; the one that is hidden takes no room.
+        ui.mapLayout->insertWidget(1, &mapV, 1);
+        ui.mapLayout->insertWidget(2, &chart, 1);
         mapV.setObjectName(QStringLiteral("mapV"));
-        QWidget::setTabOrder(ui.mapFlyover, &mapV);
-        QWidget::setTabOrder(&mapV, ui.metarB);
+        chart.setObjectName(QStringLiteral("secView"));
+        QWidget::setTabOrder(ui.mapChart, &mapV);
+        QWidget::setTabOrder(&mapV, &chart);
+        QWidget::setTabOrder(&chart, ui.metarB);
+        secView.awakeFromNib();
     }
 
     Interface ui;
@@ -52,6 +63,9 @@ struct SCStationWindow::Views {
     TextPane metarBackField{*ui.metarBackField};
     TextPane tafBackFiled{*ui.tafBackFiled};
     MapView& mapV;
+    ChartView& chart;
+    SCWebView secView;
+    Label dLcikWords{*ui.dLcikWords};
     /// Told when requests open and end; dropped first.
     std::shared_ptr<QProgressBar*> working;
     platform::NotificationCenter::Token openRequests;
@@ -59,10 +73,8 @@ struct SCStationWindow::Views {
 
 SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform::Host& host,
                                  MapSetup map, ProgramMenus& menus, QSettings& memory)
-    : ProgramWindow(menus, memory),
-      controller_(controller),
-      menus_(menus),
-      views_(std::make_unique<Views>(*this, std::move(map))) {
+    : ProgramWindow(menus, memory), controller_(controller), menus_(menus),
+      views_(std::make_unique<Views>(*this, host, std::move(map))) {
     Ui::SCStationWindowController& ui = views_->ui;
     menus_.setStationWindowActions({.find =
                                         [&ui] {
@@ -80,6 +92,8 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
                            .distButton = &views_->distButton,
                            .words = &views_->words,
                            .mapV = &views_->mapV,
+                           .secView = &views_->secView,
+                           .dLcikWords = &views_->dLcikWords,
                            .metarBackField = &views_->metarBackField,
                            .tafBackFiled = &views_->tafBackFiled,
                            .stationLine = &views_->stationLine};
@@ -210,8 +224,10 @@ void SCStationWindow::arrange() {
     const int forTable = std::min(views_->table.widthOfColumns(), width() * 2 / 3);
     views_->ui.tableAndDetails->setSizes({forTable, width() - forTable});
     views_->ui.details->setSizes({height(), height()});
-    // The logic keeps the map's type, and leaves it to us to show which it is.
-    views_->switchieDu.setSelectedSegment(static_cast<int>(controller_.currentMapType));
+    // The logic keeps the map's type, and leaves it to us to show which it is. A chart that was on
+    // show comes back as the hybrid map.
+    const auto type = static_cast<int>(controller_.currentMapType);
+    views_->switchieDu.setSelectedSegment(type == 4 ? 2 : type);
 }
 
 void SCStationWindow::recall(const QSettings& memory) {
