@@ -20,17 +20,17 @@ namespace desktop {
 
 namespace {
 
-/// Holds the toolkit's general warnings back. The browser engine, made this late, warns of settings
-/// that the module makes in its own way.
+/// Holds back what the browser engine says of itself, and its warnings when it is made this late:
+/// they concern settings that the module makes in its own way.
 class Quiet {
 public:
-    Quiet() { QLoggingCategory::defaultCategory()->setEnabled(QtWarningMsg, false); }
-    ~Quiet() { QLoggingCategory::defaultCategory()->setEnabled(QtWarningMsg, wereShown_); }
+    Quiet() {
+        QLoggingCategory::setFilterRules(
+            QStringLiteral("default.warning=false\nqt.webenginecontext.info=false"));
+    }
+    ~Quiet() { QLoggingCategory::setFilterRules({}); }
     Quiet(const Quiet&) = delete;
     Quiet& operator=(const Quiet&) = delete;
-
-private:
-    bool wereShown_ = QLoggingCategory::defaultCategory()->isWarningEnabled();
 };
 
 /// Whether the browser engine can lock its processes in. Where it cannot it would end the program.

@@ -4,7 +4,6 @@
 
 #include <QChildEvent>
 #include <QCoreApplication>
-#include <QLoggingCategory>
 #include <QMouseEvent>
 #include <QOpenGLContext>
 #include <QQuickWindow>
@@ -41,10 +40,12 @@ public:
     Page(ChartPageSetup setup, QWidget* parent)
         : ChartPage(parent),
           pointed_(std::move(setup.pointed)),
-          page_(profile_, setup.site, std::move(setup.openInBrowser)),
+          page_(profile_, setup.site, std::move(setup.openInBrowser), this),
           view_(&page_, this) {
         profile_.setHttpUserAgent(profile_.httpUserAgent() +
                                   QStringLiteral(" Nosig/" NOSIG_VERSION));
+        // Even so the engine makes a folder for databases: here it cannot.
+        profile_.setPersistentStoragePath(QStringLiteral("/dev/null"));
         profile_.setUrlRequestInterceptor(&secureRequests_);
         QObject::connect(&profile_, &QWebEngineProfile::downloadRequested, this,
                          [](QWebEngineDownloadRequest* download) { download->cancel(); });
@@ -124,7 +125,6 @@ public:
         // 80 ms. It still looks up the shared context's format, so there is one that is never used.
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
         qt_gl_set_global_share_context(new QOpenGLContext(qApp));
-        QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext.info=false"));
     }
 
     [[nodiscard]] ChartPage* makePage(ChartPageSetup setup, QWidget* parent) override {

@@ -22,8 +22,8 @@ constexpr int httpsPort = 443;
 } // namespace
 
 SitePage::SitePage(QWebEngineProfile& profile, const QString& site,
-                   std::function<void(const QUrl&)> openInBrowser)
-    : QWebEnginePage(&profile),
+                   std::function<void(const QUrl&)> openInBrowser, QObject* parent)
+    : QWebEnginePage(&profile, parent),
       site_(QStringLiteral("https://") + site),
       openInBrowser_(std::move(openInBrowser)) {
     shutSettings();
@@ -49,7 +49,8 @@ void SitePage::shutSettings() {
     }
     settings()->setAttribute(Settings::PlaybackRequiresUserGesture, true);
     settings()->setAttribute(Settings::WebRTCPublicInterfacesOnly, true);
-    settings()->setUnknownUrlSchemePolicy(Settings::DisallowUnknownUrlSchemes);
+    // Else the engine drops links to mail without asking here.
+    settings()->setUnknownUrlSchemePolicy(Settings::AllowUnknownUrlSchemesFromUserInteraction);
 }
 
 void SitePage::refuseRequests() {

@@ -16,7 +16,7 @@ class SitePage final : public QWebEnginePage {
 public:
     /// The profile is borrowed and outlives it.
     SitePage(QWebEngineProfile& profile, const QString& site,
-             std::function<void(const QUrl&)> openInBrowser);
+             std::function<void(const QUrl&)> openInBrowser, QObject* parent);
 
     /// Loads an address even where the page on show would rather not be left.
     void leaveFor(const QUrl& address);

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/ChartView.h"
+#include "browser/SCStationWindowController.h"
+#include "desktop/SCStationWindow.h"
+#include "tests/support/FakeHost.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+namespace {
+
+/// Whether anything of the browser engine is in this process.
+bool isEngineLoaded() {
+    std::ifstream maps("/proc/self/maps");
+    const std::string text{std::istreambuf_iterator<char>(maps), {}};
+    EXPECT_NE(text.find("libQt6Widgets"), std::string::npos);
+    return text.find("WebEngine") != std::string::npos ||
+           text.find("nosig_chart") != std::string::npos;
+}
+
+TEST(ChartView, TheWindowLoadsTheEngineWhenTheChartIsFirstShown) {
+    support::FakeHost fake;
+    fake.userDefaults.setObject(platform::Number(std::int64_t{4}), "curmaptype");
+    desktop::MapSetup withoutTiles;
+    withoutTiles.tileServers.clear();
+    const auto controller = SCStationWindowController::initWithWindowNibName(fake.host, "");
+    desktop::SCStationWindow window(*controller, fake.host, withoutTiles);
+    controller->windowDidLoad();
+    window.present();
+    const auto child = [&](const char* name) {
+        return window.findChild<QWidget*>(QString::fromUtf8(name));
+    };
+    const auto choose = [&](const char* button) {
+        QTest::mouseClick(child(button), Qt::LeftButton);
+    };
+    // The map that stands in for the chart of the last run.
+    EXPECT_TRUE(static_cast<QAbstractButton*>(child("mapHybrid"))->isChecked());
+    EXPECT_TRUE(child("mapV")->isVisible());
+    choose("mapStandard");
+    EXPECT_FALSE(isEngineLoaded());
+
+    const QRect place = child("mapV")->geometry();
+    choose("mapChart");
+    EXPECT_TRUE(isEngineLoaded());
+    EXPECT_TRUE(child("secView")->isVisible());
+    EXPECT_FALSE(child("mapV")->isVisible());
+    EXPECT_TRUE(child("dLcikWords")->isVisible());
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return child("secView")->geometry() ==
+               place.adjusted(0, 0, 0, -child("dLcikWords")->height());
+    }));
+    choose("mapSatellite");
+    EXPECT_TRUE(child("mapV")->isVisible());
+    EXPECT_FALSE(child("secView")->isVisible());
+    EXPECT_FALSE(child("dLcikWords")->isVisible());
+    EXPECT_EQ(fake.log.lines(), std::vector<std::string>());
+}
+
+TEST(ChartView, SaysSoWhereTheModuleCannotBeHad) {
+    const support::TemporaryFolder folder;
+    const struct {
+        const char* what;
+        std::string module;
+        bool isLockedOut = false;
+    } rows[] = {
+        {"not there", (folder / "none.so").string()},
+        {"broken", folder
+                       .write("broken.so", "\x7f"
+                                           "ELF and no more")
+                       .string()},
+        {"root", desktop::ChartSetup::programsModule().toStdString(), true},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        if (row.isLockedOut && ::geteuid() != 0) {
+            continue;
+        }
+        if (row.isLockedOut) {
+            qunsetenv("QTWEBENGINE_DISABLE_SANDBOX");
+        }
+        support::FakeHost fake;
+        desktop::ChartView view(fake.host, {.module = QString::fromStdString(row.module)});
+        view.loadRequest({"https://charts.example/"});
+        EXPECT_TRUE(view.findChildren<QLabel*>().empty());
+        for (const bool hidden : {false, true, false}) {
+            view.setHidden(hidden);
+        }
+        view.loadRequest({"https://charts.example/"});
+        const auto* notice = view.findChild<QLabel*>();
+        ASSERT_NE(notice, nullptr);
+        EXPECT_TRUE(notice->isVisible());
+        EXPECT_EQ(fake.log.lines().size(), 1U);
+        qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+    }
+}
+
+} // namespace
