@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QLabel>
 #include <QLoggingCategory>
+#include <QMouseEvent>
 #include <QPluginLoader>
 #include <QVBoxLayout>
 
@@ -82,6 +83,19 @@ void ChartView::loadRequest(const platform::URL& address) {
     }
 }
 
+void ChartView::mouseReleaseEvent(QMouseEvent* event) {
+    if (!page_ && event->button() == Qt::LeftButton) {
+        tellDelegate();
+    }
+    QWidget::mouseReleaseEvent(event);
+}
+
+void ChartView::tellDelegate() {
+    if (delegate_) {
+        delegate_->webView_mouseDidMoveOverElement_modifierFlags();
+    }
+}
+
 void ChartView::fill() {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
@@ -120,12 +134,7 @@ ChartPage* ChartView::makePage() {
                                      host_.workspace.openURL(
                                          {link.toString(QUrl::FullyEncoded).toStdString()});
                                  },
-                             .pointed =
-                                 [this] {
-                                     if (delegate_) {
-                                         delegate_->webView_mouseDidMoveOverElement_modifierFlags();
-                                     }
-                                 }},
+                             .pointed = [this] { tellDelegate(); }},
                             this);
 }
 

@@ -39,7 +39,12 @@ public:
     /// Before the view is first shown the address is kept until then.
     void loadRequest(const platform::URL& address) override;
 
+protected:
+    /// The sentence in the chart's place can be clicked twice as well.
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
 private:
+    void tellDelegate();
     void fill();
     [[nodiscard]] ChartPage* makePage();
 
@@ -49,7 +54,7 @@ private:
     bool isFilled_ = false;
     /// A child; null before the first show, and where the module cannot be had.
     ChartPage* page_ = nullptr;
-    /// Asked for before the first show.
+    /// What was asked for before the first show.
     QUrl kept_;
 };
 

@@ -44,8 +44,7 @@ struct SCStationWindow::Views {
         mapV.setObjectName(QStringLiteral("mapV"));
         chart.setObjectName(QStringLiteral("secView"));
         QWidget::setTabOrder(ui.mapChart, &mapV);
-        QWidget::setTabOrder(&mapV, &chart);
-        QWidget::setTabOrder(&chart, ui.metarB);
+        QWidget::setTabOrder(&mapV, ui.metarB);
         secView.awakeFromNib();
     }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/ChartView.h"
 #include "browser/SCStationWindowController.h"
+#include "browser/SCWebView.h"
 #include "desktop/SCStationWindow.h"
 #include "tests/support/FakeHost.h"
 
@@ -94,6 +95,15 @@ TEST(ChartView, SaysSoWhereTheModuleCannotBeHad) {
         ASSERT_NE(notice, nullptr);
         EXPECT_TRUE(notice->isVisible());
         EXPECT_EQ(fake.log.lines().size(), 1U);
+
+        SCWebView chart(fake.host, view);
+        chart.awakeFromNib();
+        chart.feedingURLString = "https://charts.example/larger";
+        for (const double seconds : {10.0, 10.2}) {
+            fake.events.event = {platform::Events::leftMouseUp, seconds};
+            QTest::mouseClick(view.findChild<QLabel*>(), Qt::LeftButton);
+        }
+        EXPECT_EQ(fake.workspace.opened.size(), 1U);
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
     }
 }
