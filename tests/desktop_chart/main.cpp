@@ -15,6 +15,16 @@ extern "C" const char* __lsan_default_suppressions() {
            "leak:libfontconfig.so\n";
 }
 
+/// The thread checker does not see how libraries built without it synchronize their threads.
+extern "C" const char* __tsan_default_suppressions() {
+    return "race:libcpp-httplib.so\n"
+           "race:libQt6WebEngineCore.so\n"
+           "called_from_lib:libQt6Core.so\n"
+           "called_from_lib:libQt6Gui.so\n"
+           "called_from_lib:libQt6Widgets.so\n"
+           "called_from_lib:libglib-2.0.so\n";
+}
+
 /// Web pages without a display, in a home of their own. The browser engine trusts the throwaway
 /// certificate of the test's server, has a camera, and runs as root too, as in containers.
 int main(int argc, char* argv[]) {
