@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
+#include <regex>
 
 namespace samples {
 
@@ -66,14 +66,6 @@ Unarchived unarchived(const std::optional<Data>& archive) {
 
 std::shared_ptr<Array> arrayOf(std::vector<Value> elements, bool isMutable) {
     return std::make_shared<Array>(Array{isMutable, std::move(elements)});
-}
-
-Value nestedArrays(int depth) {
-    Value value = arrayOf({});
-    for (int i = 1; i < depth; ++i) {
-        value = arrayOf({value});
-    }
-    return value;
 }
 
 Data hex(std::string_view digits) {
@@ -169,54 +161,105 @@ std::string shown(const Value& value) {
     return std::visit(Shower(), value);
 }
 
-Forger::Forger() : slots{list.text("$null")}, beaconClass(addClass({"Beacon", "NSObject"})) {}
-
-Forger::Ref Forger::uids(const std::vector<std::uint32_t>& uidSlots) {
-    std::vector<Ref> references(uidSlots.size());
-    std::ranges::transform(uidSlots, references.begin(), [this](auto slot) { return uid(slot); });
-    return list.array(references);
+Forger::Ref Forger::object(std::string_view notation) {
+    return next(notation);
 }
 
-Forger::Ref Forger::dictionary(const Fields& fields) {
-    std::vector<Ref> keys(fields.size());
-    std::vector<Ref> values(fields.size());
-    std::ranges::transform(fields, keys.begin(), [this](auto& field) { return text(field.first); });
-    std::ranges::transform(fields, values.begin(), &Fields::value_type::second);
-    return list.dictionary(keys, values);
-}
-
-Forger::Ref Forger::record(Fields fields, std::uint32_t classSlot) {
-    fields.emplace_back("$class", list.uid(classSlot ? classSlot : beaconClass));
-    return dictionary(fields);
+Forger::Ref Forger::next(std::string_view& rest) {
+    const auto upTo = [&](std::string_view ends) {
+        const std::string word(rest.substr(0, rest.find_first_of(ends)));
+        rest.remove_prefix(word.size());
+        return word;
+    };
+    const auto take = [&](char one) {
+        const bool isThere = rest.starts_with(one);
+        rest.remove_prefix(isThere ? 1 : 0);
+        return isThere;
+    };
+    std::vector<Ref> keys;
+    std::vector<Ref> values;
+    if (take('\'')) {
+        const std::string text = upTo("'");
+        take('\'');
+        return list.text(text);
+    }
+    if (take('<')) {
+        const std::string bytes = upTo(">");
+        take('>');
+        return list.data(std::as_bytes(std::span(bytes)));
+    }
+    if (take('#')) {
+        return list.uid(static_cast<std::uint32_t>(std::stoul(upTo(" ]}"))));
+    }
+    if (take('@')) {
+        return list.uid(addSlot(next(rest)));
+    }
+    if (take('[')) {
+        for (; !take(']'); take(' ')) {
+            values.push_back(next(rest));
+        }
+        return list.array(values);
+    }
+    const std::string word = upTo(" ]}{");
+    if (take('{')) {
+        for (; !take('}'); take(' ')) {
+            keys.push_back(list.text(upTo("=")));
+            take('=');
+            values.push_back(next(rest));
+        }
+        if (!word.empty()) {
+            keys.push_back(list.text("$class"));
+            values.push_back(list.uid(classSlot(word)));
+        }
+        return list.dictionary(keys, values);
+    }
+    if (word == "true") {
+        return list.number(Number(true));
+    }
+    if (word.ends_with('u')) {
+        return list.number(Number(std::uint64_t{std::stoull(word)}));
+    }
+    const bool isReal = word.find_first_of(".ni") != word.npos;
+    return list.number(isReal ? Number(std::stod(word)) : Number(std::int64_t{std::stoll(word)}));
 }
 
 std::uint32_t Forger::addSlot(Ref object) {
-    slots.push_back(object);
-    return static_cast<std::uint32_t>(slots.size() - 1);
+    slots_.push_back(object);
+    return static_cast<std::uint32_t>(slots_.size() - 1);
 }
 
-std::uint32_t Forger::addClass(const std::vector<std::string>& names) {
-    std::vector<Ref> chain(names.size());
-    std::ranges::transform(names, chain.begin(), [this](auto& name) { return text(name); });
-    return addSlot(dictionary({{"$classname", chain.front()}, {"$classes", list.array(chain)}}));
+std::uint32_t Forger::classSlot(const std::string& names) {
+    auto& slot = classes_[names];
+    if (slot == 0) {
+        slot = addSlot(object("{$classname='" + names.substr(0, names.find(':')) + "' $classes=['" +
+                              std::regex_replace(names, std::regex(":"), "' '") + "']}"));
+    }
+    return slot;
 }
 
-Data Forger::finish(std::uint32_t rootSlot) {
-    Fields entries{{"$version", integer(100000)},
-                   {"$archiver", text("NSKeyedArchiver")},
-                   {"$top", dictionary({{"root", uid(rootSlot)}})},
-                   {"$objects", array(slots)}};
+Unarchived Forger::read(const std::vector<std::string>& objects) {
+    const auto root = slots_.size();
+    slots_.resize(root + objects.size());
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+        const Ref made = object(objects[i]);
+        slots_[root + i] = made;
+    }
+    frame.insert({{"$version", "100000"},
+                  {"$archiver", "'NSKeyedArchiver'"},
+                  {"$top", "{root=#" + std::to_string(root) + "}"}});
     std::vector<Ref> keys;
     std::vector<Ref> values;
-    for (auto [key, value] : entries) {
-        const auto replaced = std::ranges::find(frame, key, &Fields::value_type::first);
-        value = replaced == frame.end() ? value : replaced->second;
-        if (value != 0) {
-            keys.push_back(text(key));
-            values.push_back(value);
+    for (const auto& [key, value] : frame) {
+        if (!value.empty()) {
+            keys.push_back(list.text(key));
+            values.push_back(object(value));
         }
     }
-    return list.finish(keys, values).value();
+    if (!frame.contains("$objects")) {
+        keys.push_back(list.text("$objects"));
+        values.push_back(list.array(slots_));
+    }
+    return unarchived(list.finish(keys, values));
 }
 
 } // namespace samples

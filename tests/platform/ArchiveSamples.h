@@ -4,11 +4,11 @@
 #include "platform/BinaryPropertyListWriter.h"
 #include "platform/KeyedUnarchiver.h"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 /// What the tests of keyed archives archive, and how they look at it.
@@ -41,8 +41,6 @@ struct Beacon final : platform::Archivable {
 
 [[nodiscard]] std::shared_ptr<platform::Array> arrayOf(std::vector<platform::Value> elements,
                                                        bool isMutable = true);
-/// An array within an array and so on, `depth` in all.
-[[nodiscard]] platform::Value nestedArrays(int depth);
 /// Bytes written as hexadecimal digits, blanks between them at will.
 [[nodiscard]] platform::Data hex(std::string_view digits);
 
@@ -51,31 +49,29 @@ struct Beacon final : platform::Archivable {
 /// only the fields that are not empty.
 [[nodiscard]] std::string shown(const platform::Value& value);
 
-/// Puts together archives that `KeyedArchiver` would not write.
-struct Forger {
+/// Puts together archives that `KeyedArchiver` would not write, from objects in a notation:
+/// 'text', <data>, true, 5, 5u (unsigned), 5.0, [array elements], {key=value key=value};
+/// #5 refers to slot 5, @object to a new slot with that object; Name:Ancestor{key=value} is the
+/// record of a class.
+class Forger {
+public:
     using Ref = platform::plist::Ref;
-    using Fields = std::vector<std::pair<std::string, Ref>>;
 
-    Forger();
-
-    Ref text(std::string_view text) { return list.text(text); }
-    Ref integer(std::int64_t value) { return list.number(platform::Number(value)); }
-    Ref real(double value) { return list.number(platform::Number(value)); }
-    Ref uid(std::uint32_t slot) { return list.uid(slot); }
-    Ref array(const std::vector<Ref>& elements) { return list.array(elements); }
-    Ref uids(const std::vector<std::uint32_t>& slots);
-    Ref dictionary(const Fields& fields);
-    /// A record whose class is "Beacon" or the one of a slot.
-    Ref record(Fields fields, std::uint32_t classSlot = 0);
+    Ref object(std::string_view notation);
     std::uint32_t addSlot(Ref object);
-    std::uint32_t addClass(const std::vector<std::string>& names);
-    [[nodiscard]] platform::Data finish(std::uint32_t rootSlot);
+    /// What an archive reads as whose next slots hold these objects, and the first one is its root.
+    [[nodiscard]] platform::Unarchived read(const std::vector<std::string>& objects);
 
     platform::plist::Writer list;
-    std::vector<Ref> slots;
-    std::uint32_t beaconClass = 0;
-    /// Entries that replace those of the archive's frame; 0 leaves one out.
-    Fields frame;
+    /// Entries that replace those of the archive's frame; an empty one leaves it out.
+    std::map<std::string, std::string> frame;
+
+private:
+    Ref next(std::string_view& rest);
+    std::uint32_t classSlot(const std::string& names);
+
+    std::vector<Ref> slots_{list.text("$null")};
+    std::map<std::string, std::uint32_t> classes_;
 };
 
 } // namespace samples

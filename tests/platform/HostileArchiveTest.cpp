@@ -8,8 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <functional>
+#include <cstring>
 
 using namespace platform;
 using samples::arrayOf;
@@ -65,55 +64,42 @@ Data beacons(int count) {
 }
 
 TEST(HostileArchive, BrokenFramesAreRefusedWithAReason) {
-    const auto whole = beacons(1);
-    const auto bytesOf = [](std::string_view text) {
-        const auto bytes = std::as_bytes(std::span(text));
-        return Data(bytes.begin(), bytes.end());
-    };
-    const auto patched = [&](std::size_t fromEnd, std::uint64_t value, std::size_t width) {
-        auto data = whole;
-        putBig(data, data.size() - fromEnd, value, width);
-        return data;
-    };
-    const auto table = whole.size();
-    std::vector<std::pair<Data, const char*>> cases{
-        {{}, "empty"},
-        {bytesOf("! a list of stations"), "not a binary property list"},
-        {bytesOf("NIBArchive\1\0\0\0"), "not a binary property list"},
-        {bytesOf("<?xml version=\"1.0\"?>"), "XML"},
-        {bytesOf("bplist00"), "cut short"},
-    };
-    for (const std::uint64_t width : {0U, 9U, 255U}) {
-        cases.emplace_back(patched(26, width, 1), "trailer");
-        cases.emplace_back(patched(25, width, 1), "trailer");
-    }
-    // The number of objects, the top object, the place of the offset table.
-    for (const std::uint64_t count : {0ULL, 0x10000ULL, 1ULL << 61, 1ULL << 63, ~0ULL}) {
-        cases.emplace_back(patched(24, count, 8), "trailer");
-    }
-    for (const std::uint64_t top : {0x10000ULL, 1ULL << 63, ~0ULL}) {
-        cases.emplace_back(patched(16, top, 8), "trailer");
-    }
-    for (const std::uint64_t place : {0ULL, 8ULL, table - 32ULL, table - 1ULL, 1ULL << 63, ~0ULL}) {
-        cases.emplace_back(patched(8, place, 8), "trailer");
-    }
-    // The first offset, of the top object: into the header, the table, beyond.
-    const auto start = bigAt(whole, whole.size() - 8, 8);
-    ASSERT_EQ(bigAt(whole, whole.size() - 26, 1), 2U);
-    for (const std::uint64_t offset :
-         {std::uint64_t{0}, std::uint64_t{7}, start, ~std::uint64_t{0}}) {
-        auto data = whole;
-        putBig(data, start, offset, 2);
-        cases.emplace_back(data, "object 0 is broken");
-    }
-    // References of four bytes, where there are two.
-    cases.emplace_back(patched(25, 4, 1), "");
-    for (const auto& [data, reason] : cases) {
-        SCOPED_TRACE(reason);
+    const auto expectRefused = [](const Data& data, const char* reason) {
         const auto result = unarchived(data);
         EXPECT_EQ(shown(result.root), "-");
-        EXPECT_FALSE(result.fault.empty());
         EXPECT_THAT(result.fault, HasSubstr(reason));
+    };
+    for (const auto& [text, reason] : {std::pair{"", "empty"},
+                                       {"! a list of stations", "not a binary property list"},
+                                       {"<?xml version=\"1.0\"?>", "XML"},
+                                       {"bplist00", "cut short"}}) {
+        const auto bytes = std::as_bytes(std::span(text, std::strlen(text)));
+        expectRefused({bytes.begin(), bytes.end()}, reason);
+    }
+    const auto whole = beacons(1);
+    const auto start = bigAt(whole, whole.size() - 8, 8);
+    ASSERT_EQ(bigAt(whole, whole.size() - 26, 1), 2U);
+    const struct {
+        const char* what;
+        std::size_t at, width;
+        std::vector<std::uint64_t> values;
+        const char* reason = "trailer";
+    } rows[] = {
+        {"offset width", whole.size() - 26, 1, {0, 9, 255}},
+        {"reference width", whole.size() - 25, 1, {0, 9, 255}},
+        {"wider references", whole.size() - 25, 1, {4}, "broken"},
+        {"objects", whole.size() - 24, 8, {0, 0x10000, 1ULL << 61, 1ULL << 63, ~0ULL}},
+        {"top object", whole.size() - 16, 8, {0x10000, 1ULL << 63, ~0ULL}},
+        {"offset table", whole.size() - 8, 8, {0, 8, whole.size() - 32, 1ULL << 63, ~0ULL}},
+        {"first offset", start, 2, {0, 7, start, 0xFFFF}, "object 0 is broken"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        for (const auto value : row.values) {
+            auto data = whole;
+            putBig(data, row.at, value, row.width);
+            expectRefused(data, row.reason);
+        }
     }
 }
 
@@ -176,50 +162,32 @@ TEST(HostileArchive, TextAndNumbersOfAnyFormAreRead) {
 }
 
 TEST(HostileArchive, TheArchiveFrameIsChecked) {
-    using F = Forger&;
-    const std::tuple<const char*, Forger::Ref (*)(Forger&), const char*> cases[] = {
-        {"$version", [](F) { return Forger::Ref{0}; }, "top entries"},
-        {"$version", [](F f) { return f.integer(99999); }, "version"},
-        {"$version", [](F f) { return f.real(100000); }, "top entries"},
-        {"$archiver", [](F f) { return f.text("OddArchiver"); }, "unknown archiver"},
-        {"$archiver", [](F) { return Forger::Ref{0}; }, "top entries"},
-        {"$top", [](F) { return Forger::Ref{0}; }, "top entries"},
-        {"$top", [](F f) { return f.uid(1); }, "top entries"},
-        {"$top", [](F f) { return f.dictionary({}); }, "no root"},
-        {"$top",
-         [](F f) {
-             return f.dictionary({{"root", f.integer(1)}});
-         },
-         "no root"},
-        {"$top",
-         [](F f) {
-             return f.dictionary({{"root", f.uid(0)}});
-         },
-         "absent"},
-        {"$top",
-         [](F f) {
-             return f.dictionary({{"root", f.uid(99)}});
-         },
-         "beyond"},
-        {"$objects", [](F) { return Forger::Ref{0}; }, "top entries"},
-        {"$objects", [](F f) { return f.dictionary({}); }, "top entries"},
-        {"$objects", [](F f) { return f.array({}); }, "table is empty"},
-        {"$objects",
-         [](F f) {
-             return f.array({f.text("x"), f.text("y")});
-         },
-         "table is empty"},
-        {"$objects",
-         [](F f) {
-             return f.array({250, f.text("y")});
-         },
-         "object 250 is broken"},
+    const struct {
+        const char* key;
+        const char* entry;
+        const char* reason;
+    } cases[] = {
+        {"$version", "", "top entries"},
+        {"$version", "99999", "version"},
+        {"$version", "100000.0", "top entries"},
+        {"$archiver", "", "top entries"},
+        {"$archiver", "'OddArchiver'", "unknown archiver"},
+        {"$top", "", "top entries"},
+        {"$top", "#1", "top entries"},
+        {"$top", "{}", "no root"},
+        {"$top", "{root=1}", "no root"},
+        {"$top", "{root=#0}", "absent"},
+        {"$top", "{root=#99}", "beyond"},
+        {"$objects", "", "top entries"},
+        {"$objects", "{}", "top entries"},
+        {"$objects", "[]", "table is empty"},
+        {"$objects", "['x' 'y']", "table is empty"},
     };
     for (const auto& [key, entry, reason] : cases) {
         SCOPED_TRACE(key + " "s + reason);
         Forger forger;
-        forger.frame.emplace_back(key, entry(forger));
-        const auto result = unarchived(forger.finish(forger.addSlot(forger.text("root"))));
+        forger.frame[key] = entry;
+        const auto result = forger.read({"'root'"});
         EXPECT_EQ(shown(result.root), "-");
         EXPECT_THAT(result.fault, HasSubstr(reason));
     }
@@ -228,209 +196,123 @@ TEST(HostileArchive, TheArchiveFrameIsChecked) {
     EXPECT_THAT(unarchived(listOf("a0")).fault, HasSubstr("not a keyed archive"));
 }
 
-/// What is read as the root object's field "other", the root being a beacon in slot 2 that holds
-/// what stands in the next slot.
-Unarchived otherOf(const std::function<Forger::Ref(Forger&)>& makeSlot) {
-    Forger forger;
-    const auto root =
-        forger.addSlot(forger.record({{"other", forger.uid(3)}, {"height", forger.integer(1)}}));
-    const auto next = forger.addSlot(0);
-    const auto object = makeSlot(forger);
-    forger.slots[next] = object;
-    return unarchived(forger.finish(root));
+/// A text so many times over, such as the elements of a list.
+std::string repeated(std::size_t times, const std::string& text) {
+    std::string all;
+    for (std::size_t i = 0; i < times; ++i) {
+        all += text;
+    }
+    return all;
 }
 
 TEST(HostileArchive, ObjectsThatCannotBeMadeReadAsAbsent) {
-    using F = Forger&;
-    using Refs = std::vector<Forger::Ref>;
-    const auto array = [](F f, const Refs& elements) {
-        return f.record({{"NS.objects", f.array(elements)}}, f.addClass({"NSArray"}));
-    };
-    const auto dictionary = [](F f, const Refs& keys, const Refs& values) {
-        return f.record({{"NS.keys", f.array(keys)}, {"NS.objects", f.array(values)}},
-                        f.addClass({"NSDictionary"}));
-    };
-    const auto slot = [](F f, Forger::Ref object) { return f.uid(f.addSlot(object)); };
-    struct Case {
-        std::function<Forger::Ref(Forger&)> object;
-        const char* expected;
-        const char* reason;
-    };
-    const Case cases[] = {
+    // The object stands in slot 2; in slot 1 the root, a beacon whose field "other" it is.
+    const struct {
+        std::string object;
+        std::string expected;
+        std::string reason;
+    } cases[] = {
         // Its class: missing, nil, pointing at itself, of another kind, unknown.
-        {[](F f) { return f.dictionary({}); }, "", "cannot be read"},
-        {[](F f) {
-             return f.dictionary({{"$class", f.uid(0)}});
-         },
-         "", "cannot be read"},
-        {[](F f) {
-             return f.dictionary({{"$class", f.uid(3)}});
-         },
-         "", "cannot be read"},
-        {[](F f) {
-             return f.dictionary({{"$class", f.text("Beacon")}});
-         },
-         "", "cannot be read"},
-        {[&](F f) { return f.record({}, f.addSlot(f.text("Beacon"))); }, "", "cannot be read"},
-        {[](F f) {
-             return f.record({}, f.addClass({"Evil", "NSObject"}));
-         },
-         "", "\"Evil\""},
-        {[](F f) {
-             return f.record({}, f.addSlot(f.dictionary({{"$classname", f.integer(1)}})));
-         },
-         "", "cannot be read"},
+        {"{}", "", "cannot be read"},
+        {"{$class=#0}", "", "cannot be read"},
+        {"{$class=#2}", "", "cannot be read"},
+        {"{$class='Beacon'}", "", "cannot be read"},
+        {"{$class=@'Beacon'}", "", "cannot be read"},
+        {"{$class=@{$classname=1}}", "", "cannot be read"},
+        {"Evil:NSObject{}", "", "\"Evil\""},
         // It contains itself.
-        {[](F f) {
-             return f.record({{"other", f.uid(2)}});
-         },
-         "Beacon()", "contains itself"},
-        {[](F f) {
-             return f.record({{"other", f.uid(3)}});
-         },
-         "Beacon()", "contains itself"},
-        {[&](F f) {
-             return array(f, {f.uid(3), f.uid(2)});
-         },
-         "()", "contains itself"},
-        {[](F f) {
-             return f.record(
-                 {{"NS.relative", f.uid(f.addSlot(f.text("a")))}, {"NS.base", f.uid(3)}},
-                 f.addClass({"NSURL"}));
-         },
-         "", "contains itself"},
+        {"Beacon{other=#1}", "Beacon()", "contains itself"},
+        {"Beacon{other=#2}", "Beacon()", "contains itself"},
+        {"NSArray{NS.objects=[#2 #1]}", "()", "contains itself"},
+        {"NSURL{NS.relative=@'a' NS.base=#2}", "", "contains itself"},
         // Lists that are odd in themselves are refused, unreadable elements left out.
-        {[&](F f) { return array(f, {f.uid(0)}); }, "", "\"NSArray\""},
-        {[&](F f) { return array(f, {slot(f, f.text("$null"))}); }, "", "\"NSArray\""},
-        {[&](F f) { return array(f, {f.text("inline")}); }, "", "\"NSArray\""},
-        {[&](F f) {
-             return array(f, {slot(f, f.uids({})), slot(f, f.text("a"))});
-         },
-         "(\"a\")", "no object can have"},
-        {[&](F f) { return dictionary(f, {}, {slot(f, f.text("a"))}); }, "", "\"NSDictionary\""},
-        {[&](F f) { return dictionary(f, {slot(f, f.integer(1))}, {f.uid(2)}); }, "",
-         "\"NSDictionary\""},
-        {[&](F f) { return dictionary(f, {slot(f, f.text("a"))}, {f.uid(0)}); }, "",
-         "\"NSDictionary\""},
-        {[](F f) { return f.record({}, f.addClass({"NSMutableSet"})); }, "", "\"NSMutableSet\""},
-        // Two equal keys.
-        {[&](F f) {
-             const auto key = slot(f, f.text("a"));
-             return dictionary(f, {key, key}, {slot(f, f.integer(1)), slot(f, f.integer(2))});
-         },
-         "<a=i1>", ""},
-        {[](F f) {
-             return f.record({{"height", f.integer(1)}, {"height", f.integer(2)}});
-         },
-         "Beacon(height=1)", ""},
+        {"NSArray{NS.objects=[#0]}", "", "\"NSArray\""},
+        {"NSArray{NS.objects=[@'$null']}", "", "\"NSArray\""},
+        {"NSArray{NS.objects=['inline']}", "", "\"NSArray\""},
+        {"NSArray{NS.objects=[@[] @'a']}", "(\"a\")", "no object can have"},
+        {"NSDictionary{NS.keys=[] NS.objects=[@'a']}", "", "\"NSDictionary\""},
+        {"NSDictionary{NS.keys=[@1] NS.objects=[#1]}", "", "\"NSDictionary\""},
+        {"NSDictionary{NS.keys=[@'a'] NS.objects=[#0]}", "", "\"NSDictionary\""},
+        {"NSMutableSet{}", "", "\"NSMutableSet\""},
+        // Of equal keys the first one counts.
+        {"NSDictionary{NS.keys=[@'a' @'a'] NS.objects=[@1 @2]}", "<a=i1>", ""},
+        {"Beacon{height=1 height=2}", "Beacon(height=1)", ""},
         // More keys than a record may have.
-        {[](F f) {
-             return f.record(Forger::Fields(256, {"height", f.integer(1)}));
-         },
-         "", "cannot be read"},
+        {"Beacon{" + repeated(256, "height=1 ") + "}", "", "cannot be read"},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(&test - cases);
-        const auto result = otherOf(test.object);
-        const auto other = *test.expected ? " other="s + test.expected : "";
-        EXPECT_EQ(shown(result.root), "Beacon(height=1" + other + ")") << result.fault;
-        EXPECT_THAT(result.firstMisreadField, HasSubstr(test.reason));
-        EXPECT_EQ(result.misreadFields > 0, *test.reason != 0);
+    for (const auto& [object, expected, reason] : cases) {
+        SCOPED_TRACE(object);
+        const auto result = Forger().read({"Beacon{other=#2 height=1}", object});
+        EXPECT_EQ(shown(result.root),
+                  "Beacon(height=1" + (expected.empty() ? "" : " other=" + expected) + ")")
+            << result.fault;
+        EXPECT_THAT(result.firstMisreadField, HasSubstr(reason));
+        EXPECT_EQ(result.misreadFields == 0, reason.empty());
     }
 }
 
 TEST(HostileArchive, DeepAndMultiplyingGraphsStayWithinBounds) {
     // A chain of lists, each in the next slot; each holds the next one as often as told.
-    const auto chain = [](std::uint32_t length, std::size_t times) {
-        Forger forger;
-        const auto arrayClass = forger.addClass({"NSArray"});
-        const auto first = static_cast<std::uint32_t>(forger.slots.size());
-        for (std::uint32_t i = 0; i + 1 < length; ++i) {
-            forger.addSlot(forger.record(
-                {{"NS.objects", forger.uids(std::vector(times, first + i + 1))}}, arrayClass));
+    const auto chain = [](std::size_t length, std::size_t times) {
+        std::vector<std::string> lists;
+        while (lists.size() + 1 < length) {
+            const auto next = "#" + std::to_string(lists.size() + 2) + " ";
+            lists.push_back("NSArray{NS.objects=[" + repeated(times, next) + "]}");
         }
-        forger.addSlot(forger.record({{"NS.objects", forger.uids({})}}, arrayClass));
-        return unarchived(forger.finish(first));
+        lists.emplace_back("NSArray{NS.objects=[]}");
+        return Forger().read(lists);
     };
+    constexpr auto most = static_cast<std::size_t>(KeyedUnarchiver::depthLimit);
     const auto deep = chain(100'000, 1);
-    const auto brackets = [](std::size_t depth) {
-        return std::string(depth, '(') + std::string(depth, ')');
-    };
-    EXPECT_EQ(shown(deep.root), brackets(KeyedUnarchiver::depthLimit));
+    EXPECT_EQ(shown(deep.root), std::string(most, '(') + std::string(most, ')'));
     EXPECT_THAT(deep.firstMisreadField, HasSubstr("too deeply"));
     EXPECT_EQ(chain(64, 2).misreadFields, 0U);
     EXPECT_EQ(chain(2, 500'000).misreadFields, 0U);
 
-    // Lists of the property list itself: deep, multiplying, within themselves.
-    EXPECT_EQ(shown(otherOf([](Forger& forger) {
-                        auto list = forger.array({});
-                        for (int i = 0; i < 200'000; ++i) {
-                            list = forger.array({list, list});
-                        }
-                        return list;
-                    }).root),
-              "Beacon(height=1)");
-    EXPECT_EQ(
-        shown(
-            otherOf([](Forger& forger) {
-                const auto next = forger.array({}) + 1;
-                return forger.dictionary({{"$class", next + 1}, {"a", forger.array({next, next})}});
-            }).root),
-        "Beacon(height=1)");
-}
-
-/// Reads a list of a thousand objects that the archive says are the same as `object`.
-Unarchived thousandTimes(Forger& forger, Forger::Ref object) {
-    std::vector<std::uint32_t> slots(1000);
-    std::ranges::generate(slots, [&] { return forger.addSlot(object); });
-    return unarchived(forger.finish(forger.addSlot(
-        forger.record({{"NS.objects", forger.uids(slots)}}, forger.addClass({"NSMutableArray"})))));
+    // Lists of the property list itself: deep and multiplying, and within itself.
+    Forger forger;
+    auto list = forger.list.array({});
+    for (int i = 0; i < 200'000; ++i) {
+        list = forger.list.array(std::vector{list, list});
+    }
+    forger.addSlot(list);
+    const auto own = forger.list.array({}) + 1;
+    forger.addSlot(forger.list.array(std::vector{own, own}));
+    EXPECT_EQ(shown(forger.read({"Beacon{other=#1 price=#2 height=1}"}).root), "Beacon(height=1)");
 }
 
 TEST(HostileArchive, WhatManyRecordsShareDoesNotMultiply) {
-    using F = Forger&;
-    const auto manyUids = [](F f) {
-        return f.array(std::vector(20'000, f.uid(f.addSlot(f.text("a")))));
+    // Reads a list of a thousand records that the archive says are the same as `object`.
+    const auto thousandTimes = [](const std::string& object) {
+        Forger forger;
+        const auto shared = forger.object(object);
+        std::string elements;
+        for (int i = 0; i < 1000; ++i) {
+            elements += "#" + std::to_string(forger.addSlot(shared)) + " ";
+        }
+        return forger.read({"NSMutableArray{NS.objects=[" + elements + "]}"});
     };
     // Each object is small, but copies something long, or looks through it.
-    const std::function<Forger::Ref(Forger&)> cases[] = {
-        [](F f) {
-            const auto text = f.addSlot(f.text(std::string(5'000'000, 'x')));
-            return f.record({{"name", f.uid(text)}});
-        },
-        [](F f) {
-            const auto data = f.list.data(Data(5'000'000));
-            return f.record({{"NS.data", data}}, f.addClass({"NSData"}));
-        },
-        [&](F f) {
-            return f.record({{"NS.objects", manyUids(f)}}, f.addClass({"NSSet"}));
-        },
-        [&](F f) {
-            const auto uids = manyUids(f);
-            return f.record({{"NS.keys", uids}, {"NS.objects", uids}},
-                            f.addClass({"NSDictionary"}));
-        },
-    };
-    for (const auto& object : cases) {
-        SCOPED_TRACE(&object - cases);
-        Forger forger;
-        EXPECT_THAT(thousandTimes(forger, object(forger)).fault, HasSubstr("same contents"));
+    const auto elements = "[@'a' " + repeated(20'000, "#1 ") + "]";
+    for (const auto& object :
+         {"Beacon{name=@'" + std::string(5'000'000, 'x') + "'}",
+          "NSData{NS.data=<" + std::string(5'000'000, 'x') + ">}",
+          "NSSet{NS.objects=" + elements + "}",
+          "NSDictionary{NS.keys=" + elements + " NS.objects=" + elements + "}"}) {
+        SCOPED_TRACE(object.substr(0, 20));
+        EXPECT_THAT(thousandTimes(object).fault, HasSubstr("same contents"));
     }
-    Forger wide;
-    const auto record = wide.record(Forger::Fields(200'000, {"height", wide.integer(1)}));
-    EXPECT_EQ(thousandTimes(wide, record).misreadFields, 1000U);
+    EXPECT_EQ(thousandTimes("Beacon{" + repeated(200'000, "height=1 ") + "}").misreadFields, 1000U);
 
     // A thousand classes that share a long list of unknown ancestors.
     Forger forger;
-    const auto names = forger.array(std::vector(20'000, forger.text("Unknown")));
-    std::vector<std::uint32_t> slots(1000);
-    std::ranges::generate(slots, [&] {
-        const auto archivedClass = forger.addSlot(forger.dictionary({{"$classes", names}}));
-        return forger.addSlot(forger.record({}, archivedClass));
-    });
-    const auto root =
-        forger.record({{"NS.objects", forger.uids(slots)}}, forger.addClass({"NSSet"}));
-    EXPECT_THAT(unarchived(forger.finish(forger.addSlot(root))).fault, HasSubstr("same contents"));
+    const auto ancestry = forger.object("{$classes=[" + repeated(20'000, "'Unknown' ") + "]}");
+    std::string records;
+    for (int i = 0; i < 1000; ++i) {
+        records += "@{$class=#" + std::to_string(forger.addSlot(ancestry)) + "} ";
+    }
+    EXPECT_THAT(forger.read({"NSSet{NS.objects=[" + records + "]}"}).fault,
+                HasSubstr("same contents"));
 }
 
 TEST(HostileArchive, CutOrChangedAnywhereItDoesNoHarm) {
