@@ -23,28 +23,21 @@ platform::Data noise(std::size_t length) {
 }
 
 TEST(DataCompression, InflatesWhatWasDeflated) {
-    for (const std::size_t length : {1U, 2U, 100U, 16384U, 200000U}) {
+    for (const std::size_t length : {1U, 100U, 16384U, 200000U}) {
         SCOPED_TRACE(length);
-        const Block noisy = blockOf(noise(length));
         const Block even = blockOf(platform::Data(length, std::byte{'x'}));
-        for (const Block& block : {noisy, even}) {
+        for (const Block& block : {blockOf(noise(length)), even}) {
             const Block deflated = zlibDeflate(block);
             ASSERT_TRUE(deflated);
             EXPECT_EQ(deflated->front(), std::byte{0x78}); // RFC 1950: deflate, 32 KiB window
-            const Block inflated = zlibInflate(deflated);
-            ASSERT_TRUE(inflated);
-            EXPECT_EQ(*inflated, *block);
+            EXPECT_EQ(*zlibInflate(deflated), *block);
         }
         EXPECT_LT(zlibDeflate(even)->size(), 16 + length / 100);
     }
-}
-
-TEST(DataCompression, EmptyAndAbsentBlocksComeBackAsTheyAre) {
-    const Block empty = blockOf({});
-    EXPECT_EQ(zlibDeflate(empty), empty);
-    EXPECT_EQ(zlibInflate(empty), empty);
-    EXPECT_EQ(zlibDeflate(nullptr), nullptr);
-    EXPECT_EQ(zlibInflate(nullptr), nullptr);
+    for (const Block& nothing : {Block(), blockOf({})}) {
+        EXPECT_EQ(zlibDeflate(nothing), nothing);
+        EXPECT_EQ(zlibInflate(nothing), nothing);
+    }
 }
 
 TEST(DataCompression, BrokenStreamsGiveNothing) {
