@@ -25,13 +25,10 @@ void expectToCover(const View& view, const std::vector<Tile>& tiles) {
     for (double x = 0.5; x < view.size().width; x += 9) {
         for (double y = 0.5; y < view.size().height; y += 9) {
             const map::WorldPoint point = view.toWorld({x, y});
-            const bool isMap = point.y >= 0 && point.y < 1;
-            ASSERT_EQ(std::ranges::any_of(
-                          tiles,
-                          [&](const Tile& tile) {
-                              return tile.rect().overlaps({point.x, point.y, point.x, point.y});
-                          }),
-                      isMap)
+            const auto holds = [&](const Tile& tile) {
+                return tile.rect().overlaps({point.x, point.y, point.x, point.y});
+            };
+            ASSERT_EQ(std::ranges::any_of(tiles, holds), point.y >= 0 && point.y < 1)
                 << x << ' ' << y;
         }
     }

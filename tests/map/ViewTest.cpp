@@ -29,11 +29,6 @@ double metresEast(const Region& region) {
                                     {region.centre.latitude, region.longitudeSpan});
 }
 
-double degreesApart(double one, double other) {
-    const double difference = std::abs(one - other);
-    return std::min(difference, 360 - difference);
-}
-
 TEST(View, FittedRegionOfTwoKilometresIsWhatItShows) {
     const struct {
         const char* where;
@@ -43,7 +38,6 @@ TEST(View, FittedRegionOfTwoKilometresIsWhatItShows) {
         {"equator", {0, 6.7}, 0},
         {"sixty north", {60.2, 24.96}, 60.2},
         {"south", {-54.8, -68.3}, -54.8},
-        {"near the edge", {82.5, -62.3}, 82.5},
         {"at the very edge", {85.05, 20}, 85.05},
         {"beyond the edge", {-89.99, 0}, -map::highestLatitude},
         {"date line, east", {-16.5, 180}, -16.5},
@@ -60,7 +54,8 @@ TEST(View, FittedRegionOfTwoKilometresIsWhatItShows) {
             const Region shown = view.region();
 
             EXPECT_NEAR(shown.centre.latitude, place.latitude, 1e-4);
-            EXPECT_LT(degreesApart(shown.centre.longitude, place.asked.longitude), 1e-6);
+            EXPECT_NEAR(std::remainder(shown.centre.longitude - place.asked.longitude, 360), 0,
+                        1e-6);
             EXPECT_NEAR(shown.latitudeSpan, fitted.latitudeSpan, 1e-9);
             EXPECT_NEAR(shown.longitudeSpan, fitted.longitudeSpan, 1e-9);
             // The narrower way shows the two kilometres, the wider one in proportion more; a point
@@ -74,38 +69,20 @@ TEST(View, FittedRegionOfTwoKilometresIsWhatItShows) {
     }
 }
 
-TEST(View, MetresOfADegreeFollowTheEllipsoid) {
-    for (const double latitude : {0.0, 30.0, -47.5, 60.0, 85.0}) {
-        SCOPED_TRACE(latitude);
-        EXPECT_NEAR(map::metresPerDegreeNorth(latitude) / 100,
-                    platform::distanceMetres({latitude - 0.005, 9}, {latitude + 0.005, 9}), 1e-3);
-        EXPECT_NEAR(map::metresPerDegreeEast(latitude) / 100,
-                    platform::distanceMetres({latitude, -0.005}, {latitude, 0.005}), 1e-3);
-    }
-}
-
 TEST(View, FittingKeepsTheWholeRegionInside) {
     View view = viewOf(600, 400);
     const Region asked{{60, 20}, 30, 10};
     view.show(asked);
-    for (const double latitude : {45.0, 75.0}) {
-        for (const double longitude : {15.0, 25.0}) {
-            const auto point = view.toScreen(map::project({latitude, longitude}));
-            ASSERT_TRUE(point);
-            EXPECT_GE(point->y, -1e-6);
-            EXPECT_LE(point->y, 400 + 1e-6);
-            EXPECT_GE(point->x, -1e-6);
-            EXPECT_LE(point->x, 600 + 1e-6);
-        }
+    for (const Location& corner : {Location{45, 15}, {45, 25}, {75, 15}, {75, 25}}) {
+        const auto point = view.toScreen(map::project(corner)).value();
+        EXPECT_NEAR(point.x, 300, 300 + 1e-6);
+        EXPECT_NEAR(point.y, 200, 200 + 1e-6);
     }
     // Half the earth around a northern place is the map's northern half.
     View world = viewOf(600, 400);
     world.show({{60, 0}, 180, 180});
     EXPECT_NEAR(world.seen().top, 0, 0.02);
     EXPECT_NEAR(world.seen().bottom, 0.59, 0.01);
-    const Region again = view.fitted(view.region());
-    EXPECT_NEAR(again.latitudeSpan, view.region().latitudeSpan, 1e-9);
-    EXPECT_NEAR(again.centre.latitude, view.region().centre.latitude, 1e-9);
 }
 
 TEST(View, IgnoresWhatNobodyCanShow) {
@@ -143,10 +120,9 @@ TEST(View, ZoomsAroundThePointerWithinItsLimits) {
         const map::ScreenPoint pointer{650, 120};
         const map::WorldPoint place = view.toWorld(pointer);
         view.zoomBy(3, pointer);
-        const auto there = view.toScreen(place);
-        ASSERT_TRUE(there);
-        EXPECT_NEAR(there->x, pointer.x, 1e-6);
-        EXPECT_NEAR(there->y, pointer.y, 1e-6);
+        const auto there = view.toScreen(place).value();
+        EXPECT_NEAR(there.x, pointer.x, 1e-6);
+        EXPECT_NEAR(there.y, pointer.y, 1e-6);
     }
     View view = viewOf(800, 500);
     view.zoomBy(1e-9, {});
@@ -183,10 +159,9 @@ TEST(View, ScreenAndWorldAreInversesHoweverItIsTurned) {
             view.setAttitude(heading, tilt);
             for (const map::ScreenPoint& point :
                  {map::ScreenPoint{0, 0}, {700, 0}, {350, 225}, {10, 449}, {700, 450}}) {
-                const auto back = view.toScreen(view.toWorld(point));
-                ASSERT_TRUE(back);
-                EXPECT_NEAR(back->x, point.x, 1e-4);
-                EXPECT_NEAR(back->y, point.y, 1e-4);
+                const auto back = view.toScreen(view.toWorld(point)).value();
+                EXPECT_NEAR(back.x, point.x, 1e-4);
+                EXPECT_NEAR(back.y, point.y, 1e-4);
             }
         }
     }
@@ -195,12 +170,11 @@ TEST(View, ScreenAndWorldAreInversesHoweverItIsTurned) {
     view.setAttitude(90, 45);
     // East is ahead, and what is ahead is smaller than what is near.
     const map::WorldPoint middle = view.centre();
-    const auto ahead = view.toScreen({middle.x + 100 / view.scale(), middle.y});
-    const auto behind = view.toScreen({middle.x - 100 / view.scale(), middle.y});
-    ASSERT_TRUE(ahead && behind);
-    EXPECT_LT(ahead->y, 225);
-    EXPECT_NEAR(ahead->x, 350, 1e-6);
-    EXPECT_GT(behind->y - 225, 225 - ahead->y);
+    const auto ahead = view.toScreen({middle.x + 100 / view.scale(), middle.y}).value();
+    const auto behind = view.toScreen({middle.x - 100 / view.scale(), middle.y}).value();
+    EXPECT_LT(ahead.y, 225);
+    EXPECT_NEAR(ahead.x, 350, 1e-6);
+    EXPECT_GT(behind.y - 225, 225 - ahead.y);
     EXPECT_FALSE(view.toScreen({middle.x - 1000 / view.scale(), middle.y}));
 }
 
