@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/FakeHost.h"
+#include "tests/support/Stations.h"
 #include "weather/AviationWeatherRecord.h"
 #include "weather/SCWeatherGrabber.h"
 
@@ -8,12 +9,6 @@
 namespace {
 
 using Addresses = std::vector<std::string>;
-
-std::shared_ptr<AviationWeatherStation> station(std::optional<std::string> identifier) {
-    auto made = AviationWeatherStation::init();
-    made->ICAO = std::move(identifier);
-    return made;
-}
 
 TEST(WeatherRequests, AskForOneStationAtTheServerOfTheSettings) {
     const std::string keys = "/adds/dataserver_current/httpparam?dataSource=";
@@ -34,7 +29,7 @@ TEST(WeatherRequests, AskForOneStationAtTheServerOfTheSettings) {
         support::FakeHost host;
         host.userDefaults.setObject(server, "dataserverhost");
         const auto grabber = SCWeatherGrabber::init(host.host);
-        grabber->getNewMessages({station(identifier)});
+        grabber->getNewMessages({makeStation({identifier})});
         const std::string start = "https://" + expectedServer + keys;
         EXPECT_EQ(host.urlSessions.addresses(),
                   (Addresses{start + "metars" + middle + expectedIdentifier +
@@ -46,7 +41,8 @@ TEST(WeatherRequests, AskForOneStationAtTheServerOfTheSettings) {
 
 TEST(WeatherRequests, ARecordSendsItsFixedRequestAndLivesUntilTheReply) {
     support::FakeHost host;
-    auto record = AviationWeatherRecord::initWithStation_options(host.host, station("KJFK"), 5);
+    auto record =
+        AviationWeatherRecord::initWithStation_options(host.host, makeStation({"KJFK"}), 5);
     EXPECT_EQ(record->requestedData, 5U);
     record->getNewMessages();
     EXPECT_EQ(host.urlSessions.addresses(),

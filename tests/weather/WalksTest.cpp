@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/FakeHost.h"
+#include "tests/support/Stations.h"
 #include "tests/support/WeatherServer.h"
 #include "weather/SCWeatherGrabber.h"
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
-#include <random>
 
 namespace {
 
@@ -71,8 +72,7 @@ struct Walks {
 StationArray stations(const std::vector<std::optional<std::string>>& identifiers) {
     StationArray made;
     for (const auto& identifier : identifiers) {
-        made.push_back(AviationWeatherStation::init());
-        made.back()->ICAO = identifier;
+        made.push_back(makeStation({identifier}));
     }
     return made;
 }
@@ -170,63 +170,24 @@ TEST(WeatherWalks, PostEachStationsTextInTheOrderOfTheReplies) {
     }
 }
 
-/// Holds what comes until a thread of its own lets it go, in random order.
-class Shuffle {
-public:
-    Shuffle() : thread_([this] { release(); }) {}
-    ~Shuffle() {
-        {
-            const std::scoped_lock lock(mutex_);
-            isOver_ = true;
-            changed_.notify_all();
-        }
-        thread_.join();
-    }
-    void pass() {
-        std::unique_lock lock(mutex_);
-        const int mine = next_++;
-        held_.push_back(mine);
-        changed_.notify_all();
-        changed_.wait(lock, [&] { return isOver_ || !std::ranges::count(held_, mine); });
-    }
-
-private:
-    void release() {
-        std::minstd_rand random(7);
-        std::unique_lock lock(mutex_);
-        while (!isOver_) {
-            changed_.wait(lock, [this] { return isOver_ || !held_.empty(); });
-            if (!held_.empty()) {
-                std::swap(held_[random() % held_.size()], held_.back());
-                held_.pop_back();
-                changed_.notify_all();
-            }
-        }
-    }
-
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::vector<int> held_;
-    int next_ = 0;
-    bool isOver_ = false;
-    std::thread thread_;
-};
+/// A server that answers many requests at once, each after a pause of its own.
+void answerInAnyOrder(const httplib::Request& request, httplib::Response& response) {
+    std::this_thread::sleep_for(
+        std::chrono::microseconds(std::hash<std::string>()(request.target) % 3000));
+    answerReport(reportFor(request), response);
+}
 
 /// Identifiers that tell the grabber and the place in its list.
 StationArray manyStations(char grabber) {
-    std::vector<std::optional<std::string>> identifiers;
-    for (int i = 0; i < 200; ++i) {
-        identifiers.push_back(std::string(1, grabber) + std::to_string(1000 + i));
+    StationArray made;
+    for (int i = 1000; i < 1200; ++i) {
+        made.push_back(makeStation({grabber + std::to_string(i)}));
     }
-    return stations(identifiers);
+    return made;
 }
 
 TEST(WeatherWalks, OfSeveralGrabbersGoOnWhenTheirOwnerLetsThemGo) {
-    Shuffle shuffle;
-    WeatherServer server([&](const httplib::Request& request, httplib::Response& response) {
-        shuffle.pass();
-        answerReport(reportFor(request), response);
-    });
+    WeatherServer server(answerInAnyOrder);
     Walks walks(server);
     std::vector<std::weak_ptr<SCWeatherGrabber>> grabbers;
     std::shared_ptr<SCWeatherGrabber> current;
@@ -245,31 +206,23 @@ TEST(WeatherWalks, OfSeveralGrabbersGoOnWhenTheirOwnerLetsThemGo) {
     }
     EXPECT_EQ(walks.threads.size(), 1U);
     EXPECT_FALSE(walks.threads.contains(std::this_thread::get_id()));
-    for (const std::string kind : {"METAR", "TAF"}) {
-        const std::string update = kind == "METAR" ? "updateMetar: " : "updateTaf: ";
-        EXPECT_EQ(
-            std::ranges::count_if(posts, [](const auto& post) { return post.ends_with("------"); }),
-            6);
-        for (const char name : {'A', 'B', 'C'}) {
-            int place = 1000;
-            const std::string start = kind + " " + std::string(1, name);
-            for (const std::string& post : posts) {
-                // Behind the last text of the walk that ended first, where that is left.
-                if (post.starts_with(update) && post.ends_with(start + std::to_string(place))) {
-                    ++place;
-                }
+    EXPECT_EQ(
+        std::ranges::count_if(posts, [](const auto& post) { return post.ends_with("------"); }), 6);
+    for (const std::string start : {"METAR A", "METAR B", "METAR C", "TAF A", "TAF B", "TAF C"}) {
+        const std::string update = start[0] == 'M' ? "updateMetar: " : "updateTaf: ";
+        int place = 1000;
+        for (const std::string& post : posts) {
+            // Behind the last text of the walk that ended first, where that is left.
+            if (post.starts_with(update) && post.ends_with(start + std::to_string(place))) {
+                ++place;
             }
-            EXPECT_EQ(place, 1200) << start;
         }
+        EXPECT_EQ(place, 1200) << start;
     }
 }
 
 TEST(WeatherWalks, EndWithTheProgramInTheMiddle) {
-    Shuffle shuffle;
-    WeatherServer server([&](const httplib::Request& request, httplib::Response& response) {
-        shuffle.pass();
-        answerReport(reportFor(request), response);
-    });
+    WeatherServer server(answerInAnyOrder);
     std::weak_ptr<SCWeatherGrabber> observed;
     Walks walks(server);
     {
