@@ -41,13 +41,9 @@ TEST(Files, ReadsWholeRegularFilesWithinTheLimit) {
     const fs::path pipe = folder / "pipe";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_EQ(readFile(pipe, 5), std::nullopt);
-}
 
-TEST(Files, BoundsAFileLongerThanItsSizeTells) {
     // The kernel tells a size of 0 for these and lets them be read nevertheless.
-    const std::optional<Data> whole = readFile("/proc/self/status", 1 << 20);
-    ASSERT_TRUE(whole);
-    EXPECT_THAT(*text(whole), testing::StartsWith("Name:"));
+    EXPECT_THAT(text(readFile("/proc/self/status", 1 << 20)).value(), testing::StartsWith("Name:"));
     EXPECT_EQ(readFile("/proc/self/status", 16), std::nullopt);
 }
 
@@ -101,28 +97,21 @@ TEST(Files, MakesDirectories) {
     EXPECT_TRUE(createDirectory(folder / "a/b", false));
     EXPECT_FALSE(createDirectory(folder / "a/b", true));
     EXPECT_FALSE(createDirectory(folder / "a/b", true));
-    EXPECT_TRUE(createDirectory(folder / "a/b", false));
     EXPECT_TRUE(isDirectory(folder / "a/b"));
     EXPECT_TRUE(createDirectory(folder.write("file", ""), true));
     EXPECT_THAT(contentsOfDirectory(folder / "file"), testing::IsEmpty());
 }
 
 TEST(Files, JoinsAndSplitsPaths) {
-    const struct {
-        std::string_view folder, name, path;
-    } rows[] = {
-        {"/a", "b", "/a/b"}, {"/a/", "/b/", "/a/b"}, {"/", "b", "/b"},        {"", "b", "b"},
-        {"/a", "", "/a"},    {"/a//", "//", "/a"},   {"/a", "b/c", "/a/b/c"}, {"/", "", "/"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.path);
-        EXPECT_EQ(joinedPath(row.folder, row.name), row.path);
+    EXPECT_EQ(joinedPath("/a", "b"), "/a/b");
+    EXPECT_EQ(joinedPath("/a//", "/b/c/"), "/a/b/c");
+    EXPECT_EQ(joinedPath("/", "b"), "/b");
+    EXPECT_EQ(joinedPath("", "b"), "b");
+    EXPECT_EQ(joinedPath("/a/", "//"), "/a");
+    EXPECT_EQ(joinedPath("/", ""), "/");
+    for (const auto& [path, last] : {std::pair{"/a/b//", "b"}, {"b", "b"}, {"//", "/"}, {"", ""}}) {
+        EXPECT_EQ(lastPathComponent(path), last);
     }
-    EXPECT_EQ(lastPathComponent("/a/b"), "b");
-    EXPECT_EQ(lastPathComponent("/a/b//"), "b");
-    EXPECT_EQ(lastPathComponent("b"), "b");
-    EXPECT_EQ(lastPathComponent("//"), "/");
-    EXPECT_EQ(lastPathComponent(""), "");
 }
 
 } // namespace

@@ -26,16 +26,13 @@ TEST(Geodesy, MeasuresAlongTheEllipsoid) {
         {{0, 0}, {0, 180}, 20003931.459},
         {{-41.32, 174.81}, {40.96, -5.50}, 19959679.267},
         {{52, 13}, {52, 13}, 0},
-        {{91, 0}, {0, 0}, std::numeric_limits<double>::infinity()},
-        {{0, 0}, {nan, 0}, std::numeric_limits<double>::infinity()},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.metres);
-        if (std::isinf(row.metres)) {
-            EXPECT_EQ(distanceMetres(row.from, row.to), row.metres);
-        } else {
-            EXPECT_NEAR(distanceMetres(row.from, row.to), row.metres, 0.01);
-        }
+        EXPECT_NEAR(distanceMetres(row.from, row.to), row.metres, 0.01);
+    }
+    for (const Location& nowhere : {Location{91, 0}, {nan, 0}}) {
+        EXPECT_TRUE(std::isinf(distanceMetres({0, 0}, nowhere)));
+        EXPECT_TRUE(std::isinf(DistanceBound(nowhere).leastMetres({0, 0}, 1)));
     }
 }
 
@@ -60,7 +57,6 @@ TEST(Geodesy, BoundNeverExceedsTheDistance) {
             }
         }
     }
-    EXPECT_TRUE(std::isinf(DistanceBound({nan, 0}).leastMetres({0, 0}, 1)));
 }
 
 } // namespace

@@ -55,13 +55,11 @@ TEST(NotificationCenter, DroppingATokenWaitsForACallOnAnotherThread) {
         mayLeave.get_future().wait();
         hasLeft = true;
     });
-    std::thread poster([&] { center.post({"a", {}, nullptr}); });
+    const std::jthread poster([&] { center.post({"a", {}, nullptr}); });
     entered.get_future().wait();
-    std::thread releaser([&] { mayLeave.set_value(); });
+    const std::jthread releaser([&] { mayLeave.set_value(); });
     token = {};
     EXPECT_TRUE(hasLeft);
-    poster.join();
-    releaser.join();
 }
 
 TEST(NotificationCenter, SurvivesThreadsThatPostObserveAndDropAtOnce) {
@@ -69,7 +67,7 @@ TEST(NotificationCenter, SurvivesThreadsThatPostObserveAndDropAtOnce) {
     {
         NotificationCenter center;
         outlives = center.addObserver("a", [](const auto&) {});
-        std::vector<std::thread> threads;
+        std::vector<std::jthread> threads;
         for (int t = 0; t < 4; ++t) {
             threads.emplace_back([&center] {
                 for (int i = 0; i < 300; ++i) {
@@ -80,9 +78,7 @@ TEST(NotificationCenter, SurvivesThreadsThatPostObserveAndDropAtOnce) {
                 }
             });
         }
-        for (auto& thread : threads) {
-            thread.join();
-        }
+        threads.clear();
     }
 }
 
