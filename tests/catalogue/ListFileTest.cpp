@@ -28,7 +28,6 @@ TEST(ListFile, AByteOrderMarkDecidesTheEncoding) {
         {"UTF-32LE", "\xFF\xFE\0\0K\0\0\0"s, "K"},
         {"UTF-32BE", "\0\0\xFE\xFF\0\0\0K"s, "K"},
         {"a mark alone", "\xFF\xFE"s, ""},
-        {"nothing", "", ""},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
@@ -54,16 +53,15 @@ TEST(ListFile, RealignsOnlyListsThatAreShiftedThroughout) {
         {"every station line moves, with or without codes",
          "! c\n" + shifted + "\n" + bare + "\r\n" + shifted,
          "! c\n" + straight + "\n" + bare + "\r\n" + straight},
-        {"headers, comments, headings and short lines stay",
-         "!" + shifted + "\n\n" + shifted + "\nCD" + shifted + "\n" + shifted.substr(0, 82) + "\n" +
-             shifted,
-         "!" + shifted + "\n\n" + shifted + "\nCD" + shifted + "\n" + shifted.substr(0, 82) + "\n" +
-             straight},
+        {"headers, comments and headings stay",
+         "!" + shifted + "\n\n" + shifted + "\nCD" + shifted + "\n" + shifted,
+         "!" + shifted + "\n\n" + shifted + "\nCD" + shifted + "\n" + straight},
+        {"short lines stay", shifted + "\n" + shifted.substr(0, 82),
+         straight + "\n" + shifted.substr(0, 82)},
         {"one line in the other form keeps all", shifted + "\n" + straight,
          shifted + "\n" + straight},
         {"no index anywhere", bare + "\n" + bare, bare + "\n" + bare},
         {"nothing", "", ""},
-        {"line feeds only", "\n\n\n", "\n\n\n"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
