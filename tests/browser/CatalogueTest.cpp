@@ -1,12 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "browser/SCStationWindowController.h"
 #include "catalogue/Packages.h"
-#include "platform/KeyedArchiver.h"
-#include "tests/support/FakeHost.h"
-#include "tests/support/FakeStationWindow.h"
-#include "tests/support/Stations.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/ShownCatalogue.h"
 
 #include <atomic>
 #include <thread>
@@ -18,36 +12,9 @@ const std::string line =
 
 const std::string list = "! stations\n";
 
-class Catalogue : public testing::Test {
+class Catalogue : public support::ShownCatalogue {
 protected:
-    Catalogue() {
-        controller->outlets = window.outlets(host.host);
-        controller->windowDidLoad();
-    }
-
-    /// Parses a list of the given text, as far as the main thread takes part.
-    void parse(const std::string& text) {
-        choose(host.folder.write("list.txt", text));
-        controller->parseit();
-        EXPECT_FALSE(window.parserIt.enabled);
-        settle();
-    }
-
-    void choose(const std::filesystem::path& path) {
-        host.panels.answers.emplace_back(platform::URL::file(path.string()));
-    }
-
-    void settle() {
-        while (host.mainThread.queued() == 0) {
-            std::this_thread::yield();
-        }
-        host.mainThread.run();
-    }
-
-    support::FakeHost host;
-    support::FakeStationWindow window;
-    std::shared_ptr<SCStationWindowController> controller =
-        SCStationWindowController::initWithWindowNibName(host.host, "SCStationWindowController");
+    Catalogue() { restart(); }
 };
 
 TEST_F(Catalogue, AParsedListReplacesTheCatalogueAndCanBeSaved) {

@@ -2,8 +2,6 @@
 #include "platform/KeyedUnarchiver.h"
 #include "tests/support/ShownCatalogue.h"
 
-#include <thread>
-
 namespace {
 
 using Names = std::vector<std::string>;
@@ -77,13 +75,7 @@ TEST_F(Favourites, AreNotLostWithoutACatalogue) {
     const std::string line =
         "ZZ DENVER           KDEN DEN   72565   39 52N  104 40W 1656   X     T     A    7 US\n";
     for (const std::string& text : {std::string("no list"), "! a list\n" + line, std::string()}) {
-        host.panels.answers.emplace_back(
-            platform::URL::file(host.folder.write("list.txt", text).string()));
-        controller->parseit();
-        while (host.mainThread.queued() == 0) {
-            std::this_thread::yield();
-        }
-        host.mainThread.run();
+        parse(text);
         EXPECT_EQ(identifiers(controller->allFavorites()),
                   text.size() > 80 ? Names{"KDEN"} : Names{});
     }

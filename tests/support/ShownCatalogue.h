@@ -11,6 +11,7 @@
 
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace support {
@@ -28,6 +29,23 @@ struct ShownCatalogue : testing::Test {
                                                                       "SCStationWindowController");
         controller->outlets = window.outlets(host.host);
         controller->windowDidLoad();
+    }
+    /// Answers the next panel.
+    void choose(const std::filesystem::path& path) {
+        host.panels.answers.emplace_back(platform::URL::file(path.string()));
+    }
+    /// Waits for the end of a parse, and lets the main thread take its part.
+    void settle() {
+        while (host.mainThread.queued() == 0) {
+            std::this_thread::yield();
+        }
+        host.mainThread.run();
+    }
+    void parse(const std::string& listText) {
+        choose(host.folder.write("list.txt", listText));
+        controller->parseit();
+        EXPECT_FALSE(window.parserIt.enabled);
+        settle();
     }
     void chooseDistance(int item) {
         window.distButton.item = item;
