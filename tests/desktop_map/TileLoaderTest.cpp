@@ -126,12 +126,15 @@ TEST_F(TileLoaderTest, BadTilesAreLeftOutAtABoundedCost) {
     qint64 sent = 0;
     const QByteArray picture = LoopbackTiles::picture("x");
     const QByteArray wide = LoopbackTiles::picture("x", {1025, 8});
-    const auto flood = [&](QTcpSocket& socket) {
-        QObject::connect(&socket, &QIODevice::bytesWritten, &socket, [&](qint64 bytes) {
-            sent += bytes;
-            socket.write(QByteArray(64 << 10, 'x'));
-        });
-        socket.write(QByteArray(64 << 10, 'x'));
+    // Tells an endless length, or none, and sends as much as is taken.
+    const auto flood = [&](const char* head) {
+        return [&, head](QTcpSocket& socket) {
+            QObject::connect(&socket, &QIODevice::bytesWritten, &socket, [&](qint64 bytes) {
+                sent += bytes;
+                socket.write(QByteArray(64 << 10, 'x'));
+            });
+            socket.write(head);
+        };
     };
     using Answer = std::function<void(QTcpSocket&)>;
     const auto plain = [](const QByteArray& reply) -> Answer {
@@ -142,8 +145,6 @@ TEST_F(TileLoaderTest, BadTilesAreLeftOutAtABoundedCost) {
         Answer answer;
     } rows[] = {
         {"not there", plain(LoopbackTiles::reply("none", {}, "404 Not Found"))},
-        {"broken server", plain(LoopbackTiles::reply("oops", {}, "500 Broken"))},
-        {"not a picture", plain(LoopbackTiles::reply("<html>sign in</html>"))},
         {"empty", plain(LoopbackTiles::reply({}))},
         {"other format", plain(LoopbackTiles::reply(
                              "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"))},
@@ -154,20 +155,10 @@ TEST_F(TileLoaderTest, BadTilesAreLeftOutAtABoundedCost) {
              socket.write(LoopbackTiles::reply(picture).chopped(20));
              socket.disconnectFromHost();
          }},
-        {"long",
-         [&](QTcpSocket& socket) {
-             socket.write("HTTP/1.1 200 OK\r\nContent-Length: 99999999999\r\n\r\n");
-             flood(socket);
-         }},
-        {"endless",
-         [&](QTcpSocket& socket) {
-             socket.write("HTTP/1.1 200 OK\r\n\r\n");
-             flood(socket);
-         }},
+        {"long", flood("HTTP/1.1 200 OK\r\nContent-Length: 99999999999\r\n\r\n")},
+        {"endless", flood("HTTP/1.1 200 OK\r\n\r\n")},
         {"elsewhere for ever",
-         [&](QTcpSocket& socket) {
-             socket.write(LoopbackTiles::reply({}, "Location: /again/0\r\n", "302 Found"));
-         }},
+         plain(LoopbackTiles::reply({}, "Location: /again/0\r\n", "302 Found"))},
         {"to another scheme",
          plain(LoopbackTiles::reply({}, "Location: file:///etc/passwd\r\n", "302 Found"))},
     };
