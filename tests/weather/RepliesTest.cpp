@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/FakeHost.h"
+#include "tests/support/Stations.h"
+#include "tests/weather/Posts.h"
 #include "weather/SCWeatherGrabber.h"
 
 #include <gtest/gtest.h>
@@ -19,23 +21,11 @@ std::string contentsOf(const std::filesystem::path& path) {
 std::vector<std::string> postsFor(const std::optional<std::string>& metarReply,
                                   const std::optional<std::string>& tafReply) {
     support::FakeHost host;
-    std::vector<std::string> posts;
-    std::vector<platform::NotificationCenter::Token> tokens;
-    for (const char* name :
-         {"updateMetarString", "sealMetarString", "updateTafString", "sealTafString"}) {
-        tokens.push_back(
-            host.notificationCenter.addObserver(name, [&](const platform::Notification& one) {
-                posts.push_back(one.name.substr(0, one.name.size() - 6) + ": " +
-                                std::get<std::string>(one.object));
-            }));
-    }
-    const auto station = AviationWeatherStation::init();
-    station->ICAO = "EFHK";
-    const auto grabber = SCWeatherGrabber::init(host.host);
-    grabber->getNewMessages({station});
+    Posts posts(host.notificationCenter);
+    SCWeatherGrabber::init(host.host)->getNewMessages({makeStation({"EFHK"})});
     host.urlSessions.answer("metars", metarReply);
     host.urlSessions.answer("TAFs", tafReply);
-    return posts;
+    return posts.texts;
 }
 
 std::vector<std::string> metarPosts(const std::string& text) {

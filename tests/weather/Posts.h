@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/NotificationCenter.h"
+#include "tests/support/WeatherServer.h"
+
+/// Keeps what grabbers post, such as "updateMetar: KJFK 010950Z".
+struct Posts {
+    explicit Posts(platform::NotificationCenter& center) {
+        for (const char* name :
+             {"updateMetarString", "sealMetarString", "updateTafString", "sealTafString"}) {
+            tokens.push_back(center.addObserver(name, [this](const platform::Notification& one) {
+                const std::scoped_lock lock(mutex);
+                texts.push_back(one.name.substr(0, one.name.size() - 6) + ": " +
+                                std::get<std::string>(one.object));
+                threads.insert(std::this_thread::get_id());
+                changed.notify_all();
+            }));
+        }
+    }
+    /// What has come when it is so many, or the patience at an end.
+    std::vector<std::string> waitFor(std::size_t count) {
+        std::unique_lock lock(mutex);
+        changed.wait_for(lock, support::patience, [&] { return texts.size() >= count; });
+        return texts;
+    }
+
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::vector<std::string> texts;
+    std::set<std::thread::id> threads;
+    std::vector<platform::NotificationCenter::Token> tokens;
+};
