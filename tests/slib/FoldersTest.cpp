@@ -84,19 +84,6 @@ TEST_F(Folders, TheProgramsOwnFolderIsNamedAsItsExecutable) {
                             "DirectoryLocationDomain 0: No path found for directory in domain."));
 }
 
-TEST_F(Folders, PanelsAnswerWithAnAddressOrNothing) {
-    const auto url = platform::URL::file("/a.txt");
-    fake.panels.answers = {url, url};
-    EXPECT_EQ(SupportLibCat::simpleGetFile_ofThese(host, {"txt"}), url);
-    EXPECT_THAT(fake.panels.askedTypes, ElementsAre("txt"));
-    EXPECT_EQ(
-        SupportLibCat::getAPuttingURL(host, [](const std::string& path) { return path + "!"; }),
-        url);
-    EXPECT_EQ(fake.panels.askedWrittenPath("a"), "a!");
-    EXPECT_EQ(SupportLibCat::getAPuttingURL(host), std::nullopt);
-    EXPECT_FALSE(fake.panels.askedWrittenPath);
-}
-
 TEST_F(Folders, LogTextIsNoFormat) {
     SupportLibCat::slibLogAStringAndNum_num(host, "%s%n {} ", -7);
     EXPECT_THAT(fake.log.lines(), ElementsAre("%s%n {} -7"));
