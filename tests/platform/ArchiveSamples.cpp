@@ -216,11 +216,9 @@ Forger::Ref Forger::next(std::string_view& rest) {
     if (word == "true") {
         return list.number(Number(true));
     }
-    if (word.ends_with('u')) {
-        return list.number(Number(std::uint64_t{std::stoull(word)}));
-    }
-    const bool isReal = word.find_first_of(".ni") != word.npos;
-    return list.number(isReal ? Number(std::stod(word)) : Number(std::int64_t{std::stoll(word)}));
+    return list.number(word.find_first_of(".ni") != word.npos ? Number(std::stod(word))
+                       : word.starts_with('-') ? Number(std::int64_t{std::stoll(word)})
+                                               : Number(std::uint64_t{std::stoull(word)}));
 }
 
 std::uint32_t Forger::addSlot(Ref object) {

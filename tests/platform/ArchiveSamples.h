@@ -50,7 +50,7 @@ struct Beacon final : platform::Archivable {
 [[nodiscard]] std::string shown(const platform::Value& value);
 
 /// Puts together archives that `KeyedArchiver` would not write, from objects in a notation:
-/// 'text', <data>, true, 5, 5u (unsigned), 5.0, [array elements], {key=value key=value};
+/// 'text', <data>, true, 5, 5.0, [array elements], {key=value key=value};
 /// #5 refers to slot 5, @object to a new slot with that object; Name:Ancestor{key=value} is the
 /// record of a class.
 class Forger {

@@ -2,6 +2,7 @@
 #include "slib/NSCoder_SupportLib.h"
 #include "slib/SLIB_Prefs.h"
 #include "slib/SupportLibCat.h"
+#include "tests/support/Record.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,28 +14,17 @@ using namespace NSCoder_SupportLib;
 using namespace SupportLibCat;
 using platform::KeyedArchiver;
 using platform::KeyedUnarchiver;
+using support::Record;
 
 namespace {
 
-/// A record whose fields the tests write.
-struct Record final : platform::Archivable {
-    explicit Record(std::function<void(KeyedArchiver&)> writer) : write(std::move(writer)) {}
-    [[nodiscard]] const platform::ClassNames& archivedClass() const override {
-        static const platform::ClassNames names{"Record"};
-        return names;
-    }
-    void encodeWithCoder(KeyedArchiver& coder) const override { write(coder); }
-
-    std::function<void(KeyedArchiver&)> write;
-};
-
 void writeAndRead(const std::function<void(KeyedArchiver&)>& write,
                   const std::function<void(KeyedUnarchiver&)>& read) {
-    const auto archive = KeyedArchiver::archivedData(std::make_shared<Record>(write));
+    const auto archive = KeyedArchiver::archivedData(std::make_shared<Record>("Record", write));
     platform::ClassTable classes;
     classes.add("Record", [&](KeyedUnarchiver& coder) {
         read(coder);
-        return std::make_shared<Record>(write);
+        return std::make_shared<Record>("Record");
     });
     EXPECT_EQ(KeyedUnarchiver::unarchive(archive.value(), classes).fault, "");
 }

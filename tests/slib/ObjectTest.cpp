@@ -7,6 +7,7 @@
 #include "slib/slibTextPuncRecord.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/OtherReader.h"
+#include "tests/support/Record.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -180,18 +181,12 @@ TEST(SLibObject, ANamelessOneIsNamedByItsArchive) {
 }
 
 TEST(SLibObject, MissingKeysReadAsNothing) {
-    struct Empty final : platform::Archivable {
-        explicit Empty(const char* name) : names{name} {}
-        [[nodiscard]] const platform::ClassNames& archivedClass() const override { return names; }
-        void encodeWithCoder(KeyedArchiver&) const override {}
-        platform::ClassNames names;
-    };
-    const auto object = reread<SLibObject>(std::make_shared<Empty>("SLibObject"));
+    const auto object = reread<SLibObject>(std::make_shared<support::Record>("SLibObject"));
     ASSERT_TRUE(object);
     EXPECT_EQ(object->name(), std::nullopt);
     EXPECT_EQ(object->slibNewUID, std::nullopt);
     EXPECT_TRUE(slib::wasIssued(object->slibUniqueID));
-    const auto range = reread<SLibRange>(std::make_shared<Empty>("SLibRange"));
+    const auto range = reread<SLibRange>(std::make_shared<support::Record>("SLibRange"));
     ASSERT_TRUE(range);
     EXPECT_EQ(range->name(), " ");
     EXPECT_EQ(range->getRandomRangeVal(), 0U);

@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/WeatherServer.h"
 
-#include <openssl/pem.h>
-#include <openssl/x509v3.h>
-
-#include <cstdio>
 #include <cstdlib>
 #include <future>
 #include <stdexcept>
@@ -19,46 +15,24 @@ extern "C" [[gnu::weak]] const char* __tsan_default_suppressions() {
 namespace support {
 namespace {
 
-using Key = std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>;
-using Certificate = std::unique_ptr<X509, decltype(&X509_free)>;
-
-void addExtension(X509* certificate, int kind, const char* value) {
-    X509_EXTENSION* extension = X509V3_EXT_conf_nid(nullptr, nullptr, kind, value);
-    X509_add_ext(certificate, extension, -1);
-    X509_EXTENSION_free(extension);
-}
-
-Certificate selfSigned(EVP_PKEY* key) {
-    Certificate made(X509_new(), X509_free);
-    X509* certificate = made.get();
-    X509_set_version(certificate, X509_VERSION_3);
-    ASN1_INTEGER_set(X509_get_serialNumber(certificate), 1);
-    X509_gmtime_adj(X509_getm_notBefore(certificate), -60);
-    X509_gmtime_adj(X509_getm_notAfter(certificate), 60 * 60);
-    X509_set_pubkey(certificate, key);
-    X509_NAME* name = X509_get_subject_name(certificate);
-    X509_NAME_add_entry_by_txt(name, "CN", MBSTRING_ASC,
-                               reinterpret_cast<const unsigned char*>("Throwaway"), -1, -1, 0);
-    X509_set_issuer_name(certificate, name);
-    addExtension(certificate, NID_basic_constraints, "critical,CA:TRUE");
-    addExtension(certificate, NID_subject_alt_name, "DNS:localhost,DNS:aviationweather.gov");
-    X509_sign(certificate, key, EVP_sha256());
-    return made;
-}
-
-std::unique_ptr<httplib::Server> secureServer(const std::filesystem::path& certificateFile) {
-    const Key key(EVP_EC_gen("P-256"), EVP_PKEY_free);
-    const Certificate certificate = selfSigned(key.get());
-    std::FILE* file = std::fopen(certificateFile.c_str(), "wb");
-    PEM_write_X509(file, certificate.get());
-    std::fclose(file);
-    return std::make_unique<httplib::SSLServer>(certificate.get(), key.get());
+/// A server with a new certificate of its own.
+std::unique_ptr<httplib::Server> secureServer(const std::filesystem::path& certificate,
+                                              const std::filesystem::path& key) {
+    const std::string command = "openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 "
+                                "-nodes -days 1 -subj /CN=Throwaway -addext "
+                                "subjectAltName=DNS:localhost,DNS:aviationweather.gov -keyout '" +
+                                key.string() + "' -out '" + certificate.string() + "' 2>'" +
+                                key.string() + ".log'";
+    if (std::system(command.c_str()) != 0) {
+        throw std::runtime_error("no certificate");
+    }
+    return std::make_unique<httplib::SSLServer>(certificate.c_str(), key.c_str());
 }
 
 } // namespace
 
 WeatherServer::WeatherServer(Answer answer, Kind kind)
-    : server_(kind == https ? secureServer(folder_ / "certificate.pem")
+    : server_(kind == https ? secureServer(folder_ / "certificate.pem", folder_ / "key.pem")
                             : std::make_unique<httplib::Server>()) {
     // Loopback is reached directly, whatever proxy the environment names.
     ::setenv("no_proxy", "*", 1);
