@@ -176,17 +176,16 @@ Forger::Ref Forger::next(std::string_view& rest) {
         rest.remove_prefix(isThere ? 1 : 0);
         return isThere;
     };
-    std::vector<Ref> keys;
-    std::vector<Ref> values;
+    const auto quoted = [&](char end) {
+        const std::string inside = upTo({&end, 1});
+        take(end);
+        return inside;
+    };
     if (take('\'')) {
-        const std::string text = upTo("'");
-        take('\'');
-        return list.text(text);
+        return list.text(quoted('\''));
     }
     if (take('<')) {
-        const std::string bytes = upTo(">");
-        take('>');
-        return list.data(std::as_bytes(std::span(bytes)));
+        return list.data(std::as_bytes(std::span<const char>(quoted('>'))));
     }
     if (take('#')) {
         return list.uid(static_cast<std::uint32_t>(std::stoul(upTo(" ]}"))));
@@ -194,6 +193,8 @@ Forger::Ref Forger::next(std::string_view& rest) {
     if (take('@')) {
         return list.uid(addSlot(next(rest)));
     }
+    std::vector<Ref> keys;
+    std::vector<Ref> values;
     if (take('[')) {
         for (; !take(']'); take(' ')) {
             values.push_back(next(rest));
