@@ -69,12 +69,14 @@ TEST_F(Catalogue, UnreadableAndEmptyListsEndTheParseToo) {
 }
 
 TEST_F(Catalogue, FavoritesOutliveTheCatalogueTheyWereMarkedIn) {
-    parse(list + line);
+    const std::string other = std::string(line).replace(20, 4, "KYYQ");
+    parse(list + line + other);
     controller->masterCollection()->stations->front()->setFavorite(true);
-    parse(list + line + line);
+    parse(list + other + line + line);
     const auto& stations = *controller->masterCollection()->stations;
-    EXPECT_TRUE(stations.at(0)->isFavorite());
-    EXPECT_FALSE(stations.at(1)->isFavorite());
+    EXPECT_FALSE(stations.at(0)->isFavorite());
+    EXPECT_TRUE(stations.at(1)->isFavorite());
+    EXPECT_FALSE(stations.at(2)->isFavorite());
 }
 
 TEST_F(Catalogue, MarksAndReadsGoOnWhileAParseReplacesTheMaster) {
