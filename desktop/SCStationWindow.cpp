@@ -5,18 +5,34 @@
 #include "browser/SCWebView.h"
 #include "desktop/ChartView.h"
 #include "desktop/Controls.h"
+#include "desktop/FadingLabel.h"
 #include "desktop/ProgramMenus.h"
 #include "desktop/StationTable.h"
 #include "desktop/StationsOnMap.h"
 #include "desktop/map/MapView.h"
+#include "mystations/aiiFlashingText.h"
 #include "ui_SCStationWindowController.h"
 
 #include <QFontDatabase>
 #include <QKeyEvent>
+#include <QTimer>
 
+#include <chrono>
 #include <utility>
 
 namespace desktop {
+
+namespace {
+
+constexpr int hybridType = 2;
+constexpr int chartType = 4;
+
+/// Of the hint's speeds.
+constexpr int slowly = 2;
+/// Long enough to be seen, too short to disturb.
+constexpr std::chrono::seconds hintBlinksFor{5};
+
+} // namespace
 
 struct SCStationWindow::Views {
     struct Interface : Ui::SCStationWindowController {
@@ -27,9 +43,9 @@ struct SCStationWindow::Views {
             switchie->setId(searchState, 2);
             switchieDu->setId(mapStandard, 0);
             switchieDu->setId(mapSatellite, 1);
-            switchieDu->setId(mapHybrid, 2);
+            switchieDu->setId(mapHybrid, hybridType);
             switchieDu->setId(mapFlyover, 3);
-            switchieDu->setId(mapChart, 4);
+            switchieDu->setId(mapChart, chartType);
         }
     };
 
@@ -37,7 +53,8 @@ struct SCStationWindow::Views {
         : ui(window),
           mapV(*new MapView(std::move(map), ui.mapPlace)),
           chart(*new ChartView(host, {}, ui.mapPlace)),
-          secView(host, chart) {
+          secView(host, chart),
+          dLcikWords(aiiFlashingText::initWithFrame(host, hint)) {
         // Below the buttons; the one that is hidden takes no room.
         ui.mapLayout->insertWidget(1, &mapV, 1);
         ui.mapLayout->insertWidget(2, &chart, 1);
@@ -46,6 +63,12 @@ struct SCStationWindow::Views {
         QWidget::setTabOrder(ui.mapChart, &mapV);
         QWidget::setTabOrder(&mapV, ui.metarB);
         secView.awakeFromNib();
+        dLcikWords->awakeFromNib();
+        // Kept while the hint is hidden: it will blink when it is first shown.
+        dLcikWords->setFlashSpeed(slowly);
+        hintStandsStill.setSingleShot(true);
+        QObject::connect(&hintStandsStill, &QTimer::timeout, &hintStandsStill,
+                         [this] { dLcikWords->flash(false); });
     }
 
     Interface ui;
@@ -64,7 +87,11 @@ struct SCStationWindow::Views {
     MapView& mapV;
     ChartView& chart;
     SCWebView secView;
-    Label dLcikWords{*ui.dLcikWords};
+    FadingLabel hint{*ui.dLcikWords};
+    std::shared_ptr<aiiFlashingText> dLcikWords;
+    QTimer hintStandsStill;
+    /// The map type that the user has chosen last.
+    int chosenType = -1;
     /// Told when requests open and end; dropped first.
     std::shared_ptr<QProgressBar*> working;
     platform::NotificationCenter::Token openRequests;
@@ -72,7 +99,9 @@ struct SCStationWindow::Views {
 
 SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform::Host& host,
                                  MapSetup map, ProgramMenus& menus, QSettings& memory)
-    : ProgramWindow(menus, memory), controller_(controller), menus_(menus),
+    : ProgramWindow(menus, memory),
+      controller_(controller),
+      menus_(menus),
       views_(std::make_unique<Views>(*this, host, std::move(map))) {
     Ui::SCStationWindowController& ui = views_->ui;
     menus_.setStationWindowActions({.find =
@@ -92,7 +121,7 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
                            .words = &views_->words,
                            .mapV = &views_->mapV,
                            .secView = &views_->secView,
-                           .dLcikWords = &views_->dLcikWords,
+                           .dLcikWords = views_->dLcikWords.get(),
                            .metarBackField = &views_->metarBackField,
                            .tafBackFiled = &views_->tafBackFiled,
                            .stationLine = &views_->stationLine};
@@ -133,8 +162,15 @@ void SCStationWindow::bindSearch() {
 
 void SCStationWindow::bindMap(platform::Host& host) {
     Ui::SCStationWindowController& ui = views_->ui;
-    connect(ui.switchieDu, &QButtonGroup::idClicked, this,
-            [this] { controller_.switchieswitcheDu(); });
+    connect(ui.switchieDu, &QButtonGroup::idClicked, this, [this](int type) {
+        if (std::exchange(views_->chosenType, type) == type) {
+            return;
+        }
+        controller_.switchieswitcheDu();
+        if (type == chartType) {
+            views_->hintStandsStill.start(hintBlinksFor);
+        }
+    });
     views_->mapV.stationClicked = [this](std::size_t station) {
         const auto row = static_cast<std::int64_t>(station);
         views_->table.selectRow(row);
@@ -226,7 +262,7 @@ void SCStationWindow::arrange() {
     // The logic keeps the map's type, and leaves it to us to show which it is. A chart that was on
     // show comes back as the hybrid map.
     const auto type = static_cast<int>(controller_.currentMapType);
-    views_->switchieDu.setSelectedSegment(type == 4 ? 2 : type);
+    views_->switchieDu.setSelectedSegment(type == chartType ? hybridType : type);
 }
 
 void SCStationWindow::recall(const QSettings& memory) {

@@ -48,7 +48,14 @@ TEST(ChartView, TheWindowLoadsTheEngineWhenTheChartIsFirstShown) {
         return child("secView")->geometry() ==
                place.adjusted(0, 0, 0, -child("dLcikWords")->height());
     }));
+    // Its hint blinks, and the weather's timer runs.
+    using namespace std::chrono_literals;
+    EXPECT_EQ(program.fake.timers.runningIntervals(),
+              (std::vector<std::chrono::milliseconds>{30min, 1300ms}));
+    choose("mapChart");
+    EXPECT_EQ(program.fake.timers.runningIntervals().size(), 2U) << "chosen again";
     choose("mapSatellite");
+    EXPECT_EQ(program.fake.timers.runningIntervals().size(), 1U);
     EXPECT_TRUE(child("mapV")->isVisible());
     EXPECT_FALSE(child("secView")->isVisible());
     EXPECT_FALSE(child("dLcikWords")->isVisible());
