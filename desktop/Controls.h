@@ -52,7 +52,9 @@ private:
 /// Buttons of which one is down; their ids in the group are the segments.
 class Segments final : public platform::SegmentedControl {
 public:
-    explicit Segments(QButtonGroup& buttons) : buttons_(buttons) {}
+    explicit Segments(QButtonGroup& buttons) : buttons_(buttons) {
+        QObject::connect(&buttons, &QButtonGroup::buttonToggled, &buttons, &show);
+    }
 
     void setSelectedSegment(int segment) override {
         if (auto* button = buttons_.button(segment)) {
@@ -66,6 +68,16 @@ public:
     [[nodiscard]] int selectedSegment() const override { return buttons_.checkedId(); }
 
 private:
+    /// Dark themes hardly tell a button that is down from the others.
+    static void show(QAbstractButton* button, bool isDown) {
+        QPalette palette;
+        if (isDown) {
+            palette.setColor(QPalette::Button, palette.color(QPalette::Highlight));
+            palette.setColor(QPalette::ButtonText, palette.color(QPalette::HighlightedText));
+        }
+        button->setPalette(palette);
+    }
+
     QButtonGroup& buttons_;
 };
 
