@@ -97,7 +97,7 @@ void ProgramMenus::addTo(QMainWindow& window) {
         return menu;
     };
     addMenu(tr("Nosi&g"), program_);
-    QMenu* stations = addMenu(tr("S&tations"), stations_);
+    QMenu* stations = addMenu(tr("&Stations"), stations_);
     stations->insertSeparator(stations_[1]);
     QMenu* near = stations->addMenu(tr("&Near the Selected Station"));
     near->addActions(QList<QAction*>(near_.begin(), near_.end()));

@@ -8,6 +8,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
@@ -73,7 +74,7 @@ TEST_F(StationWindowTest, ShowsAHintUntilThereAreStations) {
 TEST_F(StationWindowTest, SavesWhereTheUserSays) {
     openList();
     fake.panels.answers.emplace_back(platform::URL::file((fake.folder / "mine.txt").string()));
-    QTest::keyClick(&window(), Qt::Key_S, Qt::AltModifier);
+    QTest::keyClick(&window(), Qt::Key_V, Qt::AltModifier);
     EXPECT_TRUE(QTest::qWaitFor([this] { return fake.panels.timesAsked == 2; }));
     EXPECT_TRUE(std::filesystem::exists(fake.folder / "mine.STNPKG"));
 }
@@ -112,6 +113,27 @@ TEST_F(StationWindowTest, EveryControlHasANameAndIsReachedByKeyboard) {
         control->clearFocus();
         EXPECT_NE(control->grab().toImage(), focused) << "the focus does not show";
     }
+}
+
+TEST_F(StationWindowTest, NoTwoControlsShareALetter) {
+    QStringList texts;
+    for (const QAction* menu : window().menuBar()->actions()) {
+        texts.append(menu->text());
+    }
+    for (const auto* button : window().findChildren<QAbstractButton*>()) {
+        texts.append(button->text());
+    }
+    for (const auto* label : window().findChildren<QLabel*>()) {
+        if (label->buddy()) {
+            texts.append(label->text());
+        }
+    }
+    std::set<QString> letters;
+    for (const QString& text : texts) {
+        const QString letter = QKeySequence::mnemonic(text).toString();
+        EXPECT_TRUE(letter.isEmpty() || letters.insert(letter).second) << text.toStdString();
+    }
+    EXPECT_GE(letters.size(), 15U);
 }
 
 TEST_F(StationWindowTest, TheKeyboardSearchesAndComesBack) {
