@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/ProgramWindows.h"
 #include "desktop/host/DesktopHost.h"
 #include "desktop/host/EndSignals.h"
 #include "desktop/host/SingleInstance.h"
+#include "desktop/windows/ProgramWindows.h"
 
 #include <QApplication>
 #include <QIcon>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "app/AppDelegate.h"
-#include "desktop/ProgramWindows.h"
 #include "desktop/Text.h"
+#include "desktop/windows/ProgramWindows.h"
 #include "tests/support/FakeHost.h"
 
 #include <QApplication>

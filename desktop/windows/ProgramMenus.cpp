@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/ProgramMenus.h"
+#include "desktop/windows/ProgramMenus.h"
 
 #include "app/AppDelegate.h"
 

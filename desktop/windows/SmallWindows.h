@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "desktop/ProgramWindow.h"
+#include "desktop/windows/ProgramWindow.h"
 #include "platform/Host.h"
 
 #include <memory>

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/SCStationWindow.h"
+#include "desktop/windows/SCStationWindow.h"
 
 #include "browser/SCStationWindowController.h"
 #include "browser/SCWebView.h"
 #include "desktop/ChartView.h"
 #include "desktop/Controls.h"
 #include "desktop/FadingLabel.h"
-#include "desktop/ProgramMenus.h"
 #include "desktop/StationTable.h"
 #include "desktop/StationsOnMap.h"
 #include "desktop/map/MapView.h"
+#include "desktop/windows/ProgramMenus.h"
 #include "mystations/aiiFlashingText.h"
 #include "ui_SCStationWindowController.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "desktop/ProgramWindow.h"
 #include "desktop/map/MapView.h"
+#include "desktop/windows/ProgramWindow.h"
 
 #include <memory>
 

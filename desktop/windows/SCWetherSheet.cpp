@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/SCWetherSheet.h"
+#include "desktop/windows/SCWetherSheet.h"
 
 #include "catalogue/StationCells.h"
 #include "desktop/Controls.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/SCMyStationsWindow.h"
+#include "desktop/windows/SCMyStationsWindow.h"
 
-#include "desktop/SCWetherSheet.h"
 #include "desktop/StationTable.h"
 #include "desktop/StationsOnMap.h"
+#include "desktop/windows/SCWetherSheet.h"
 #include "mystations/SCMyStationsWindowController.h"
 #include "ui_SCMyStationsWindowController.h"
 

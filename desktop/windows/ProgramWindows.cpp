@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/ProgramWindows.h"
+#include "desktop/windows/ProgramWindows.h"
 
 #include "app/SLIBReleaseNotesWindowController.h"
-#include "desktop/SCMyStationsWindow.h"
-#include "desktop/SCStationWindow.h"
-#include "desktop/SmallWindows.h"
 #include "desktop/Text.h"
+#include "desktop/windows/SCMyStationsWindow.h"
+#include "desktop/windows/SCStationWindow.h"
+#include "desktop/windows/SmallWindows.h"
 
 #include <utility>
 

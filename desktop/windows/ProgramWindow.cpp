@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/ProgramWindow.h"
+#include "desktop/windows/ProgramWindow.h"
 
-#include "desktop/ProgramMenus.h"
+#include "desktop/windows/ProgramMenus.h"
 
 #include <QCoreApplication>
 #include <QScreen>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/SmallWindows.h"
+#include "desktop/windows/SmallWindows.h"
 
 #include "app/SCAboutWindowController.h"
 #include "app/SLIBReleaseNotesWindowController.h"

@@ -3,8 +3,8 @@
 
 #include "app/AppDelegate.h"
 #include "app/Windows.h"
-#include "desktop/ProgramMenus.h"
 #include "desktop/map/MapView.h"
+#include "desktop/windows/ProgramMenus.h"
 #include "platform/Host.h"
 
 #include <QSettings>
