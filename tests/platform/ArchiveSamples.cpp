@@ -5,6 +5,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <limits>
 #include <regex>
 
 namespace samples {
@@ -62,6 +64,30 @@ const ClassTable& classes() {
 
 Unarchived unarchived(const std::optional<Data>& archive) {
     return archive ? KeyedUnarchiver::unarchive(*archive, classes()) : Unarchived{};
+}
+
+std::shared_ptr<Dictionary> dictionaryOf(std::map<std::string, Value, std::less<>> entries,
+                                         bool isMutable) {
+    return std::make_shared<Dictionary>(Dictionary{isMutable, std::move(entries)});
+}
+
+std::shared_ptr<Beacon> richBeacon() {
+    auto beacon = std::make_shared<Beacon>();
+    beacon->name = "Årø";
+    beacon->code = Number(true);
+    beacon->height = std::numeric_limits<std::int64_t>::min();
+    beacon->channel = -7;
+    beacon->isLit = true;
+    beacon->range = 12.5F;
+    beacon->latitude = 40;
+    beacon->signal = hex("00ff80");
+    beacon->price = dictionaryOf({{"", Number(1)}, {"$null", std::string("$null")}});
+    UUID uuid;
+    std::ranges::copy(std::as_bytes(std::span("0123456789abcdef", 16)), uuid.bytes.begin());
+    beacon->other = uuid;
+    beacon->loose = std::string("loose");
+    beacon->looseNumber = 65536;
+    return beacon;
 }
 
 std::shared_ptr<Array> arrayOf(std::vector<Value> elements, bool isMutable) {

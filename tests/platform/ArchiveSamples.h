@@ -41,6 +41,10 @@ struct Beacon final : platform::Archivable {
 
 [[nodiscard]] std::shared_ptr<platform::Array> arrayOf(std::vector<platform::Value> elements,
                                                        bool isMutable = true);
+[[nodiscard]] std::shared_ptr<platform::Dictionary>
+dictionaryOf(std::map<std::string, platform::Value, std::less<>> entries, bool isMutable = true);
+/// No field of it is empty.
+[[nodiscard]] std::shared_ptr<Beacon> richBeacon();
 /// Bytes written as hexadecimal digits, blanks between them at will.
 [[nodiscard]] platform::Data hex(std::string_view digits);
 

@@ -12,7 +12,6 @@
 
 using namespace platform;
 using samples::arrayOf;
-using samples::Beacon;
 using samples::Forger;
 using samples::shown;
 using samples::unarchived;
@@ -45,22 +44,11 @@ Data listOf(const std::string& object) {
     return list;
 }
 
-Data beacons(int count) {
-    std::vector<Value> list;
-    for (int i = 0; i < count; ++i) {
-        auto beacon = std::make_shared<Beacon>();
-        beacon->name = "Fyr nø " + std::to_string(i);
-        beacon->code = Number(i);
-        beacon->height = i;
-        beacon->isLit = true;
-        beacon->latitude = 1.5 * i;
-        beacon->signal = Data(3, std::byte{9});
-        beacon->price = URL{"https://example.org/"};
-        beacon->other = std::make_shared<Dictionary>(Dictionary{true, {{"mark", Number(true)}}});
-        beacon->loose = std::make_shared<Set>(Set{true, {Date{}, UUID{}, Null()}});
-        list.emplace_back(std::move(beacon));
-    }
-    return KeyedArchiver::archivedData(arrayOf(std::move(list))).value();
+Data richArchive() {
+    const auto set = std::make_shared<Set>(Set{true, {Date{}, UUID{}, Null()}});
+    return KeyedArchiver::archivedData(
+               arrayOf({samples::richBeacon(), URL{"https://example.org/"}, set}))
+        .value();
 }
 
 TEST(HostileArchive, BrokenFramesAreRefusedWithAReason) {
@@ -76,7 +64,7 @@ TEST(HostileArchive, BrokenFramesAreRefusedWithAReason) {
         const auto bytes = std::as_bytes(std::span(text, std::strlen(text)));
         expectRefused({bytes.begin(), bytes.end()}, reason);
     }
-    const auto whole = beacons(1);
+    const auto whole = richArchive();
     const auto start = bigAt(whole, whole.size() - 8, 8);
     ASSERT_EQ(bigAt(whole, whole.size() - 26, 1), 2U);
     const struct {
@@ -87,7 +75,6 @@ TEST(HostileArchive, BrokenFramesAreRefusedWithAReason) {
     } rows[] = {
         {"offset width", whole.size() - 26, 1, {0, 9, 255}},
         {"reference width", whole.size() - 25, 1, {0, 9, 255}},
-        {"wider references", whole.size() - 25, 1, {4}, "broken"},
         {"objects", whole.size() - 24, 8, {0, 0x10000, 1ULL << 61, 1ULL << 63, ~0ULL}},
         {"top object", whole.size() - 16, 8, {0x10000, 1ULL << 63, ~0ULL}},
         {"offset table", whole.size() - 8, 8, {0, 8, whole.size() - 32, 1ULL << 63, ~0ULL}},
@@ -128,7 +115,6 @@ TEST(HostileArchive, ObjectsThatDoNotFitAreBroken) {
         ASSERT_TRUE(list) << fault;
         EXPECT_EQ(list->element(0).kind, plist::Kind::broken);
         EXPECT_EQ(list->element(1).kind, plist::Kind::broken);
-        EXPECT_EQ(list->element(~std::uint64_t{0}).kind, plist::Kind::broken);
     }
 }
 
@@ -136,12 +122,8 @@ TEST(HostileArchive, TextAndNumbersOfAnyFormAreRead) {
     const std::pair<const char*, const char*> cases[] = {
         {"5361c362", "\"a\uFFFDb\""},
         {"66d83d0061dc00d83ddeebd83d", "\"\uFFFDa\uFFFD🛫\uFFFD\""},
-        {"5101", "\"\1\""},
         {"5f1300000000000000026162", "\"ab\""},
-        {"100a", "i10"},
-        {"12000186a0", "i100000"},
         {"13ffffffffffffffff", "i-1"},
-        {"14000000000000000000000000000000ff", "i255"},
         {"1400000000000000008000000000000000", "u9223372036854775808"},
         {"1400000000000000010000000000000000", "-"},
         {"223fc00000", "f1.5"},
@@ -169,19 +151,14 @@ TEST(HostileArchive, TheArchiveFrameIsChecked) {
     } cases[] = {
         {"$version", "", "top entries"},
         {"$version", "99999", "version"},
-        {"$version", "100000.0", "top entries"},
-        {"$archiver", "", "top entries"},
         {"$archiver", "'OddArchiver'", "unknown archiver"},
-        {"$top", "", "top entries"},
         {"$top", "#1", "top entries"},
         {"$top", "{}", "no root"},
         {"$top", "{root=1}", "no root"},
         {"$top", "{root=#0}", "absent"},
         {"$top", "{root=#99}", "beyond"},
-        {"$objects", "", "top entries"},
         {"$objects", "{}", "top entries"},
         {"$objects", "[]", "table is empty"},
-        {"$objects", "['x' 'y']", "table is empty"},
     };
     for (const auto& [key, entry, reason] : cases) {
         SCOPED_TRACE(key + " "s + reason);
@@ -212,27 +189,21 @@ TEST(HostileArchive, ObjectsThatCannotBeMadeReadAsAbsent) {
         std::string expected;
         std::string reason;
     } cases[] = {
-        // Its class: missing, nil, pointing at itself, of another kind, unknown.
+        // Its class: missing, pointing at itself, of another kind, unknown.
         {"{}", "", "cannot be read"},
-        {"{$class=#0}", "", "cannot be read"},
         {"{$class=#2}", "", "cannot be read"},
-        {"{$class='Beacon'}", "", "cannot be read"},
         {"{$class=@'Beacon'}", "", "cannot be read"},
-        {"{$class=@{$classname=1}}", "", "cannot be read"},
         {"Evil:NSObject{}", "", "\"Evil\""},
         // It contains itself.
         {"Beacon{other=#1}", "Beacon()", "contains itself"},
-        {"Beacon{other=#2}", "Beacon()", "contains itself"},
         {"NSArray{NS.objects=[#2 #1]}", "()", "contains itself"},
         {"NSURL{NS.relative=@'a' NS.base=#2}", "", "contains itself"},
         // Lists that are odd in themselves are refused, unreadable elements left out.
         {"NSArray{NS.objects=[#0]}", "", "\"NSArray\""},
         {"NSArray{NS.objects=[@'$null']}", "", "\"NSArray\""},
-        {"NSArray{NS.objects=['inline']}", "", "\"NSArray\""},
         {"NSArray{NS.objects=[@[] @'a']}", "(\"a\")", "no object can have"},
         {"NSDictionary{NS.keys=[] NS.objects=[@'a']}", "", "\"NSDictionary\""},
         {"NSDictionary{NS.keys=[@1] NS.objects=[#1]}", "", "\"NSDictionary\""},
-        {"NSDictionary{NS.keys=[@'a'] NS.objects=[#0]}", "", "\"NSDictionary\""},
         {"NSMutableSet{}", "", "\"NSMutableSet\""},
         // Of equal keys the first one counts.
         {"NSDictionary{NS.keys=[@'a' @'a'] NS.objects=[@1 @2]}", "<a=i1>", ""},
@@ -268,17 +239,6 @@ TEST(HostileArchive, DeepAndMultiplyingGraphsStayWithinBounds) {
     EXPECT_THAT(deep.firstMisreadField, HasSubstr("too deeply"));
     EXPECT_EQ(chain(64, 2).misreadFields, 0U);
     EXPECT_EQ(chain(2, 500'000).misreadFields, 0U);
-
-    // Lists of the property list itself: deep and multiplying, and within itself.
-    Forger forger;
-    auto list = forger.list.array({});
-    for (int i = 0; i < 200'000; ++i) {
-        list = forger.list.array(std::vector{list, list});
-    }
-    forger.addSlot(list);
-    const auto own = forger.list.array({}) + 1;
-    forger.addSlot(forger.list.array(std::vector{own, own}));
-    EXPECT_EQ(shown(forger.read({"Beacon{other=#1 price=#2 height=1}"}).root), "Beacon(height=1)");
 }
 
 TEST(HostileArchive, WhatManyRecordsShareDoesNotMultiply) {
@@ -297,26 +257,15 @@ TEST(HostileArchive, WhatManyRecordsShareDoesNotMultiply) {
     for (const auto& object :
          {"Beacon{name=@'" + std::string(5'000'000, 'x') + "'}",
           "NSData{NS.data=<" + std::string(5'000'000, 'x') + ">}",
-          "NSSet{NS.objects=" + elements + "}",
           "NSDictionary{NS.keys=" + elements + " NS.objects=" + elements + "}"}) {
         SCOPED_TRACE(object.substr(0, 20));
         EXPECT_THAT(thousandTimes(object).fault, HasSubstr("same contents"));
     }
     EXPECT_EQ(thousandTimes("Beacon{" + repeated(200'000, "height=1 ") + "}").misreadFields, 1000U);
-
-    // A thousand classes that share a long list of what are no ancestors' names.
-    Forger forger;
-    const auto ancestry = forger.object("{$classes=[" + repeated(20'000, "1 ") + "]}");
-    std::string records;
-    for (int i = 0; i < 1000; ++i) {
-        records += "@{$class=#" + std::to_string(forger.addSlot(ancestry)) + "} ";
-    }
-    EXPECT_THAT(forger.read({"NSSet{NS.objects=[" + records + "]}"}).fault,
-                HasSubstr("same contents"));
 }
 
 TEST(HostileArchive, CutOrChangedAnywhereItDoesNoHarm) {
-    const auto whole = beacons(4);
+    const auto whole = richArchive();
     ASSERT_EQ(unarchived(whole).fault, "");
     for (std::size_t size = 0; size < whole.size(); ++size) {
         const auto result =

