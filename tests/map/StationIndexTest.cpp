@@ -78,25 +78,4 @@ TEST(StationIndex, LeavesOutWhatLiesNowhere) {
     EXPECT_TRUE(numbers(StationIndex(), {0, 0, 1, 1}).empty());
 }
 
-TEST(StationIndex, PointingFindsTheNearest) {
-    const std::vector<Station> stations{{"A", {-17.75, 177.44}},
-                                        {"B", {-17.75, 177.44}},
-                                        {"C", {-16.69, -179.88}},
-                                        {"D", {-18.04, 178.56}}};
-    const StationIndex index(stations);
-    map::View view;
-    view.setSize({600, 400});
-    view.show({{-17, 179}, 6, 6});
-    const auto at = [&](std::size_t station, double right, double reach) {
-        const auto point = view.toScreen(map::project(stations[station].location)).value();
-        return index.nearest(view, {point.x + right, point.y}, reach);
-    };
-    EXPECT_EQ(at(0, 3, 8), 0U);
-    EXPECT_EQ(at(2, -7, 8), 2U);
-    EXPECT_EQ(at(2, 9, 8), std::nullopt);
-    view.setAttitude(120, 45);
-    EXPECT_EQ(at(3, 5, 8), 3U);
-    EXPECT_EQ(at(2, 0, 8), 2U);
-}
-
 } // namespace
