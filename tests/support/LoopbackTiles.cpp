@@ -15,12 +15,8 @@ LoopbackTiles::LoopbackTiles() {
     listen(QHostAddress::LocalHost);
     connect(this, &QTcpServer::newConnection, this, [this] {
         while (QTcpSocket* socket = nextPendingConnection()) {
-            mostOpen = std::max(mostOpen, ++open);
             connect(socket, &QTcpSocket::readyRead, this, [this, socket] { serve(*socket); });
-            connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
-                --open;
-                socket->deleteLater();
-            });
+            connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
         }
     });
 }

@@ -37,9 +37,6 @@ public:
     /// Answers one request; a picture that may be kept for an hour unless a test says otherwise.
     std::function<void(QTcpSocket& socket, const Request& request)> answer;
     std::vector<Request> requests;
-    /// Connections at once, now and at most.
-    int open = 0;
-    int mostOpen = 0;
 
 private:
     void serve(QTcpSocket& socket);
