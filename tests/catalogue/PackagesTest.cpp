@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/Packages.h"
-#include "catalogue/ListFile.h"
-#include "catalogue/stationparser.h"
-#include "platform/Files.h"
 #include "platform/KeyedArchiver.h"
 #include "platform/KeyedUnarchiver.h"
-#include "tests/support/FakeHost.h"
 #include "tests/support/Stations.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -77,7 +73,6 @@ TEST(Packages, RoundTripKeepsEveryFieldAndNothingElse) {
 TEST(Packages, AbsentBrokenAndForeignFilesAreNoCollection) {
     const support::TemporaryFolder folder;
     const auto path = folder / "a.STNPKG";
-    EXPECT_FALSE(catalogue::readPackage({}));
     EXPECT_FALSE(catalogue::readPackage(folder.path()));
     EXPECT_FALSE(platform::KeyedArchiver::archiveRootObject(
         std::shared_ptr<AviationWeatherStationCollection>(), path));
@@ -127,31 +122,12 @@ TEST(Packages, ReadAnotherWritersStation) {
               "65 70 48 favourite\n");
 }
 
-TEST(Packages, ThePublicListSurvivesAPackage) {
-    const std::filesystem::path list = NOSIG_SHARED_DATA "/stations.txt";
-    if (!std::filesystem::exists(list)) {
-        GTEST_SKIP() << "the public list is not at " << list;
-    }
-    support::FakeHost host;
-    const auto parser = stationparser::initWithNSString(host.notificationCenter, host.log,
-                                                        catalogue::readListFile(list));
-    parser->parse();
-    const auto bytes = platform::KeyedArchiver::archivedData(parser->theCollection());
-    ASSERT_TRUE(bytes);
-    const auto read = platform::KeyedUnarchiver::unarchive(*bytes, catalogue::archivedClasses());
-    EXPECT_EQ(read.misreadFields, 0U);
-    const auto collection = platform::objectOf<AviationWeatherStationCollection>(read.root);
-    ASSERT_TRUE(collection);
-    EXPECT_EQ(described(*collection), described(*parser->theCollection()));
-}
-
 TEST(Packages, AreSavedUnderTheirOwnExtension) {
     for (const auto& [chosen, written] : {std::pair{"/a/stations.txt", "/a/stations.STNPKG"},
                                           {"/a/a.b.STNPKG", "/a/a.b.STNPKG"},
                                           {"list", "list.STNPKG"},
                                           {"list.stnpkg", "list.STNPKG"},
                                           {"/a.b/list", "/a.b/list.STNPKG"},
-                                          {"/a/.hidden", "/a/.hidden.STNPKG"},
                                           {"", ""}}) {
         EXPECT_EQ(catalogue::packagePath(chosen), written);
     }
