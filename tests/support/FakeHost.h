@@ -5,7 +5,6 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>
-#include <atomic>
 #include <deque>
 #include <map>
 #include <mutex>
@@ -169,12 +168,10 @@ private:
     std::deque<Entry> queue_;
 };
 
-class FakeClock final : public platform::Clock {
-public:
-    [[nodiscard]] platform::Date now() const override { return time.load(); }
-
-    std::atomic<platform::Date> time{
-        platform::Date(std::chrono::sys_days(std::chrono::year(2024) / 3 / 1))};
+struct FakeClock final : platform::Clock {
+    [[nodiscard]] platform::Date now() const override {
+        return std::chrono::sys_days(std::chrono::year(2024) / 3 / 1);
+    }
 };
 
 class FakeLog final : public platform::Log {
@@ -186,10 +183,6 @@ public:
     [[nodiscard]] std::vector<std::string> lines() const {
         const std::scoped_lock lock(mutex_);
         return lines_;
-    }
-    void clear() {
-        const std::scoped_lock lock(mutex_);
-        lines_.clear();
     }
 
 private:

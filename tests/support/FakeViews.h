@@ -125,7 +125,6 @@ struct FakeTable final : platform::TableView {
         widths[std::string(column)] = width;
     }
     void reloadData() override {
-        ++reloads;
         rows = source ? source->numberOfRowsInTableView(*this) : 0;
         if (selected >= rows) {
             selected = -1;
@@ -155,7 +154,6 @@ struct FakeTable final : platform::TableView {
     std::int64_t rows = 0;
     std::int64_t selected = -1;
     std::int64_t scrolledTo = -1;
-    int reloads = 0;
     bool isUnsettled = false;
 };
 
