@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/Host.h"
-#include "platform/Views.h"
+#include "platform/WebView.h"
 
 #include <memory>
 #include <string>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "catalogue/AviationWeatherStationCollection.h"
-#include "platform/Views.h"
+#include "platform/TableView.h"
 
 #include <cstdint>
 #include <memory>

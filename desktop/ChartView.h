@@ -4,7 +4,7 @@
 #include "desktop/Text.h"
 #include "platform/Addresses.h"
 #include "platform/Host.h"
-#include "platform/Views.h"
+#include "platform/WebView.h"
 
 #include <QString>
 #include <QUrl>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "desktop/StationTableModel.h"
-#include "platform/Views.h"
+#include "platform/TableView.h"
 
 #include <QObject>
 #include <QSettings>

@@ -3,6 +3,7 @@
 
 #include "catalogue/AviationWeatherStationCollection.h"
 #include "platform/Host.h"
+#include "platform/TableView.h"
 #include "platform/Views.h"
 
 #include <cstdint>

@@ -3,10 +3,8 @@
 
 #include "platform/Drawing.h"
 #include "platform/Geodesy.h"
-#include "platform/Value.h"
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -118,78 +116,6 @@ public:
     /// Shows it at once, and fits it again when the view changes its size, until the user moves
     /// the map.
     virtual void setRegion(const Region& region) = 0;
-};
-
-/// Whom a web view tells what happens on its page.
-class WebViewUIDelegate {
-public:
-    virtual ~WebViewUIDelegate() = default;
-    /// The pointer has moved or a button was released over the page; `Events` tells which.
-    virtual void webView_mouseDidMoveOverElement_modifierFlags() = 0;
-};
-
-/// A page of the web or of the program's own files.
-class PageView {
-public:
-    virtual ~PageView() = default;
-    /// Where a page cannot be loaded, whatever the view shows is shown.
-    virtual void loadRequest(const URL& address) = 0;
-};
-
-/// A page in a window's place that another control may take.
-class WebView : public PageView {
-public:
-    [[nodiscard]] virtual bool isHidden() const = 0;
-    virtual void setHidden(bool hidden) = 0;
-    virtual void setFrame(const Frame& frame) = 0;
-    /// Borrowed; null lets go of it.
-    virtual void setUIDelegate(WebViewUIDelegate* delegate) = 0;
-};
-
-class TableView;
-
-/// Where a table takes its cells from.
-class TableViewDataSource {
-public:
-    virtual ~TableViewDataSource() = default;
-    [[nodiscard]] virtual std::int64_t numberOfRowsInTableView(const TableView& table) const = 0;
-    /// A cell's text; absent for an empty cell.
-    [[nodiscard]] virtual std::optional<std::string>
-    tableView_objectValueForTableColumn_row(const TableView& table, std::string_view column,
-                                            std::int64_t row) const = 0;
-};
-
-/// Whom a table tells what the user does.
-class TableViewDelegate {
-public:
-    virtual ~TableViewDelegate() = default;
-    virtual void tableViewSelectionDidChange(const TableView& table) = 0;
-    [[nodiscard]] virtual bool tableView_shouldEditTableColumn_row(const TableView& table,
-                                                                   std::string_view column,
-                                                                   std::int64_t row) const = 0;
-};
-
-/// A table of rows of which at most one is selected. It asks its data source for the number of
-/// rows at a reload only.
-class TableView {
-public:
-    virtual ~TableView() = default;
-    /// Both are borrowed; null lets go of them.
-    virtual void setDataSource(TableViewDataSource* source) = 0;
-    virtual void setDelegate(TableViewDelegate* delegate) = 0;
-    /// The least width of a column's content, in points; an unknown column is ignored.
-    virtual void setColumnWidth(std::string_view column, double width) = 0;
-    /// Never calls the delegate. A selected row that still exists stays selected; where it is gone
-    /// the selection is empty, and the delegate hears of it once the current operation has
-    /// returned, unless a selection has settled it by then.
-    virtual void reloadData() = 0;
-    /// Selects one row alone and tells the delegate when the selection changed by it; a row
-    /// outside the table empties the selection.
-    virtual void selectRow(std::int64_t row) = 0;
-    /// -1 for none.
-    [[nodiscard]] virtual std::int64_t selectedRow() const = 0;
-    /// A row outside the table is ignored.
-    virtual void scrollRowToVisible(std::int64_t row) = 0;
 };
 
 /// A window as its controller sees it.

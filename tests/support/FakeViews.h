@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/TableView.h"
 #include "platform/Views.h"
+#include "platform/WebView.h"
 
 #include <map>
 #include <optional>
