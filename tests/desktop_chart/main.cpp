@@ -19,6 +19,8 @@ extern "C" const char* __lsan_default_suppressions() {
 extern "C" const char* __tsan_default_suppressions() {
     return "race:libcpp-httplib.so\n"
            "race:libQt6WebEngineCore.so\n"
+           "race:_dl_deallocate_tls\n"
+           "thread:libQt6WebEngineCore.so\n"
            "called_from_lib:libQt6Core.so\n"
            "called_from_lib:libQt6Gui.so\n"
            "called_from_lib:libQt6Widgets.so\n"

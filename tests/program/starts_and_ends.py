@@ -67,17 +67,20 @@ class StartsAndEnds(unittest.TestCase):
             file.write("[General]\ndataserverhost=127.0.0.1:%d\n" % self.server.getsockname()[1])
         self.server.settimeout(PATIENCE)
 
+    def accept(self):
+        connection, _ = self.server.accept()
+        self.addCleanup(connection.close)
+
     def test_every_way_to_end_stores_what_is_to_be_kept(self):
         for how in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             with self.subTest(how=how):
                 self.home = Home(os.path.join(self.folder, how.name))
                 self.fetch_from_server()
                 program = self.home.start()
-                connection, _ = self.server.accept()
+                self.accept()
                 began = time.monotonic()
                 self.assertEqual(end(program, how), (0, []))
                 self.assertLess(time.monotonic() - began, 10, "it waited for the weather")
-                connection.close()
                 with open(self.home.favourites, "rb") as file:
                     self.assertIn("$objects", plistlib.load(file))
                 with open(self.home.settings, encoding="ascii") as file:
@@ -91,12 +94,12 @@ class StartsAndEnds(unittest.TestCase):
         first = both[1 - both.index(second)]
         self.assertEqual(second.communicate()[1], "")
         self.assertEqual(second.returncode, 0)
-        self.server.accept()
+        self.accept()
         self.assertIsNone(first.poll())
         end(first, signal.SIGKILL)
         self.assertTrue(self.home.is_locked())
         third = self.home.start()
-        self.server.accept()
+        self.accept()
         self.assertEqual(end(third), (0, []))
 
     def test_a_home_that_cannot_be_written_costs_one_line(self):
