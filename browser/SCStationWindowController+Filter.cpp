@@ -70,9 +70,10 @@ void SCStationWindowController::filterIt(const std::string& text) {
     if (master) {
         // The last term's matches come first, and a station that two terms match comes twice;
         // intended.
-        const auto terms = searchTerms(text);
-        for (auto term = terms.rbegin(); term != terms.rend(); ++term) {
-            const StationArray more = found(*master, searchingOn_, *term);
+        auto terms = searchTerms(text);
+        std::ranges::reverse(terms);
+        for (const std::string& term : terms) {
+            const StationArray more = found(*master, searchingOn_, term);
             matches.insert(matches.end(), more.begin(), more.end());
         }
     }
