@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "browser/SCStationWindowController.h"
 
-#include "catalogue/StationCells.h"
-
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -128,11 +126,6 @@ void SCStationWindowController::geMeterDistChanged() {
 
 void SCStationWindowController::geMeter() {
     innnerGetDistant();
-}
-
-std::shared_ptr<AviationWeatherStation>
-SCStationWindowController::stationInRow(std::int64_t row) const {
-    return workingCollection ? catalogue::stationInRow(workingCollection->stations, row) : nullptr;
 }
 
 void SCStationWindowController::tableViewSelectionDidChange(const platform::TableView& table) {

@@ -96,21 +96,3 @@ void SCStationWindowController::quitting() {
     host_.userDefaults.setObject(platform::Number(alwaysFavWeather_), favoriteWeatherKey);
     host_.userDefaults.setObject(platform::Number(currentMapType), mapTypeKey);
 }
-
-std::int64_t
-SCStationWindowController::numberOfRowsInTableView(const platform::TableView& /*table*/) const {
-    return workingCollection && workingCollection->stations
-               ? static_cast<std::int64_t>(workingCollection->stations->size())
-               : 0;
-}
-
-std::optional<std::string> SCStationWindowController::tableView_objectValueForTableColumn_row(
-    const platform::TableView& /*table*/, std::string_view column, std::int64_t row) const {
-    const auto station = stationInRow(row);
-    return station ? catalogue::stationCell(*station, column) : "";
-}
-
-bool SCStationWindowController::tableView_shouldEditTableColumn_row(
-    const platform::TableView& /*table*/, std::string_view /*column*/, std::int64_t /*row*/) const {
-    return false;
-}

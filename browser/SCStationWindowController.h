@@ -4,6 +4,7 @@
 #include "browser/SCMainTable.h"
 #include "browser/SCWebView.h"
 #include "catalogue/AviationWeatherStationCollection.h"
+#include "catalogue/StationCells.h"
 #include "catalogue/stationparser.h"
 #include "platform/Guarded.h"
 #include "platform/Host.h"
@@ -23,8 +24,7 @@
 ///
 /// Main thread only, except for `parseIsDone`, which runs on the thread of a parse. Its window
 /// fills `outlets` before `windowDidLoad`, and dies before it.
-class SCStationWindowController : public platform::TableViewDataSource,
-                                  public platform::TableViewDelegate,
+class SCStationWindowController : public catalogue::StationRows,
                                   public std::enable_shared_from_this<SCStationWindowController> {
 public:
     /// The controls; each is borrowed and may be null.
@@ -129,16 +129,12 @@ public:
     /// Sets a menu item's title and tells whether it is enabled.
     [[nodiscard]] bool validateMenuItem(platform::MenuItem& item);
 
-    [[nodiscard]] std::int64_t
-    numberOfRowsInTableView(const platform::TableView& table) const override;
-    /// The text of one cell; the columns are named "1" to "16". Any other column and a row outside
-    /// the working collection give the empty text.
-    [[nodiscard]] std::optional<std::string> tableView_objectValueForTableColumn_row(
-        const platform::TableView& table, std::string_view column, std::int64_t row) const override;
-    [[nodiscard]] bool tableView_shouldEditTableColumn_row(const platform::TableView& table,
-                                                           std::string_view column,
-                                                           std::int64_t row) const override;
     void tableViewSelectionDidChange(const platform::TableView& table) override;
+
+protected:
+    [[nodiscard]] const AviationWeatherStationCollection* shownStations() const override {
+        return workingCollection.get();
+    }
 
 private:
     /// Only the factory makes controllers.
@@ -161,7 +157,6 @@ private:
     /// Counts the working collection and reloads the table.
     void showWorkingCollection();
     void showInTable(StationArray stations);
-    [[nodiscard]] std::shared_ptr<AviationWeatherStation> stationInRow(std::int64_t row) const;
     void showMap();
     void showChart();
     void loadChart(double latitude, double longitude);

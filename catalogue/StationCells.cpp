@@ -90,12 +90,29 @@ std::string stationDescription(const AviationWeatherStation& station) {
     return line;
 }
 
-std::shared_ptr<AviationWeatherStation> stationInRow(const std::shared_ptr<StationArray>& stations,
-                                                     std::int64_t row) {
-    if (row < 0 || !stations || row >= std::ssize(*stations)) {
+std::int64_t StationRows::numberOfRowsInTableView(const platform::TableView& /*table*/) const {
+    const auto* shown = shownStations();
+    return shown && shown->stations ? std::ssize(*shown->stations) : 0;
+}
+
+std::optional<std::string> StationRows::tableView_objectValueForTableColumn_row(
+    const platform::TableView& /*table*/, std::string_view column, std::int64_t row) const {
+    const auto station = stationInRow(row);
+    return station ? stationCell(*station, column) : "";
+}
+
+bool StationRows::tableView_shouldEditTableColumn_row(const platform::TableView& /*table*/,
+                                                      std::string_view /*column*/,
+                                                      std::int64_t /*row*/) const {
+    return false;
+}
+
+std::shared_ptr<AviationWeatherStation> StationRows::stationInRow(std::int64_t row) const {
+    const auto* shown = shownStations();
+    if (row < 0 || !shown || !shown->stations || row >= std::ssize(*shown->stations)) {
         return nullptr;
     }
-    return (*stations)[static_cast<std::size_t>(row)];
+    return (*shown->stations)[static_cast<std::size_t>(row)];
 }
 
 } // namespace catalogue

@@ -22,8 +22,24 @@ void setStationColumnWidths(platform::TableView& table);
 /// A station in one line: identifier, name, region, position and elevation, as far as it has them.
 [[nodiscard]] std::string stationDescription(const AviationWeatherStation& station);
 
-/// The station in a row; null outside the stations, and without any.
-[[nodiscard]] std::shared_ptr<AviationWeatherStation>
-stationInRow(const std::shared_ptr<StationArray>& stations, std::int64_t row);
+/// The rows of a table of stations that nobody edits. Who derives from it says which stations they
+/// are, and what happens when one is selected.
+class StationRows : public platform::TableViewDataSource, public platform::TableViewDelegate {
+public:
+    [[nodiscard]] std::int64_t
+    numberOfRowsInTableView(const platform::TableView& table) const override;
+    /// A row outside the table is empty.
+    [[nodiscard]] std::optional<std::string> tableView_objectValueForTableColumn_row(
+        const platform::TableView& table, std::string_view column, std::int64_t row) const override;
+    [[nodiscard]] bool tableView_shouldEditTableColumn_row(const platform::TableView& table,
+                                                           std::string_view column,
+                                                           std::int64_t row) const override;
+    /// Null outside the table.
+    [[nodiscard]] std::shared_ptr<AviationWeatherStation> stationInRow(std::int64_t row) const;
+
+protected:
+    /// Null for none.
+    [[nodiscard]] virtual const AviationWeatherStationCollection* shownStations() const = 0;
+};
 
 } // namespace catalogue

@@ -8,6 +8,8 @@
 #include <QLabel>
 #include <QPropertyAnimation>
 
+#include <algorithm>
+
 namespace desktop {
 
 /// A label, which it borrows, that turns transparent and comes back.

@@ -55,29 +55,6 @@ void SCMyStationsWindowController::updateFavoritesFile() const {
     platform::KeyedArchiver::archiveRootObject(myFavotires, file());
 }
 
-std::shared_ptr<AviationWeatherStation>
-SCMyStationsWindowController::stationInRow(std::int64_t row) const {
-    return myFavotires ? catalogue::stationInRow(myFavotires->stations, row) : nullptr;
-}
-
-std::int64_t
-SCMyStationsWindowController::numberOfRowsInTableView(const platform::TableView& /*table*/) const {
-    return myFavotires && myFavotires->stations
-               ? static_cast<std::int64_t>(myFavotires->stations->size())
-               : 0;
-}
-
-std::optional<std::string> SCMyStationsWindowController::tableView_objectValueForTableColumn_row(
-    const platform::TableView& /*table*/, std::string_view column, std::int64_t row) const {
-    const auto station = stationInRow(row);
-    return station ? catalogue::stationCell(*station, column) : "";
-}
-
-bool SCMyStationsWindowController::tableView_shouldEditTableColumn_row(
-    const platform::TableView& /*table*/, std::string_view /*column*/, std::int64_t /*row*/) const {
-    return false;
-}
-
 void SCMyStationsWindowController::tableViewSelectionDidChange(const platform::TableView& table) {
     const auto station = stationInRow(table.selectedRow());
     if (station && outlets.mfmapV) {

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "catalogue/AviationWeatherStationCollection.h"
+#include "catalogue/StationCells.h"
 #include "platform/Host.h"
-#include "platform/TableView.h"
 #include "platform/Views.h"
 
 #include <cstdint>
@@ -16,8 +16,7 @@
 /// "MyStations.STNPKG" in the application support folder, and a map of the selected one.
 ///
 /// Main thread only. Its window fills `outlets` before `windowDidLoad`, and dies before it.
-class SCMyStationsWindowController : public platform::TableViewDataSource,
-                                     public platform::TableViewDelegate {
+class SCMyStationsWindowController : public catalogue::StationRows {
 public:
     /// The controls; each is borrowed and may be null.
     struct Outlets {
@@ -41,20 +40,14 @@ public:
     void loadFavoritesFile();
     /// Writes the stations back; without any nothing is written.
     void updateFavoritesFile() const;
-    /// Null outside the table.
-    [[nodiscard]] std::shared_ptr<AviationWeatherStation> stationInRow(std::int64_t row) const;
 
-    [[nodiscard]] std::int64_t
-    numberOfRowsInTableView(const platform::TableView& table) const override;
-    /// The text of one cell; the columns are named "1" to "16". Any other column and a row outside
-    /// the table give the empty text.
-    [[nodiscard]] std::optional<std::string> tableView_objectValueForTableColumn_row(
-        const platform::TableView& table, std::string_view column, std::int64_t row) const override;
-    [[nodiscard]] bool tableView_shouldEditTableColumn_row(const platform::TableView& table,
-                                                           std::string_view column,
-                                                           std::int64_t row) const override;
     /// Centres the map on the selected station.
     void tableViewSelectionDidChange(const platform::TableView& table) override;
+
+protected:
+    [[nodiscard]] const AviationWeatherStationCollection* shownStations() const override {
+        return myFavotires.get();
+    }
 
 private:
     /// Only the factory makes controllers.

@@ -7,10 +7,11 @@
 
 #include <deque>
 #include <functional>
+#include <string_view>
+#include <vector>
 
 class AppDelegate;
 class QMainWindow;
-class QMenu;
 
 namespace desktop {
 

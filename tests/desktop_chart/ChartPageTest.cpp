@@ -182,18 +182,7 @@ TEST_F(ChartPage, GoesOnWhereAPageWouldKeepTheUserAndWhereItsProcessEnded) {
 
 TEST_F(ChartPage, ADoubleClickOpensTheLargerChart) {
     desktop::UserEvents events;
-    platform::Host host{fake.notificationCenter,
-                        fake.userDefaults,
-                        fake.searchPaths,
-                        fake.bundle,
-                        fake.panels,
-                        fake.timers,
-                        fake.mainThread,
-                        fake.clock,
-                        fake.log,
-                        fake.urlSessions,
-                        fake.workspace,
-                        events};
+    platform::Host host = fake.hostWith(fake.urlSessions, events);
     SCWebView chart(host, view);
     chart.awakeFromNib();
     chart.feedingURLString = "https://charts.example/larger";

@@ -288,6 +288,13 @@ struct FakeHost {
     FakeHost(const FakeHost&) = delete;
     FakeHost& operator=(const FakeHost&) = delete;
 
+    /// This host with other services in place of two fakes.
+    [[nodiscard]] platform::Host hostWith(platform::URLSessions& sessions,
+                                          platform::Events& watched) {
+        return {notificationCenter, userDefaults, searchPaths, bundle,   panels,    timers,
+                mainThread,         clock,        log,         sessions, workspace, watched};
+    }
+
     TemporaryFolder folder;
     platform::NotificationCenter notificationCenter;
     FakeUserDefaults userDefaults;
@@ -301,9 +308,7 @@ struct FakeHost {
     FakeURLSessions urlSessions;
     FakeWorkspace workspace;
     FakeEvents events;
-    platform::Host host{
-        notificationCenter, userDefaults, searchPaths, bundle,      panels,    timers,
-        mainThread,         clock,        log,         urlSessions, workspace, events};
+    platform::Host host = hostWith(urlSessions, events);
 };
 
 } // namespace support

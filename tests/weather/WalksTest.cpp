@@ -23,18 +23,7 @@ struct Walks {
     support::FakeHost fake;
     Posts posts{fake.notificationCenter};
     platform::CurlURLSessions sessions;
-    platform::Host host{fake.notificationCenter,
-                        fake.userDefaults,
-                        fake.searchPaths,
-                        fake.bundle,
-                        fake.panels,
-                        fake.timers,
-                        fake.mainThread,
-                        fake.clock,
-                        fake.log,
-                        sessions,
-                        fake.workspace,
-                        fake.events};
+    platform::Host host = fake.hostWith(sessions, fake.events);
 };
 
 StationArray stations(const std::vector<std::optional<std::string>>& identifiers) {
