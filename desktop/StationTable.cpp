@@ -142,6 +142,10 @@ void StationTable::reloadData() {
 
 void StationTable::selectRow(std::int64_t row) {
     select(row < model_.rowCount() ? static_cast<int>(std::max<std::int64_t>(row, -1)) : -1);
+    // Emptying a selection that a reload has emptied is no change to the view.
+    if (lossUntold_.isActive()) {
+        selectionDidChange();
+    }
 }
 
 std::int64_t StationTable::selectedRow() const {

@@ -42,12 +42,14 @@ public:
     virtual void setDelegate(TableViewDelegate* delegate) = 0;
     /// The least width of a column's content, in points; an unknown column is ignored.
     virtual void setColumnWidth(std::string_view column, double width) = 0;
-    /// Never calls the delegate. A selected row that still exists stays selected; where it is gone
-    /// the selection is empty, and the delegate hears of it once the current operation has
-    /// returned, unless a selection has settled it by then.
+    /// Never calls the delegate. The selection stays with the row's number while there is such a
+    /// row, whatever it shows now; where it is gone the selection is empty, and the loss untold:
+    /// the delegate hears of it once the current operation has returned, or from the next
+    /// `selectRow`, whichever comes first.
     virtual void reloadData() = 0;
-    /// Selects one row alone and tells the delegate when the selection changed by it; a row
-    /// outside the table empties the selection.
+    /// Selects one row alone; a row outside the table empties the selection. Before it returns it
+    /// tells the delegate, once, if the selection changed by it or a loss was untold. Selecting the
+    /// row that is selected changes nothing.
     virtual void selectRow(std::int64_t row) = 0;
     /// -1 for none.
     [[nodiscard]] virtual std::int64_t selectedRow() const = 0;

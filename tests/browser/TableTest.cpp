@@ -1,9 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/ShownCatalogue.h"
+#include "tests/support/TableViewContract.h"
 
 #include <limits>
 
 namespace {
+
+struct FakeStage {
+    void settle() { table.settle(); }
+
+    support::FakeTable table;
+};
 
 class StationTable : public support::ShownCatalogue {
 protected:
@@ -76,3 +83,7 @@ TEST_F(StationTable, WorksOnACopyThatSharesTheRecords) {
 }
 
 } // namespace
+
+namespace support {
+INSTANTIATE_TYPED_TEST_SUITE_P(FakeTable, TableViewContract, FakeStage);
+} // namespace support

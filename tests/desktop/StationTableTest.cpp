@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/StationTable.h"
+#include "tests/support/TableViewContract.h"
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
@@ -9,11 +10,16 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <limits>
-#include <vector>
 
 namespace {
+
+struct RealTable {
+    void settle() { QCoreApplication::processEvents(); }
+
+    QTableView view;
+    desktop::StationTable table{view};
+};
 
 struct Stations final : platform::TableViewDataSource, platform::TableViewDelegate {
     [[nodiscard]] std::int64_t
@@ -56,10 +62,6 @@ protected:
         table.reloadData();
     }
 
-    [[nodiscard]] int selectedRow() const {
-        const QModelIndexList rows = view.selectionModel()->selectedRows();
-        return rows.isEmpty() ? -1 : rows.first().row();
-    }
     void click(int row) {
         QTest::mouseClick(view.viewport(), Qt::LeftButton, {},
                           view.visualRect(view.model()->index(row, 0)).center());
@@ -80,56 +82,17 @@ protected:
     desktop::StationTable table{view};
 };
 
-TEST_F(StationTableTest, TellsTheDelegateOfChangesOfTheSelectionOnly) {
-    struct Case {
-        const char* name;
-        std::function<void()> act;
-        int selected;
-        int toldAtOnce;
-        int toldInAll;
-    };
-    const auto reload = [this](std::int64_t rows) {
-        stations.rows = rows;
-        table.reloadData();
-    };
-    // Each with five rows, of which row 3 is selected.
-    const std::vector<Case> cases{
-        {"reload", [&] { reload(5); }, 3, 0, 0},
-        {"reload to more", [&] { reload(50); }, 3, 0, 0},
-        {"reload without the row", [&] { reload(3); }, -1, 0, 1},
-        {"twice", [&] { reload(3), reload(1); }, -1, 0, 1},
-        {"lost, not found again", [&] { reload(3), reload(5); }, -1, 0, 1},
-        {"lost, settled by another", [&] { reload(3), table.selectRow(2); }, 2, 1, 1},
-        {"lost, settled by its number", [&] { reload(3), reload(5), table.selectRow(3); }, 3, 1, 1},
-        {"lost, none selected", [&] { reload(3), table.selectRow(3); }, -1, 0, 1},
-        {"source let go", [&] { table.setDataSource(nullptr), table.reloadData(); }, -1, 0, 1},
-        {"same row", [&] { table.selectRow(3); }, 3, 0, 0},
-        {"other row", [&] { table.selectRow(0); }, 0, 1, 1},
-        {"past the end", [&] { table.selectRow(5); }, -1, 1, 1},
-        {"negative", [&] { table.selectRow(-9); }, -1, 1, 1},
-        {"far past the end", [&] { table.selectRow((std::int64_t{1} << 32) + 1); }, -1, 1, 1},
-        {"farthest", [&] { table.selectRow(std::numeric_limits<std::int64_t>::max()); }, -1, 1, 1},
-        {"row not loaded yet", [&] { stations.rows = 9, table.selectRow(7); }, -1, 1, 1},
-        {"user clicks", [&] { click(1); }, 1, 1, 1},
-        {"user clicks the same", [&] { click(3); }, 3, 0, 0},
-        {"user goes down", [&] { QTest::keyClick(&view, Qt::Key_Down); }, 4, 1, 1},
-    };
-    for (const Case& one : cases) {
-        SCOPED_TRACE(one.name);
-        stations.rows = 5;
-        table.setDataSource(&stations);
-        table.reloadData();
-        table.selectRow(3);
-        QCoreApplication::processEvents();
-        stations.told = 0;
-
-        one.act();
-        EXPECT_EQ(selectedRow(), one.selected);
-        EXPECT_EQ(stations.told, one.toldAtOnce);
-        QCoreApplication::processEvents();
-        EXPECT_EQ(selectedRow(), one.selected);
-        EXPECT_EQ(stations.told, one.toldInAll);
-    }
+TEST_F(StationTableTest, TellsTheDelegateWhatTheUserSelects) {
+    table.selectRow(3);
+    stations.told = 0;
+    click(1);
+    EXPECT_EQ(table.selectedRow(), 1);
+    EXPECT_EQ(stations.told, 1);
+    click(1);
+    EXPECT_EQ(stations.told, 1);
+    QTest::keyClick(&view, Qt::Key_Down);
+    EXPECT_EQ(table.selectedRow(), 2);
+    EXPECT_EQ(stations.told, 2);
 }
 
 TEST_F(StationTableTest, ModelIsSound) {
@@ -213,3 +176,7 @@ TEST_F(StationTableTest, CutsTextThatNoStationHas) {
 }
 
 } // namespace
+
+namespace support {
+INSTANTIATE_TYPED_TEST_SUITE_P(RealTable, TableViewContract, RealTable);
+} // namespace support

@@ -119,7 +119,7 @@ struct FakeWebView final : platform::WebView {
     std::vector<std::string> loaded;
 };
 
-/// Rows as of the last reload; a selection that a reload loses is told by `settle`.
+/// Rows as of the last reload; `settle` is the return to the event loop.
 struct FakeTable final : platform::TableView {
     void setDataSource(platform::TableViewDataSource* value) override { source = value; }
     void setDelegate(platform::TableViewDelegate* value) override { delegate = value; }
@@ -143,7 +143,9 @@ struct FakeTable final : platform::TableView {
         }
     }
     [[nodiscard]] std::int64_t selectedRow() const override { return selected; }
-    void scrollRowToVisible(std::int64_t row) override { scrolledTo = row; }
+    void scrollRowToVisible(std::int64_t row) override {
+        scrolledTo = row >= 0 && row < rows ? row : scrolledTo;
+    }
     void settle() {
         if (std::exchange(isUnsettled, false) && delegate) {
             delegate->tableViewSelectionDidChange(*this);
