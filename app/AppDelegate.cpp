@@ -88,5 +88,6 @@ void AppDelegate::zzsaveoptionsDidEnd_returnCode(int returnCode) {
 }
 
 void AppDelegate::innerSave() {
-    catalogue::savePackage(host_, masterCollection);
+    workingCollection = masterCollection ? masterCollection->copyWithZone() : nullptr;
+    catalogue::savePackage(host_, masterCollection, savehere, savePath);
 }

@@ -11,6 +11,8 @@
 #include "platform/Views.h"
 
 #include <memory>
+#include <optional>
+#include <string>
 
 /// The program as a whole: which windows there are, and what the menus do with them. Main thread
 /// only.
@@ -37,6 +39,11 @@ public:
     Outlets outlets;
     /// What `innerSave` saves; nobody fills it, as intended: the main window saves its own.
     std::shared_ptr<AviationWeatherStationCollection> masterCollection;
+    /// A copy of it, stations included, as of the last `innerSave`.
+    std::shared_ptr<AviationWeatherStationCollection> workingCollection;
+    /// The user's last answer to where to save, and the path written; absent when cancelled.
+    std::optional<platform::URL> savehere;
+    std::optional<std::string> savePath;
     std::shared_ptr<SCStationWindowController> sw;
     std::shared_ptr<SCMyStationsWindowController> mS;
     std::shared_ptr<SCAboutWindowController> ab;

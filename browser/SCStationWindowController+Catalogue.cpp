@@ -16,7 +16,7 @@ void SCStationWindowController::loadParsedFile(bool flag) {
     if (outlets.dLcikWords) {
         outlets.dLcikWords->setHidden(true);
     }
-    setMasterCollection(catalogue::readPackage(path));
+    replaceMaster(catalogue::readPackage(path));
     if (masterCollection()) {
         resetWorkingCollection();
         setWordsStringTHing(workingCollection->numberOfStations);
@@ -26,16 +26,20 @@ void SCStationWindowController::loadParsedFile(bool flag) {
 
 void SCStationWindowController::addCollection(
     const std::shared_ptr<AviationWeatherStationCollection>& collection) {
-    setMasterCollection(collection);
+    replaceMaster(collection);
     resetWorkingCollection();
 }
 
-void SCStationWindowController::setMasterCollection(
+void SCStationWindowController::replaceMaster(
     std::shared_ptr<AviationWeatherStationCollection> collection) {
-    if (collection && collection->stations && !collection->stations->empty()) {
-        markedCollection_.store(collection);
+    // Marks stand still until the new master is the one that later marks go to.
+    const auto lock = AviationWeatherStation::lockMarks();
+    if (collection != masterCollection()) {
+        auto identifiers = favoriteIdentifiers();
+        unknownFavorites_ =
+            collection ? collection->markFavorites(identifiers) : std::move(identifiers);
+        masterCollection_.store(std::move(collection));
     }
-    masterCollection_.store(std::move(collection));
 }
 
 void SCStationWindowController::resetWorkingCollection() {
@@ -72,12 +76,7 @@ void SCStationWindowController::parseIsDone(const platform::Notification& /*noti
         master->fromURL = fileURL_.load();
         // The groups are discarded with the copy; intended.
         master->copySharingStations()->createStateCollections();
-        // Marks stand still until the new master is the one that later marks go to.
-        const auto lock = AviationWeatherStation::lockMarks();
-        if (const auto marked = markedCollection_.load()) {
-            master->takeFavoritesFrom(*marked);
-        }
-        setMasterCollection(std::move(master));
+        replaceMaster(std::move(master));
     }
     host_.mainThread.perform(weak_from_this(), [this] { showzTble(); });
     if (const auto master = masterCollection(); master && master->stations) {
@@ -102,12 +101,9 @@ void SCStationWindowController::showzTble() {
         // Plural even for one station, unlike the other count; intended.
         outlets.words->setText(fmt::format("{} stations", parsed ? parsed->stations->size() : 0));
     }
-    addCollection(masterCollection());
-    // A first start without a catalogue had no station to mark as yet.
-    if (!areFavoritesLoaded_) {
-        loadFavorites();
-    }
+    resetWorkingCollection();
     reloadTable();
+    selectAgain(selectedStation);
 }
 
 void SCStationWindowController::reloadTable() {
@@ -122,7 +118,7 @@ void SCStationWindowController::saveDocument() {
 
 void SCStationWindowController::innerSave() {
     resetWorkingCollection();
-    catalogue::savePackage(host_, masterCollection());
+    catalogue::savePackage(host_, masterCollection(), savehere, savePath);
 }
 
 void SCStationWindowController::saveoptionsDidEnd_returnCode_contextInfo(int returnCode) {

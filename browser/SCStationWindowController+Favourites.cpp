@@ -1,24 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "browser/SCStationWindowController.h"
 
-#include "platform/KeyedArchiver.h"
-#include "platform/KeyedUnarchiver.h"
-#include "slib/SupportLibCat.h"
+#include "platform/Text.h"
 
 #include <memory>
 #include <utility>
-#include <variant>
 
 void SCStationWindowController::favMenuItem() {
     if (selectedStation) {
         selectedStation->toggleFavoriteStatus();
         setFavInMaster(*selectedStation);
+        favoritesFile_.keep(favoriteIdentifiers());
     }
 }
 
 void SCStationWindowController::setFavInMaster(const AviationWeatherStation& station) {
+    // By a blank identifier, which several stations have, a stranger would be marked.
     const auto master = masterCollection();
-    if (const auto same = master ? master->stationWithICAOID(station.ICAO) : nullptr) {
+    if (!master || platform::trimmed(station.ICAO.value_or("")).empty()) {
+        return;
+    }
+    if (const auto same = master->stationWithICAOID(station.ICAO)) {
         same->setFavorite(station.isFavorite());
     }
 }
@@ -43,47 +45,26 @@ void SCStationWindowController::alwaysShowFavWeatherMenu(platform::MenuItem& sen
     sender.setState(alwaysFavWeather_ != 0);
 }
 
-std::string SCStationWindowController::favoritesFile() const {
-    const auto program = host_.bundle.infoValue("CFBundleExecutable");
-    const auto folder = SupportLibCat::createOrReturnAppSupportFolder(host_, program.value_or(""));
-    return folder ? *folder + "/kzrfavorites.kzrfv" : std::string();
+FavoritesFile::Identifiers SCStationWindowController::favoriteIdentifiers() const {
+    const auto lock = AviationWeatherStation::lockMarks();
+    const auto master = masterCollection();
+    auto identifiers = master ? master->favoriteIdentifiers() : FavoritesFile::Identifiers();
+    identifiers.insert(identifiers.end(), unknownFavorites_.begin(), unknownFavorites_.end());
+    return identifiers;
 }
 
 void SCStationWindowController::saveFavorites() {
-    // With no stations, or before the file was read, nothing is known of the favourites: the file
-    // keeps what it holds.
-    const auto master = masterCollection();
-    if (!areFavoritesLoaded_ || !master || !master->stations || master->stations->empty()) {
-        return;
+    if (masterCollection()) {
+        favoritesFile_.save(favoriteIdentifiers());
     }
-    auto identifiers = std::make_shared<platform::Array>();
-    identifiers->isMutable = false;
-    for (const auto& station : allFavorites()) {
-        if (station->ICAO) {
-            identifiers->elements.emplace_back(*station->ICAO);
-        }
-    }
-    platform::KeyedArchiver::archiveRootObject(identifiers, favoritesFile());
 }
 
 void SCStationWindowController::loadFavorites() {
+    auto identifiers = favoritesFile_.load();
+    const auto lock = AviationWeatherStation::lockMarks();
+    identifiers.insert(identifiers.end(), unknownFavorites_.begin(), unknownFavorites_.end());
     const auto master = masterCollection();
-    if (!master || !master->stations || master->stations->empty()) {
-        return;
-    }
-    areFavoritesLoaded_ = true;
-    const platform::Value root = platform::KeyedUnarchiver::unarchiveFile(favoritesFile(), {}).root;
-    const auto* identifiers = std::get_if<std::shared_ptr<platform::Array>>(&root);
-    if (!identifiers) {
-        return;
-    }
-    for (const platform::Value& identifier : (*identifiers)->elements) {
-        if (const auto* text = std::get_if<std::string>(&identifier)) {
-            if (const auto station = master->stationWithICAOID(*text)) {
-                station->setFavorite(true);
-            }
-        }
-    }
+    unknownFavorites_ = master ? master->markFavorites(identifiers) : std::move(identifiers);
 }
 
 bool SCStationWindowController::validateMenuItem(platform::MenuItem& item) {

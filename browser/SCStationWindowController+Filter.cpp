@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "browser/SCStationWindowController.h"
 
+#include "platform/Text.h"
+
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -129,6 +131,9 @@ void SCStationWindowController::geMeter() {
 }
 
 void SCStationWindowController::tableViewSelectionDidChange(const platform::TableView& table) {
+    if (isSelectingAgain_) {
+        return;
+    }
     nowSelection = table.selectedRow();
     selectedStation = stationInRow(nowSelection);
     setSelectionControlsEnabled(selectedStation != nullptr);
@@ -137,13 +142,7 @@ void SCStationWindowController::tableViewSelectionDidChange(const platform::Tabl
         return;
     }
     mapStiation(*selectedStation);
-    StationArray stations{selectedStation};
-    if (alwaysFavWeather_ == 1) {
-        // A favourite that is selected is in the list twice; intended.
-        const StationArray favorites = allFavorites();
-        stations.insert(stations.end(), favorites.begin(), favorites.end());
-    }
-    requestWeather(std::move(stations), "", "");
+    requestWeather(selectedAndFavorites(), "", "");
 }
 
 void SCStationWindowController::setSelectionControlsEnabled(bool enabled) {
@@ -169,5 +168,49 @@ void SCStationWindowController::resetTableSelectionAfterFilter() {
     if (outlets.table) {
         outlets.table->selectRow(row);
         outlets.table->scrollRowToVisible(row);
+        settleSelection();
+    }
+}
+
+std::int64_t
+SCStationWindowController::rowOf(const std::shared_ptr<AviationWeatherStation>& station) const {
+    if (!station || !workingCollection || !workingCollection->stations) {
+        return -1;
+    }
+    const auto& stations = *workingCollection->stations;
+    auto found = std::ranges::find(stations, station);
+    if (found == stations.end() && !platform::trimmed(station->ICAO.value_or("")).empty()) {
+        found = std::ranges::find_if(stations, [&station](const auto& other) {
+            return other && other->ICAO == station->ICAO;
+        });
+    }
+    return found == stations.end() ? -1 : found - stations.begin();
+}
+
+void SCStationWindowController::selectAgain(
+    const std::shared_ptr<AviationWeatherStation>& station) {
+    if (!outlets.table) {
+        return;
+    }
+    const std::int64_t row = rowOf(station);
+    const bool isSameRecord = row >= 0 && stationInRow(row) == station;
+    isSelectingAgain_ = isSameRecord;
+    outlets.table->selectRow(row);
+    isSelectingAgain_ = false;
+    outlets.table->scrollRowToVisible(row);
+    if (isSameRecord) {
+        nowSelection = row;
+        selectedStation = station;
+        setSelectionControlsEnabled(true);
+        describeSelection();
+    } else {
+        settleSelection();
+    }
+}
+
+void SCStationWindowController::settleSelection() {
+    // The table tells of another row, not of another station in the same row.
+    if (stationInRow(outlets.table->selectedRow()) != selectedStation) {
+        tableViewSelectionDidChange(*outlets.table);
     }
 }

@@ -91,4 +91,7 @@ void SCStationWindowController::describeSelection() {
         outlets.stationLine->setText(
             selectedStation ? catalogue::stationDescription(*selectedStation) : "");
     }
+    if (outlets.showSelected) {
+        outlets.showSelected(selectedStation.get());
+    }
 }

@@ -20,15 +20,24 @@ void SCStationWindowController::requestWeather(StationArray stations, const std:
     wGrabber->getNewMessages(std::move(stations));
 }
 
+StationArray SCStationWindowController::selectedAndFavorites() const {
+    StationArray stations{selectedStation};
+    if (alwaysFavWeather_ == 1) {
+        // A favourite that is selected is in the list twice; intended.
+        const StationArray favorites = allFavorites();
+        stations.insert(stations.end(), favorites.begin(), favorites.end());
+    }
+    return stations;
+}
+
 void SCStationWindowController::requestSelectedWeather() {
-    if (outlets.table) {
-        tableViewSelectionDidChange(*outlets.table);
+    if (selectedStation) {
+        requestWeather(selectedAndFavorites(), "", "");
     }
 }
 
 void SCStationWindowController::getFavWeather() {
-    StationArray favorites = allFavorites();
-    if (alwaysFavWeather_ != 1 || favorites.empty() || !outlets.table) {
+    if (alwaysFavWeather_ != 1 || allFavorites().empty() || !outlets.table) {
         return;
     }
     const std::int64_t row = outlets.table->selectedRow();
@@ -39,10 +48,9 @@ void SCStationWindowController::getFavWeather() {
     nowSelection = row;
     selectedStation = std::move(station);
     setSelectionControlsEnabled(true);
+    describeSelection();
     mapStiation(*selectedStation);
-    // A favourite that is selected is in the list twice; intended.
-    favorites.insert(favorites.begin(), selectedStation);
-    requestWeather(std::move(favorites), "Requesting METARs", "Requesting TAFs");
+    requestWeather(selectedAndFavorites(), "Requesting METARs", "Requesting TAFs");
 }
 
 void SCStationWindowController::updateWeather() {

@@ -16,7 +16,7 @@ constexpr std::chrono::seconds weatherInterval{1800};
 
 SCStationWindowController::SCStationWindowController(Private, platform::Host& host,
                                                      std::string name)
-    : host_(host), windowNibName_(std::move(name)) {}
+    : host_(host), windowNibName_(std::move(name)), favoritesFile_(host) {}
 
 std::shared_ptr<SCStationWindowController>
 SCStationWindowController::initWithWindowNibName(platform::Host& host, std::string name) {

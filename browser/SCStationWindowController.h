@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "browser/FavoritesFile.h"
 #include "browser/SCMainTable.h"
 #include "browser/SCWebView.h"
 #include "catalogue/AviationWeatherStationCollection.h"
@@ -13,6 +14,7 @@
 #include "weather/SCWeatherGrabber.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -45,6 +47,8 @@ public:
         platform::TextView* tafBackFiled = nullptr;
         /// Names the selected station in full.
         platform::TextField* stationLine = nullptr;
+        /// Shows the selected station wherever else it is shown; called with null for none.
+        std::function<void(const AviationWeatherStation* station)> showSelected;
         platform::MenuItem* alwaysFavItem = nullptr;
     };
 
@@ -60,6 +64,9 @@ public:
     bool showingFavs = false;
     std::unique_ptr<platform::Timer> updateWeatherTimer;
     std::shared_ptr<SCWeatherGrabber> wGrabber;
+    /// The user's last answer to where to save, and the path written; absent when cancelled.
+    std::optional<platform::URL> savehere;
+    std::optional<std::string> savePath;
 
     /// The name of the interface file that the window is made from.
     [[nodiscard]] const std::string& windowNibName() const { return windowNibName_; }
@@ -103,6 +110,11 @@ public:
     void geMeter();
     /// Selects the station that was selected before the table's rows changed, by its name.
     void resetTableSelectionAfterFilter();
+    /// Highlights the row of `station`, which was selected before other rows came: by its record,
+    /// else by its identifier, else none. The record itself is only highlighted; nothing is asked
+    /// for it and the map stays. The window calls it where the operations above leave the
+    /// selection alone.
+    void selectAgain(const std::shared_ptr<AviationWeatherStation>& station);
 
     /// Centres the map on a station, in the map type in force, and the chart while it shows. An
     /// invalid position is logged and changes nothing.
@@ -122,7 +134,8 @@ public:
     [[nodiscard]] StationArray allFavorites() const;
     /// Requests the weather of the selected station and of all favourites, if that is switched on.
     void getFavWeather();
-    /// Requests the selected station's weather again, as a new selection of its row would.
+    /// Asks for the selected station's weather again, and for the favourites' while that is
+    /// switched on. Nothing else changes.
     void requestSelectedWeather();
     void saveFavorites();
     void loadFavorites();
@@ -151,7 +164,9 @@ private:
     void parseIsDone(const platform::Notification& notification);
     void showzTble();
     void reloadTable();
-    void setMasterCollection(std::shared_ptr<AviationWeatherStationCollection> collection);
+    /// Publishes a new master that has taken over the favourites of the one it replaces. Any
+    /// thread.
+    void replaceMaster(std::shared_ptr<AviationWeatherStationCollection> collection);
     /// Makes the working collection a fresh copy of the master that shares its station records.
     void resetWorkingCollection();
     /// Counts the working collection and reloads the table.
@@ -162,8 +177,13 @@ private:
     void loadChart(double latitude, double longitude);
     void setSelectionControlsEnabled(bool enabled);
     void describeSelection();
+    /// Takes the highlighted row's station for the selected one, if another one is.
+    void settleSelection();
+    /// -1 where no row is this station's.
+    [[nodiscard]] std::int64_t rowOf(const std::shared_ptr<AviationWeatherStation>& station) const;
 
-    [[nodiscard]] std::string favoritesFile() const;
+    [[nodiscard]] FavoritesFile::Identifiers favoriteIdentifiers() const;
+    [[nodiscard]] StationArray selectedAndFavorites() const;
     void updateWeather();
     void requestWeather(StationArray stations, const std::string& metarText,
                         const std::string& tafText);
@@ -181,14 +201,16 @@ private:
     platform::Host& host_;
     std::string windowNibName_;
     platform::Guarded<std::shared_ptr<AviationWeatherStationCollection>> masterCollection_;
-    /// The last master that had stations: what a list without any replaces, its marks included.
-    platform::Guarded<std::shared_ptr<AviationWeatherStationCollection>> markedCollection_;
     platform::Guarded<std::shared_ptr<stationparser>> parser_;
     platform::Guarded<std::optional<platform::URL>> fileURL_;
     std::int32_t alwaysFavWeather_ = 0;
     std::int64_t searchingOn_ = 0;
     bool saerching_ = false;
-    bool areFavoritesLoaded_ = false;
+    /// Set while a row is highlighted whose station is known to be the selected one.
+    bool isSelectingAgain_ = false;
+    FavoritesFile favoritesFile_;
+    /// Favourites that the master lacks. Read and changed while marks are locked.
+    FavoritesFile::Identifiers unknownFavorites_;
     std::string inWorkMetarString_;
     std::string inWorkTafString_;
     std::vector<platform::NotificationCenter::Token> observers_;

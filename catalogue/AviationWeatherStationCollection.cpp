@@ -9,6 +9,7 @@
 #include <array>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace {
@@ -265,13 +266,41 @@ StationArray AviationWeatherStationCollection::favorites() const {
     return stationsThat([](const auto& station) { return station.isFavorite(); });
 }
 
-void AviationWeatherStationCollection::takeFavoritesFrom(
-    const AviationWeatherStationCollection& other) {
-    for (const auto& favorite : other.favorites()) {
-        if (const auto station = stationWithICAOID(favorite->ICAO)) {
-            station->setFavorite(true);
+std::vector<std::string> AviationWeatherStationCollection::favoriteIdentifiers() const {
+    std::vector<std::string> identifiers;
+    for (const auto& favorite : favorites()) {
+        if (favorite->ICAO && !platform::trimmed(*favorite->ICAO).empty()) {
+            identifiers.push_back(*favorite->ICAO);
         }
     }
+    return identifiers;
+}
+
+std::vector<std::string>
+AviationWeatherStationCollection::markFavorites(const std::vector<std::string>& identifiers) {
+    std::unordered_set<std::string_view> wanted;
+    for (const std::string& identifier : identifiers) {
+        if (!platform::trimmed(identifier).empty()) {
+            wanted.insert(identifier);
+        }
+    }
+    if (stations) {
+        for (const auto& station : *stations) {
+            if (wanted.empty()) {
+                break;
+            }
+            if (station && station->ICAO && wanted.erase(*station->ICAO) > 0) {
+                station->setFavorite(true);
+            }
+        }
+    }
+    std::vector<std::string> unknown;
+    for (const std::string& identifier : identifiers) {
+        if (wanted.erase(identifier) > 0) {
+            unknown.push_back(identifier);
+        }
+    }
+    return unknown;
 }
 
 const platform::ClassNames& AviationWeatherStationCollection::archivedClass() const {

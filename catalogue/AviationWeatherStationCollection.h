@@ -78,9 +78,12 @@ public:
 
     /// The stations that are marked as favourites.
     [[nodiscard]] StationArray favorites() const;
-    /// Marks as favourites the stations here whose identifiers favourites of `other` have; of
-    /// several with one identifier, the first.
-    void takeFavoritesFrom(const AviationWeatherStationCollection& other);
+    /// Their ICAO identifiers, in the same order. A blank one names no station, and is left out.
+    [[nodiscard]] std::vector<std::string> favoriteIdentifiers() const;
+    /// Marks the stations of these identifiers as favourites; of several stations with one
+    /// identifier, the first. Gives back, each once, the identifiers that no station here has.
+    [[nodiscard]] std::vector<std::string>
+    markFavorites(const std::vector<std::string>& identifiers);
 
     [[nodiscard]] const platform::ClassNames& archivedClass() const override;
     void encodeWithCoder(platform::KeyedArchiver& coder) const override;

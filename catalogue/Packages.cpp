@@ -28,9 +28,13 @@ std::string packagePath(const std::string& path) {
 }
 
 void savePackage(platform::Host& host,
-                 const std::shared_ptr<AviationWeatherStationCollection>& collection) {
-    if (const auto chosen = SupportLibCat::getAPuttingURL(host, packagePath)) {
-        platform::KeyedArchiver::archiveRootObject(collection, packagePath(chosen->path()));
+                 const std::shared_ptr<AviationWeatherStationCollection>& collection,
+                 std::optional<platform::URL>& savehere, std::optional<std::string>& savePath) {
+    savehere = SupportLibCat::getAPuttingURL(host, packagePath);
+    savePath.reset();
+    if (savehere) {
+        savePath = packagePath(savehere->path());
+        platform::KeyedArchiver::archiveRootObject(collection, *savePath);
     }
 }
 

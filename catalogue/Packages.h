@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 
 /// Package files: keyed archives of one station collection, extension "STNPKG". They are written
@@ -24,7 +25,10 @@ readPackage(const std::filesystem::path& path);
 [[nodiscard]] std::string packagePath(const std::string& path);
 
 /// Asks the user where to, and saves a collection there as a package; a null one is not written.
+/// `savehere` becomes the user's answer and `savePath` the path that is written; both are absent
+/// after a cancelled panel.
 void savePackage(platform::Host& host,
-                 const std::shared_ptr<AviationWeatherStationCollection>& collection);
+                 const std::shared_ptr<AviationWeatherStationCollection>& collection,
+                 std::optional<platform::URL>& savehere, std::optional<std::string>& savePath);
 
 } // namespace catalogue

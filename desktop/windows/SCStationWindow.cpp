@@ -124,7 +124,13 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
                            .dLcikWords = views_->dLcikWords.get(),
                            .metarBackField = &views_->metarBackField,
                            .tafBackFiled = &views_->tafBackFiled,
-                           .stationLine = &views_->stationLine};
+                           .stationLine = &views_->stationLine,
+                           .showSelected = [this](const AviationWeatherStation* station) {
+                               // Without a selection the map keeps what it shows.
+                               if (station) {
+                                   views_->mapV.setMarker(onMap(*station));
+                               }
+                           }};
 
     views_->table.setMarked([this](int row) {
         const auto& shown = controller_.workingCollection;
@@ -134,7 +140,7 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
     });
     ui.emptyPlace->setBackgroundRole(QPalette::Base);
     ui.emptyHint->setForegroundRole(QPalette::Text);
-    connect(ui.saver, &QPushButton::clicked, this, [this] { controller_.saveDocument(); });
+    connect(ui.saver, &QPushButton::clicked, this, [this] { save(); });
     connect(ui.parserIt, &QPushButton::clicked, this, [this] { controller_.parseit(); });
     connect(ui.table->model(), &QAbstractItemModel::modelReset, this,
             [this] { showTableOrHint(); });
@@ -181,12 +187,6 @@ void SCStationWindow::bindMap(platform::Host& host) {
     };
     connect(ui.table->model(), &QAbstractItemModel::modelReset, this,
             [this] { views_->mapV.setStations(onMap(controller_.workingCollection)); });
-    // Connected after the table's own: the controller has heard of the selection by then.
-    connect(ui.table->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
-        if (controller_.selectedStation) {
-            views_->mapV.setMarker(onMap(*controller_.selectedStation));
-        }
-    });
 }
 
 void SCStationWindow::bindWeather(platform::Host& host) {
@@ -217,10 +217,13 @@ void SCStationWindow::searchTextDidChange(bool isEmpty) {
         isSearching_ = true;
         controller_.searchFieldDidStartSearching();
     }
+    // The empty text finds nothing, which loses the selection, before the search ends.
+    const auto selected = controller_.selectedStation;
     controller_.searchIt();
     if (isEmpty) {
         isSearching_ = false;
         controller_.searchFieldDidEndSearching();
+        controller_.selectAgain(selected);
     }
 }
 
@@ -229,6 +232,15 @@ void SCStationWindow::showAll() {
     const QSignalBlocker quietly(views_->ui.sf);
     views_->ui.sf->clear();
     controller_.searchFieldDidEndSearching();
+    controller_.selectAgain(controller_.selectedStation);
+}
+
+void SCStationWindow::save() {
+    // The controller drops its filter without a word to the table: shown before the panel opens, so
+    // that the table behind it is not of another catalogue, and after it.
+    showAll();
+    controller_.saveDocument();
+    showAll();
 }
 
 bool SCStationWindow::eventFilter(QObject* watched, QEvent* event) {

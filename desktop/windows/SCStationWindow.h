@@ -37,6 +37,7 @@ private:
     void bindWeather(platform::Host& host);
     void searchTextDidChange(bool isEmpty);
     void showAll();
+    void save();
     void showTableOrHint();
 
     SCStationWindowController& controller_;

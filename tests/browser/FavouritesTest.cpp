@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include "platform/KeyedArchiver.h"
 #include "platform/KeyedUnarchiver.h"
 #include "tests/support/ShownCatalogue.h"
+
+#include <unistd.h>
 
 namespace {
 
@@ -14,6 +17,9 @@ protected:
     }
     [[nodiscard]] std::string file() const {
         return (host.folder / "support/nosig/kzrfavorites.kzrfv").string();
+    }
+    [[nodiscard]] std::string draft() const {
+        return (host.folder / "support/nosig/kzrfavorites.draft.kzrfv").string();
     }
     [[nodiscard]] Names stored() const {
         Names names;
@@ -35,6 +41,15 @@ protected:
         controller->quitting();
         controller.reset();
     }
+    [[nodiscard]] Names marked() const { return identifiers(controller->allFavorites()); }
+    void toggle(std::int64_t row) {
+        window.table.selectRow(row);
+        controller->favMenuItem();
+    }
+    static std::string line(const std::string& identifier) {
+        return "ZZ SAMPLE FIELD     " + identifier +
+               " ZZQ   72999   39 52N  104 40W 1656   X     T     A    7 US\n";
+    }
     void switchFavoriteWeatherOn() { controller->alwaysShowFavWeatherMenu(window.alwaysFavItem); }
 };
 
@@ -49,18 +64,128 @@ TEST_F(Favourites, OutliveARun) {
     quit();
     EXPECT_EQ(stored(), (Names{"KDEN", "LSZH"}));
     restart();
-    EXPECT_EQ(identifiers(controller->allFavorites()), (Names{"KDEN", "LSZH"}));
+    EXPECT_EQ(marked(), (Names{"KDEN", "LSZH"}));
     quit();
     EXPECT_EQ(stored(), (Names{"KDEN", "LSZH"}));
 }
 
-TEST_F(Favourites, AForeignOrBrokenFileMarksWhatItCan) {
+TEST_F(Favourites, ThatTheCatalogueLacksAreKept) {
     store({"ZZZZ", "LSZH"});
     restart();
-    EXPECT_EQ(identifiers(controller->allFavorites()), Names{"LSZH"});
-    host.folder.write("support/nosig/kzrfavorites.kzrfv", "bplist00 nonsense");
+    EXPECT_EQ(marked(), Names{"LSZH"});
+    toggle(1);
+    quit();
+    EXPECT_EQ(stored(), (Names{"KDEN", "LSZH", "ZZZZ"}));
+    // Through a list that has others of them, and one that has none.
     restart();
-    EXPECT_EQ(identifiers(controller->allFavorites()), Names{});
+    parse("! a list\n" + line("ZZZZ") + line("KDEN"));
+    EXPECT_EQ(marked(), (Names{"ZZZZ", "KDEN"}));
+    toggle(0);
+    parse("! a list\n" + line("KJFK"));
+    EXPECT_EQ(marked(), Names{});
+    quit();
+    EXPECT_EQ(stored(), (Names{"KDEN", "LSZH"}));
+    restart();
+    controller->addCollection(nullptr);
+    controller->addCollection(makeCollection({{"LSZH"}, {"KDEN"}}));
+    EXPECT_EQ(marked(), (Names{"LSZH", "KDEN"}));
+}
+
+TEST_F(Favourites, AFileThatIsNoListOfTextsIsSetAside) {
+    const auto number = std::make_shared<platform::Array>();
+    number->elements = {std::string("LSZH"), platform::Number(1)};
+    const auto bytesOf = [](const platform::Value& root) {
+        const auto data = platform::KeyedArchiver::archivedData(root);
+        return std::string(reinterpret_cast<const char*>(data->data()), data->size());
+    };
+    const std::string text = bytesOf(std::string("no list"));
+    const std::string contents[] = {"", "bplist00 nonsense", text, bytesOf(number),
+                                    text.substr(0, text.size() - 1)};
+    int times = 0;
+    for (const std::string& content : contents) {
+        SCOPED_TRACE(content);
+        std::filesystem::create_directories(host.folder / "support/nosig");
+        host.folder.write("support/nosig/kzrfavorites.kzrfv", content);
+        const std::size_t lines = host.log.lines().size();
+        restart();
+        EXPECT_EQ(marked(), Names{});
+        EXPECT_EQ(host.log.lines().size(), lines + 1);
+        toggle(2);
+        quit();
+        EXPECT_EQ(stored(), Names{"LSZH"});
+        EXPECT_EQ(host.folder.read("support/nosig/kzrfavorites.kzrfv.unreadable" +
+                                   (++times > 1 ? "." + std::to_string(times) : "")),
+                  content);
+    }
+}
+
+TEST_F(Favourites, NothingIsWrittenOverAFileThatCannotBeSetAside) {
+    const auto folder = host.folder / "support/nosig";
+    std::filesystem::create_directories(folder);
+    host.folder.write("support/nosig/kzrfavorites.kzrfv", "damaged");
+    // For the system's administrator no folder is read-only.
+    const uid_t user = ::geteuid();
+    if (user == 0) {
+        const auto give = [](const std::filesystem::path& path) {
+            EXPECT_EQ(::chown(path.c_str(), 65534, 65534), 0);
+        };
+        give(host.folder.path());
+        for (const auto& entry :
+             std::filesystem::recursive_directory_iterator(host.folder.path())) {
+            give(entry.path());
+        }
+        ASSERT_EQ(::seteuid(65534), 0);
+    }
+    std::filesystem::permissions(folder, std::filesystem::perms(0555));
+    restart();
+    std::filesystem::permissions(folder, std::filesystem::perms(0755));
+    toggle(0);
+    quit();
+    EXPECT_EQ(host.folder.read("support/nosig/kzrfavorites.kzrfv"), "damaged");
+    EXPECT_FALSE(std::filesystem::exists(draft()));
+    ASSERT_EQ(::seteuid(user), 0);
+}
+
+TEST_F(Favourites, AreSafeAsSoonAsTheyAreMarked) {
+    store({"ZZZZ", "KJFK"});
+    restart();
+    EXPECT_FALSE(std::filesystem::exists(draft()));
+    toggle(2);
+    toggle(0);
+    // Killed, twice.
+    for (const int time : {1, 2}) {
+        SCOPED_TRACE(time);
+        restart();
+        EXPECT_EQ(stored(), (Names{"ZZZZ", "KJFK"}));
+        EXPECT_EQ(marked(), Names{"LSZH"});
+    }
+    // A file that cannot be written keeps the draft.
+    std::filesystem::remove(file());
+    std::filesystem::create_directories(file() + "/in the way");
+    quit();
+    EXPECT_TRUE(std::filesystem::exists(draft()));
+    std::filesystem::remove_all(file());
+    restart();
+    quit();
+    EXPECT_EQ(stored(), (Names{"LSZH", "ZZZZ"}));
+    EXPECT_FALSE(std::filesystem::exists(draft()));
+}
+
+TEST_F(Favourites, ABlankIdentifierNamesNoStation) {
+    start({{"    ", "ONE"}, {"KDEN", "DENVER"}, {"    ", "OTHER"}, {{}, "NAMELESS"}});
+    store({"    ", ""});
+    restart();
+    EXPECT_EQ(marked(), Names{});
+    toggle(2);
+    toggle(3);
+    const auto& stations = *controller->masterCollection()->stations;
+    EXPECT_FALSE(stations[0]->isFavorite());
+    EXPECT_TRUE(stations[2]->isFavorite());
+    toggle(1);
+    parse("! a list\n" + line("    ") + line("KDEN"));
+    EXPECT_EQ(marked(), Names{"KDEN"});
+    quit();
+    EXPECT_EQ(stored(), Names{"KDEN"});
 }
 
 TEST_F(Favourites, AreNotLostWithoutACatalogue) {
@@ -72,12 +197,10 @@ TEST_F(Favourites, AreNotLostWithoutACatalogue) {
 
     // Nor through a list without stations, nor when the first catalogue is one that is parsed.
     restart();
-    const std::string line =
-        "ZZ DENVER           KDEN DEN   72565   39 52N  104 40W 1656   X     T     A    7 US\n";
-    for (const std::string& text : {std::string("no list"), "! a list\n" + line, std::string()}) {
+    for (const std::string& text :
+         {std::string("no list"), "! a list\n" + line("KDEN"), std::string()}) {
         parse(text);
-        EXPECT_EQ(identifiers(controller->allFavorites()),
-                  text.size() > 80 ? Names{"KDEN"} : Names{});
+        EXPECT_EQ(marked(), text.size() > 80 ? Names{"KDEN"} : Names{});
     }
     quit();
     EXPECT_EQ(stored(), Names{"KDEN"});
@@ -86,7 +209,7 @@ TEST_F(Favourites, AreNotLostWithoutACatalogue) {
 TEST_F(Favourites, AMarkGoesToTheMastersFirstStationOfTheIdentifierToo) {
     window.table.selectRow(3);
     controller->favMenuItem();
-    EXPECT_EQ(identifiers(controller->allFavorites()), (Names{"KDEN", "KDEN"}));
+    EXPECT_EQ(marked(), (Names{"KDEN", "KDEN"}));
     EXPECT_TRUE(controller->masterCollection()->stations->at(1)->isFavorite());
     window.table.selectRow(-1);
     controller->favMenuItem();

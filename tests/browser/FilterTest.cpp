@@ -122,7 +122,7 @@ TEST_F(StationFilter, ReselectsTheFirstStationOfTheSameName) {
     EXPECT_EQ(window.table.scrolledTo, 0);
     search("mroc,sjc");
     EXPECT_EQ(window.table.selected, 0);
-    EXPECT_EQ(controller->selectedStation->ICAO, "MROC");
+    EXPECT_EQ(controller->selectedStation->ICAO, "KSJC");
     search("oak");
     EXPECT_EQ(window.table.selected, -1);
     EXPECT_FALSE(controller->selectedStation);

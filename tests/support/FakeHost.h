@@ -66,6 +66,9 @@ public:
     [[nodiscard]] std::optional<platform::URL>
     savePanel(const std::function<std::string(const std::string&)>& writtenPath) override {
         askedWrittenPath = writtenPath;
+        if (whileAsked) {
+            whileAsked();
+        }
         return next();
     }
 
@@ -73,6 +76,8 @@ public:
     int timesAsked = 0;
     std::vector<std::string> askedTypes;
     std::function<std::string(const std::string&)> askedWrittenPath;
+    /// Called while a save panel stands open.
+    std::function<void()> whileAsked;
 
 private:
     std::optional<platform::URL> next() {

@@ -22,6 +22,8 @@ struct FakeStationWindow {
     FakeMenuItem alwaysFavItem;
     FakeTextView metarBackField, tafBackFiled;
     FakeTextField stationLine;
+    /// The station that is shown as selected beside its line.
+    std::string marked;
 
     std::unique_ptr<SCWebView> chart;
 
@@ -43,6 +45,10 @@ struct FakeStationWindow {
                 .metarBackField = &metarBackField,
                 .tafBackFiled = &tafBackFiled,
                 .stationLine = &stationLine,
+                .showSelected =
+                    [this](const AviationWeatherStation* station) {
+                        marked = station ? station->ICAO.value_or("") : "";
+                    },
                 .alwaysFavItem = &alwaysFavItem};
     }
     /// What a row shows in one column.

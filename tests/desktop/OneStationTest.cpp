@@ -1,0 +1,232 @@
+// SPDX-License-Identifier: MIT
+#include "browser/SCStationWindowController.h"
+#include "platform/KeyedArchiver.h"
+#include "tests/support/RunningProgram.h"
+#include "tests/support/Stations.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QTest>
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+/// A list's line of a station at 40 degrees north.
+std::string line(const char* identifier, int longitude) {
+    return fmt::format(
+        "ZZ {:16} {:4} ZZQ   72999   40 00N  {:03} 00W 1656   X     T     A    7 US\n",
+        fmt::format("PLACE OF {}", identifier), identifier, longitude);
+}
+
+/// Whatever the user does in the main window, its parts mean one station.
+class OneStation : public ::testing::Test, protected support::RunningProgram {
+protected:
+    OneStation() {
+        EXPECT_TRUE(platform::KeyedArchiver::archiveRootObject(
+            makeCollection({{"KEET", "ALABASTER", "ALABAMA", 33.18, -86.78},
+                            {"KJAX", "JACKSONVILLE", "FLORIDA", 30.49, -81.69},
+                            {"KJFK", "NEW YORK/JFK", "NEW YORK", 40.64, -73.78},
+                            {"KLGA", "NEW YORK/LGA", "NEW YORK", 40.78, -73.88},
+                            {"EGLL", "LONDON", "ENGLAND", 51.48, -0.45}}),
+            (fake.folder / "resources/Stations.STNPKG").string()));
+        start();
+    }
+
+    template <typename T>
+    static T& child(const char* name) {
+        return *window("SCStationWindowController").findChild<T*>(QString::fromUtf8(name));
+    }
+    static QTableView& table() { return child<QTableView>("table"); }
+    static desktop::MapView& map() {
+        return dynamic_cast<desktop::MapView&>(child<QWidget>("mapV"));
+    }
+    static void click(const char* button) {
+        QTest::mouseClick(&child<QAbstractButton>(button), Qt::LeftButton);
+    }
+    static void press(QWidget& widget, int key) {
+        QTest::keyClick(&widget, static_cast<Qt::Key>(key));
+    }
+    static void search(const char* text) {
+        QTest::keyClicks(&child<QLineEdit>("sf"), QString::fromUtf8(text));
+    }
+    void findKennedy() {
+        search("kjfk");
+        press(child<QLineEdit>("sf"), Qt::Key_Return);
+    }
+    void openList(const std::string& lines) {
+        fake.panels.answers.emplace_back(
+            platform::URL::file(fake.folder.write("list.txt", "! a list\n" + lines).string()));
+        click("parserIt");
+        ASSERT_TRUE(QTest::qWaitFor(
+            [this] {
+                fake.mainThread.run();
+                return child<QPushButton>("parserIt").isEnabled();
+            },
+            60'000));
+    }
+    /// The stations that requests wait for, each once, since the last call.
+    Names asked() {
+        Names names;
+        for (const std::string& address : fake.urlSessions.addresses()) {
+            const std::string name = address.substr(address.find("stationString=") + 14, 4);
+            if (std::ranges::find(names, name) == names.end()) {
+                names.push_back(name);
+            }
+        }
+        while (fake.urlSessions.answer("", std::nullopt)) {
+        }
+        return names;
+    }
+    /// Expects everything that names the selected station to name this one; "" for none.
+    void expectSelected(const std::string& identifier) {
+        QApplication::processEvents();
+        const QModelIndexList rows = table().selectionModel()->selectedRows(2);
+        EXPECT_EQ(rows.isEmpty() ? "" : rows.front().data().toString().toStdString(), identifier);
+        const auto& station = delegate().sw->selectedStation;
+        EXPECT_EQ(station ? station->ICAO.value_or("") : "", identifier);
+        EXPECT_EQ(delegate().sw->nowSelection, rows.isEmpty() ? -1 : rows.front().row());
+        EXPECT_EQ(child<QLabel>("stationLine").text().left(4).toStdString(), identifier);
+        EXPECT_EQ(child<QPushButton>("metarB").isEnabled(), !identifier.empty());
+        if (!identifier.empty()) {
+            EXPECT_EQ(map().state().marker->identifier, identifier);
+            EXPECT_TRUE(table().viewport()->rect().intersects(table().visualRect(rows.front())));
+        }
+    }
+    /// What the user would notice: the reports of Fetch Again and the mark of the shortcut.
+    void expectMeant(const std::string& identifier) {
+        expectSelected(identifier);
+        asked();
+        click("metarB");
+        EXPECT_EQ(asked(), identifier.empty() ? Names() : Names{identifier});
+        QTest::keyClick(&table(), Qt::Key_D, Qt::ControlModifier);
+        EXPECT_EQ(identifiers(delegate().sw->allFavorites()),
+                  identifier.empty() ? Names() : Names{identifier});
+    }
+};
+
+TEST_F(OneStation, IsMeantByEverythingWhateverHappensToTheRows) {
+    struct Case {
+        const char* name;
+        std::function<void()> act;
+        const char* meant;
+        /// Whether its weather was asked for by that, and the map went to it.
+        bool isNew;
+        int rows;
+    };
+    const std::vector<Case> cases{
+        {"Show All", [&] { click("showAll"); }, "KJFK", false, 5},
+        {"Escape", [&] { press(child<QLineEdit>("sf"), Qt::Key_Escape); }, "KJFK", false, 5},
+        {"a cleared field", [&] { child<QLineEdit>("sf").clear(); }, "KJFK", false, 5},
+        {"a cancelled save", [&] { openList(line("KJFK", 70)), click("saver"); }, "KJFK", true, 1},
+        {"a list with it",
+         [&] { openList(line("KEET", 80) + line("KJFK", 70) + line("KLGA", 60)); }, "KJFK", true,
+         3},
+        {"a list without it", [&] { openList(line("KEET", 80)); }, "", false, 1},
+        {"a list without stations", [&] { openList(""); }, "", false, 0},
+        {"another search", [&] { child<QLineEdit>("sf").clear(), search("lga"); }, "KLGA", true, 1},
+        {"the same search", [&] { child<QLineEdit>("sf").clear(), search("jf"); }, "KJFK", true, 1},
+        {"the favorites", [&] { delegate().sw->showFavsMenu(); }, "", false, 0},
+        {"a search mode", [&] { click("searchName"); }, "KJFK", false, 1},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.name);
+        findKennedy();
+        expectSelected("KJFK");
+        asked();
+        press(map(), Qt::Key_Plus);
+        const double before = map().region().latitudeSpan;
+
+        one.act();
+        EXPECT_EQ(table().model()->rowCount(), one.rows);
+        expectSelected(one.meant);
+        EXPECT_EQ(asked(), one.isNew ? Names{one.meant} : Names());
+        EXPECT_EQ(map().region().latitudeSpan != before, one.isNew);
+        expectMeant(one.meant);
+        stop();
+        std::filesystem::remove_all(fake.folder / "support/nosig");
+        start();
+    }
+}
+
+TEST_F(OneStation, StaysWhileAPackageIsSaved) {
+    openList(line("KEET", 80) + line("KJFK", 70));
+    findKennedy();
+    fake.panels.whileAsked = [this] {
+        EXPECT_EQ(table().model()->rowCount(), 2);
+        expectSelected("KJFK");
+    };
+    for (const char* answer : {"", "saved"}) {
+        SCOPED_TRACE(answer);
+        if (*answer != '\0') {
+            fake.panels.answers.emplace_back(platform::URL::file((fake.folder / answer).string()));
+        }
+        click("saver");
+        expectSelected("KJFK");
+        EXPECT_EQ(child<QLabel>("words").text(), QStringLiteral("2 stations"));
+        map().stationClicked(0);
+        expectSelected("KEET");
+        findKennedy();
+    }
+    EXPECT_EQ(fake.panels.timesAsked, 3);
+    EXPECT_TRUE(delegate().sw->savePath->ends_with("saved.STNPKG"));
+}
+
+TEST_F(OneStation, OfTwoWithOneNameIsTheOneInTheRow) {
+    const auto named = [](const char* identifier) {
+        return line(identifier, 70).replace(3, 16, "ONE NAME FOR TWO");
+    };
+    openList(named("KJFK") + named("KLGA") + line("KEET", 80));
+    table().selectRow(1);
+    expectSelected("KLGA");
+    // The first station of that name comes into the selected one's row.
+    child<QLineEdit>("sf").setText(QStringLiteral("kjfk,keet"));
+    EXPECT_EQ(table().model()->rowCount(), 2);
+    expectMeant("KJFK");
+}
+
+TEST_F(OneStation, IsAskedForAgainWithoutMovingAnything) {
+    findKennedy();
+    click("showAll");
+    press(map(), Qt::Key_Left);
+    const auto before = map().region().centre.longitude;
+    delegate().sw->favMenuItem();
+    table().selectRow(0);
+    delegate().sw->alwaysShowFavWeatherMenu(*delegate().sw->outlets.alwaysFavItem);
+    press(map(), Qt::Key_Left);
+    const auto moved = map().region().centre.longitude;
+    EXPECT_NE(moved, before);
+    asked();
+    click("metarB");
+    EXPECT_EQ(map().region().centre.longitude, moved);
+    EXPECT_EQ(delegate().sw->wGrabber->stationsToCollectWeatherFrom.size(), 2U);
+    EXPECT_EQ(asked(), Names{"KEET"});
+    // The timer shows the selected station too, as it always did.
+    fake.timers.fire();
+    expectSelected("KEET");
+    EXPECT_EQ(asked(), Names{"KEET"});
+}
+
+TEST_F(OneStation, DoesNotDependOnHowFastASearchIsTyped) {
+    for (const bool isSlow : {false, true}) {
+        SCOPED_TRACE(isSlow);
+        table().selectRow(2);
+        for (const char* letter : {"e", "g", "l"}) {
+            search(letter);
+            if (isSlow) {
+                QApplication::processEvents();
+            }
+        }
+        expectSelected("EGLL");
+        click("showAll");
+    }
+}
+
+} // namespace
