@@ -35,7 +35,7 @@ int main(int argc, char* argv[]) {
     // From here on a signal waits for the event loop.
     const desktop::EndSignals endSignals([] { QCoreApplication::exit(); });
     desktop::DesktopHost host;
-    desktop::SingleInstance instance(host.services().log);
+    desktop::SingleInstance instance(host.programFolder(), host.services().log);
     if (!instance.isFirst()) {
         return EXIT_SUCCESS;
     }

@@ -27,6 +27,12 @@ public:
     [[nodiscard]] platform::Host& services() { return services_; }
     [[nodiscard]] MainQueue& mainQueue() { return mainQueue_; }
     [[nodiscard]] platform::CurlURLSessions& urlSessions() { return urlSessions_; }
+    /// Of the user's files that only this program writes.
+    [[nodiscard]] std::string programFolder() const {
+        using platform::SearchPaths;
+        return folders_.paths(SearchPaths::applicationSupport, SearchPaths::userDomain).front() +
+               "/nosig";
+    }
     /// Where settings are kept.
     [[nodiscard]] QString settingsFile() const { return settings_.fileName(); }
     /// The map's outlines lie with the program, its tiles in the user's cache.

@@ -2,13 +2,21 @@
 #include "desktop/host/SingleInstance.h"
 
 #include "desktop/Text.h"
+#include "platform/Files.h"
 
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
-#include <QDir>
 #include <QLocalSocket>
 #include <QStandardPaths>
 #include <QThread>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <array>
+#include <system_error>
+#include <utility>
 
 namespace desktop {
 
@@ -16,38 +24,52 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto firstMayStartFor = 5s;
+/// With the start itself, a later instance has ended within two seconds.
+constexpr auto patience = 1500ms;
 /// By which a Wayland compositor lets one window give the front to another.
 constexpr const char* activationToken = "XDG_ACTIVATION_TOKEN";
 constexpr qint64 longestToken = 1000;
 
-QString runtimePath() {
-    const QString files = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+QString socketPath(const std::string& folder) {
     const QByteArray hash =
-        QCryptographicHash::hash(files.toUtf8(), QCryptographicHash::Sha256).toHex().left(16);
+        QCryptographicHash::hash(QByteArray::fromStdString(folder), QCryptographicHash::Sha256);
     return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) +
-           QStringLiteral("/nosig-") + QString::fromLatin1(hash);
+           QStringLiteral("/nosig-") + QString::fromLatin1(hash.toHex().left(16));
+}
+
+std::string lastError() {
+    return std::generic_category().message(errno);
 }
 
 } // namespace
 
-SingleInstance::SingleInstance(platform::Log& log)
-    : log_(log), path_(runtimePath()), lock_(path_ + QStringLiteral(".lock")) {
-    // However long it runs, it is not stale while its process lives.
-    lock_.setStaleLockTime(0);
+SingleInstance::SingleInstance(std::string folder, platform::Log& log)
+    : folder_(std::move(folder)), lockPath_(folder_ + "/lock"), log_(log) {}
+
+SingleInstance::~SingleInstance() {
+    if (lock_ >= 0) {
+        ::close(lock_);
+    }
 }
 
 bool SingleInstance::isFirst() {
-    if (lock_.tryLock()) {
+    if (platform::createDirectory(folder_, true)) {
+        // Said by whoever made the folder that it lies in.
+        return true;
+    }
+    lock_ = ::open(lockPath_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (lock_ >= 0 && ::flock(lock_, LOCK_EX | LOCK_NB) == 0) {
         listen();
         return true;
     }
-    if (lock_.error() != QLockFile::LockFailedError) {
-        log_.line("No lock " + filePath(path_) + ".lock: other instances are not noticed");
+    if (lock_ < 0 || errno != EWOULDBLOCK) {
+        log_.line("No lock " + lockPath_ + ": " + lastError() +
+                  "; other instances are not noticed");
         return true;
     }
     if (!callFirst()) {
-        log_.line("Nosig runs already, and does not answer");
+        log_.line("Nosig runs already on the files in " + folder_ +
+                  ", and cannot be brought to the front");
     }
     return false;
 }
@@ -55,38 +77,56 @@ bool SingleInstance::isFirst() {
 void SingleInstance::listen() {
     QObject::connect(&server_, &QLocalServer::newConnection, &server_, [this] {
         while (QLocalSocket* later = server_.nextPendingConnection()) {
-            QObject::connect(later, &QLocalSocket::disconnected, later, [this, later] {
-                if (const QByteArray token = later->read(longestToken); !token.isEmpty()) {
-                    qputenv(activationToken, token);
-                }
-                later->deleteLater();
-                if (laterStarted) {
-                    laterStarted();
-                }
-            });
+            QObject::connect(later, &QLocalSocket::disconnected, later, &QObject::deleteLater);
+            QObject::connect(later, &QLocalSocket::readyRead, later,
+                             [this, later] { answer(*later); });
         }
     });
+    const QString path = socketPath(folder_);
     server_.setSocketOptions(QLocalServer::UserAccessOption);
     // Left behind by an instance that was killed.
-    QLocalServer::removeServer(path_);
-    if (!server_.listen(path_)) {
-        log_.line("No socket " + filePath(path_) + ": " + server_.errorString().toStdString());
+    QLocalServer::removeServer(path);
+    if (!server_.listen(path)) {
+        log_.line("No socket " + filePath(path) + ": " + server_.errorString().toStdString());
+        return;
+    }
+    const std::string name = filePath(path);
+    if (::ftruncate(lock_, 0) != 0 ||
+        ::pwrite(lock_, name.data(), name.size(), 0) != static_cast<ssize_t>(name.size())) {
+        log_.line("Cannot write " + lockPath_ + ": " + lastError());
     }
 }
 
+void SingleInstance::answer(QLocalSocket& later) {
+    if (later.bytesAvailable() <= longestToken && !later.canReadLine()) {
+        return;
+    }
+    if (const QByteArray token = later.read(longestToken).trimmed(); !token.isEmpty()) {
+        qputenv(activationToken, token);
+    }
+    if (laterStarted) {
+        laterStarted();
+    }
+    later.write("\n");
+    later.disconnectFromServer();
+}
+
 bool SingleInstance::callFirst() const {
-    QDeadlineTimer deadline(firstMayStartFor);
-    while (!deadline.hasExpired()) {
-        QLocalSocket first;
-        first.connectToServer(path_, QIODevice::WriteOnly);
-        if (first.waitForConnected(static_cast<int>(deadline.remainingTime()))) {
-            first.write(qgetenv(activationToken).left(longestToken));
-            first.disconnectFromServer();
-            return first.state() == QLocalSocket::UnconnectedState ||
-                   first.waitForDisconnected(static_cast<int>(deadline.remainingTime()));
+    const QDeadlineTimer deadline(patience);
+    const auto left = [&deadline] { return static_cast<int>(deadline.remainingTime()); };
+    for (; !deadline.hasExpired(); QThread::msleep(20)) {
+        // It has its lock, but may not listen yet.
+        std::array<char, 4096> name{};
+        const ssize_t length = ::pread(lock_, name.data(), name.size() - 1, 0);
+        if (length <= 0) {
+            continue;
         }
-        // It has its lock, but does not listen yet.
-        QThread::msleep(20);
+        QLocalSocket first;
+        first.connectToServer(QFile::decodeName(name.data()));
+        if (first.waitForConnected(left())) {
+            first.write(qgetenv(activationToken).left(longestToken) + '\n');
+            return first.waitForReadyRead(left());
+        }
     }
     return false;
 }
