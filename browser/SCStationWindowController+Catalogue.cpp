@@ -106,12 +106,6 @@ void SCStationWindowController::showzTble() {
     selectAgain(selectedStation);
 }
 
-void SCStationWindowController::reloadTable() {
-    if (outlets.table) {
-        outlets.table->reloadData();
-    }
-}
-
 void SCStationWindowController::saveDocument() {
     innerSave();
 }
@@ -128,9 +122,3 @@ void SCStationWindowController::saveoptionsDidEnd_returnCode_contextInfo(int ret
 }
 
 void SCStationWindowController::wetDidEnd_returnCode_contextInfo(int /*returnCode*/) {}
-
-void SCStationWindowController::setWordsStringTHing(std::int64_t n) {
-    if (outlets.words) {
-        outlets.words->setText(fmt::format("{} {}", n, n < 2 ? "station" : "stations"));
-    }
-}

@@ -66,21 +66,3 @@ void SCStationWindowController::loadFavorites() {
     const auto master = masterCollection();
     unknownFavorites_ = master ? master->markFavorites(identifiers) : std::move(identifiers);
 }
-
-bool SCStationWindowController::validateMenuItem(platform::MenuItem& item) {
-    const std::string_view action = item.action();
-    if (action == "favMenuItem") {
-        if (nowSelection < 0) {
-            return false;
-        }
-        const bool isFavorite = selectedStation && selectedStation->isFavorite();
-        item.setTitle(isFavorite ? "Unfavorite" : "Make Favorite");
-        return true;
-    }
-    if (action == "showFavsMenu") {
-        item.setTitle(showingFavs ? "Show all" : "Show favorites");
-        return true;
-    }
-    // Everything else is disabled, whatever it may be; intended.
-    return action == "geMeterDistChanged" || action == "alwaysShowFavWeatherMenu";
-}

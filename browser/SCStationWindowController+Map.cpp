@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "browser/SCStationWindowController.h"
 
-#include "catalogue/StationCells.h"
 #include "map/Placing.h"
 #include "platform/Addresses.h"
 
@@ -83,15 +82,5 @@ void SCStationWindowController::showChart() {
     if (nowSelection != 0) {
         loadChart(selectedStation ? selectedStation->latitude : 0,
                   selectedStation ? selectedStation->longitude : 0);
-    }
-}
-
-void SCStationWindowController::describeSelection() {
-    if (outlets.stationLine) {
-        outlets.stationLine->setText(
-            selectedStation ? catalogue::stationDescription(*selectedStation) : "");
-    }
-    if (outlets.showSelected) {
-        outlets.showSelected(selectedStation.get());
     }
 }

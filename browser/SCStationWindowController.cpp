@@ -96,3 +96,21 @@ void SCStationWindowController::quitting() {
     host_.userDefaults.setObject(platform::Number(alwaysFavWeather_), favoriteWeatherKey);
     host_.userDefaults.setObject(platform::Number(currentMapType), mapTypeKey);
 }
+
+bool SCStationWindowController::validateMenuItem(platform::MenuItem& item) {
+    const std::string_view action = item.action();
+    if (action == "favMenuItem") {
+        if (nowSelection < 0) {
+            return false;
+        }
+        const bool isFavorite = selectedStation && selectedStation->isFavorite();
+        item.setTitle(isFavorite ? "Unfavorite" : "Make Favorite");
+        return true;
+    }
+    if (action == "showFavsMenu") {
+        item.setTitle(showingFavs ? "Show all" : "Show favorites");
+        return true;
+    }
+    // Everything else is disabled, whatever it may be; intended.
+    return action == "geMeterDistChanged" || action == "alwaysShowFavWeatherMenu";
+}
