@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Text.h"
 
+#include <fmt/format.h>
 #include <unicode/brkiter.h>
 #include <unicode/bytestream.h>
 #include <unicode/casemap.h>
@@ -121,6 +122,13 @@ const MacRomanTable& macRomanTable() {
     return table;
 }
 
+/// What may do more on a screen than stand there.
+bool isControl(char32_t code) {
+    const auto point = static_cast<UChar32>(code);
+    return u_charType(point) == U_CONTROL_CHAR ||
+           u_hasBinaryProperty(point, UCHAR_BIDI_CONTROL) != 0;
+}
+
 /// The first grapheme boundary at or after `index`, which lies between two characters.
 std::size_t graphemeBoundary(std::string_view text, std::size_t index) {
     constexpr std::size_t longest = std::numeric_limits<std::int32_t>::max();
@@ -239,6 +247,49 @@ std::string_view trimmed(std::string_view text) {
             break;
         }
         text.remove_suffix(last.length);
+    }
+    return text;
+}
+
+std::string withoutControls(std::string_view utf8) {
+    std::string shown;
+    shown.reserve(utf8.size());
+    for (std::size_t i = 0; i < utf8.size();) {
+        const Character character = characterAt(utf8, i);
+        const bool isLineEndOrTab =
+            character.code == '\n' || character.code == '\r' || character.code == '\t';
+        if (isLineEndOrTab || !isControl(character.code)) {
+            shown += utf8.substr(i, character.length);
+        }
+        i += character.length;
+    }
+    return shown;
+}
+
+std::string escapedControls(std::string_view utf8) {
+    std::string text;
+    text.reserve(utf8.size());
+    for (std::size_t i = 0; i < utf8.size();) {
+        const Character character = characterAt(utf8, i);
+        const auto bytes = utf8.substr(i, character.length);
+        i += character.length;
+        if (!character.isWellFormed) {
+            for (const char byte : bytes) {
+                text += fmt::format("\\x{:02x}", static_cast<unsigned char>(byte));
+            }
+        } else if (character.code == '\\') {
+            text += "\\\\";
+        } else if (character.code == '\t') {
+            text += "\\t";
+        } else if (character.code == '\n') {
+            text += "\\n";
+        } else if (character.code == '\r') {
+            text += "\\r";
+        } else if (isControl(character.code)) {
+            text += fmt::format("\\u{:04x}", static_cast<std::uint32_t>(character.code));
+        } else {
+            text += bytes;
+        }
     }
     return text;
 }

@@ -26,6 +26,15 @@ namespace platform {
 /// Without white space and line ends at both ends.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 
+/// Text as it may be shown: control characters other than line ends and tabs, and characters that
+/// change the direction of writing, are dropped. Both kinds as Unicode has them (Cc, and
+/// Bidi_Control); the line ends that stay are LF and CR. Bytes that are not UTF-8 stay as they are.
+[[nodiscard]] std::string withoutControls(std::string_view utf8);
+/// The same characters, line ends, tabs and backslashes escaped instead, so that the text stands on
+/// one line and can be had back: \t, \n, \r, \\, \u and the four hexadecimal digits of a character,
+/// \x and the two of a byte that is not UTF-8.
+[[nodiscard]] std::string escapedControls(std::string_view utf8);
+
 /// One character a byte; a character that the encoding lacks becomes "?".
 [[nodiscard]] std::string macRomanFromUtf8(std::string_view text);
 [[nodiscard]] std::string utf8FromMacRoman(std::string_view bytes);

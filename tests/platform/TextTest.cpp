@@ -67,6 +67,28 @@ TEST(Text, TrimsEveryKindOfBlankAtBothEnds) {
     EXPECT_EQ(trimmed("\x80 a \x80"), "\x80 a \x80");
 }
 
+TEST(Text, ControlsAndChangesOfDirectionAreDroppedOrEscaped) {
+    const struct {
+        std::string text, shown, escaped;
+    } rows[] = {
+        {"S\u00C3O PAULO \U0001F6EB 7\u00B0", "S\u00C3O PAULO \U0001F6EB 7\u00B0",
+         "S\u00C3O PAULO \U0001F6EB 7\u00B0"},
+        {"a\tb\r\nc\\", "a\tb\r\nc\\", "a\\tb\\r\\nc\\\\"},
+        {std::string("\0\a\x1b[2J\x7f", 7), "[2J", "\\u0000\\u0007\\u001b[2J\\u007f"},
+        {"\xC2\x80\xC2\x9F\u00A0", "\u00A0", "\\u0080\\u009f\u00A0"},
+        {"\u200E\u200F\u061C\u202A\u202E|\u2066\u2069", "|",
+         "\\u200e\\u200f\\u061c\\u202a\\u202e|\\u2066\\u2069"},
+        {"\u200D\u2029\u202F\u2065\u206A", "\u200D\u2029\u202F\u2065\u206A",
+         "\u200D\u2029\u202F\u2065\u206A"},
+        {"\xE2\x80\x9B\xE2\x80", "\xE2\x80\x9B\xE2\x80", "\xE2\x80\x9B\\xe2\\x80"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.escaped);
+        EXPECT_EQ(withoutControls(row.text), row.shown);
+        EXPECT_EQ(escapedControls(row.text), row.escaped);
+    }
+}
+
 TEST(Text, MacRomanGoesBothWays) {
     std::string bytes;
     for (int code = 0; code < 256; ++code) {
