@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -17,38 +18,155 @@ using namespace std::string_view_literals;
 
 constexpr std::uint64_t longestFile = std::uint64_t{1} << 30;
 constexpr std::size_t shortestStationLine = 83;
-/// Where the two shifted columns begin, and where what follows them keeps its place.
-constexpr std::size_t spareBlank = 24;
-constexpr std::size_t lastSynopDigit = 36;
 
-/// Calls `take` with each station line's span of the text.
+// Columns of the parser. `synopEnd` is the first one behind the index.
+constexpr std::size_t name = 3;
+constexpr std::size_t nameWidth = 16;
+constexpr std::size_t icao = 20;
+constexpr std::size_t blankBeforeIata = 24;
+constexpr std::size_t iata = 25;
+constexpr std::size_t blankBeforeSynop = 30;
+constexpr std::size_t synop = 31;
+constexpr std::size_t synopEnd = 36;
+constexpr std::size_t latitudeLetter = 44;
+constexpr std::size_t longitudeLetter = 53;
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+/// Calls `take(line, isStation)` with each line and whether the parser takes it for a station's.
 template <typename Text, typename Take>
-void forEachStationLine(Text& text, Take take) {
+void forEachLine(Text& text, Take take) {
     bool followsBlank = false;
     for (std::size_t start = 0; start < text.size();) {
         const std::size_t end = std::min(text.find('\n', start), text.size());
         const auto line = std::span(text).subspan(start, end - start);
         const std::string_view view(line.data(), line.size());
-        if (view.size() >= shortestStationLine && !view.starts_with('!') &&
-            !view.starts_with("CD") && !followsBlank) {
-            take(line);
-        }
+        take(line,
+             !view.empty() && !followsBlank && !view.starts_with('!') && !view.starts_with("CD"));
         followsBlank = view.empty();
         start = end + 1;
     }
 }
 
-} // namespace
-
-std::optional<std::string> readListFile(const std::filesystem::path& path) {
-    const auto bytes = platform::readFile(path, longestFile);
-    if (!bytes) {
-        return std::nullopt;
-    }
-    return realignedList(listText(*bytes));
+/// The same for the lines of stations only, those too short for one left out.
+template <typename Text, typename Take>
+void forEachStationLine(Text& text, Take take) {
+    forEachLine(text, [&](auto line, bool isStation) {
+        if (isStation && line.size() >= shortestStationLine) {
+            take(line);
+        }
+    });
 }
 
-std::string listText(std::span<const std::byte> bytes) {
+bool hasPosition(std::string_view line) {
+    return line.size() >= shortestStationLine &&
+           "NS"sv.find(line[latitudeLetter]) != std::string_view::npos &&
+           "EW"sv.find(line[longitudeLetter]) != std::string_view::npos;
+}
+
+bool isContinuation(char unit) {
+    return (static_cast<unsigned char>(unit) & 0xC0) == 0x80;
+}
+
+/// How many bytes more than columns the name takes in a line that was laid out by characters; 0
+/// for any other line.
+std::size_t pushOfName(std::string_view line) {
+    if (hasPosition(line)) {
+        return 0;
+    }
+    std::size_t at = 0;
+    for (std::size_t column = 0; at < line.size(); ++at) {
+        if (!isContinuation(line[at]) && column++ == icao) {
+            break;
+        }
+    }
+    const std::size_t push = at - std::min(at, icao);
+    return push > 0 && hasPosition(line.substr(push)) ? push : 0;
+}
+
+/// The text with a byte a column in the lines that were laid out by characters.
+std::string inByteColumns(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    forEachLine(text, [&](std::span<const char> span, bool isStation) {
+        std::string_view line(span.data(), span.size());
+        const std::size_t push = isStation ? pushOfName(line) : 0;
+        if (push > 0) {
+            std::size_t end = name + nameWidth;
+            while (isContinuation(line[end])) {
+                --end;
+            }
+            result.append(line.substr(0, end)).append(icao - end, ' ');
+            line.remove_prefix(icao + push);
+        }
+        result.append(line).append(1, '\n');
+    });
+    if (!text.ends_with('\n')) {
+        result.pop_back();
+    }
+    return result;
+}
+
+bool isShifted(std::span<const char> line) {
+    return isDigit(line[synopEnd]) || (line[iata] == ' ' && line[synop] == ' ');
+}
+
+bool isShiftedThroughout(std::string_view text) {
+    std::size_t lines = 0;
+    std::size_t openLines = 0;
+    std::size_t indexes = 0;
+    std::size_t shiftedIndexes = 0;
+    forEachStationLine(text, [&](std::span<const char> line) {
+        ++lines;
+        openLines += line[iata] == ' ' && line[synop] == ' ' ? 1 : 0;
+        shiftedIndexes += isDigit(line[synopEnd]) ? 1 : 0;
+        indexes += isDigit(line[synopEnd]) || isDigit(line[synopEnd - 1]) ? 1 : 0;
+    });
+    return shiftedIndexes > 0 && 10 * shiftedIndexes >= 9 * indexes && 10 * openLines >= 9 * lines;
+}
+
+bool fits(std::string_view line) {
+    return hasPosition(line) && line[blankBeforeIata] == ' ' && line[blankBeforeSynop] == ' ' &&
+           line[synopEnd] == ' ';
+}
+
+/// Carriage returns before a line feed belong to it; others end lines themselves.
+void useLineFeeds(std::string& text) {
+    std::size_t length = text.find('\r');
+    for (std::size_t at = length; at < text.size();) {
+        const std::size_t end = std::min(text.find_first_not_of('\r', at), text.size());
+        if (end == text.size() || text[end] != '\n') {
+            for (; at < end; ++at) {
+                text[length++] = '\n';
+            }
+        }
+        const std::size_t next = std::min(text.find('\r', end), text.size());
+        std::copy(text.begin() + static_cast<std::ptrdiff_t>(end),
+                  text.begin() + static_cast<std::ptrdiff_t>(next),
+                  text.begin() + static_cast<std::ptrdiff_t>(length));
+        length += next - end;
+        at = next;
+    }
+    text.resize(std::min(length, text.size()));
+}
+
+} // namespace
+
+std::optional<ListText> readList(const std::filesystem::path& path) try {
+    const auto bytes = platform::readFile(path, longestFile);
+    return bytes ? std::optional(alignedList(decodedList(*bytes))) : std::nullopt;
+} catch (const std::bad_alloc&) {
+    return std::nullopt;
+}
+
+std::optional<std::string> readListFile(const std::filesystem::path& path) {
+    auto list = readList(path);
+    return list ? std::optional(std::move(list->text)) : std::nullopt;
+}
+
+std::string decodedList(std::span<const std::byte> bytes) {
     // The mark of UTF-32LE begins with that of UTF-16LE, so it is tried first.
     static constexpr std::array<std::pair<std::string_view, const char*>, 5> marks{{
         {"\xEF\xBB\xBF"sv, "UTF-8"},
@@ -60,10 +178,13 @@ std::string listText(std::span<const std::byte> bytes) {
     const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     for (const auto& [mark, encoding] : marks) {
         if (text.starts_with(mark)) {
-            return platform::utf8FromEncoding(text.substr(mark.size()), encoding);
+            auto decoded = platform::utf8FromEncoding(text.substr(mark.size()), encoding);
+            useLineFeeds(decoded);
+            return decoded;
         }
     }
     std::string result(text);
+    useLineFeeds(result);
     if (!platform::isValidUtf8(result)) {
         std::ranges::replace_if(
             result, [](char c) { return static_cast<unsigned char>(c) >= 0x80; }, '?');
@@ -71,20 +192,27 @@ std::string listText(std::span<const std::byte> bytes) {
     return result;
 }
 
-std::string realignedList(std::string text) {
-    bool hasShiftedIndex = false;
-    bool isRoomy = true;
-    forEachStationLine(text, [&](std::span<const char> line) {
-        hasShiftedIndex |= line[lastSynopDigit] >= '0' && line[lastSynopDigit] <= '9';
-        isRoomy &= line[spareBlank] == ' ' && line[spareBlank + 1] == ' ';
-    });
-    if (hasShiftedIndex && isRoomy) {
-        forEachStationLine(text, [](std::span<char> line) {
-            const auto columns = line.subspan(spareBlank, lastSynopDigit + 1 - spareBlank);
-            std::rotate(columns.begin(), columns.begin() + 1, columns.end());
+ListText alignedList(std::string text) {
+    ListText list;
+    list.text = std::move(text);
+    if (!std::ranges::all_of(list.text, [](char c) { return static_cast<signed char>(c) >= 0; })) {
+        list.text = inByteColumns(list.text);
+    }
+    if (isShiftedThroughout(list.text)) {
+        forEachStationLine(list.text, [&](std::span<char> line) {
+            if (isShifted(line)) {
+                const auto columns = line.subspan(blankBeforeIata, synopEnd + 1 - blankBeforeIata);
+                std::rotate(columns.begin(), columns.begin() + 1, columns.end());
+                ++list.realignedLines;
+            }
         });
     }
-    return text;
+    forEachLine(list.text, [&](std::span<const char> line, bool isStation) {
+        // The parser passes over the first line, whatever it is.
+        const bool isRead = isStation && line.data() != list.text.data();
+        list.oddLines += isRead && !fits({line.data(), line.size()}) ? 1 : 0;
+    });
+    return list;
 }
 
 } // namespace catalogue

@@ -11,18 +11,19 @@ namespace {
 using namespace std::string_literals;
 
 std::string decoded(const std::string& bytes) {
-    return listText(std::as_bytes(std::span(bytes)));
+    return decodedList(std::as_bytes(std::span(bytes)));
 }
 
-TEST(ListFile, AByteOrderMarkDecidesTheEncoding) {
+TEST(ListFile, IsDecodedByItsMarkAndEndsLinesWithLineFeeds) {
     struct {
         const char* what;
         std::string bytes, text;
     } const rows[] = {
+        {"line ends of three kinds", "a\r\nb\rc\n\r\nd\r\r\ne\r\rf\r", "a\nb\nc\n\nd\ne\n\nf\n"},
         {"UTF-8", "Z\xC3\xBCrich", "Z\xC3\xBCrich"},
         {"UTF-8 with a mark", "\xEF\xBB\xBFZ\xC3\xBC", "Z\xC3\xBC"},
         {"one character a byte", "Z\xFCrich \xC3\xBC", "Z?rich ??"},
-        {"UTF-16LE", "\xFF\xFEK\0\xFC\0"s, "K\xC3\xBC"},
+        {"UTF-16LE", "\xFF\xFEK\0\r\0\n\0\xFC\0"s, "K\n\xC3\xBC"},
         {"UTF-16BE", "\xFE\xFF\0K\xD8\x3D\xDE\xEB"s, "K\xF0\x9F\x9B\xAB"},
         {"UTF-32LE", "\xFF\xFE\0\0K\0\0\0"s, "K"},
         {"UTF-32BE", "\0\0\xFE\xFF\0\0\0K"s, "K"},
@@ -43,26 +44,91 @@ const std::string straight =
 const std::string bare =
     "AK AKUTAN           PAUT               54 09N  165 36W   25   X                7 US";
 
-TEST(ListFile, RealignsOnlyListsThatAreShiftedThroughout) {
+std::string with(std::size_t column, const std::string& text, std::string line) {
+    return line.replace(column, text.size(), text);
+}
+
+TEST(ListFile, RealignsLineByLineWhatNineTenthsOfTheListNeed) {
+    const auto times = [](int count, const std::string& line) {
+        std::string lines;
+        while (count-- > 0) {
+            lines += line + "\n";
+        }
+        return lines;
+    };
+    const auto nine = times(9, shifted);
+    const auto nineStraight = times(9, straight);
+    const auto tenShifted = nine + shifted + "\n";
     struct {
         const char* what;
-        std::string text, realigned;
+        std::string text, aligned;
+        std::size_t realigned = 0, odd = 0;
     } const rows[] = {
-        {"every station line moves, with or without codes",
-         "! c\n" + shifted + "\n" + bare + "\r\n" + shifted,
-         "! c\n" + straight + "\n" + bare + "\r\n" + straight},
+        {"lines with and without codes move", "! c\n" + nine + bare, "! c\n" + nineStraight + bare,
+         10},
         {"headers, comments and headings stay",
          "!" + shifted + "\n\n" + shifted + "\nCD" + shifted + "\n" + shifted,
-         "!" + shifted + "\n\n" + shifted + "\nCD" + shifted + "\n" + straight},
+         "!" + shifted + "\n\n" + shifted + "\nCD" + shifted + "\n" + straight, 1},
         {"short lines stay", shifted + "\n" + shifted.substr(0, 82),
-         straight + "\n" + shifted.substr(0, 82)},
-        {"one line in the other form keeps all", shifted + "\n" + straight,
-         shifted + "\n" + straight},
+         straight + "\n" + shifted.substr(0, 82), 1, 1},
+        {"a line in the other form stays", nine + straight, nineStraight + straight, 9},
+        {"a tenth is not enough", shifted + "\n" + nineStraight, shifted + "\n" + nineStraight, 0,
+         1},
+        {"two of ten are too many", times(8, shifted) + times(2, straight),
+         times(8, shifted) + times(2, straight), 0, 8},
+        {"a stray digit among bare lines moves none of them",
+         times(30, bare) + straight + "\n" + with(36, "1", bare),
+         times(30, bare) + straight + "\n" + with(36, "1", bare), 0, 1},
+        {"a stray byte before the code", nine + with(24, "x", shifted),
+         nineStraight + with(36, "x", straight), 10, 1},
+        {"one where the code began", nine + with(25, "x", shifted),
+         nineStraight + with(24, "x", straight), 10, 1},
+        {"one before the index", nine + with(31, "x", shifted),
+         nineStraight + with(30, "x", straight), 10, 1},
+        {"one in the hemisphere", tenShifted + with(53, "?", shifted),
+         nineStraight + straight + "\n" + with(53, "?", straight), 11, 1},
         {"nothing", "", ""},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
-        EXPECT_EQ(realignedList(row.text), row.realigned);
+        // Behind a first line, which is never read.
+        const auto list = alignedList("!\n" + row.text);
+        EXPECT_EQ(list.text, "!\n" + row.aligned);
+        EXPECT_EQ(list.realignedLines, row.realigned);
+        EXPECT_EQ(list.oddLines, row.odd);
+    }
+}
+
+TEST(ListFile, LettersOfSeveralBytesDoNotPushTheColumns) {
+    const std::string rest = straight.substr(20);
+    struct {
+        const char* what;
+        std::string line, aligned;
+        std::size_t odd = 0;
+    } const rows[] = {
+        {"blanks are given up", "AK S\u00C3O PAULO       " + rest,
+         "AK S\u00C3O PAULO       " + rest},
+        {"laid out by characters", "AK S\u00C3O PAULO        " + rest,
+         "AK S\u00C3O PAULO       " + rest},
+        {"in the public form too", "AK S\u00C3O PAULO        " + shifted.substr(20),
+         "AK S\u00C3O PAULO       " + rest},
+        {"letters of three and four bytes", "AK \u6771\u4EAC\U0001F6EB              " + rest,
+         "AK \u6771\u4EAC\U0001F6EB       " + rest},
+        {"no blank to give", "AK S\u00C3O PAULO CAMPOS " + rest, "AK S\u00C3O PAULO CAMPO " + rest},
+        {"the last letter is not cut", "AK SAO PAULO CAMP\u00D5S " + rest,
+         "AK SAO PAULO CAMP\u00D5 " + rest},
+        {"the last letter does not fit", "AK SAO PAULO CAMPO\u00D5 " + rest,
+         "AK SAO PAULO CAMPO  " + rest},
+        {"elsewhere there is nothing to give",
+         straight.substr(0, 28) + "\u00C3" + straight.substr(29),
+         straight.substr(0, 28) + "\u00C3" + straight.substr(29), 1},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        const bool isPublicForm = row.line.ends_with(shifted.substr(20));
+        const auto list = alignedList("THE LIST \u00C9\n" + row.line + (isPublicForm ? "\n" : ""));
+        EXPECT_EQ(list.text, "THE LIST \u00C9\n" + row.aligned + (isPublicForm ? "\n" : ""));
+        EXPECT_EQ(list.oddLines, row.odd);
     }
 }
 
