@@ -33,13 +33,34 @@ constexpr std::pair<const char*, Code> codes[] = {
 };
 
 /// 0 for what is no character: other writers box signed and unsigned ones.
-char codeOf(const std::optional<platform::Number>& number) {
-    if (!number ||
-        (number->isReal() && std::trunc(number->doubleValue()) != number->doubleValue())) {
+char decodedCode(platform::KeyedUnarchiver& coder, const char* key) {
+    const auto number = coder.decodeNumber(key);
+    if (!number) {
         return 0;
     }
-    const std::int64_t value = number->integerValue();
-    return value >= -128 && value <= 255 ? static_cast<char>(value) : '\0';
+    // Wide enough for any storage, whose integers would wrap.
+    const double value = number->doubleValue();
+    if (!(value >= -128 && value <= 255) || std::trunc(value) != value) {
+        coder.misread("is no character");
+        return 0;
+    }
+    return static_cast<char>(number->integerValue());
+}
+
+std::shared_ptr<platform::Dictionary> decodedMarks(platform::KeyedUnarchiver& coder) {
+    const platform::Value marks = coder.decodeObject("refCon");
+    if (const auto* dictionary = std::get_if<std::shared_ptr<platform::Dictionary>>(&marks)) {
+        const auto& entries = (*dictionary)->entries;
+        const auto mark = entries.find(favoriteKey);
+        if (mark != entries.end() && !std::holds_alternative<platform::Number>(mark->second)) {
+            coder.misread("holds a favorite mark that is no number");
+        }
+        return *dictionary;
+    }
+    if (!std::holds_alternative<std::monostate>(marks)) {
+        coder.misread("is no dictionary");
+    }
+    return nullptr;
 }
 
 } // namespace
@@ -59,13 +80,10 @@ AviationWeatherStation::initWithCoder(platform::KeyedUnarchiver& coder) {
     station->longitude = coder.decodeDouble("longitude");
     station->ELEV = coder.decodeInteger("ELEV");
     for (const auto& [key, code] : codes) {
-        (*station).*code = codeOf(coder.decodeNumber(key));
+        (*station).*code = decodedCode(coder, key);
     }
     station->countryCode = coder.decodeText("countryCode");
-    const platform::Value marks = coder.decodeObject("refCon");
-    if (const auto* dictionary = std::get_if<std::shared_ptr<platform::Dictionary>>(&marks)) {
-        station->refCon = *dictionary;
-    }
+    station->refCon = decodedMarks(coder);
     return station;
 }
 

@@ -64,6 +64,14 @@ private:
     std::string term_;
 };
 
+/// What could not be made an object was counted when that was tried.
+void misreadUnlessAbsent(platform::KeyedUnarchiver& coder, const platform::Value& value,
+                         const char* reason) {
+    if (!std::holds_alternative<std::monostate>(value)) {
+        coder.misread(reason);
+    }
+}
+
 } // namespace
 
 std::shared_ptr<AviationWeatherStationCollection> AviationWeatherStationCollection::init() {
@@ -76,13 +84,20 @@ AviationWeatherStationCollection::initWithCoder(platform::KeyedUnarchiver& coder
     const platform::Value lastUpdated = coder.decodeObject("lastUpdated");
     if (const auto* date = std::get_if<platform::Date>(&lastUpdated)) {
         collection->lastUpdated = *date;
+    } else {
+        misreadUnlessAbsent(coder, lastUpdated, "is no date");
     }
     if (const auto number = coder.decodeNumber("numberOfStations")) {
         collection->numberOfStations = number->integerValue();
+        if (static_cast<double>(collection->numberOfStations) != number->doubleValue()) {
+            coder.misread("is no whole number");
+        }
     }
     const platform::Value fromURL = coder.decodeObject("fromURL");
     if (const auto* url = std::get_if<platform::URL>(&fromURL)) {
         collection->fromURL = *url;
+    } else {
+        misreadUnlessAbsent(coder, fromURL, "is no address");
     }
     const platform::Value stations = coder.decodeObject("stations");
     if (const auto* array = std::get_if<std::shared_ptr<platform::Array>>(&stations)) {
@@ -91,8 +106,12 @@ AviationWeatherStationCollection::initWithCoder(platform::KeyedUnarchiver& coder
         for (const platform::Value& element : (*array)->elements) {
             if (auto station = platform::objectOf<AviationWeatherStation>(element)) {
                 collection->stations->push_back(std::move(station));
+            } else {
+                coder.misread("holds an element that is no station");
             }
         }
+    } else {
+        misreadUnlessAbsent(coder, stations, "is no array");
     }
     return collection;
 }

@@ -113,6 +113,10 @@ std::span<const std::byte> KeyedUnarchiver::decodeBytes(std::string_view key) {
     return {};
 }
 
+void KeyedUnarchiver::misread(std::string_view reason) {
+    state_.misread(reason);
+}
+
 Value KeyedUnarchiver::decodeObject() {
     return state_.object(state_.slotIn(state_.unkeyedField()));
 }

@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace platform {
 
@@ -18,9 +19,9 @@ struct Unarchived {
     /// Why the root is absent, in words for a log; empty when it is present.
     std::string fault;
     /// How many present fields could not be what was asked for and read as empty instead, and in
-    /// words what the first of them was.
+    /// words what was wrong with them: each wording once, of the first thousand fields.
     std::size_t misreadFields = 0;
-    std::string firstMisreadField;
+    std::vector<std::string> misreadings;
 };
 
 /// Reads keyed archives in binary property lists, written by any program, and trusts no number in
@@ -64,6 +65,11 @@ public:
     [[nodiscard]] double decodeDouble(std::string_view key);
     /// Bytes of the archive itself, valid while it is read; empty when there are none.
     [[nodiscard]] std::span<const std::byte> decodeBytes(std::string_view key);
+
+    /// Counts the field that was decoded last as misread: its value is of no use to the class,
+    /// which goes on without it. `reason` follows the field's name in a sentence, such as "is no
+    /// date".
+    void misread(std::string_view reason);
 
     /// The next value that was written without a key, in order of writing.
     [[nodiscard]] Value decodeObject();

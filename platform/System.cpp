@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/System.h"
 
+#include "platform/Text.h"
+
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <string>
@@ -12,12 +15,9 @@ Date SystemClock::now() const {
 }
 
 void StandardErrorLog::line(std::string_view text) {
-    std::string line(text);
-    for (char& c : line) {
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) {
-            c = ' ';
-        }
-    }
+    std::string line = withoutControls(repairedUtf8(text));
+    std::ranges::replace_if(
+        line, [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
     line += '\n';
     // One call, so that lines of several threads do not mix.
     std::fwrite(line.data(), 1, line.size(), stderr);

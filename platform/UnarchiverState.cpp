@@ -69,8 +69,8 @@ void KeyedUnarchiver::State::readRoot() {
     if (isBroken) {
         result.root = {};
     } else if (std::holds_alternative<std::monostate>(result.root)) {
-        breakOff(result.firstMisreadField.empty() ? "The archive's root object is absent."
-                                                  : result.firstMisreadField);
+        breakOff(result.misreadings.empty() ? "The archive's root object is absent."
+                                            : result.misreadings.front());
     }
 }
 
@@ -85,11 +85,15 @@ void KeyedUnarchiver::State::misread(std::string_view reason) {
     if (isBroken) {
         return;
     }
-    if (result.misreadFields++ == 0) {
-        result.firstMisreadField =
-            record.archivedClass ? fmt::format("\"{}\" of {} {}.", record.layout->key(record.place),
-                                               record.archivedClass->name, reason)
-                                 : fmt::format("The root object {}.", reason);
+    constexpr std::size_t mostWorded = 1000;
+    if (result.misreadFields++ < mostWorded) {
+        auto words = record.archivedClass
+                         ? fmt::format("\"{}\" of {} {}.", record.layout->key(record.place),
+                                       record.archivedClass->name, reason)
+                         : fmt::format("The root object {}.", reason);
+        if (std::ranges::find(result.misreadings, words) == result.misreadings.end()) {
+            result.misreadings.push_back(std::move(words));
+        }
     }
 }
 

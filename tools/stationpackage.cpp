@@ -13,47 +13,34 @@
 #include <fmt/format.h>
 
 #include <cstdio>
-#include <span>
+#include <new>
 #include <string>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 namespace {
+
+using platform::escapedControls;
 
 constexpr const char* usage = "usage: stationpackage make LIST FILE   make a package from a list\n"
                               "       stationpackage print FILE       one line a station\n"
                               "       stationpackage check FILE       say what is wrong with it\n";
 
-int fail(const std::string& reason) {
-    fmt::print(stderr, "stationpackage: {}\n", reason);
+/// A message about a file: what is not fit for a screen is escaped, in names and texts alike.
+void say(const std::string& file, const std::string& message) {
+    const auto line =
+        fmt::format("stationpackage: {}: {}\n", escapedControls(file), escapedControls(message));
+    std::fputs(line.c_str(), stderr);
+}
+
+int fail(const std::string& file, const std::string& reason) {
+    say(file, reason);
     return 1;
 }
 
-/// A field in one column of one line: backslashes, tabs and line ends are escaped.
-std::string escaped(const std::string& text) {
-    std::string result;
-    for (const char c : text) {
-        switch (c) {
-        case '\\':
-            result += "\\\\";
-            break;
-        case '\t':
-            result += "\\t";
-            break;
-        case '\n':
-            result += "\\n";
-            break;
-        case '\r':
-            result += "\\r";
-            break;
-        default:
-            result += c;
-        }
-    }
-    return result;
-}
-
 std::string column(const std::optional<std::string>& text) {
-    return escaped(text.value_or(""));
+    return escapedControls(text.value_or(""));
 }
 
 std::string collectionLine(const AviationWeatherStationCollection& collection) {
@@ -66,7 +53,7 @@ std::string collectionLine(const AviationWeatherStationCollection& collection) {
     }
     return fmt::format("numberOfStations={}\tlastUpdated={}\tfromURL={}\tstations={}",
                        collection.numberOfStations, updated,
-                       escaped(collection.fromURL ? collection.fromURL->text : ""),
+                       escapedControls(collection.fromURL ? collection.fromURL->text : ""),
                        collection.stations ? collection.stations->size() : 0);
 }
 
@@ -82,13 +69,13 @@ std::string stationLine(const AviationWeatherStation& station) {
         fmt::format("{}", station.latitude),
         fmt::format("{}", station.longitude),
         fmt::format("{}", station.ELEV),
-        escaped(platform::textOfCode(station.METAR)),
-        escaped(platform::textOfCode(station.NEXRAD)),
-        escaped(platform::textOfCode(station.aviationFlag)),
-        escaped(platform::textOfCode(station.upperAirOrWind)),
-        escaped(platform::textOfCode(station.observationType)),
-        escaped(platform::textOfCode(station.officeType)),
-        escaped(platform::textOfCode(station.plottingPriority)),
+        escapedControls(platform::textOfCode(station.METAR)),
+        escapedControls(platform::textOfCode(station.NEXRAD)),
+        escapedControls(platform::textOfCode(station.aviationFlag)),
+        escapedControls(platform::textOfCode(station.upperAirOrWind)),
+        escapedControls(platform::textOfCode(station.observationType)),
+        escapedControls(platform::textOfCode(station.officeType)),
+        escapedControls(platform::textOfCode(station.plottingPriority)),
         column(station.countryCode),
         station.refCon ? station.isFavorite() ? "RQFavorite=1" : "RQFavorite=0" : "",
     };
@@ -96,33 +83,38 @@ std::string stationLine(const AviationWeatherStation& station) {
 }
 
 int make(const std::string& list, const std::string& file) {
-    const auto text = catalogue::readListFile(list);
-    if (!text) {
-        return fail(fmt::format("cannot read {}", list));
+    auto read = catalogue::readList(list);
+    if (!read) {
+        return fail(list, "cannot be read");
     }
     platform::NotificationCenter center;
     platform::StandardErrorLog log;
-    const auto parser = stationparser::initWithNSString(center, log, text);
+    const auto parser = stationparser::initWithNSString(center, log, std::move(read->text));
     parser->parse();
     const auto collection = parser->theCollection();
+    if (!collection && parser->error()) {
+        throw std::bad_alloc();
+    }
     if (!collection || collection->stations->empty()) {
-        return fail(fmt::format("no station in {}", list));
+        return fail(list, "holds no station");
     }
     if (parser->error()) {
-        return fail(fmt::format("{} ends in the middle of something", list));
+        return fail(list, "ends in the middle of something");
     }
     collection->numberOfStations = static_cast<std::int64_t>(collection->stations->size());
     collection->lastUpdated = platform::SystemClock().now();
     if (!platform::KeyedArchiver::archiveRootObject(collection, file)) {
-        return fail(fmt::format("cannot write {}", file));
+        return fail(file, "cannot be written");
     }
+    fmt::print("stations: {}, lines realigned: {}, lines that do not fit: {}\n",
+               collection->numberOfStations, read->realignedLines, read->oddLines);
     return 0;
 }
 
 int print(const std::string& file) {
     const auto collection = catalogue::readPackage(file);
     if (!collection) {
-        return fail(fmt::format("no station package: {}", file));
+        return fail(file, "is no station package");
     }
     fmt::print("{}\n", collectionLine(*collection));
     if (collection->stations) {
@@ -136,43 +128,38 @@ int print(const std::string& file) {
 int check(const std::string& file) {
     const auto read = platform::KeyedUnarchiver::unarchiveFile(file, catalogue::archivedClasses());
     if (!read.fault.empty()) {
-        return fail(fmt::format("{}: {}", file, read.fault));
+        return fail(file, read.fault);
     }
     const auto collection = platform::objectOf<AviationWeatherStationCollection>(read.root);
     if (!collection) {
-        return fail(fmt::format("{}: holds no station collection", file));
+        return fail(file, "holds no station collection");
     }
-    int faults = 0;
-    const auto say = [&](const std::string& fault) {
-        ++faults;
-        fail(fmt::format("{}: {}", file, fault));
-    };
-    if (read.misreadFields > 0) {
-        say(fmt::format("{} unreadable fields, the first: {}", read.misreadFields,
-                        read.firstMisreadField));
+    std::vector<std::string> faults = read.misreadings;
+    if (read.misreadFields > faults.size()) {
+        faults.push_back(fmt::format("{} fields cannot be read.", read.misreadFields));
     }
     if (!collection->stations) {
-        say("holds no array of stations");
-        return 1;
-    }
-    const auto& stations = *collection->stations;
-    if (collection->numberOfStations != static_cast<std::int64_t>(stations.size())) {
-        say(fmt::format("says {} stations, holds {}", collection->numberOfStations,
-                        stations.size()));
-    }
-    for (std::size_t i = 0; i < stations.size(); ++i) {
-        if (!platform::Location{stations[i]->latitude, stations[i]->longitude}.isValid()) {
-            say(fmt::format("station {} ({}) lies outside the globe", i + 1,
-                            column(stations[i]->ICAO)));
+        faults.emplace_back("holds no array of stations");
+    } else {
+        const auto& stations = *collection->stations;
+        if (collection->numberOfStations != static_cast<std::int64_t>(stations.size())) {
+            faults.push_back(fmt::format("says {} stations, holds {}", collection->numberOfStations,
+                                         stations.size()));
+        }
+        for (std::size_t i = 0; i < stations.size(); ++i) {
+            if (!platform::Location{stations[i]->latitude, stations[i]->longitude}.isValid()) {
+                faults.push_back(fmt::format("station {} ({}) lies outside the globe", i + 1,
+                                             stations[i]->ICAO.value_or("")));
+            }
         }
     }
-    return faults == 0 ? 0 : 1;
+    for (const auto& fault : faults) {
+        say(file, fault);
+    }
+    return faults.empty() ? 0 : 1;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    const std::vector<std::string> words(argv + 1, argv + argc);
+int run(const std::vector<std::string>& words) {
     if (words.size() == 3 && words[0] == "make") {
         return make(words[1], words[2]);
     }
@@ -182,6 +169,19 @@ int main(int argc, char** argv) {
     if (words.size() == 2 && words[0] == "check") {
         return check(words[1]);
     }
-    fmt::print(stderr, "{}", usage);
-    return 2;
+    const bool isAskedFor = words.size() == 1 && words[0] == "--help";
+    std::fputs(usage, isAskedFor ? stdout : stderr);
+    return isAskedFor ? 0 : 2;
+}
+
+} // namespace
+
+int main(int argc, char** argv) try {
+    const int result = run({argv + 1, argv + argc});
+    return std::fflush(stdout) == 0 ? result : fail("standard output", "cannot be written");
+} catch (const std::bad_alloc&) {
+    std::fputs("stationpackage: there is not enough memory\n", stderr);
+    return 1;
+} catch (const std::system_error&) {
+    return fail("standard output", "cannot be written");
 }

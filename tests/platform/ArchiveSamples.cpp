@@ -66,6 +66,10 @@ Unarchived unarchived(const std::optional<Data>& archive) {
     return archive ? KeyedUnarchiver::unarchive(*archive, classes()) : Unarchived{};
 }
 
+std::string firstMisreading(const Unarchived& result) {
+    return result.misreadings.empty() ? "" : result.misreadings.front();
+}
+
 std::shared_ptr<Dictionary> dictionaryOf(std::map<std::string, Value, std::less<>> entries,
                                          bool isMutable) {
     return std::make_shared<Dictionary>(Dictionary{isMutable, std::move(entries)});

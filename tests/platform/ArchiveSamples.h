@@ -38,6 +38,8 @@ struct Beacon final : platform::Archivable {
 /// With "Beacon" in it.
 [[nodiscard]] const platform::ClassTable& classes();
 [[nodiscard]] platform::Unarchived unarchived(const std::optional<platform::Data>& archive);
+/// Empty when there is none.
+[[nodiscard]] std::string firstMisreading(const platform::Unarchived& result);
 
 [[nodiscard]] std::shared_ptr<platform::Array> arrayOf(std::vector<platform::Value> elements,
                                                        bool isMutable = true);

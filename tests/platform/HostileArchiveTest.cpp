@@ -217,7 +217,7 @@ TEST(HostileArchive, ObjectsThatCannotBeMadeReadAsAbsent) {
         EXPECT_EQ(shown(result.root),
                   "Beacon(height=1" + (expected.empty() ? "" : " other=" + expected) + ")")
             << result.fault;
-        EXPECT_THAT(result.firstMisreadField, HasSubstr(reason));
+        EXPECT_THAT(samples::firstMisreading(result), HasSubstr(reason));
         EXPECT_EQ(result.misreadFields == 0, reason.empty());
     }
 }
@@ -236,7 +236,7 @@ TEST(HostileArchive, DeepAndMultiplyingGraphsStayWithinBounds) {
     constexpr auto most = static_cast<std::size_t>(KeyedUnarchiver::depthLimit);
     const auto deep = chain(100'000, 1);
     EXPECT_EQ(shown(deep.root), std::string(most, '(') + std::string(most, ')'));
-    EXPECT_THAT(deep.firstMisreadField, HasSubstr("too deeply"));
+    EXPECT_THAT(samples::firstMisreading(deep), HasSubstr("too deeply"));
     EXPECT_EQ(chain(64, 2).misreadFields, 0U);
     EXPECT_EQ(chain(2, 500'000).misreadFields, 0U);
 }

@@ -29,7 +29,7 @@ namespace {
 Value readBack(const Value& value) {
     auto result = unarchived(KeyedArchiver::archivedData(value));
     EXPECT_EQ(result.fault, "");
-    EXPECT_EQ(result.firstMisreadField, "");
+    EXPECT_EQ(samples::firstMisreading(result), "");
     return result.root;
 }
 
@@ -186,8 +186,9 @@ TEST(KeyedArchive, FieldsOfOtherKindsReadAsEmptyButForAFewTolerances) {
         const auto result = Forger().read({"Beacon{" + key + "=" + value + " $1=7}"});
         const std::string field = expected.empty() ? "" : key + "=" + expected + " ";
         EXPECT_EQ(shown(result.root), "Beacon(" + field + "looseNumber=7)") << result.fault;
-        EXPECT_EQ(result.misreadFields, isMisread ? 1U : 0U) << result.firstMisreadField;
-        EXPECT_THAT(result.firstMisreadField, HasSubstr(isMisread ? key + "\" of Beacon is " : ""));
+        EXPECT_EQ(result.misreadFields, isMisread ? 1U : 0U) << samples::firstMisreading(result);
+        EXPECT_THAT(samples::firstMisreading(result),
+                    HasSubstr(isMisread ? key + "\" of Beacon is " : ""));
     }
 }
 

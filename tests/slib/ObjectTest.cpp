@@ -6,6 +6,7 @@
 #include "slib/SLibRange.h"
 #include "tests/support/Record.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -28,7 +29,7 @@ std::shared_ptr<T> reread(const std::shared_ptr<Written>& object) {
     classes.add("SLibRange", SLibRange::initWithCoder);
     const auto archive = KeyedArchiver::archivedData(object);
     const auto result = platform::KeyedUnarchiver::unarchive(archive.value(), classes);
-    EXPECT_EQ(result.misreadFields, 0U) << result.firstMisreadField;
+    EXPECT_THAT(result.misreadings, testing::IsEmpty());
     return platform::objectOf<T>(result.root);
 }
 

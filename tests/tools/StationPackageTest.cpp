@@ -1,0 +1,294 @@
+// SPDX-License-Identifier: MIT
+#include "platform/KeyedArchiver.h"
+#include "tests/support/Record.h"
+#include "tests/support/Stations.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+using namespace std::string_literals;
+using platform::KeyedArchiver;
+using platform::Number;
+using platform::Value;
+using support::Record;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+const std::string station =
+    "ZZ SAMPLE FIELD     KZZQ ZZQ   72999   39 52N  104 40W 1656   X     T     A    7 US";
+const std::string list = "! a list\n\nSOMEWHERE 1\n" + station + "\n";
+
+using Write = std::function<void(KeyedArchiver&)>;
+
+struct Result {
+    /// -1 when it ended by a signal.
+    int status = -1;
+    std::string output, errors;
+};
+
+class StationPackage : public testing::Test {
+protected:
+    /// Runs the tool itself; `output` is where its standard output goes instead of into the result.
+    Result run(std::vector<std::string> words, const char* output = nullptr) {
+        words.insert(words.begin(), NOSIG_BINARY_DIR "/bin/stationpackage");
+        std::vector<char*> arguments;
+        for (auto& word : words) {
+            arguments.push_back(word.data());
+        }
+        arguments.push_back(nullptr);
+        const auto out = output ? output : (folder / "output").string();
+        const auto errors = (folder / "errors").string();
+        posix_spawn_file_actions_t actions{};
+        posix_spawn_file_actions_init(&actions);
+        constexpr int fresh = O_WRONLY | O_CREAT | O_TRUNC;
+        posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), fresh, 0600);
+        posix_spawn_file_actions_addopen(&actions, 2, errors.c_str(), fresh, 0600);
+        pid_t child = 0;
+        EXPECT_EQ(
+            posix_spawn(&child, words[0].c_str(), &actions, nullptr, arguments.data(), environ), 0);
+        posix_spawn_file_actions_destroy(&actions);
+        int status = 0;
+        EXPECT_EQ(waitpid(child, &status, 0), child);
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output ? "" : folder.read("output"),
+                folder.read("errors")};
+    }
+
+    std::string written(const Value& root, const std::string& name = "a.STNPKG") {
+        const auto path = (folder / name).string();
+        EXPECT_TRUE(KeyedArchiver::archiveRootObject(root, path));
+        return path;
+    }
+
+    /// A package of one station, each written with these fields only.
+    std::string package(const Write& ofCollection, const Write& ofStation) {
+        return written(
+            std::make_shared<Record>("AviationWeatherStationCollection", [&](KeyedArchiver& coder) {
+                coder.encodeObject(Number(1), "numberOfStations");
+                coder.encodeObject(
+                    std::make_shared<platform::Array>(platform::Array{
+                        true, {std::make_shared<Record>("AviationWeatherStation", ofStation)}}),
+                    "stations");
+                ofCollection(coder);
+            }));
+    }
+
+    support::TemporaryFolder folder;
+};
+
+TEST_F(StationPackage, CommandsThatAreNotUnderstoodGetTheUsage) {
+    for (const auto& words : std::vector<std::vector<std::string>>{
+             {}, {"make"}, {"make", "list"}, {"print"}, {"check", "a", "b"}, {"list", "a"}}) {
+        const auto result = run(words);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_THAT(result.errors, testing::StartsWith("usage: stationpackage make LIST FILE"));
+        EXPECT_THAT(result.output, IsEmpty());
+    }
+    const auto help = run({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.output, HasSubstr("check FILE"));
+}
+
+TEST_F(StationPackage, MakesPackagesAndSaysWhatTheListNeeded) {
+    std::string shifted;
+    for (int i = 0; i < 20; ++i) {
+        shifted += "ZZ SAMPLE FIELD     KZZQ  ZZQ   72999  39 52N  104 40W 1656   X     T     A    "
+                   "7 US\n";
+    }
+    auto carriageReturns = list;
+    for (std::size_t at = 0; (at = carriageReturns.find('\n', at)) != std::string::npos; at += 2) {
+        carriageReturns.insert(at, 1, '\r');
+    }
+    const struct {
+        const char* what;
+        std::string list;
+        int status;
+        std::string output, errors;
+        const char* file = "made.STNPKG";
+    } rows[] = {
+        {"a list", list, 0, "stations: 1, lines realigned: 0, lines that do not fit: 0\n", ""},
+        {"CR LF", carriageReturns, 0, "stations: 1, lines realigned: 0, lines that do not fit: 0\n",
+         ""},
+        {"the public form", "!\n" + shifted + station + "\n" + std::string(83, 'x') + "\n", 0,
+         "stations: 22, lines realigned: 20, lines that do not fit: 1\n", ""},
+        {"a station outside the globe",
+         list + station + "\n" +
+             std::string(station).replace(20, 21, "K\xC2\x9BZ ZZQ   72999   99") + "\n",
+         0, "stations: 2, lines realigned: 0, lines that do not fit: 0\n", "KZ\n"},
+        {"no station", "!\n", 1, "", "list: holds no station\n"},
+        {"cut", list + "ZZ SAM", 1, "", "Errored out\nlist: ends in the middle of something\n"},
+        {"no folder", list, 1, "", "no/made: cannot be written\n", "no/made"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        const auto path = folder.write("list", row.list).string();
+        const auto result = run({"make", path, (folder / row.file).string()});
+        EXPECT_EQ(result.status, row.status);
+        EXPECT_EQ(result.output, row.output);
+        auto errors = result.errors;
+        const auto prefix = "stationpackage: " + folder.path().string() + "/";
+        if (const auto at = errors.find(prefix); at != std::string::npos) {
+            errors.erase(at, prefix.size());
+        }
+        EXPECT_EQ(errors, row.errors);
+        if (row.status == 0) {
+            EXPECT_THAT(run({"print", (folder / row.file).string()}).output,
+                        HasSubstr((row.list.find("SOMEWHERE") != std::string::npos ? "\nSOMEWHERE "
+                                                                                   : "\n"s) +
+                                  "\tZZ\tSAMPLE FIELD    \tKZZQ\tZZQ \t72999\t39.86666666666667\t"
+                                  "-104.66666666666667\t1656\tX\t \tT\t \tA\t \t7\tUS\t\n"));
+        }
+    }
+    EXPECT_THAT(run({"make", (folder / "none").string(), "x"}).errors,
+                HasSubstr("none: cannot be read"));
+    EXPECT_THAT(run({"make", (folder / "none").string(), "x"}).status, 1);
+}
+
+TEST_F(StationPackage, PrintsOneLineAStationWhateverItsTextsHold) {
+    auto collection = makeCollection({{"K\x1b[2J", "a\tb\\\n\xC2\x9B",
+                                       "\xE2\x80\xAE"
+                                       "C\xC3\x98",
+                                       1, -2}});
+    collection->fromURL = platform::URL{"file:///\x7f"};
+    collection->lastUpdated = platform::Date(std::chrono::seconds(1'700'000'000));
+    collection->stations->front()->METAR = '\x1b';
+    collection->stations->front()->setFavorite(true);
+    const auto file = written(collection);
+    const auto result = run({"print", file});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(
+        result.output,
+        "numberOfStations=1\tlastUpdated=2023-11-14T22:13:20Z\tfromURL=file:///\\u007f\t"
+        "stations=1\n"
+        "\\u202eC\xC3\x98\t\ta\\tb\\\\\\n\\u009b\tK\\u001b[2J\t\t0\t1\t-2\t0\t\\u001b\t\t\t\t\t\t"
+        "\t\tRQFavorite=1\n");
+    const auto full = run({"print", file}, "/dev/full");
+    EXPECT_EQ(full.status, 1);
+    EXPECT_EQ(full.errors, "stationpackage: standard output: cannot be written\n");
+    for (const auto& other : {(folder / "none").string(), folder.write("text", list).string(),
+                              written(std::string("KDEN"), "other")}) {
+        const auto refused = run({"print", other});
+        EXPECT_EQ(refused.status, 1);
+        EXPECT_EQ(refused.errors, "stationpackage: " + other + ": is no station package\n");
+    }
+}
+
+TEST_F(StationPackage, ChecksEveryField) {
+    const auto text = Value("text"s);
+    const auto number = Value(Number(5));
+    const auto date = Value(platform::Date{});
+    const auto dictionary = [](const Value& mark) {
+        return Value(std::make_shared<platform::Dictionary>(
+            platform::Dictionary{true, {{"RQFavorite", mark}}}));
+    };
+    const struct {
+        const char* key;
+        Value value;
+        /// Nothing for a sound field.
+        std::string fault;
+        bool isOfCollection = false;
+    } rows[] = {
+        {"stateName", number, "is not text"},
+        {"stateAbbreviation", date, "is not text"},
+        {"stationName", number, "is not text"},
+        {"ICAO", dictionary(number), "is not text"},
+        {"IATA", number, "is not text"},
+        {"countryCode", number, "is not text"},
+        {"SYNOPIndex", text, "is not an integer of 64 bits"},
+        {"ELEV", date, "is not an integer of 64 bits"},
+        {"latitude", text, "is not a real number"},
+        {"longitude", text, "is not a real number"},
+        {"METAR", Number(300), "is no character"},
+        {"NEXRAD", Number(-129), "is no character"},
+        {"aviationFlag", Number(88.5), "is no character"},
+        {"upperAirOrWind", Number(~std::uint64_t{}), "is no character"},
+        {"observationType", text, "is not a number of at most 64 bits"},
+        {"officeType", date, "is not a number of at most 64 bits"},
+        {"plottingPriority", Number(256), "is no character"},
+        {"plottingPriority", Number(255), ""},
+        {"METAR", Number(-128), ""},
+        {"refCon", date, "is no dictionary"},
+        {"refCon", text, "is no dictionary"},
+        {"refCon", dictionary(text), "holds a favorite mark that is no number"},
+        {"refCon", dictionary(number), ""},
+        {"lastUpdated", text, "is no date", true},
+        {"lastUpdated", date, "", true},
+        {"fromURL", text, "is no address", true},
+        {"numberOfStations", text, "is not a number of at most 64 bits", true},
+        {"numberOfStations", Number(1.5), "is no whole number", true},
+        {"stations", dictionary(number), "is no array", true},
+        {"stations", std::make_shared<platform::Array>(platform::Array{true, {text}}),
+         "holds an element that is no station", true},
+    };
+    const auto nothing = [](KeyedArchiver&) {};
+    EXPECT_EQ(run({"check", package(nothing, nothing)}).errors, "");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.key + ": "s + row.fault);
+        const auto odd = [&](KeyedArchiver& coder) { coder.encodeObject(row.value, row.key); };
+        const auto file = row.isOfCollection ? package(odd, nothing) : package(nothing, odd);
+        const auto result = run({"check", file});
+        EXPECT_EQ(result.status, row.fault.empty() ? 0 : 1);
+        const auto owner = "AviationWeatherStation"s + (row.isOfCollection ? "Collection" : "");
+        EXPECT_THAT(result.errors,
+                    row.fault.empty()
+                        ? testing::Matcher<std::string>(IsEmpty())
+                        : testing::StartsWith("stationpackage: " + file + ": \"" + row.key +
+                                              "\" of " + owner + " " + row.fault + ".\n"));
+        EXPECT_EQ(run({"print", file}).status, 0) << "reading goes on without the field";
+    }
+}
+
+TEST_F(StationPackage, ChecksTheWhole) {
+    auto sound = makeCollection({{"KAAA"}, {"KBBB"}});
+    auto wrong = makeCollection({{"KAAA"}, {"K\x1b", {}, {}, 91, 0}});
+    wrong->numberOfStations = 7;
+    const auto several = package([](KeyedArchiver& coder) { coder.encodeObject("x"s, "fromURL"); },
+                                 [](KeyedArchiver& coder) { coder.encodeObject("x"s, "METAR"); });
+    std::filesystem::rename(several, folder / "several");
+    const auto nameless = makeCollection({});
+    nameless->stations = nullptr;
+    const auto at = [&](const char* name) { return (folder / name).string(); };
+    const struct {
+        std::string file;
+        std::vector<std::string> faults;
+    } rows[] = {
+        {written(sound, "sound"), {}},
+        {written(wrong, "wr\x1b]0;ong"),
+         {"says 7 stations, holds 2", "station 2 (K\\u001b) lies outside the globe"}},
+        {at("several"),
+         {"\"fromURL\" of AviationWeatherStationCollection is no address.",
+          "\"METAR\" of AviationWeatherStation is not a number of at most 64 bits."}},
+        {written(nameless, "nameless"), {"holds no array of stations"}},
+        {written("KDEN"s, "foreign"), {"holds no station collection"}},
+        {folder.write("text", list).string(), {"The file is not a binary property list."}},
+        {at("none"), {"The file does not exist."}},
+        {folder.path().string(), {"The file cannot be read or is too large."}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.file);
+        const auto result = run({"check", row.file});
+        EXPECT_EQ(result.status, row.faults.empty() ? 0 : 1);
+        auto shownName = row.file;
+        if (const auto escape = shownName.find('\x1b'); escape != std::string::npos) {
+            shownName.replace(escape, 1, "\\u001b");
+        }
+        std::string expected;
+        for (const auto& fault : row.faults) {
+            expected.append("stationpackage: ").append(shownName).append(": ") += fault + "\n";
+        }
+        EXPECT_EQ(result.errors, expected);
+        EXPECT_EQ(result.output, "");
+    }
+}
+
+} // namespace
