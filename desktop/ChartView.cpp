@@ -75,7 +75,7 @@ void ChartView::setFrame(const platform::Frame& frame) {
 }
 
 void ChartView::loadRequest(const platform::URL& address) {
-    const QUrl url(shownText(address.text));
+    const QUrl url(exactText(address.text));
     if (page_) {
         page_->load(url);
     } else if (!isFilled_) {

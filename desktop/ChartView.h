@@ -17,7 +17,7 @@ class ChartPage;
 /// Where the chart comes from.
 struct ChartSetup {
     /// The host, and its port after a colon where it has one of its own.
-    QString site = shownText(platform::addresses::chartHost);
+    QString site = exactText(platform::addresses::chartHost);
     /// The file of the module that shows web pages; by default the one beside the program.
     QString module = programsModule();
 

@@ -29,7 +29,7 @@ private:
 /// Text that the user reads and cannot change.
 class Label final : public platform::TextField {
 public:
-    explicit Label(QLabel& label) : label_(label) {}
+    explicit Label(QLabel& label) : label_(label) { label_.setTextFormat(Qt::PlainText); }
 
     void setText(const std::string& text) override { label_.setText(shownText(text)); }
     void setHidden(bool hidden) override { label_.setHidden(hidden); }
@@ -43,7 +43,7 @@ class TextPane final : public platform::TextView {
 public:
     explicit TextPane(QPlainTextEdit& pane) : pane_(pane) {}
 
-    void setString(const std::string& text) override { pane_.setPlainText(shownText(text)); }
+    void setString(const std::string& text) override { pane_.setPlainText(shownLines(text)); }
 
 private:
     QPlainTextEdit& pane_;

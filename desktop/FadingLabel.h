@@ -19,6 +19,7 @@ public:
         : label_(label),
           effect_(*new QGraphicsOpacityEffect(&label)),
           animation_(&effect_, "opacity") {
+        label_.setTextFormat(Qt::PlainText);
         effect_.setOpacity(1);
         label_.setGraphicsEffect(&effect_);
     }

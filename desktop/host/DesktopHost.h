@@ -41,7 +41,7 @@ public:
         setup.userAgent = QByteArray("Nosig/" NOSIG_VERSION);
         setup.cacheFolder = QStandardPaths::writableLocation(QStandardPaths::CacheLocation) +
                             QStringLiteral("/tiles");
-        setup.baseMap = shownText(program_.resourcePath() + "/world.map");
+        setup.baseMap = pathText(program_.resourcePath() + "/world.map");
         return setup;
     }
 

@@ -9,7 +9,7 @@
 namespace desktop {
 
 void Launcher::openURL(const platform::URL& address) {
-    const QUrl url(shownText(address.text));
+    const QUrl url(exactText(address.text));
     if (url.isValid() && !url.scheme().isEmpty()) {
         QDesktopServices::openUrl(url);
     }

@@ -16,7 +16,7 @@ Settings::Settings(platform::Log* log)
 
 platform::Value Settings::objectForKey(std::string_view key) const {
     const std::scoped_lock lock(mutex_);
-    const QVariant stored = file_.value(shownText(key));
+    const QVariant stored = file_.value(exactText(key));
     if (!stored.isValid()) {
         return {};
     }
@@ -31,9 +31,9 @@ platform::Value Settings::objectForKey(std::string_view key) const {
 
 void Settings::setObject(const platform::Value& value, std::string_view key) {
     const std::scoped_lock lock(mutex_);
-    const QString name = shownText(key);
+    const QString name = exactText(key);
     if (const auto* text = std::get_if<std::string>(&value)) {
-        file_.setValue(name, shownText(*text));
+        file_.setValue(name, exactText(*text));
     } else if (const auto* number = std::get_if<platform::Number>(&value);
                number && !number->isReal()) {
         file_.setValue(name, qlonglong{number->integerValue()});

@@ -26,7 +26,7 @@ public:
     explicit HelpPages(QTextBrowser& browser) : browser_(browser) {}
 
     void loadRequest(const platform::URL& address) override {
-        browser_.setSource(QUrl(shownText(address.text)));
+        browser_.setSource(QUrl(exactText(address.text)));
     }
 
 private:
@@ -38,7 +38,7 @@ public:
     explicit RichTextPane(QTextEdit& pane) : pane_(pane) {}
 
     void readRTFDFromFile(const std::string& path) override {
-        QFile file(shownText(path));
+        QFile file(pathText(path));
         if (file.open(QIODevice::ReadOnly)) {
             showRTF(*pane_.document(), file.read(longestRTF));
         }
@@ -60,7 +60,7 @@ AboutWindow::AboutWindow(SCAboutWindowController& controller, const platform::Bu
         tr("Version %1")
             .arg(shownText(bundle.infoValue("CFBundleShortVersionString").value_or(""))));
     ui.licences->setSource(
-        QUrl::fromLocalFile(shownText(bundle.resourcePath() + "/help/licences.html")));
+        QUrl::fromLocalFile(pathText(bundle.resourcePath() + "/help/licences.html")));
     ui.feedback->setToolTip(shownText(platform::addresses::feedback));
     ui.website->setToolTip(shownText(platform::addresses::productPage));
     connect(ui.feedback, &QPushButton::clicked, this,

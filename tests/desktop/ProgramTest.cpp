@@ -31,7 +31,7 @@ protected:
         };
         save(makeCollection({{"KJFK"}, {"KDEN"}}), fake.folder / "resources/Stations.STNPKG");
         save(makeCollection({{"EDDF", "FRANKFURT", "GERMANY", 50.03, 8.57},
-                             {"LSZH", "ZURICH", "SWITZERLAND", 47.46, 8.55}}),
+                             {"LS\u202eZH", "ZU\x1b[7mRICH", "SWITZERLAND", 47.46, 8.55}}),
              fake.folder / "support/MyStations.STNPKG");
         start();
     }
@@ -129,7 +129,7 @@ TEST_F(ProgramTest, WindowsAreRememberedOverAStart) {
 
     // A memory of a screen that is gone, and one of nonsense.
     const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-    QSettings memory(desktop::shownText((fake.folder / "windows.ini").string()),
+    QSettings memory(desktop::pathText((fake.folder / "windows.ini").string()),
                      QSettings::IniFormat);
     const QString geometry = QStringLiteral("windows/SCStationWindowController/geometry");
     QWidget elsewhere;
@@ -165,7 +165,10 @@ TEST_F(ProgramTest, MyStationsShowsThemOnAMapAndOnASheet) {
     EXPECT_NEAR(centre(*sheet, "mapV").longitude, 8.55, 1e-3);
     EXPECT_TRUE(sheet->findChild<QLabel*>(QStringLiteral("stationLine"))
                     ->text()
-                    .startsWith(QStringLiteral("LSZH · ZURICH")));
+                    .startsWith(QStringLiteral("LSZH · ZU[7mRICH")));
+    // What could disguise the file's texts is nowhere shown.
+    EXPECT_EQ(sheet->windowTitle(), QStringLiteral("LSZH"));
+    EXPECT_EQ(table.model()->index(1, 2).data().toString(), QStringLiteral("LSZH"));
     const QPointer<QDialog> alive(sheet);
     QTest::keyClick(sheet, Qt::Key_Escape);
     EXPECT_TRUE(QTest::qWaitFor([&] { return alive.isNull(); }));

@@ -22,7 +22,7 @@ struct RunningProgram {
         desktop::MapSetup map;
         map.tileServers.clear();
         map.baseMap = QStringLiteral(NOSIG_SOURCE_DIR "/resources/map/world.map");
-        windows.emplace(fake.host, map, desktop::shownText((fake.folder / "windows.ini").string()));
+        windows.emplace(fake.host, map, desktop::pathText((fake.folder / "windows.ini").string()));
         windows->delegate().applicationDidFinishLaunching();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&window("SCStationWindowController")));
     }
