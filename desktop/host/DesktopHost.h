@@ -53,7 +53,7 @@ private:
     /// Where nothing can be written one line says so.
     Settings settings_{folders_.areThere() ? &log_ : nullptr};
     Program program_{QCoreApplication::applicationDirPath()};
-    FilePanels panels_;
+    FilePanels panels_{settings_};
     RepeatingTimers timers_;
     MainQueue mainQueue_;
     platform::CurlURLSessions urlSessions_{notificationCenter_};

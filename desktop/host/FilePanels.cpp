@@ -9,9 +9,17 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include <filesystem>
+
 namespace desktop {
 
 namespace {
+
+/// Names of settings.
+constexpr std::string_view openFolder = "openfolder";
+constexpr std::string_view saveFolder = "savefolder";
+
+const QString allFiles = QStringLiteral("All files (*)");
 
 std::optional<std::string> answer(QFileDialog& dialog) {
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
@@ -21,20 +29,21 @@ std::optional<std::string> answer(QFileDialog& dialog) {
 }
 
 bool userMayReplace(const std::string& path) {
-    const QFileInfo file(QFile::decodeName(path.c_str()));
+    const std::filesystem::path file(path);
+    const QString name = shownText(file.filename().string());
     QMessageBox box(QApplication::activeWindow());
     box.setIcon(QMessageBox::Warning);
     box.setWindowTitle(QStringLiteral("Save"));
+    // Does not hold for the informative text, which would take a name with tags for rich text.
     box.setTextFormat(Qt::PlainText);
-    if (file.isDir()) {
-        box.setText(QStringLiteral("“%1” is a folder.").arg(file.fileName()));
-        box.setInformativeText(QStringLiteral("Please choose another name."));
+    if (QFileInfo(pathText(path)).isDir()) {
+        box.setText(QStringLiteral("“%1” is a folder.\n\nPlease choose another name.").arg(name));
         box.exec();
         return false;
     }
-    box.setText(QStringLiteral("“%1” already exists.").arg(file.fileName()));
-    box.setInformativeText(
-        QStringLiteral("Replacing it in “%1” overwrites what it holds.").arg(file.path()));
+    box.setText(
+        QStringLiteral("“%1” already exists.\n\nReplacing it in “%2” overwrites what it holds.")
+            .arg(name, shownText(file.parent_path().string())));
     const QAbstractButton* replace =
         box.addButton(QStringLiteral("&Replace"), QMessageBox::DestructiveRole);
     box.setDefaultButton(box.addButton(QMessageBox::Cancel));
@@ -49,7 +58,7 @@ QStringList nameFilters(const std::vector<std::string>& types) {
     QStringList names;
     for (const std::string& type : types) {
         QString pattern = QStringLiteral("*.");
-        for (const QChar c : shownText(type)) {
+        for (const QChar c : exactText(type)) {
             // Not every dialog ignores case in a plain pattern.
             pattern +=
                 c.isLetter() ? QStringLiteral("[%1%2]").arg(c.toLower(), c.toUpper()) : QString(c);
@@ -61,7 +70,7 @@ QStringList nameFilters(const std::vector<std::string>& types) {
     if (!patterns.isEmpty()) {
         filters += QStringLiteral("%1 files (%2)").arg(names.join(u", "), patterns.join(u' '));
     }
-    filters += QStringLiteral("All files (*)");
+    filters += allFiles;
     return filters;
 }
 
@@ -71,7 +80,7 @@ choosePlace(const std::function<std::optional<std::string>()>& choose,
             const std::function<bool(const std::string&)>& mayReplace) {
     while (auto chosen = choose()) {
         const std::string written = writtenPath ? writtenPath(*chosen) : *chosen;
-        if (!QFileInfo::exists(QFile::decodeName(written.c_str())) || mayReplace(written)) {
+        if (!QFileInfo::exists(pathText(written)) || mayReplace(written)) {
             return chosen;
         }
     }
@@ -83,8 +92,14 @@ std::optional<platform::URL> FilePanels::openPanel(const std::vector<std::string
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilters(nameFilters(types));
+    recallFolder(dialog, openFolder);
     const auto chosen = answer(dialog);
-    return chosen ? std::optional(platform::URL::file(*chosen)) : std::nullopt;
+    if (!chosen) {
+        return {};
+    }
+    rememberFolder(*chosen, openFolder);
+    openedName_ = std::filesystem::path(*chosen).filename().string();
+    return platform::URL::file(*chosen);
 }
 
 std::optional<platform::URL>
@@ -94,9 +109,42 @@ FilePanels::savePanel(const std::function<std::string(const std::string&)>& writ
     dialog.setFileMode(QFileDialog::AnyFile);
     // The dialog knows the chosen name only, not the one that will be written.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    if (!recallFolder(dialog, saveFolder)) {
+        recallFolder(dialog, openFolder);
+    }
+    if (writtenPath) {
+        const QString proposed =
+            shownText(std::filesystem::path(writtenPath(openedName_)).filename().string());
+        // As it is, without the other case: the dialog puts the pattern's extension into the name
+        // when the user goes from one filter to the other.
+        const QString extension = QFileInfo(proposed).suffix();
+        if (!extension.isEmpty()) {
+            dialog.setOption(QFileDialog::HideNameFilterDetails);
+            dialog.setNameFilters({QStringLiteral("%1 files (*.%1)").arg(extension), allFiles});
+        }
+        dialog.selectFile(proposed);
+    }
     const auto chosen =
         choosePlace([&dialog] { return answer(dialog); }, writtenPath, userMayReplace);
-    return chosen ? std::optional(platform::URL::file(*chosen)) : std::nullopt;
+    if (!chosen) {
+        return {};
+    }
+    rememberFolder(*chosen, saveFolder);
+    return platform::URL::file(*chosen);
+}
+
+bool FilePanels::recallFolder(QFileDialog& dialog, std::string_view key) const {
+    const platform::Value kept = settings_.objectForKey(key);
+    const auto* folder = std::get_if<std::string>(&kept);
+    if (!folder || !QFileInfo(pathText(*folder)).isDir()) {
+        return false;
+    }
+    dialog.setDirectory(pathText(*folder));
+    return true;
+}
+
+void FilePanels::rememberFolder(const std::string& chosen, std::string_view key) {
+    settings_.setObject(std::filesystem::path(chosen).parent_path().string(), key);
 }
 
 } // namespace desktop
