@@ -67,9 +67,13 @@ void AppDelegate::showTble(const std::shared_ptr<AviationWeatherStationCollectio
 
 void AppDelegate::doAbout() {
     aboutWindow_.reset();
-    ab = SCAboutWindowController::initWithWindowNibName(host_, "SCAboutWindowController");
+    ab = aboutLogic();
     aboutWindow_ = windows_.aboutWindow(*ab);
     bringToFront(*aboutWindow_);
+}
+
+std::shared_ptr<SCAboutWindowController> AppDelegate::aboutLogic() {
+    return SCAboutWindowController::initWithWindowNibName(host_, "SCAboutWindowController");
 }
 
 void AppDelegate::doHelp() {
@@ -79,6 +83,22 @@ void AppDelegate::doHelp() {
         h->awakeFromNib();
     }
     bringToFront(*helpWindow_);
+}
+
+void AppDelegate::doReleaseNotes() {
+    if (!releaseNotes) {
+        releaseNotes = SLIBReleaseNotesWindowController::initWithWindowNibName(
+            host_, windows_, "SLIBReleaseNotesWindowController");
+    }
+    releaseNotes->bringToFront();
+}
+
+void AppDelegate::doEmailFeedback() {
+    aboutLogic()->doEmailFeedback();
+}
+
+void AppDelegate::doGoToWebsite() {
+    aboutLogic()->doGoToWebsite();
 }
 
 void AppDelegate::zzsaveoptionsDidEnd_returnCode(int returnCode) {

@@ -3,6 +3,7 @@
 
 #include "app/SCAboutWindowController.h"
 #include "app/SCSaveOptionsSheetController.h"
+#include "app/SLIBReleaseNotesWindowController.h"
 #include "app/Windows.h"
 #include "app/slibHelpWindow.h"
 #include "browser/SCStationWindowController.h"
@@ -48,6 +49,7 @@ public:
     std::shared_ptr<SCMyStationsWindowController> mS;
     std::shared_ptr<SCAboutWindowController> ab;
     std::shared_ptr<slibHelpWindow> h;
+    std::shared_ptr<SLIBReleaseNotesWindowController> releaseNotes;
 
     /// Makes and shows the main window.
     void applicationDidFinishLaunching();
@@ -60,6 +62,10 @@ public:
     /// Makes a new about window at every call, as intended.
     void doAbout();
     void doHelp();
+    void doReleaseNotes();
+    /// What the about window's buttons do, without the window.
+    void doEmailFeedback();
+    void doGoToWebsite();
     /// Do nothing, as intended.
     void saveDocument() {}
     void dumb() {}
@@ -68,6 +74,7 @@ public:
 
 private:
     void makeStationWindow();
+    [[nodiscard]] std::shared_ptr<SCAboutWindowController> aboutLogic();
 
     platform::Host& host_;
     app::Windows& windows_;

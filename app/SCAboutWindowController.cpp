@@ -2,10 +2,23 @@
 #include "app/SCAboutWindowController.h"
 
 #include "platform/Addresses.h"
+#include "slib/slibUtility.h"
 
 #include <fmt/format.h>
 
+#include <string_view>
 #include <utility>
+
+namespace {
+
+/// Asked in the letter, so that its readers need not ask back.
+constexpr std::string_view whatHelps =
+    "What I did:\r\n\r\n"
+    "What I saw, and what I had expected:\r\n\r\n"
+    "My system and its desktop, such as Debian 12 with GNOME:\r\n\r\n"
+    "Attached (a picture of the window; the list or package concerned):\r\n";
+
+} // namespace
 
 SCAboutWindowController::SCAboutWindowController(Private, platform::Host& host, std::string name)
     : host_(host), windowNibName_(std::move(name)) {}
@@ -17,8 +30,12 @@ SCAboutWindowController::initWithWindowNibName(platform::Host& host, std::string
 
 void SCAboutWindowController::doEmailFeedback() {
     const auto version = host_.bundle.infoValue("CFBundleShortVersionString");
-    host_.workspace.openURL({fmt::format("mailto:{}?subject=Nosig%20{}%20feedback",
-                                         platform::addresses::feedback, version.value_or("1.0"))});
+    const auto letter = slibUtility::slibNSStringToNSURL(
+        fmt::format("mailto:{}?subject=Nosig {} feedback&body={}", platform::addresses::feedback,
+                    version.value_or("1.0"), whatHelps));
+    if (letter) {
+        host_.workspace.openURL(*letter);
+    }
 }
 
 void SCAboutWindowController::doGoToWebsite() {

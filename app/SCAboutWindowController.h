@@ -15,7 +15,8 @@ public:
     /// The name of the interface file that the window is made from.
     [[nodiscard]] const std::string& windowNibName() const { return windowNibName_; }
 
-    /// Opens a letter to the makers in the user's mail program.
+    /// Opens a letter to the makers in the user's mail program. Its subject names the program and
+    /// its version; its body asks for what a report needs.
     void doEmailFeedback();
     /// Opens the product's page in the user's browser.
     void doGoToWebsite();

@@ -21,3 +21,8 @@ SLIBReleaseNotesWindowController::initWithWindowNibName(platform::Host& host, ap
     }
     return controller;
 }
+
+void SLIBReleaseNotesWindowController::bringToFront() {
+    window_->showWindow();
+    window_->makeKey();
+}

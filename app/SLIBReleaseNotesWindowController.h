@@ -24,6 +24,9 @@ public:
     /// The name of the interface file that the window is made from.
     [[nodiscard]] const std::string& windowNibName() const { return windowNibName_; }
 
+    /// Shows the window before all others, again if it was closed.
+    void bringToFront();
+
 private:
     /// Only the factory makes controllers.
     struct Private {};

@@ -17,7 +17,9 @@ inline constexpr std::string_view tafPath = "/api/data/taf";
 /// The aeronautical charts, over https.
 inline constexpr std::string_view chartHost = "skyvector.com";
 
-/// The makers: where they read mail, and what they tell of the program.
+/// The makers: where they read mail, and the project's own page. Neither is there yet: names that
+/// end in "example" are reserved and lead nowhere (RFC 2606). Real ones take their place here; then
+/// the help's page on the window and the release notes no longer call them stand-ins.
 inline constexpr std::string_view feedback = "feedback@nosig.example";
 inline constexpr std::string_view productPage = "http://nosig.example/";
 

@@ -45,6 +45,9 @@ void ProgramMenus::addProgramEntries() {
     QAction& quit = add(program_, tr("&Quit"), QKeySequence::Quit, &QCoreApplication::quit);
     quit.setMenuRole(QAction::QuitRole);
     add(help_, tr("Nosig &Help"), QKeySequence::HelpContents, [this] { delegate_.doHelp(); });
+    add(help_, tr("&Release Notes"), {}, [this] { delegate_.doReleaseNotes(); });
+    add(help_, tr("Send &Feedback…"), {}, [this] { delegate_.doEmailFeedback(); });
+    add(help_, tr("Nosig on the We&b"), {}, [this] { delegate_.doGoToWebsite(); });
     help_.push_back(&about);
 }
 

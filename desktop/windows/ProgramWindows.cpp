@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/windows/ProgramWindows.h"
 
-#include "app/SLIBReleaseNotesWindowController.h"
 #include "desktop/Text.h"
 #include "desktop/windows/SCMyStationsWindow.h"
 #include "desktop/windows/SCStationWindow.h"
@@ -20,12 +19,11 @@ ProgramWindows::ProgramWindows(platform::Host& host, MapSetup map, const QString
 void ProgramWindows::showReleaseNotesOnce() {
     const QString key = QStringLiteral("version");
     const QString version =
-        shownText(host_.bundle.infoValue("CFBundleShortVersionString").value_or(""));
+        exactText(host_.bundle.infoValue("CFBundleShortVersionString").value_or(""));
     const QString before = memory_.value(key, version).toString();
     memory_.setValue(key, version);
     if (before != version) {
-        releaseNotes_ = SLIBReleaseNotesWindowController::initWithWindowNibName(
-            host_, *this, "SLIBReleaseNotesWindowController");
+        delegate_.doReleaseNotes();
     }
 }
 

@@ -38,7 +38,6 @@ private:
     /// Asks the delegate only once it is there, and outlives its windows.
     ProgramMenus menus_{delegate_};
     AppDelegate delegate_{host_, *this};
-    std::shared_ptr<SLIBReleaseNotesWindowController> releaseNotes_;
 };
 
 } // namespace desktop

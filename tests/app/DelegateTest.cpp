@@ -110,6 +110,10 @@ TEST_F(Delegate, MakesEachWindowOnceButAboutAnew) {
         EXPECT_EQ(windows.take(), expected("my stations"));
         delegate.doHelp();
         EXPECT_EQ(windows.take(), expected("help"));
+        delegate.doReleaseNotes();
+        EXPECT_EQ(windows.take(),
+                  isFirst ? (Told{"notes made", "notes shown", "notes shown", "notes key"})
+                          : (Told{"notes shown", "notes key"}));
         const auto before = delegate.ab;
         delegate.doAbout();
         EXPECT_EQ(windows.take(),

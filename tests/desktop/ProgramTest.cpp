@@ -18,6 +18,9 @@
 #include <QTableView>
 #include <QTextBrowser>
 #include <QToolButton>
+#include <QUrlQuery>
+
+#include <utility>
 
 namespace {
 
@@ -191,10 +194,13 @@ TEST_F(ProgramTest, TheReleaseNotesAreShownOnceAfterAnUpdate) {
         windows->showReleaseNotesOnce();
         EXPECT_EQ(shows(), one.isNew);
         if (one.isNew) {
-            EXPECT_EQ(window("SLIBReleaseNotesWindowController")
-                          .findChild<QTextEdit*>(QStringLiteral("rlText"))
-                          ->toPlainText(),
+            QMainWindow& notes = window("SLIBReleaseNotesWindowController");
+            EXPECT_EQ(notes.findChild<QTextEdit*>(QStringLiteral("rlText"))->toPlainText(),
                       QStringLiteral("What is new."));
+            EXPECT_TRUE(QTest::qWaitForWindowActive(&notes));
+            notes.close();
+            entry(stations(), {"Help", "Release Notes"}).trigger();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(&notes));
         }
         stop();
         start();
@@ -226,10 +232,22 @@ TEST_F(ProgramTest, TheAboutWindowTellsTheVersionAndLeadsToTheMakers) {
               QStringLiteral("Version 1.0"));
     about.findChild<QPushButton*>(QStringLiteral("feedback"))->click();
     about.findChild<QPushButton*>(QStringLiteral("website"))->click();
-    EXPECT_EQ(fake.workspace.opened,
-              (std::vector<std::string>{"mailto:" + std::string(platform::addresses::feedback) +
-                                            "?subject=Nosig%201.0%20feedback",
-                                        std::string(platform::addresses::productPage)}));
+    ASSERT_EQ(fake.workspace.opened.size(), 2U);
+    const QUrl letter(desktop::exactText(fake.workspace.opened[0]), QUrl::StrictMode);
+    EXPECT_TRUE(fake.workspace.opened[0].starts_with(
+        "mailto:" + std::string(platform::addresses::feedback) +
+        "?subject=Nosig%201.0%20feedback&body="));
+    EXPECT_TRUE(QUrlQuery(letter)
+                    .queryItemValue(QStringLiteral("body"), QUrl::FullyDecoded)
+                    .startsWith(QStringLiteral("What I did:\r\n\r\n")));
+    EXPECT_EQ(fake.workspace.opened[1], platform::addresses::productPage);
+
+    entry(stations(), {"Help", "Send Feedback…"}).trigger();
+    entry(stations(), {"Help", "Nosig on the Web"}).trigger();
+    const auto opened = std::exchange(fake.workspace.opened, {});
+    ASSERT_EQ(opened.size(), 4U);
+    EXPECT_EQ(opened[2], opened[0]);
+    EXPECT_EQ(opened[3], opened[1]);
 }
 
 } // namespace
