@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: MIT
+#include "platform/HTTPCache.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace platform {
+namespace {
+
+using std::chrono::seconds;
+using Fields = std::map<std::string, std::string, std::less<>>;
+
+/// Sun, 06 Nov 1994 08:49:37 GMT.
+const Date start{seconds(784'111'777)};
+constexpr std::size_t large = 1 << 20;
+
+/// Asked for at the start, and there a second later.
+HTTPReply replyWith(const Fields& fields, long status = 200) {
+    return {status, fields, Data(100), start, start + seconds(1)};
+}
+
+TEST(HTTPCache, ReusesRepliesForAsLongAsTheySay) {
+    const struct {
+        const char* what;
+        Fields fields;
+        bool isKept;
+        /// The last second in which it is fresh, from the start.
+        std::optional<long> last;
+        long status = 200;
+    } rows[] = {
+        {"nothing", {}, false, {}},
+        {"max-age", {{"cache-control", "max-age=60"}}, true, 59},
+        {"quoted, among others", {{"cache-control", "x=\",\", Max-Age = \"60\""}}, true, 59},
+        {"the first of two", {{"cache-control", "max-age=60, max-age=5"}}, true, 59},
+        {"a part of the time was spent elsewhere",
+         {{"cache-control", "max-age=60"}, {"age", "20"}},
+         true,
+         39},
+        {"or so its date tells",
+         {{"cache-control", "max-age=60"}, {"date", "Sun, 06 Nov 1994 08:49:08 GMT"}},
+         true,
+         30},
+        {"max-age without end",
+         {{"cache-control", "max-age=99999999999999999999"}},
+         true,
+         2'147'483'647},
+        {"no number", {{"cache-control", "max-age=soon"}}, false, {}},
+        {"less than nought", {{"cache-control", "max-age=-1"}}, false, {}},
+        {"Expires",
+         {{"date", "Sun, 06 Nov 1994 08:49:37 GMT"}, {"expires", "Sun, 06 Nov 1994 08:50:37 GMT"}},
+         true,
+         59},
+        {"in the oldest form", {{"expires", "Sun Nov  6 08:50:38 1994"}}, true, 59},
+        {"Expires is no date", {{"expires", "0"}, {"etag", "\"a\""}}, true, {}},
+        {"max-age goes before it", {{"expires", "0"}, {"cache-control", "max-age=60"}}, true, 59},
+        {"and so does a bad one",
+         {{"expires", "Sun, 06 Nov 2094 08:49:37 GMT"}, {"cache-control", "max-age=x"}},
+         false,
+         {}},
+        {"no-store", {{"cache-control", "max-age=60, No-Store"}, {"etag", "\"a\""}}, false, {}},
+        {"which is only a part of a text",
+         {{"cache-control", "private=\"no-store\", max-age=60"}},
+         true,
+         59},
+        {"no-cache", {{"cache-control", "no-cache, max-age=60"}, {"etag", "\"a\""}}, true, {}},
+        {"no-cache, and no other way", {{"cache-control", "no-cache, max-age=60"}}, false, {}},
+        {"must-revalidate", {{"cache-control", "must-revalidate, max-age=60"}}, true, 59},
+        {"a time for shared caches", {{"cache-control", "s-maxage=60"}}, false, {}},
+        {"a tag alone", {{"etag", "W/\"a\""}}, true, {}},
+        {"a time of change alone", {{"last-modified", "Sun, 06 Nov 1994 08:00:00 GMT"}}, true, {}},
+        {"varies with the coding",
+         {{"vary", "Accept-Encoding"}, {"cache-control", "max-age=60"}},
+         true,
+         59},
+        {"varies with more",
+         {{"vary", "Accept-Encoding, Origin"}, {"cache-control", "max-age=60"}},
+         false,
+         {}},
+        {"varies with anything", {{"vary", "*"}, {"cache-control", "max-age=60"}}, false, {}},
+        {"a part", {{"cache-control", "max-age=60"}}, false, {}, 206},
+        {"not found", {{"cache-control", "max-age=60"}}, false, {}, 404},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        HTTPCache cache(large);
+        cache.keep("a", replyWith(row.fields, row.status));
+        const HTTPCache::Kept kept = cache.find("a");
+        ASSERT_EQ(kept != nullptr, row.isKept);
+        if (kept) {
+            const long last = row.last.value_or(0);
+            EXPECT_EQ(HTTPCache::isFresh(*kept, start + seconds(last)), last > 0);
+            EXPECT_FALSE(HTTPCache::isFresh(*kept, start + seconds(last + 1)));
+            EXPECT_FALSE(HTTPCache::isFresh(*kept, start - seconds(1))) << "the clock was set back";
+        }
+    }
+}
+
+TEST(HTTPCache, AsksAfterRepliesAndTakesTheAnswerOver) {
+    const std::string change = "Sun, 06 Nov 1994 08:00:00 GMT";
+    const Fields kept{{"etag", "\"a\""},
+                      {"last-modified", change},
+                      {"cache-control", "max-age=60"},
+                      {"age", "50"},
+                      {"date", "Sun, 06 Nov 1994 08:48:47 GMT"}};
+    EXPECT_EQ(HTTPCache::conditions(replyWith(kept)),
+              (std::vector<std::string>{"If-None-Match: \"a\"", "If-Modified-Since: " + change}));
+    const struct {
+        const char* what;
+        Fields fields;
+        bool isTaken;
+        std::optional<int> last;
+    } rows[] = {
+        // Neither age nor date of the old message count any longer.
+        {"nothing new", {}, true, 59},
+        {"the same tag", {{"etag", "\"a\""}, {"cache-control", "max-age=10"}}, true, 9},
+        {"the same, weakened", {{"etag", "W/\"a\""}}, true, 59},
+        {"another tag", {{"etag", "\"b\""}}, false, {}},
+        {"the same time of change", {{"last-modified", change}}, true, 59},
+        {"another time", {{"last-modified", "Mon, 07 Nov 1994 08:00:00 GMT"}}, false, {}},
+        {"no longer to be kept", {{"cache-control", "no-store"}}, true, {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        HTTPCache cache(large);
+        cache.keep("a", replyWith(kept));
+        HTTPReply answer = replyWith(row.fields, 304);
+        answer.body.clear();
+        const Date asked = answer.asked += seconds(100);
+        answer.received += seconds(100);
+        const HTTPCache::Kept taken = cache.freshened("a", *cache.find("a"), answer);
+        ASSERT_EQ(taken != nullptr, row.isTaken);
+        EXPECT_EQ(cache.find("a"), row.last ? taken : nullptr);
+        if (taken) {
+            EXPECT_EQ(taken->body.size(), 100U);
+            EXPECT_EQ(taken->asked, asked);
+        }
+        if (row.last) {
+            EXPECT_TRUE(HTTPCache::isFresh(*taken, asked + seconds(*row.last)));
+            EXPECT_FALSE(HTTPCache::isFresh(*taken, asked + seconds(*row.last + 1)));
+        }
+    }
+}
+
+TEST(HTTPCache, OnlyTheServersOwnTroubleLeavesTheKeptReplyInPlace) {
+    for (const long status : {200, 204, 301, 403, 404, 429, 500, 503}) {
+        SCOPED_TRACE(status);
+        HTTPCache cache(large);
+        cache.keep("a", replyWith({{"cache-control", "max-age=60"}}));
+        cache.keep("a", replyWith({}, status));
+        EXPECT_EQ(cache.find("a") != nullptr, status == 429 || status >= 500);
+    }
+}
+
+TEST(HTTPCache, LetsTheReplyGoThatWasUsedLongestAgo) {
+    HTTPCache cache(10'000);
+    const auto keep = [&](const std::string& address, std::size_t bytes) {
+        HTTPReply reply = replyWith({{"cache-control", "max-age=60"}});
+        reply.body.resize(bytes);
+        cache.keep(address, reply);
+    };
+    const auto kept = [&] {
+        std::string addresses;
+        for (const char* address : {"a", "b", "c", "d", "e"}) {
+            addresses += cache.find(address) ? address : "";
+        }
+        return addresses;
+    };
+    keep("a", 2500);
+    keep("b", 2500);
+    keep("c", 2500);
+    EXPECT_TRUE(cache.find("a"));
+    keep("d", 2500);
+    EXPECT_EQ(kept(), "acd");
+    // Replacing one costs no other; one that is too large costs none either.
+    keep("a", 2000);
+    keep("a", 2500);
+    keep("e", 10'000);
+    EXPECT_EQ(kept(), "acd");
+    keep("e", 9000);
+    EXPECT_EQ(kept(), "e");
+    // Small ones count with what surrounds them.
+    for (int i = 0; i < 1000; ++i) {
+        keep(std::to_string(i), 0);
+    }
+    EXPECT_FALSE(cache.find("900"));
+    EXPECT_TRUE(cache.find("999"));
+}
+
+} // namespace
+} // namespace platform
