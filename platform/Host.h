@@ -4,6 +4,7 @@
 #include "platform/NotificationCenter.h"
 #include "platform/Value.h"
 
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <functional>
@@ -129,8 +130,23 @@ public:
 
 /// Fetches what addresses lead to. Any thread may ask. Everything handed over runs on one thread of
 /// its own, one after another, must not throw, and is dropped unrun when the sessions are stopped.
+///
+/// Replies may be reused where their headers allow it (RFC 9111), for as long as the sessions last;
+/// a reply that says nothing of the kind never is. Equal requests under way share one transfer. To
+/// a handler either looks like a transfer of its own: it is never called before `startDataTask`
+/// returns, and handlers that share a transfer are called one after another, as they asked.
 class URLSessions {
 public:
+    struct Request {
+        URL address;
+        /// Has the server asked even where a kept reply may still be reused.
+        bool revalidates = false;
+        /// Once true, the request yields to all others, waiting or still to come, that are not; it
+        /// is made all the same. A transfer yields when all who share it do. Never back to false;
+        /// null for a request that never yields.
+        std::shared_ptr<const std::atomic<bool>> superseded = nullptr;
+    };
+
     /// The body of a complete reply, whatever its status; absent when the transfer did not
     /// complete, whatever had arrived by then.
     using CompletionHandler = std::function<void(const std::optional<Data>& data)>;
@@ -140,10 +156,10 @@ public:
 
     virtual ~URLSessions() = default;
     /// Starts a GET and returns at once. Handlers run in the order in which transfers complete.
-    virtual void startDataTask(const URL& address, CompletionHandler handler) = 0;
+    virtual void startDataTask(const Request& request, CompletionHandler handler) = 0;
     /// Runs work where handlers run, after what was handed over for it before.
     virtual void perform(std::function<void()> work) = 0;
-    /// Requests whose handlers have not returned yet.
+    /// Requests whose handlers have not returned yet, each counted that shares a transfer.
     [[nodiscard]] virtual std::size_t openRequests() const = 0;
 };
 

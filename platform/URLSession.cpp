@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/URLSession.h"
 
+#include "platform/HTTPCache.h"
 #include "platform/RequestPacer.h"
+#include "platform/RetiredAddresses.h"
 #include "platform/URLTransfer.h"
 
 #include <curl/curl.h>
@@ -21,11 +23,22 @@ namespace {
 
 using Transfer = std::unique_ptr<URLTransfer>;
 using TimePoint = URLTransfer::TimePoint;
+using Rank = RequestPacer::Rank;
+
+/// A request on its way to the thread.
+struct Task {
+    URLSessions::Request request;
+    URLSessions::CompletionHandler handler;
+};
+
+Rank rankOf(const URLTransfer& transfer) {
+    return transfer.isSuperseded() ? Rank::superseded : Rank::current;
+}
 
 } // namespace
 
 struct CurlURLSessions::State {
-    using Item = std::variant<Transfer, std::function<void()>>;
+    using Item = std::variant<Task, std::function<void()>>;
 
     State(NotificationCenter& itsCenter, URLSessionOptions itsOptions)
         : center(itsCenter), options(std::move(itsOptions)) {}
@@ -44,8 +57,9 @@ struct CurlURLSessions::State {
     /// The thread's own, from here on.
     RequestPacer pacer{options.pacedPerMinute, options.pacedAtOnce};
     std::vector<Transfer> running;
-    /// The newest last.
+    /// What was asked for last stands last.
     std::vector<Transfer> waiting;
+    HTTPCache cache{options.cacheBytes};
 
     void postOpenRequests() { center.post({URLSessions::openRequestsDidChange, {}, nullptr}); }
 
@@ -54,7 +68,7 @@ struct CurlURLSessions::State {
         if (isStopped) {
             return;
         }
-        openRequests += std::holds_alternative<Transfer>(item) ? 1 : 0;
+        openRequests += std::holds_alternative<Task>(item) ? 1 : 0;
         arriving.push_back(std::move(item));
         if (!thread.joinable()) {
             thread = std::thread([this] { run(); });
@@ -71,8 +85,8 @@ struct CurlURLSessions::State {
         }
         while (std::optional<std::deque<Item>> items = takeArriving()) {
             for (Item& item : *items) {
-                if (auto* transfer = std::get_if<Transfer>(&item)) {
-                    begin(std::move(*transfer));
+                if (auto* task = std::get_if<Task>(&item)) {
+                    take(std::move(*task));
                 } else if (!isStopped) {
                     std::get<std::function<void()>>(item)();
                 }
@@ -100,11 +114,45 @@ struct CurlURLSessions::State {
         return isStopped ? std::nullopt : std::optional(std::exchange(arriving, {}));
     }
 
-    void begin(Transfer transfer) {
-        if (transfer->isPaced() && !pacer.trySend(options.now())) {
-            waiting.push_back(std::move(transfer));
+    void take(Task task) {
+        const std::string address = successorOf(task.request.address).text;
+        if (URLTransfer* shared = transferOf(address)) {
+            shared->join(task.request, std::move(task.handler));
             return;
         }
+        HTTPCache::Kept kept = cache.find(address);
+        if (kept && !task.request.revalidates && HTTPCache::isFresh(*kept, options.date())) {
+            complete(std::move(task.handler), kept->body);
+            return;
+        }
+        auto transfer = std::make_unique<URLTransfer>(address, options);
+        transfer->join(task.request, std::move(task.handler));
+        transfer->setKept(std::move(kept));
+        begin(std::move(transfer));
+    }
+
+    /// The transfer of an address that waits, now as the newest, or is under way; or null.
+    URLTransfer* transferOf(const std::string& address) {
+        const auto isIt = [&](const Transfer& one) { return one->address() == address; };
+        if (const auto found = std::ranges::find_if(waiting, isIt); found != waiting.end()) {
+            std::rotate(found, found + 1, waiting.end());
+            return waiting.back().get();
+        }
+        const auto found = std::ranges::find_if(running, isIt);
+        return found == running.end() ? nullptr : found->get();
+    }
+
+    void begin(Transfer transfer) {
+        // Those that yield must not overtake any that wait.
+        if (transfer->isPaced() && (rankOf(*transfer) == Rank::superseded ||
+                                    !pacer.trySend(options.now(), Rank::current))) {
+            waiting.push_back(std::move(transfer));
+        } else {
+            send(std::move(transfer));
+        }
+    }
+
+    void send(Transfer transfer) {
         running.push_back(std::move(transfer));
         if (curl_multi_add_handle(multi, running.back()->begin()) != CURLM_OK) {
             end(running.back().get(), false);
@@ -112,10 +160,15 @@ struct CurlURLSessions::State {
     }
 
     void beginWaiting() {
-        while (!waiting.empty() && pacer.nextChance() <= options.now()) {
-            Transfer newest = std::move(waiting.back());
-            waiting.pop_back();
-            begin(std::move(newest));
+        for (const Rank rank : {Rank::current, Rank::superseded}) {
+            for (std::size_t i = waiting.size();
+                 i-- > 0 && pacer.nextChance(rank) <= options.now();) {
+                if (rankOf(*waiting[i]) == rank && pacer.trySend(options.now(), rank)) {
+                    Transfer newest = std::move(waiting[i]);
+                    waiting.erase(waiting.begin() + static_cast<std::ptrdiff_t>(i));
+                    send(std::move(newest));
+                }
+            }
         }
     }
 
@@ -145,14 +198,53 @@ struct CurlURLSessions::State {
             pacer.hasEnded();
         }
         curl_multi_remove_handle(multi, transfer->handle());
-        const auto outcome = transfer->end(isWhole);
-        if (outcome == URLTransfer::Outcome::redirected) {
+        std::optional<Data> data;
+        switch (transfer->end(isWhole)) {
+        case URLTransfer::Outcome::redirected:
+            cache.remove(transfer->address());
             begin(std::move(transfer));
             return;
+        case URLTransfer::Outcome::complete:
+            if (!takeReply(*transfer, data)) {
+                begin(std::move(transfer));
+                return;
+            }
+            break;
+        case URLTransfer::Outcome::failed:
+            break;
         }
+        std::vector<CompletionHandler> handlers = transfer->takeHandlers();
+        transfer.reset();
+        for (CompletionHandler& handler : handlers) {
+            complete(std::move(handler), data);
+        }
+    }
+
+    /// Keeps the reply of a complete transfer and gives its body. False when the transfer has to
+    /// begin again, without a kept reply to ask after.
+    bool takeReply(URLTransfer& transfer, std::optional<Data>& data) {
+        constexpr long notModified = 304;
+        HTTPReply& reply = transfer.reply();
+        if (transfer.kept() && reply.status == notModified) {
+            const auto kept = cache.freshened(transfer.address(), *transfer.kept(), reply);
+            transfer.setKept(nullptr);
+            if (kept) {
+                data = kept->body;
+            }
+            return kept != nullptr;
+        }
+        data = reply.body;
+        if (!transfer.isRedirected()) {
+            cache.keep(transfer.address(), std::move(reply));
+        }
+        return true;
+    }
+
+    void complete(CompletionHandler handler, const std::optional<Data>& data) {
         if (!isStopped) {
-            transfer->complete(outcome);
-            transfer.reset();
+            handler(data);
+            // What it holds goes before the end is told.
+            handler = nullptr;
             --openRequests;
             postOpenRequests();
         }
@@ -160,7 +252,10 @@ struct CurlURLSessions::State {
 
     /// How long, in milliseconds, nothing happens by itself.
     [[nodiscard]] int patience() const {
-        TimePoint next = waiting.empty() ? TimePoint::max() : pacer.nextChance();
+        TimePoint next = TimePoint::max();
+        for (const Transfer& transfer : waiting) {
+            next = std::min(next, pacer.nextChance(rankOf(*transfer)));
+        }
         for (const Transfer& transfer : running) {
             next = std::min(next, transfer->deadline());
         }
@@ -179,8 +274,8 @@ CurlURLSessions::~CurlURLSessions() {
     stop();
 }
 
-void CurlURLSessions::startDataTask(const URL& address, CompletionHandler handler) {
-    state_->handOver(std::make_unique<URLTransfer>(address, std::move(handler), state_->options));
+void CurlURLSessions::startDataTask(const Request& request, CompletionHandler handler) {
+    state_->handOver(Task{request, std::move(handler)});
     state_->postOpenRequests();
 }
 

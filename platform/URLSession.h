@@ -24,7 +24,14 @@ struct URLSessionOptions {
     std::size_t pacedPerMinute = 100;
     std::size_t pacedAtOnce = 4;
 
+    /// Of all replies that are kept to be reused, in memory only.
+    std::size_t cacheBytes = std::size_t{4} << 20;
+
     std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
+    /// By which kept replies age.
+    std::function<Date()> date = [] {
+        return std::chrono::floor<Date::duration>(std::chrono::system_clock::now());
+    };
     /// A file (PEM) of the only authorities to trust, instead of the system's.
     std::string certificateFile;
     /// "host:port" to connect to, whatever host and port an address names.
@@ -35,8 +42,10 @@ struct URLSessionOptions {
 /// connections are reused, HTTP/2 where the server speaks it.
 ///
 /// - An address that the default data server gave up is asked at its successor. Requests to that
-///   server are paced, redirected ones included: those beyond what it bears wait, and the newest
-///   goes first. Waiting does not count against a request's limits.
+///   server are paced, redirected ones included: those beyond what it bears wait. The newest goes
+///   first, superseded ones after all others. Waiting does not count against a request's limits.
+/// - Replies are kept and asked after by the addresses that are really asked; one that came by way
+///   of a redirect is not kept.
 /// - Redirects lead from https to https only; a plain http address is never redirected. One that
 ///   leads elsewhere, one too many, and any limit exceeded make the transfer incomplete.
 /// - Every certificate is checked. No cookies, stored passwords or credentials. Proxies are those
@@ -50,7 +59,7 @@ public:
     CurlURLSessions(const CurlURLSessions&) = delete;
     CurlURLSessions& operator=(const CurlURLSessions&) = delete;
 
-    void startDataTask(const URL& address, CompletionHandler handler) override;
+    void startDataTask(const Request& request, CompletionHandler handler) override;
     void perform(std::function<void()> work) override;
     [[nodiscard]] std::size_t openRequests() const override;
 

@@ -2,13 +2,11 @@
 #include "platform/URLTransfer.h"
 
 #include "platform/Addresses.h"
-#include "platform/RetiredAddresses.h"
 #include "platform/Text.h"
 
 #include <curl/curl.h>
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace platform {
@@ -42,24 +40,43 @@ void URLTransfer::FreeList::operator()(void* list) const {
     curl_slist_free_all(static_cast<curl_slist*>(list));
 }
 
-URLTransfer::URLTransfer(const URL& address, URLSessions::CompletionHandler handler,
-                         const URLSessionOptions& options)
-    : address_(successorOf(address).text),
-      handler_(std::move(handler)),
+URLTransfer::URLTransfer(std::string address, const URLSessionOptions& options)
+    : address_(std::move(address)),
+      target_(address_),
       options_(options),
       timeLeft_(options.totalLimit) {}
 
+void URLTransfer::join(const URLSessions::Request& request,
+                       URLSessions::CompletionHandler handler) {
+    revalidates_ |= request.revalidates;
+    askers_.push_back({request.superseded, std::move(handler)});
+}
+
+bool URLTransfer::isSuperseded() const {
+    return std::ranges::all_of(
+        askers_, [](const Asker& asker) { return asker.superseded && *asker.superseded; });
+}
+
+std::vector<URLSessions::CompletionHandler> URLTransfer::takeHandlers() {
+    std::vector<URLSessions::CompletionHandler> handlers;
+    for (Asker& asker : std::exchange(askers_, {})) {
+        handlers.push_back(std::move(asker.handler));
+    }
+    return handlers;
+}
+
 bool URLTransfer::isPaced() const {
-    return equalIgnoringCase(partOf(address_, CURLUPART_HOST), addresses::dataServerHost);
+    return equalIgnoringCase(partOf(target_, CURLUPART_HOST), addresses::dataServerHost);
 }
 
 void* URLTransfer::begin() {
     begun_ = lastByte_ = options_.now();
     headerBytes_ = 0;
-    body_.clear();
+    reply_ = {};
+    reply_.asked = options_.date();
     handle_.reset(curl_easy_init());
     CURL* handle = handle_.get();
-    curl_easy_setopt(handle, CURLOPT_URL, address_.c_str());
+    curl_easy_setopt(handle, CURLOPT_URL, target_.c_str());
     curl_easy_setopt(handle, CURLOPT_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(handle, CURLOPT_USERAGENT, "Nosig/" NOSIG_VERSION);
     curl_easy_setopt(handle, CURLOPT_ACCEPT_ENCODING, "gzip");
@@ -81,7 +98,37 @@ void* URLTransfer::begin() {
         connectTo_.reset(curl_slist_append(nullptr, ("::" + options_.connectTo).c_str()));
         curl_easy_setopt(handle, CURLOPT_CONNECT_TO, connectTo_.get());
     }
+    setHeaderLines();
     return handle;
+}
+
+void URLTransfer::setHeaderLines() {
+    std::vector<std::string> lines;
+    if (kept_) {
+        lines = HTTPCache::conditions(*kept_);
+    }
+    if (revalidates_) {
+        lines.emplace_back("Cache-Control: no-cache");
+    }
+    curl_slist* list = nullptr;
+    for (const std::string& line : lines) {
+        list = curl_slist_append(list, line.c_str());
+    }
+    headerLines_.reset(list);
+    curl_easy_setopt(handle_.get(), CURLOPT_HTTPHEADER, list);
+}
+
+void URLTransfer::readHead() {
+    curl_easy_getinfo(handle_.get(), CURLINFO_RESPONSE_CODE, &reply_.status);
+    for (const char* name : HTTPCache::fieldNames) {
+        curl_header* line = nullptr;
+        for (std::size_t i = 0;
+             curl_easy_header(handle_.get(), name, i, CURLH_HEADER, -1, &line) == CURLHE_OK; ++i) {
+            std::string& value = reply_.fields[name];
+            value += (i > 0 ? ", " : "") + std::string(line->value);
+        }
+    }
+    reply_.received = options_.date();
 }
 
 URLTransfer::TimePoint URLTransfer::deadline() const {
@@ -92,6 +139,7 @@ URLTransfer::Outcome URLTransfer::end(bool isWhole) {
     const char* target = nullptr;
     curl_easy_getinfo(handle_.get(), CURLINFO_REDIRECT_URL, &target);
     const std::string redirectedTo = target ? target : "";
+    readHead();
     handle_.reset();
     timeLeft_ -= options_.now() - begun_;
     if (!isWhole) {
@@ -103,16 +151,13 @@ URLTransfer::Outcome URLTransfer::end(bool isWhole) {
     if (!mayGoTo(redirectedTo)) {
         return Outcome::failed;
     }
-    address_ = redirectedTo;
+    target_ = redirectedTo;
+    kept_ = nullptr;
     return Outcome::redirected;
 }
 
 bool URLTransfer::mayGoTo(const std::string& target) {
-    return redirects_++ < options_.redirectLimit && isHttps(address_) && isHttps(target);
-}
-
-void URLTransfer::complete(Outcome outcome) {
-    handler_(outcome == Outcome::complete ? std::optional(std::move(body_)) : std::nullopt);
+    return redirects_++ < options_.redirectLimit && isHttps(target_) && isHttps(target);
 }
 
 std::size_t URLTransfer::receiveHeader(char* /*bytes*/, std::size_t size, std::size_t count,
@@ -127,10 +172,11 @@ std::size_t URLTransfer::receiveBody(char* bytes, std::size_t size, std::size_t 
     auto& transfer = *static_cast<URLTransfer*>(self);
     transfer.lastByte_ = transfer.options_.now();
     const auto* first = reinterpret_cast<const std::byte*>(bytes);
-    if (transfer.body_.size() + size * count > transfer.options_.byteLimit) {
+    Data& body = transfer.reply_.body;
+    if (body.size() + size * count > transfer.options_.byteLimit) {
         return 0;
     }
-    transfer.body_.insert(transfer.body_.end(), first, first + size * count);
+    body.insert(body.end(), first, first + size * count);
     return size * count;
 }
 

@@ -15,7 +15,7 @@ std::shared_ptr<AviationWeatherRecord> AviationWeatherRecord::initWithStation_op
 
 void AviationWeatherRecord::getNewMessages() {
     const auto self = shared_from_this();
-    host_.urlSessions.startDataTask(weather::fixedTafRequest(host_, "mostRecentForEachStation"),
+    host_.urlSessions.startDataTask({weather::fixedTafRequest(host_, "mostRecentForEachStation")},
                                     [self](const std::optional<platform::Data>& reply) {
                                         if (reply) {
                                             platform::parseXML(*reply, *self);

@@ -55,12 +55,13 @@ void SCWeatherGrabber::sendRequest(Walk& walk) {
         host_.urlSessions.perform([self, &walk] { self->handleReply(walk, {}); });
         return;
     }
-    host_.urlSessions.startDataTask(walk.kind.request(host_, *station->ICAO),
-                                    [self, &walk](const std::optional<platform::Data>& reply) {
-                                        if (reply) {
-                                            self->handleReply(walk, *reply);
-                                        }
-                                    });
+    host_.urlSessions.startDataTask(
+        {walk.kind.request(host_, *station->ICAO), revalidates, superseded_},
+        [self, &walk](const std::optional<platform::Data>& reply) {
+            if (reply) {
+                self->handleReply(walk, *reply);
+            }
+        });
 }
 
 void SCWeatherGrabber::handleReply(Walk& walk, const platform::Data& reply) {

@@ -5,6 +5,7 @@
 #include "platform/Host.h"
 #include "platform/XMLParser.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -20,8 +21,8 @@
 ///
 /// The first requests start on the caller's thread; replies are handled, further requests started
 /// and notifications posted on the thread of the host's URL sessions. A grabber lives at least
-/// until its last reply has been handled, whoever else lets it go; it cannot be stopped. Its
-/// operations may be called on any thread.
+/// until its last reply has been handled, whoever else lets it go; it cannot be stopped, but its
+/// requests can be made to yield to other grabbers'. Its operations may be called on any thread.
 ///
 /// Both walks capture into one text, which each request of either empties: what a reply captured
 /// stands ahead of the next one's capture unless a request was sent in between. This is intended.
@@ -39,6 +40,9 @@ public:
     StationArray stationsToCollectWeatherFrom;
     /// Not used by the walks.
     std::int64_t indexIntoStations = 0;
+    /// Whether the server is asked even where a kept reply may be reused. Set before the walks
+    /// start.
+    bool revalidates = false;
 
     /// Starts both walks over a list: the selected station, then, under a header of their own, the
     /// favourites. A station without an identifier has an empty text. An empty list does nothing.
@@ -47,6 +51,9 @@ public:
     /// Sends the request of a walk's current position; past the end of the list, nothing.
     void nextStationMetar();
     void nextStationTAF();
+    /// From now on every request, those on their way included, yields to those of grabbers that
+    /// are not superseded. The walks go on all the same.
+    void supersede() { *superseded_ = true; }
     /// Do nothing, as intended.
     void doMetars() {}
     void doTAFs() {}
@@ -87,6 +94,8 @@ private:
     void post(const char* name, const std::string& text);
 
     platform::Host& host_;
+    const std::shared_ptr<std::atomic<bool>> superseded_ =
+        std::make_shared<std::atomic<bool>>(false);
     /// Held while a reply is handled and while a request is sent, which happens within that too.
     std::recursive_mutex mutex_;
     std::optional<std::string> currentString_;

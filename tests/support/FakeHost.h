@@ -206,12 +206,18 @@ struct FakeEvents final : platform::Events {
     Event event;
 };
 
-/// Requests that the test answers. Handlers and work run within `answer` and `runWork`.
+/// Requests that the test answers. Handlers and work run within `answer` and `runWork`. Its replies
+/// bear no headers, and so none is ever reused.
 class FakeURLSessions final : public platform::URLSessions {
 public:
-    void startDataTask(const platform::URL& address, CompletionHandler handler) override {
-        const std::scoped_lock lock(mutex_);
-        requests_.push_back({address, std::move(handler)});
+    explicit FakeURLSessions(platform::NotificationCenter& center) : center_(center) {}
+
+    void startDataTask(const Request& request, CompletionHandler handler) override {
+        {
+            const std::scoped_lock lock(mutex_);
+            open_.push_back({request, std::move(handler)});
+        }
+        center_.post({openRequestsDidChange, {}, nullptr});
     }
     void perform(std::function<void()> work) override {
         const std::scoped_lock lock(mutex_);
@@ -219,37 +225,44 @@ public:
     }
     [[nodiscard]] std::size_t openRequests() const override {
         const std::scoped_lock lock(mutex_);
-        return requests_.size();
+        return open_.size() + answered_;
     }
 
-    /// The addresses that wait for an answer, the oldest first.
-    [[nodiscard]] std::vector<std::string> addresses() const {
+    /// The requests that wait for an answer, the oldest first.
+    [[nodiscard]] std::vector<Request> requests() const {
         const std::scoped_lock lock(mutex_);
+        std::vector<Request> requests;
+        for (const Open& one : open_) {
+            requests.push_back(one.request);
+        }
+        return requests;
+    }
+    /// Their addresses.
+    [[nodiscard]] std::vector<std::string> addresses() const {
         std::vector<std::string> texts;
-        for (const Request& request : requests_) {
+        for (const Request& request : requests()) {
             texts.push_back(request.address.text);
         }
         return texts;
     }
-    /// Answers the oldest request whose address contains `part`; false when none does.
+    /// Answers the oldest request whose address contains `part`, and with it all that are equal to
+    /// it; false when none does.
     bool answer(std::string_view part, const std::optional<std::string_view>& body) {
-        std::unique_lock lock(mutex_);
-        const auto found = std::ranges::find_if(requests_, [part](const Request& request) {
-            return request.address.text.find(part) != std::string::npos;
-        });
-        if (found == requests_.end()) {
-            return false;
-        }
-        const CompletionHandler handler = std::move(found->handler);
-        requests_.erase(found);
-        lock.unlock();
+        const std::vector<CompletionHandler> handlers = take(part);
         std::optional<platform::Data> data;
         if (body) {
             const auto bytes = std::as_bytes(std::span(*body));
             data.emplace(bytes.begin(), bytes.end());
         }
-        handler(data);
-        return true;
+        for (const CompletionHandler& handler : handlers) {
+            handler(data);
+            {
+                const std::scoped_lock lock(mutex_);
+                --answered_;
+            }
+            center_.post({openRequestsDidChange, {}, nullptr});
+        }
+        return !handlers.empty();
     }
     /// Runs what was handed over, and what that hands over in turn.
     void runWork() {
@@ -264,13 +277,35 @@ public:
     }
 
 private:
-    struct Request {
-        platform::URL address;
+    struct Open {
+        Request request;
         CompletionHandler handler;
     };
 
+    /// The handlers of one transfer; they count as open until they have returned.
+    std::vector<CompletionHandler> take(std::string_view part) {
+        const std::scoped_lock lock(mutex_);
+        std::vector<CompletionHandler> handlers;
+        const auto found = std::ranges::find_if(open_, [part](const Open& one) {
+            return one.request.address.text.find(part) != std::string::npos;
+        });
+        if (found != open_.end()) {
+            const platform::URL address = found->request.address;
+            for (Open& one : open_) {
+                if (one.request.address == address) {
+                    handlers.push_back(std::move(one.handler));
+                }
+            }
+            std::erase_if(open_, [&](const Open& one) { return one.request.address == address; });
+            answered_ += handlers.size();
+        }
+        return handlers;
+    }
+
+    platform::NotificationCenter& center_;
     mutable std::mutex mutex_;
-    std::deque<Request> requests_;
+    std::deque<Open> open_;
+    std::size_t answered_ = 0;
     std::deque<std::function<void()>> work_;
 };
 
@@ -310,7 +345,7 @@ struct FakeHost {
     FakeMainThread mainThread;
     FakeClock clock;
     FakeLog log;
-    FakeURLSessions urlSessions;
+    FakeURLSessions urlSessions{notificationCenter};
     FakeWorkspace workspace;
     FakeEvents events;
     platform::Host host = hostWith(urlSessions, events);

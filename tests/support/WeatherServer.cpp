@@ -83,14 +83,15 @@ bool WeatherServer::waitForTargets(std::size_t count) const {
     return changed_.wait_for(lock, patience, [&] { return targets_.size() >= count; });
 }
 
-std::string fetch(platform::URLSessions& sessions, const std::string& address) {
+std::string fetch(platform::URLSessions& sessions, const std::string& address, bool revalidates) {
     const auto promise = std::make_shared<std::promise<std::string>>();
     auto future = promise->get_future();
-    sessions.startDataTask({address}, [promise](const std::optional<platform::Data>& data) {
-        promise->set_value(
-            data ? std::string(reinterpret_cast<const char*>(data->data()), data->size())
-                 : "(no data)");
-    });
+    sessions.startDataTask(
+        {{address}, revalidates}, [promise](const std::optional<platform::Data>& data) {
+            promise->set_value(
+                data ? std::string(reinterpret_cast<const char*>(data->data()), data->size())
+                     : "(no data)");
+        });
     return future.wait_for(patience) == std::future_status::ready ? future.get() : "(no answer)";
 }
 

@@ -84,6 +84,7 @@ private:
 };
 
 /// What a request came to: the body as text, or "(no data)".
-[[nodiscard]] std::string fetch(platform::URLSessions& sessions, const std::string& address);
+[[nodiscard]] std::string fetch(platform::URLSessions& sessions, const std::string& address,
+                                bool revalidates = false);
 
 } // namespace support

@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: MIT
+#include "platform/URLSession.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/WeatherServer.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
+#include <future>
+
+namespace platform {
+namespace {
+
+using std::chrono::seconds;
+using support::fetch;
+using support::patience;
+using support::WeatherServer;
+using Lines = std::vector<std::string>;
+
+const std::string defaultServer = "https://aviationweather.gov/";
+
+/// Sessions on one server, at whatever host, and with clocks that stand still. The server counts
+/// its replies and notes what it is asked, with the conditions that came along.
+struct Reuse : testing::Test {
+    void answer(const httplib::Request& request, httplib::Response& response) {
+        const std::string tag = request.get_header_value("If-None-Match");
+        const std::string control = request.get_header_value("Cache-Control");
+        const std::scoped_lock lock(mutex);
+        asked.push_back(request.path + (tag.empty() ? "" : " " + tag) +
+                        (control.empty() ? "" : " " + control));
+        response.set_header("ETag", "\"" + version + "\"");
+        if (request.path == "/fresh" || request.path == "/api/data/metar") {
+            response.set_header("Cache-Control", "max-age=60");
+        } else if (request.path == "/hop") {
+            response.set_redirect("/fresh");
+        } else if (request.path == "/mute") {
+            response.headers.erase("ETag");
+        }
+        response.status = !tag.empty() && tag == "\"" + version + "\"" ? 304 : response.status;
+        // Says that nothing has changed, but of another reply than it was asked about.
+        response.status = request.path == "/muddled" && !tag.empty() ? 304 : response.status;
+        if (response.status != 304 && response.status != 302) {
+            response.set_content(version + "." + std::to_string(++replies), "text/plain");
+        }
+    }
+    std::string get(const std::string& path, bool revalidates = false) {
+        return fetch(sessions, "https://localhost" + path, revalidates);
+    }
+    Lines takeAsked() {
+        const std::scoped_lock lock(mutex);
+        return std::exchange(asked, {});
+    }
+    URLSessionOptions options() {
+        URLSessionOptions options = server.options();
+        options.connectTo = server.authority();
+        options.now = [] { return std::chrono::steady_clock::time_point(std::chrono::hours(1)); };
+        options.date = [this] { return date.load(); };
+        return options;
+    }
+
+    std::mutex mutex;
+    std::string version = "A";
+    int replies = 0;
+    Lines asked;
+    std::atomic<Date> date = Date(std::chrono::sys_days(std::chrono::year(2024) / 3 / 1));
+    WeatherServer server{
+        [this](const auto& request, auto& response) { answer(request, response); }};
+    NotificationCenter center;
+    CurlURLSessions sessions{center, options()};
+};
+
+TEST_F(Reuse, FollowsTheHeadersOfEachReply) {
+    EXPECT_EQ(get("/fresh"), "A.1");
+    EXPECT_EQ(get("/fresh"), "A.1");
+    EXPECT_EQ(takeAsked(), Lines{"/fresh"});
+    date = date.load() + seconds(60);
+    EXPECT_EQ(get("/fresh"), "A.1") << "unchanged";
+    EXPECT_EQ(get("/fresh"), "A.1") << "and fresh once more";
+    EXPECT_EQ(takeAsked(), Lines{"/fresh \"A\""});
+    EXPECT_EQ(get("/fresh", true), "A.1") << "asked after, as wanted";
+    version = "B";
+    EXPECT_EQ(get("/fresh"), "A.1");
+    EXPECT_EQ(get("/fresh", true), "B.2");
+    EXPECT_EQ(get("/fresh"), "B.2");
+    EXPECT_EQ(takeAsked(), (Lines(2, "/fresh \"A\" no-cache")));
+    EXPECT_EQ(get("/tagged"), "B.3");
+    EXPECT_EQ(get("/tagged"), "B.3");
+    EXPECT_EQ(takeAsked(), (Lines{"/tagged", "/tagged \"B\""}));
+    EXPECT_EQ(get("/mute"), "B.4");
+    EXPECT_EQ(get("/mute"), "B.5") << "never reused";
+    EXPECT_EQ(get("/mute", true), "B.6");
+    EXPECT_EQ(takeAsked(), (Lines{"/mute", "/mute", "/mute no-cache"}));
+}
+
+TEST_F(Reuse, KeepsToTheRightReplyByRedirectsAndMuddledAnswers) {
+    EXPECT_EQ(get("/hop"), "A.1");
+    EXPECT_EQ(get("/hop"), "A.2") << "the reply of another address";
+    EXPECT_EQ(takeAsked(), (Lines{"/hop", "/fresh", "/hop", "/fresh"}));
+    EXPECT_EQ(get("/muddled"), "A.3");
+    version = "B";
+    EXPECT_EQ(get("/muddled"), "B.4");
+    EXPECT_EQ(takeAsked(), (Lines{"/muddled", "/muddled \"A\"", "/muddled"}));
+    // One question in its old and in its new form has one reply.
+    const std::string old = "://aviationweather.gov/adds/dataserver_current/httpparam"
+                            "?dataSource=METARs&stationString=KSFO";
+    for (const std::string& address :
+         {"http" + old, "https" + old, defaultServer + "api/data/metar?ids=KSFO&format=xml"}) {
+        EXPECT_EQ(fetch(sessions, address), "B.5");
+    }
+}
+
+TEST_F(Reuse, CompletesLikeATransfer) {
+    EXPECT_EQ(get("/fresh"), "A.1");
+    std::promise<Lines> promise;
+    Lines order;
+    sessions.perform([&] {
+        const auto ask = [&](const std::string& name, const std::function<void()>& next) {
+            sessions.startDataTask(
+                {{"https://localhost/fresh"}}, [&, name, next](const std::optional<Data>& data) {
+                    order.push_back(name + " of " + std::to_string(sessions.openRequests()));
+                    EXPECT_EQ(data->size(), 3U);
+                    next();
+                });
+        };
+        ask("first", [&, ask] { ask("third", [&] { promise.set_value(order); }); });
+        ask("second", [] {});
+        order.emplace_back("nothing yet");
+    });
+    auto future = promise.get_future();
+    ASSERT_EQ(future.wait_for(patience), std::future_status::ready);
+    EXPECT_EQ(future.get(), (Lines{"nothing yet", "first of 2", "second of 2", "third of 1"}));
+    EXPECT_EQ(takeAsked(), Lines{"/fresh"});
+}
+
+TEST_F(Reuse, SupersededRequestsLeaveHalfOfTheMinuteToTheCurrentOnes) {
+    const auto superseded = std::make_shared<std::atomic<bool>>(true);
+    for (int i = 0; i < 200; ++i) {
+        sessions.startDataTask({{defaultServer + std::to_string(i)}, false, superseded},
+                               [](const auto&) {});
+    }
+    ASSERT_TRUE(server.waitForTargets(50));
+    for (const std::string name : {"current", "another"}) {
+        EXPECT_EQ(fetch(sessions, defaultServer + name).substr(0, 2), "A.");
+        EXPECT_EQ(server.targets().back(), "/" + name);
+    }
+    // One of those that wait is asked for anew, and so no longer superseded.
+    EXPECT_EQ(fetch(sessions, defaultServer + "7").substr(0, 2), "A.");
+    EXPECT_EQ(server.targets().size(), 53U);
+}
+
+/// Asks for /a, /b and /a again, and for /a once more when that is answered; then /a is answered,
+/// and when three handlers have run, /b. What the handlers saw.
+Lines seenWhenShared(URLSessions& sessions, const std::string& server,
+                     const std::function<void(const std::string& path)>& answer) {
+    std::mutex mutex;
+    std::condition_variable changed;
+    Lines seen;
+    const std::function<void(const std::string&, const std::string&)> ask =
+        [&](const std::string& path, const std::string& name) {
+            sessions.startDataTask(
+                {{server + path}}, [&, path, name](const std::optional<Data>& data) {
+                    if (name == "first") {
+                        ask("/a", "again");
+                    }
+                    const std::scoped_lock lock(mutex);
+                    seen.push_back(name + ": " + (data ? std::to_string(data->size()) : "none") +
+                                   ", open " + std::to_string(sessions.openRequests()));
+                    changed.notify_all();
+                });
+        };
+    const auto wait = [&](std::size_t count) {
+        std::unique_lock lock(mutex);
+        EXPECT_TRUE(changed.wait_for(lock, patience, [&] { return seen.size() >= count; }));
+    };
+    ask("/a", "first");
+    ask("/b", "other");
+    ask("/a", "second");
+    answer("/a");
+    wait(3);
+    answer("/b");
+    wait(4);
+    while (sessions.openRequests() > 0) {
+        std::this_thread::yield();
+    }
+    return seen;
+}
+
+TEST(URLSessionsContract, EqualRequestsShareATransferInRealAndFakeSessions) {
+    const Lines expected{"first: 1, open 4", "second: 1, open 3", "again: 1, open 2",
+                         "other: 1, open 1"};
+    const auto counted = [](NotificationCenter& center, std::atomic<int>& posts) {
+        return center.addObserver(URLSessions::openRequestsDidChange,
+                                  [&](const Notification&) { ++posts; });
+    };
+    {
+        WeatherServer server([&](const httplib::Request& request, httplib::Response& response) {
+            server.gates.pass(request.path);
+            response.set_content("x", "text/plain");
+        });
+        NotificationCenter center;
+        std::atomic<int> posts = 0;
+        const auto token = counted(center, posts);
+        CurlURLSessions sessions(center, server.options());
+        EXPECT_EQ(seenWhenShared(sessions, "https://" + server.authority(),
+                                 [&](const std::string& path) { server.gates.open(path); }),
+                  expected);
+        sessions.stop();
+        EXPECT_EQ(server.targets().size(), 3U);
+        EXPECT_EQ(posts, 8);
+    }
+    NotificationCenter center;
+    std::atomic<int> posts = 0;
+    const auto token = counted(center, posts);
+    support::FakeURLSessions sessions(center);
+    int answers = 0;
+    EXPECT_EQ(seenWhenShared(sessions, "https://localhost",
+                             [&](const std::string& path) {
+                                 while (sessions.answer(path, "x")) {
+                                     ++answers;
+                                 }
+                             }),
+              expected);
+    EXPECT_EQ(answers, 3);
+    EXPECT_EQ(posts, 8);
+}
+
+} // namespace
+} // namespace platform
