@@ -35,14 +35,9 @@ public:
     }
     /// Where settings are kept.
     [[nodiscard]] QString settingsFile() const { return settings_.fileName(); }
-    /// The map's outlines lie with the program, its tiles in the user's cache.
+    /// The map's outlines lie with the program. All maps share one loader of tiles.
     [[nodiscard]] MapSetup mapSetup() const {
-        MapSetup setup;
-        setup.userAgent = QByteArray("Nosig/" NOSIG_VERSION);
-        setup.cacheFolder = QStandardPaths::writableLocation(QStandardPaths::CacheLocation) +
-                            QStringLiteral("/tiles");
-        setup.baseMap = pathText(program_.resourcePath() + "/world.map");
-        return setup;
+        return {pathText(program_.resourcePath() + "/world.map"), tiles_};
     }
 
 private:
@@ -57,6 +52,11 @@ private:
     RepeatingTimers timers_;
     MainQueue mainQueue_;
     platform::CurlURLSessions urlSessions_{notificationCenter_};
+    /// What it keeps lies in the user's cache.
+    std::shared_ptr<TileLoader> tiles_ = std::make_shared<TileLoader>(
+        TileSources{map::worldTileServers(), "Nosig/" NOSIG_VERSION,
+                    QStandardPaths::writableLocation(QStandardPaths::CacheLocation) +
+                        QStringLiteral("/tiles")});
     Launcher launcher_;
     UserEvents events_;
     platform::Host services_{

@@ -88,7 +88,7 @@ void MapView::click(const QPointF& at) {
     if (state_.pointed && stationClicked) {
         stationClicked(*state_.pointed);
     } else if (furniture_->creditPlace().contains(at) && creditClicked) {
-        creditClicked(loader_.servers()[*state_.server].creditPage);
+        creditClicked(loader_->servers()[*state_.server].creditPage);
     }
 }
 

@@ -31,12 +31,12 @@ bool isSame(const platform::Region& one, const platform::Region& other) {
 
 MapView::MapView(MapSetup setup, QWidget* parent)
     : QGraphicsView(parent),
-      loader_(std::move(setup.tileServers), std::move(setup.userAgent),
-              std::move(setup.cacheFolder), setup.limits, [this] { viewChanged(); }),
+      loader_(setup.tiles ? setup.tiles : std::make_shared<TileLoader>(TileSources())),
+      wishes_(loader_, [this] { repaint(); }),
       ground_(new GroundLayer(state_)),
       stationLayer_(new StationLayer(state_)),
       furniture_(new FurnitureLayer(state_)) {
-    state_.loader = &loader_;
+    state_.loader = loader_.get();
     if (const auto bytes = platform::readFile(filePath(setup.baseMap), longestBaseMap)) {
         state_.base = map::BaseMap::read(*bytes);
     }
@@ -140,16 +140,16 @@ void MapView::viewChanged() {
     state_.pixelsPerPoint = devicePixelRatioF();
     const bool isStandard = state_.kind == MapKind::standard;
     state_.server =
-        map::serverFor(loader_.servers(),
+        map::serverFor(loader_->servers(),
                        isStandard ? map::Imagery::standard : map::Imagery::satellite, state_.view);
     state_.tiles.clear();
     if (state_.server && isVisible()) {
         // Lettering is drawn for the eye's size of a pixel, pictures gain by every pixel.
-        const int zoom = map::tileZoom(state_.view, loader_.servers()[*state_.server].highestZoom,
+        const int zoom = map::tileZoom(state_.view, loader_->servers()[*state_.server].highestZoom,
                                        isStandard ? 1 : state_.pixelsPerPoint);
         state_.tiles = map::tilesIn(state_.view, zoom, mostTiles);
     }
-    loader_.want(state_.server.value_or(0), state_.tiles);
+    wishes_.want(state_.server.value_or(0), state_.tiles);
     repaint();
 }
 

@@ -21,14 +21,10 @@ class StationLayer;
 
 /// What a map is made of.
 struct MapSetup {
-    /// Of the program, for tile servers.
-    QByteArray userAgent = "Nosig";
-    /// For tiles; empty to keep none on the disk.
-    QString cacheFolder;
     /// The resource "world.map"; without it the map is all sea.
     QString baseMap;
-    std::vector<map::TileServer> tileServers = map::worldTileServers();
-    TileLimits limits;
+    /// Shared with other maps; null for a map without tiles.
+    std::shared_ptr<TileLoader> tiles;
 };
 
 /// The map of the logic: shipped outlines, tiles over them as far as they come, graticule, stations
@@ -96,7 +92,8 @@ private:
     void click(const QPointF& at);
 
     MapState state_;
-    TileLoader loader_;
+    const std::shared_ptr<TileLoader> loader_;
+    TileWishes wishes_;
     QGraphicsScene scene_;
     GroundLayer* ground_;
     StationLayer* stationLayer_;

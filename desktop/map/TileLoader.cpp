@@ -2,12 +2,15 @@
 #include "desktop/map/TileLoader.h"
 
 #include <QBuffer>
+#include <QDateTime>
 #include <QImageReader>
+#include <QLocale>
 #include <QNetworkAccessManager>
 #include <QNetworkDiskCache>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 
+#include <algorithm>
 #include <utility>
 
 namespace desktop {
@@ -47,6 +50,10 @@ private:
     }
 };
 
+QUrl addressOf(const map::TileServer& server, const map::Tile& tile) {
+    return {QString::fromStdString(map::tileAddress(server.address, tile)), QUrl::StrictMode};
+}
+
 /// Null unless the bytes are a picture of a usual format and size.
 QImage decoded(const QByteArray& bytes, int mostPixels) {
     // Told by their first bytes alone: other formats' decoders never see what a server sends.
@@ -72,27 +79,58 @@ QImage decoded(const QByteArray& bytes, int mostPixels) {
                                                       : QImage::Format_RGB32);
 }
 
-/// Whether a failure tells about the server rather than about one tile.
-bool blamesServer(QNetworkReply::NetworkError error) {
-    return error < QNetworkReply::ContentAccessDenied ||
-           error == QNetworkReply::ServiceUnavailableError;
+constexpr std::chrono::milliseconds longestRetryAfter = 24h;
+
+/// What a server says in seconds or as a date (RFC 9110, 10.2.3); no time where it says nothing.
+std::chrono::milliseconds retryAfter(const QNetworkReply& reply) {
+    const QByteArray text = reply.rawHeader("Retry-After").trimmed();
+    if (!text.isEmpty() &&
+        std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })) {
+        // Longer numbers are longer times, whatever they are.
+        return std::min<std::chrono::milliseconds>(std::chrono::seconds(text.left(9).toInt()),
+                                                   longestRetryAfter);
+    }
+    const auto dated = [](const QByteArray& date) {
+        QDateTime time = QLocale::c().toDateTime(QString::fromLatin1(date),
+                                                 QStringLiteral("ddd, dd MMM yyyy hh:mm:ss 'GMT'"));
+        time.setTimeSpec(Qt::UTC);
+        return time;
+    };
+    const QDateTime end = dated(text);
+    // By the server's own clock where it tells the time.
+    const QDateTime told = dated(reply.rawHeader("Date"));
+    const QDateTime now = told.isValid() ? told : QDateTime::currentDateTimeUtc();
+    return end.isValid() ? std::clamp(std::chrono::milliseconds(now.msecsTo(end)),
+                                      std::chrono::milliseconds(0), longestRetryAfter)
+                         : std::chrono::milliseconds(0);
 }
 
-constexpr int tooManyRequests = 429;
+bool isRefusal(int status) {
+    constexpr int notFound = 404;
+    constexpr int gone = 410;
+    return status >= 400 && status != notFound && status != gone;
+}
 
 } // namespace
 
-TileLoader::TileLoader(std::vector<map::TileServer> servers, QByteArray userAgent,
-                       QString cacheFolder, TileLimits limits, std::function<void()> arrived)
-    : servers_(std::move(servers)),
-      userAgent_(std::move(userAgent)),
-      cacheFolder_(std::move(cacheFolder)),
-      limits_(limits),
-      arrived_(std::move(arrived)),
-      images_(limits.kibibytes),
-      pausedServers_(servers_.size()) {
-    retry_.setSingleShot(true);
-    connect(&retry_, &QTimer::timeout, this, arrived_);
+TileLoader::TileLoader(TileSources sources)
+    : servers_(std::move(sources.servers)),
+      userAgent_(std::move(sources.userAgent)),
+      cacheFolder_(std::move(sources.cacheFolder)),
+      limits_(sources.limits),
+      images_(limits_.kibibytes),
+      standings_(servers_.size()) {
+    for (std::size_t i = 0; i < servers_.size(); ++i) {
+        const QString scheme = addressOf(servers_[i], {}).scheme();
+        if (scheme != QLatin1String("https") && scheme != QLatin1String("http")) {
+            standings_[i].leftAlone = QDeadlineTimer(QDeadlineTimer::Forever);
+        }
+    }
+    for (QTimer* timer : {&gathering_, &retry_}) {
+        timer->setSingleShot(true);
+        timer->setTimerType(Qt::PreciseTimer);
+        connect(timer, &QTimer::timeout, this, &TileLoader::start);
+    }
 }
 
 TileLoader::~TileLoader() {
@@ -113,48 +151,50 @@ const QImage* TileLoader::image(std::size_t server, const map::Tile& tile) const
     return images_.object(keyOf(server, tile));
 }
 
-void TileLoader::want(std::size_t server, const std::vector<map::Tile>& tiles) {
-    wishes_.clear();
-    if (server >= servers_.size()) {
-        return;
-    }
-    qsizetype needed = 0;
-    for (const map::Tile& tile : tiles) {
-        const Key key = keyOf(server, tile);
-        const QImage* here = images_.object(key);
-        needed += (here ? here->sizeInBytes() : qsizetype{4} * 256 * 256) >> 10;
-        if (!here) {
-            wishes_.push_back({server, key, tile.onFirstTurn()});
-        }
-    }
-    images_.setMaxCost(std::max(limits_.kibibytes, needed + needed / 4));
-    start();
-}
-
 bool TileLoader::mayAsk(const Wish& wish) const {
     const auto paused = pausedTiles_.constFind(wish.key);
-    return pausedServers_[wish.server].hasExpired() && !images_.contains(wish.key) &&
+    return standings_[wish.server].leftAlone.hasExpired() && !images_.contains(wish.key) &&
            !underWay_.contains(wish.key) &&
            (paused == pausedTiles_.constEnd() || paused->hasExpired());
 }
 
+const TileLoader::Wish* TileLoader::nextOf(const TileWishes& view) const {
+    const auto found =
+        std::ranges::find_if(view.wishes_, [this](const Wish& wish) { return mayAsk(wish); });
+    return found == view.wishes_.end() ? nullptr : &*found;
+}
+
 void TileLoader::start() {
-    while (underWay_.size() < limits_.requests && !wishes_.empty()) {
-        const Wish wish = wishes_.front();
-        wishes_.erase(wishes_.begin());
-        if (mayAsk(wish)) {
-            request(wish);
+    gathering_.stop();
+    makeRoom();
+    while (underWay_.size() < limits_.requests) {
+        const auto view = std::ranges::find_if(
+            views_, [this](const TileWishes* one) { return nextOf(*one) != nullptr; });
+        if (view == views_.end()) {
+            break;
+        }
+        request(*nextOf(**view));
+        std::rotate(view, view + 1, views_.end());
+    }
+    planRetry();
+}
+
+void TileLoader::makeRoom() {
+    qsizetype needed = 0;
+    QSet<Key> counted;
+    for (const TileWishes* view : views_) {
+        for (const Wish& wish : view->wishes_) {
+            if (!counted.contains(wish.key)) {
+                counted.insert(wish.key);
+                const QImage* here = images_.object(wish.key);
+                needed += (here ? here->sizeInBytes() : qsizetype{4} * 256 * 256) >> 10;
+            }
         }
     }
+    images_.setMaxCost(std::max(limits_.kibibytes, needed + needed / 4));
 }
 
 void TileLoader::request(const Wish& wish) {
-    const QUrl url(
-        QString::fromStdString(map::tileAddress(servers_[wish.server].address, wish.tile)),
-        QUrl::StrictMode);
-    if (url.scheme() != QLatin1String("https") && url.scheme() != QLatin1String("http")) {
-        return;
-    }
     if (!network_) {
         network_ = std::make_unique<QNetworkAccessManager>();
         if (!cacheFolder_.isEmpty()) {
@@ -164,7 +204,7 @@ void TileLoader::request(const Wish& wish) {
             network_->setCache(cache);
         }
     }
-    QNetworkRequest request(url);
+    QNetworkRequest request(addressOf(servers_[wish.server], wish.tile));
     request.setRawHeader("User-Agent", userAgent_);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::NoLessSafeRedirectPolicy);
@@ -203,13 +243,16 @@ void TileLoader::finished(QNetworkReply& reply, const Wish& wish, bool late) {
         image = decoded(reply.readAll(), limits_.pixels);
     }
     if (!image.isNull()) {
-        const qsizetype cost = std::max<qsizetype>(image.sizeInBytes() >> 10, 1);
-        images_.insert(wish.key, new QImage(std::move(image)), cost);
-        arrived_();
-    } else if (status == tooManyRequests || late ||
-               (error != QNetworkReply::OperationCanceledError && error != QNetworkReply::NoError &&
-                blamesServer(error))) {
-        pause(wish.server);
+        if (!reply.attribute(QNetworkRequest::SourceIsFromCacheAttribute).toBool()) {
+            standings_[wish.server].pause = 0ms;
+        }
+        came(wish, std::move(image));
+    } else if (isRefusal(status)) {
+        refused(wish.server, retryAfter(reply));
+    } else if (late ||
+               (error != QNetworkReply::NoError && error < QNetworkReply::ContentAccessDenied &&
+                error != QNetworkReply::OperationCanceledError)) {
+        leaveAlone(wish.server, limits_.serverPause);
     } else {
         if (network_->cache()) {
             network_->cache()->remove(reply.url());
@@ -222,11 +265,69 @@ void TileLoader::finished(QNetworkReply& reply, const Wish& wish, bool late) {
     start();
 }
 
-void TileLoader::pause(std::size_t server) {
-    if (pausedServers_[server].hasExpired()) {
-        pausedServers_[server].setRemainingTime(limits_.serverPause);
-        retry_.start(limits_.serverPause + 1ms);
+void TileLoader::came(const Wish& wish, QImage image) {
+    const qsizetype cost = std::max<qsizetype>(image.sizeInBytes() >> 10, 1);
+    // It may be larger than was reckoned with, and must not drive out what views show.
+    images_.setMaxCost(images_.maxCost() + cost);
+    images_.insert(wish.key, new QImage(std::move(image)), cost);
+    makeRoom();
+    for (TileWishes* view : std::vector(views_)) {
+        // A view may go when another one hears of it.
+        if (std::ranges::find(views_, view) != views_.end() &&
+            std::ranges::find(view->wishes_, wish.key, &Wish::key) != view->wishes_.end()) {
+            view->arrived_();
+        }
     }
+}
+
+void TileLoader::refused(std::size_t server, std::chrono::milliseconds retryAfter) {
+    Standing& standing = standings_[server];
+    // Those that were under way together are refused together, which counts as once.
+    if (standing.leftAlone.hasExpired()) {
+        standing.pause = std::clamp(standing.pause * 2, limits_.serverPause, limits_.longestPause);
+    }
+    leaveAlone(server, std::max(standing.pause, retryAfter));
+}
+
+void TileLoader::leaveAlone(std::size_t server, std::chrono::milliseconds time) {
+    const QDeadlineTimer end(time, Qt::PreciseTimer);
+    standings_[server].leftAlone = std::max(standings_[server].leftAlone, end);
+}
+
+void TileLoader::planRetry() {
+    QDeadlineTimer next(QDeadlineTimer::Forever);
+    for (const Standing& standing : standings_) {
+        if (!standing.leftAlone.hasExpired()) {
+            next = std::min(next, standing.leftAlone);
+        }
+    }
+    if (!next.isForever()) {
+        retry_.start(std::chrono::ceil<std::chrono::milliseconds>(next.remainingTimeAsDuration()));
+    }
+}
+
+std::chrono::milliseconds TileLoader::leftAloneFor(std::size_t server) const {
+    return std::chrono::ceil<std::chrono::milliseconds>(
+        standings_[server].leftAlone.remainingTimeAsDuration());
+}
+
+TileWishes::TileWishes(std::shared_ptr<TileLoader> loader, std::function<void()> arrived)
+    : loader_(std::move(loader)), arrived_(std::move(arrived)) {
+    loader_->views_.push_back(this);
+}
+
+TileWishes::~TileWishes() {
+    std::erase(loader_->views_, this);
+}
+
+void TileWishes::want(std::size_t server, const std::vector<map::Tile>& tiles) {
+    wishes_.clear();
+    if (server < loader_->servers_.size()) {
+        for (const map::Tile& tile : tiles) {
+            wishes_.push_back({server, TileLoader::keyOf(server, tile), tile.onFirstTurn()});
+        }
+    }
+    loader_->gathering_.start(0ms);
 }
 
 } // namespace desktop

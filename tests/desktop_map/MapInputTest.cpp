@@ -28,8 +28,10 @@ protected:
 
     static desktop::MapSetup setup() {
         desktop::MapSetup setup;
-        setup.tileServers.resize(1);
-        setup.tileServers.front().address = "none:";
+        desktop::TileSources sources{map::worldTileServers()};
+        sources.servers.resize(1);
+        sources.servers.front().address = "none:";
+        setup.tiles = std::make_shared<desktop::TileLoader>(sources);
         return setup;
     }
     [[nodiscard]] const map::View& shown() const { return view_.state().view; }

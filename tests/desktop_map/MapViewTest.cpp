@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/map/MapView.h"
+#include "map/Placing.h"
 #include "tests/support/LoopbackTiles.h"
 
 #include <QImage>
@@ -11,6 +12,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <set>
 
 namespace {
 
@@ -22,10 +24,24 @@ desktop::MapSetup offline() {
     desktop::MapSetup setup;
     setup.baseMap = QStringLiteral(NOSIG_SOURCE_DIR "/resources/map/world.map");
     // A credit without a server behind it: nobody listens on the discard port.
-    for (map::TileServer& server : setup.tileServers) {
+    desktop::TileSources sources{map::worldTileServers()};
+    for (map::TileServer& server : sources.servers) {
         server.address = "http://127.0.0.1:9/{z}/{x}/{y}";
     }
+    setup.tiles = std::make_shared<desktop::TileLoader>(sources);
     return setup;
+}
+
+/// The same with tiles of both kinds from loopback.
+desktop::MapSetup online(const support::LoopbackTiles& tiles) {
+    desktop::MapSetup setup = offline();
+    setup.tiles = std::make_shared<desktop::TileLoader>(desktop::TileSources{
+        {tiles.server(map::Imagery::standard, 19), tiles.server(map::Imagery::satellite, 14)}});
+    return setup;
+}
+
+bool settle(const desktop::MapSetup& setup) {
+    return QTest::qWaitFor([&] { return !setup.tiles->isBusy(); });
 }
 
 void showAround(MapView& view, const Location& centre, double metres = 2000) {
@@ -120,10 +136,7 @@ TEST(MapView, OfflineMapShowsLandSeaAndFurniture) {
 
 TEST(MapView, TypesDifferAndFourIsHybrid) {
     support::LoopbackTiles tiles;
-    desktop::MapSetup setup = offline();
-    setup.tileServers = {tiles.server(map::Imagery::standard, 19),
-                         tiles.server(map::Imagery::satellite, 14)};
-    MapView view(std::move(setup));
+    MapView view(online(tiles));
     view.resize(600, 400);
     view.show();
     const map::Station station{"LSZA", {46.004, 8.911}};
@@ -179,9 +192,7 @@ TEST(MapView, TilesTakeTheBaseMapsPlaceAsTheyCome) {
                 ? support::LoopbackTiles::reply(support::LoopbackTiles::picture(request.path))
                 : support::LoopbackTiles::reply({}, {}, "404 Not Found"));
     };
-    desktop::MapSetup setup = offline();
-    setup.tileServers = {tiles.server(map::Imagery::standard, 19)};
-    MapView view(std::move(setup));
+    MapView view(online(tiles));
     view.resize(512, 384);
     view.show();
     const Location place{47, 8};
@@ -195,6 +206,50 @@ TEST(MapView, TilesTakeTheBaseMapsPlaceAsTheyCome) {
     EXPECT_NE(picture(view).pixelColor(30, 60), view.state().scheme.land);
     showAround(view, {49, 20}, 12'000);
     EXPECT_EQ(picture(view).pixelColor(30, 60), view.state().scheme.land);
+}
+
+TEST(MapView, ASelectionAsksOnlyForTilesThatAreShownInTheEnd) {
+    support::LoopbackTiles tiles;
+    const desktop::MapSetup setup = online(tiles);
+    MapView view(setup);
+    view.resize(600, 400);
+    view.show();
+    map::showPlace(view, {46.004, 8.911}, 0);
+    ASSERT_TRUE(settle(setup));
+    // The next one in another kind of map: centred, of that kind and near it, one after another.
+    for (const std::int64_t type : {1, 1, 0}) {
+        tiles.requests.clear();
+        map::showPlace(view, {48.35 + static_cast<double>(type), 11.79}, type);
+        ASSERT_TRUE(settle(setup));
+        std::set<std::string> shown;
+        for (const map::Tile& tile : view.state().tiles) {
+            shown.insert(
+                map::tileAddress(setup.tiles->servers()[*view.state().server].address, tile));
+        }
+        std::set<std::string> asked;
+        for (const auto& request : tiles.requests) {
+            asked.insert("http://127.0.0.1:" + std::to_string(tiles.serverPort()) +
+                         request.path.toStdString());
+        }
+        EXPECT_TRUE(std::ranges::includes(shown, asked));
+    }
+}
+
+TEST(MapView, SharesItsTilesWithOtherMaps) {
+    support::LoopbackTiles tiles;
+    const desktop::MapSetup setup = online(tiles);
+    MapView one(setup);
+    MapView other(setup);
+    for (MapView* view : {&one, &other}) {
+        view->resize(600, 400);
+        view->show();
+        showAround(*view, {47, 8});
+    }
+    const QImage outlines = picture(other);
+    ASSERT_TRUE(settle(setup));
+    EXPECT_EQ(tiles.requests.size(), one.state().tiles.size());
+    EXPECT_GT(difference(picture(other), outlines), 500);
+    EXPECT_EQ(picture(other), picture(one));
 }
 
 TEST(MapView, BearsAnyNumberOfStationsAnywhere) {

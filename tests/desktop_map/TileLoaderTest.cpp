@@ -3,13 +3,14 @@
 #include "tests/support/LoopbackTiles.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <QElapsedTimer>
+#include <QLocale>
 #include <QNetworkDiskCache>
 #include <QTest>
 #include <QTimer>
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <set>
 
 namespace {
@@ -17,6 +18,7 @@ namespace {
 using namespace std::chrono_literals;
 using desktop::TileLimits;
 using desktop::TileLoader;
+using desktop::TileWishes;
 using map::Tile;
 using support::LoopbackTiles;
 
@@ -28,10 +30,14 @@ const std::vector<Tile> someTiles{{3, 1, 2}, {3, 2, 2}, {3, 3, 2}, {3, 4, 2},
 
 class TileLoaderTest : public testing::Test {
 protected:
-    std::unique_ptr<TileLoader> loader(TileLimits limits = {}) {
-        return std::make_unique<TileLoader>(
-            std::vector{tiles_.server(map::Imagery::standard, 19)}, "Nosig/1.0",
-            QString::fromStdString((folder_ / "tiles").string()), limits, [this] { ++arrivals_; });
+    std::shared_ptr<TileLoader> loader(TileLimits limits = {}) {
+        auto loader = std::make_shared<TileLoader>(
+            desktop::TileSources{{tiles_.server(map::Imagery::standard, 19)},
+                                 "Nosig/1.0",
+                                 QString::fromStdString((folder_ / "tiles").string()),
+                                 limits});
+        wishes_ = std::make_unique<TileWishes>(loader, [this] { ++arrivals_; });
+        return loader;
     }
     /// Whether all that was asked for is answered, one way or the other.
     bool settle(const TileLoader& loader) {
@@ -41,14 +47,16 @@ protected:
     support::TemporaryFolder folder_;
     LoopbackTiles tiles_;
     int arrivals_ = 0;
+    /// Of the loader made last.
+    std::unique_ptr<TileWishes> wishes_;
 };
 
 TEST_F(TileLoaderTest, AsksOnceForWhatIsSeenAndSaysWhoAsks) {
     const auto loader = this->loader();
-    loader->want(0, someTiles);
-    loader->want(0, someTiles);
+    wishes_->want(0, someTiles);
+    wishes_->want(0, someTiles);
     ASSERT_TRUE(settle(*loader));
-    loader->want(0, someTiles);
+    wishes_->want(0, someTiles);
     ASSERT_TRUE(settle(*loader));
 
     EXPECT_EQ(tiles_.requests.size(), someTiles.size());
@@ -68,9 +76,16 @@ TEST_F(TileLoaderTest, AsksOnceForWhatIsSeenAndSaysWhoAsks) {
 }
 
 TEST_F(TileLoaderTest, ForgetsWhatIsNoLongerSeen) {
+    tiles_.answer = [this](QTcpSocket& socket, const LoopbackTiles::Request& request) {
+        if (request.path.startsWith("/standard/3/")) {
+            wishes_->want(0, {{5, 9, 9}});
+        }
+        socket.write(LoopbackTiles::reply(LoopbackTiles::picture(request.path)));
+    };
     const auto loader = this->loader();
-    loader->want(0, someTiles);
-    loader->want(0, {{5, 9, 9}});
+    // What is wanted for a moment only is not asked for at all.
+    wishes_->want(0, {{4, 1, 1}});
+    wishes_->want(0, someTiles);
     ASSERT_TRUE(settle(*loader));
     std::set<QByteArray> paths;
     for (const auto& request : tiles_.requests) {
@@ -100,7 +115,7 @@ TEST_F(TileLoaderTest, DiskCacheKeepsToTheServersWord) {
         const std::vector<Tile> tile{{10, ++number, 5}};
         for (int run = 0; run < 2; ++run) {
             const auto loader = this->loader();
-            loader->want(0, tile);
+            wishes_->want(0, tile);
             ASSERT_TRUE(settle(*loader));
             EXPECT_TRUE(loader->image(0, tile.front()));
         }
@@ -167,7 +182,7 @@ TEST_F(TileLoaderTest, BadTilesAreLeftOutAtABoundedCost) {
         const auto loader = this->loader({.bytes = 1 << 20});
         std::size_t asked = 0;
         for (int frame = 0; frame < 3; ++frame) {
-            loader->want(0, {{4, 5, 0}});
+            wishes_->want(0, {{4, 5, 0}});
             ASSERT_TRUE(settle(*loader));
             EXPECT_FALSE(loader->image(0, {4, 5, 0}));
             asked = frame == 0 ? tiles_.requests.size() : asked;
@@ -192,7 +207,7 @@ TEST_F(TileLoaderTest, TilesThatNeverEndAreGivenUp) {
         timer.start(5);
         const auto loader = this->loader({.time = 100ms, .serverPause = 1h});
         tiles_.requests.clear();
-        loader->want(0, someTiles);
+        wishes_->want(0, someTiles);
         ASSERT_TRUE(settle(*loader));
         EXPECT_EQ(arrivals_, 0);
         // A server that keeps the first ones waiting is not asked for the rest.
@@ -200,28 +215,167 @@ TEST_F(TileLoaderTest, TilesThatNeverEndAreGivenUp) {
     }
 }
 
+TEST_F(TileLoaderTest, ServersThatRefuseAreLeftAloneAsLongAsTheySayAtLeast) {
+    const auto dated = [](int seconds) {
+        return QLocale::c()
+            .toString(QDateTime::currentDateTimeUtc().addSecs(seconds),
+                      QStringLiteral("ddd, dd MMM yyyy hh:mm:ss 'GMT'"))
+            .toLatin1();
+    };
+    const struct {
+        const char* status;
+        QByteArray header;
+        std::chrono::seconds leftAlone;
+    } rows[] = {
+        {"400 Bad Request", {}, 30s},
+        {"401 Unauthorized", {}, 30s},
+        {"403 Forbidden", {}, 30s},
+        {"418 Teapot", {}, 30s},
+        {"429 Too Many Requests", {}, 30s},
+        {"500 Internal Server Error", {}, 30s},
+        {"503 Service Unavailable", "Retry-After: 5", 30s},
+        {"503 Service Unavailable", "Retry-After: 120", 120s},
+        {"403 Forbidden", "Retry-After: 99999999999999999999", 86'400s},
+        {"429 Too Many Requests", "Retry-After: " + dated(3600), 3600s},
+        {"429 Too Many Requests", "Retry-After: " + dated(-3600), 30s},
+        {"429 Too Many Requests", "Retry-After: " + dated(864'000), 86'400s},
+        // By the server's clock.
+        {"503 Service Unavailable",
+         "Retry-After: Sun, 06 Nov 1994 08:51:37 GMT\r\nDate: Sun, 06 Nov 1994 08:49:37 GMT", 120s},
+        {"503 Service Unavailable", "Retry-After: -5", 30s},
+        {"503 Service Unavailable", "Retry-After: soon", 30s},
+        {"404 Not Found", "Retry-After: 120", 0s},
+        {"410 Gone", {}, 0s},
+    };
+    std::vector<Tile> hundred;
+    for (int i = 0; i < 100; ++i) {
+        hundred.push_back({10, i % 10, i / 10});
+    }
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.status + (" " + row.header).toStdString());
+        tiles_.answer = [&](QTcpSocket& socket, const LoopbackTiles::Request&) {
+            socket.write(LoopbackTiles::reply({}, row.header.isEmpty() ? "" : row.header + "\r\n",
+                                              row.status));
+        };
+        tiles_.requests.clear();
+        const auto loader = this->loader();
+        wishes_->want(0, hundred);
+        ASSERT_TRUE(settle(*loader));
+        wishes_->want(0, someTiles);
+        ASSERT_TRUE(settle(*loader));
+        // Only what was under way at once is refused.
+        EXPECT_EQ(tiles_.requests.size(), row.leftAlone > 0s ? 4U : 108U);
+        EXPECT_LE(loader->leftAloneFor(0), row.leftAlone);
+        EXPECT_GE(loader->leftAloneFor(0), row.leftAlone - 10s);
+    }
+}
+
+TEST_F(TileLoaderTest, ServersThatGoOnRefusingAreLeftAloneForLongerAndLonger) {
+    bool refuses = true;
+    tiles_.answer = [&](QTcpSocket& socket, const LoopbackTiles::Request& request) {
+        socket.write(refuses ? LoopbackTiles::reply({}, {}, "403 Forbidden")
+                             : LoopbackTiles::reply(LoopbackTiles::picture(request.path)));
+    };
+    const auto loader = this->loader({.serverPause = 20ms, .longestPause = 320ms});
+    std::chrono::milliseconds longest = 0ms;
+    const auto isLeftAloneFor = [&](std::chrono::milliseconds time) {
+        longest = std::max(longest, loader->leftAloneFor(0));
+        return longest > time;
+    };
+    // 20, 40, 80, 160, 320 and never longer.
+    wishes_->want(0, someTiles);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return isLeftAloneFor(160ms); }, patience));
+    const std::size_t asked = tiles_.requests.size();
+    EXPECT_LE(asked, 5U * 4);
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return !isLeftAloneFor(320ms) && tiles_.requests.size() >= asked + 4; }, patience));
+    EXPECT_LE(longest, 320ms);
+    // Once it has given a tile, it is as if it had never refused.
+    refuses = false;
+    ASSERT_TRUE(QTest::qWaitFor([&] { return arrivals_ == 8; }, patience));
+    refuses = true;
+    wishes_->want(0, {{5, 9, 9}});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return loader->leftAloneFor(0) > 0ms; }, patience));
+    EXPECT_LE(loader->leftAloneFor(0), 20ms);
+}
+
+TEST_F(TileLoaderTest, ViewsShareOneLoaderEachInItsTurn) {
+    std::size_t held = 0;
+    std::vector<std::function<void()>> replies;
+    tiles_.answer = [&](QTcpSocket& socket, const LoopbackTiles::Request& request) {
+        held = std::max(held, replies.size() + 1);
+        replies.push_back([&socket, path = request.path] {
+            socket.write(LoopbackTiles::reply(LoopbackTiles::picture(path)));
+        });
+    };
+    const auto loader = this->loader();
+    std::map<char, int> arrivals;
+    const auto view = [&](char name, const std::vector<Tile>& tiles) {
+        auto wishes = std::make_unique<TileWishes>(loader, [&arrivals, name] { ++arrivals[name]; });
+        wishes->want(0, tiles);
+        return wishes;
+    };
+    const auto first = view('1', someTiles);
+    const auto second = view('2', {{5, 9, 9}, someTiles[0]});
+    auto third = view('3', {{6, 1, 1}, {6, 1, 2}});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return replies.size() == 4; }, patience));
+    QSet<QByteArray> paths;
+    for (const auto& request : tiles_.requests) {
+        paths.insert(request.path);
+    }
+    EXPECT_EQ(paths, (QSet<QByteArray>{"/standard/3/1/2", "/standard/5/9/9", "/standard/6/1/1",
+                                       "/standard/3/2/2"}));
+    // What was not yet asked for when its view went is not asked for any more.
+    third.reset();
+    while (loader->isBusy()) {
+        for (const auto& reply : std::exchange(replies, {})) {
+            reply();
+        }
+        QTest::qWait(0);
+    }
+    EXPECT_EQ(held, 4U);
+    EXPECT_EQ(tiles_.requests.size(), someTiles.size() + 2);
+    EXPECT_EQ(arrivals, (std::map<char, int>{{'1', 8}, {'2', 2}}));
+}
+
+TEST_F(TileLoaderTest, MemoryHoldsWhatAllViewsShowTogether) {
+    tiles_.answer = [](QTcpSocket& socket, const LoopbackTiles::Request& request) {
+        socket.write(LoopbackTiles::reply(LoopbackTiles::picture(request.path, {512, 512}),
+                                          "Cache-Control: no-store\r\n"));
+    };
+    const auto loader = this->loader({.kibibytes = 1});
+    wishes_->want(0, {someTiles.begin(), someTiles.begin() + 4});
+    auto other = std::make_unique<TileWishes>(loader, [] {});
+    other->want(0, {someTiles.begin() + 4, someTiles.end()});
+    ASSERT_TRUE(settle(*loader));
+    EXPECT_EQ(tiles_.requests.size(), 8U);
+    const auto here = [&] {
+        return std::ranges::count_if(someTiles,
+                                     [&](const Tile& tile) { return loader->image(0, tile); });
+    };
+    EXPECT_EQ(here(), 8);
+    other.reset();
+    wishes_->want(0, {});
+    ASSERT_TRUE(settle(*loader));
+    EXPECT_EQ(here(), 0);
+}
+
 TEST_F(TileLoaderTest, UnreachableServersAreAskedAgainLater) {
     const quint16 port = tiles_.serverPort();
     const auto loader = this->loader({.serverPause = 20ms});
     tiles_.close();
-    loader->want(0, someTiles);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return arrivals_ > 0; }, patience));
-    EXPECT_FALSE(loader->image(0, someTiles.front()));
-
+    wishes_->want(0, someTiles);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return loader->leftAloneFor(0) > 0ms; }, patience));
     ASSERT_TRUE(tiles_.listen(QHostAddress::LocalHost, port));
-    ASSERT_TRUE(QTest::qWaitFor(
-        [&] {
-            loader->want(0, someTiles);
-            return loader->image(0, someTiles.front()) != nullptr;
-        },
-        patience));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return arrivals_ == 8; }, patience));
 }
 
 TEST_F(TileLoaderTest, EndsWithTilesUnderWay) {
     tiles_.answer = [](QTcpSocket&, const LoopbackTiles::Request&) {};
     auto loader = this->loader();
-    loader->want(0, someTiles);
+    wishes_->want(0, someTiles);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !tiles_.requests.empty(); }, patience));
+    wishes_.reset();
     loader.reset();
     EXPECT_EQ(arrivals_, 0);
 }

@@ -24,12 +24,11 @@ void startToolkit() {
 
 desktop::MapSetup setup(const LoopbackTiles& tiles, bool withTiles) {
     desktop::MapSetup setup;
-    setup.userAgent = "Nosig/test";
     setup.baseMap = QStringLiteral(NOSIG_SOURCE_DIR "/resources/map/world.map");
-    setup.tileServers.clear();
     if (withTiles) {
-        setup.tileServers = {tiles.server(map::Imagery::standard, 19),
-                             tiles.server(map::Imagery::satellite, 14)};
+        setup.tiles = std::make_shared<desktop::TileLoader>(desktop::TileSources{
+            {tiles.server(map::Imagery::standard, 19), tiles.server(map::Imagery::satellite, 14)},
+            "Nosig/test"});
     }
     return setup;
 }

@@ -20,7 +20,6 @@ namespace support {
 struct RunningProgram {
     void start() {
         desktop::MapSetup map;
-        map.tileServers.clear();
         map.baseMap = QStringLiteral(NOSIG_SOURCE_DIR "/resources/map/world.map");
         windows.emplace(fake.host, map, desktop::pathText((fake.folder / "windows.ini").string()));
         windows->delegate().applicationDidFinishLaunching();
