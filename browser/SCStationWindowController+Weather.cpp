@@ -5,10 +5,14 @@
 #include <variant>
 
 void SCStationWindowController::requestWeather(StationArray stations, const std::string& metarText,
-                                               const std::string& tafText) {
+                                               const std::string& tafText, Freshness freshness) {
     // A grabber whose replies are still to come is released, not stopped: what it delivers goes
-    // into the new texts; intended.
+    // into the new texts; intended. But it no longer keeps the new one waiting.
+    if (wGrabber) {
+        wGrabber->supersede();
+    }
     wGrabber = SCWeatherGrabber::init(host_);
+    wGrabber->revalidates = freshness == Freshness::revalidated;
     inWorkMetarString_.clear();
     inWorkTafString_.clear();
     if (outlets.metarBackField) {
@@ -32,7 +36,7 @@ StationArray SCStationWindowController::selectedAndFavorites() const {
 
 void SCStationWindowController::requestSelectedWeather() {
     if (selectedStation) {
-        requestWeather(selectedAndFavorites(), "", "");
+        requestWeather(selectedAndFavorites(), "", "", Freshness::revalidated);
     }
 }
 

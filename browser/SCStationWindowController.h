@@ -185,8 +185,10 @@ private:
     [[nodiscard]] FavoritesFile::Identifiers favoriteIdentifiers() const;
     [[nodiscard]] StationArray selectedAndFavorites() const;
     void updateWeather();
+    /// Whether a kept reply will do, or the server is asked whether it still holds.
+    enum class Freshness { asKept, revalidated };
     void requestWeather(StationArray stations, const std::string& metarText,
-                        const std::string& tafText);
+                        const std::string& tafText, Freshness freshness = Freshness::asKept);
     // These observe, on whatever thread, and hand the text over to the handlers below them.
     void updateMetarString(const platform::Notification& notification);
     void sealMetarString(const platform::Notification& notification);

@@ -276,6 +276,26 @@ TEST_F(Favourites, ASelectionFetchesItsWeatherAndShowsItWhenTheMetarsAreComplete
     EXPECT_EQ(window.tafBackFiled.text, "");
 }
 
+TEST_F(Favourites, OnlyTheLastRequestIsNotYieldingAndOnlyFetchAgainRevalidates) {
+    const auto states = [this] {
+        std::string text;
+        for (const auto& request : host.urlSessions.requests()) {
+            const bool yields = request.superseded && *request.superseded;
+            text += std::string(yields ? "y" : "-") + (request.revalidates ? "r " : "- ");
+        }
+        return text;
+    };
+    EXPECT_EQ(states(), "-- -- ");
+    window.table.selectRow(0);
+    EXPECT_EQ(states(), "y- y- -- -- ");
+    controller->requestSelectedWeather();
+    EXPECT_EQ(states(), "y- y- y- y- -r -r ");
+    controller->favMenuItem();
+    switchFavoriteWeatherOn();
+    host.timers.fire();
+    EXPECT_EQ(states(), "y- y- y- y- yr yr -- -- ");
+}
+
 TEST_F(Favourites, FavoriteWeatherListsTheSelectedStationThenTheFavorites) {
     controller->favMenuItem(); // KDEN
     switchFavoriteWeatherOn();
