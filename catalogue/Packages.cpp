@@ -5,6 +5,8 @@
 #include "platform/KeyedUnarchiver.h"
 #include "slib/SupportLibCat.h"
 
+#include <new>
+
 namespace catalogue {
 
 const platform::ClassTable& archivedClasses() {
@@ -18,9 +20,12 @@ const platform::ClassTable& archivedClasses() {
     return classes;
 }
 
-std::shared_ptr<AviationWeatherStationCollection> readPackage(const std::filesystem::path& path) {
+std::shared_ptr<AviationWeatherStationCollection>
+readPackage(const std::filesystem::path& path) try {
     return platform::objectOf<AviationWeatherStationCollection>(
         platform::KeyedUnarchiver::unarchiveFile(path, archivedClasses()).root);
+} catch (const std::bad_alloc&) {
+    return nullptr;
 }
 
 std::string packagePath(const std::string& path) {

@@ -16,7 +16,8 @@ namespace catalogue {
 /// The classes of this folder, for reading archives of them.
 [[nodiscard]] const platform::ClassTable& archivedClasses();
 
-/// The collection in a package file; null when the file is missing, broken, or holds anything else.
+/// The collection in a package file; null when the file is missing, broken, holds anything else or
+/// more than memory does.
 [[nodiscard]] std::shared_ptr<AviationWeatherStationCollection>
 readPackage(const std::filesystem::path& path);
 

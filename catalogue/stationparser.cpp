@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -98,7 +99,7 @@ void stationparser::main() {
     center_.post({StationParseDone, {}, nullptr});
 }
 
-void stationparser::parse() {
+void stationparser::parse() try {
     auto stations = std::make_shared<StationArray>();
     std::string_view text = masterString ? std::string_view(*masterString) : std::string_view();
     text = text.substr(0, text.find('\0'));
@@ -114,6 +115,8 @@ void stationparser::parse() {
     } else {
         stationArray_.store(std::move(stations));
     }
+} catch (const std::bad_alloc&) {
+    error_ = true;
 }
 
 void stationparser::walk(std::string_view text, StationArray& stations) {

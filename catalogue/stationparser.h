@@ -39,11 +39,12 @@ public:
     [[nodiscard]] std::shared_ptr<StationArray> stationArray() const {
         return stationArray_.load();
     }
-    /// A collection whose `stations` is that very array; null when the text was too short.
+    /// A collection whose `stations` is that very array; null when the text was too short or memory
+    /// ran out.
     [[nodiscard]] std::shared_ptr<AviationWeatherStationCollection> theCollection() const {
         return theCollection_.load();
     }
-    /// The text ended in the middle of something.
+    /// The text ended in the middle of something, or memory ran out: there is no collection then.
     [[nodiscard]] bool error() const { return error_; }
 
     /// Parses, then posts the notification.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/KeyedArchiver.h"
 
+#include "platform/ArchiveCosts.h"
 #include "platform/BinaryPropertyList.h"
 #include "platform/BinaryPropertyListWriter.h"
 #include "platform/Files.h"
@@ -10,6 +11,7 @@
 #include <array>
 #include <limits>
 #include <memory>
+#include <new>
 #include <utility>
 
 namespace platform {
@@ -88,6 +90,7 @@ struct KeyedArchiver::State {
     std::vector<Ref> elements;
     int depth = 0;
     std::uint64_t textBytes = 0;
+    std::uint64_t readersCost = 0;
     bool isRefused = false;
 
     std::uint32_t newSlot() {
@@ -251,6 +254,7 @@ struct KeyedArchiver::State {
     template <typename Container>
     std::uint32_t slotOfList(const std::shared_ptr<Container>& container, const ClassNames& names) {
         return shared(container, [&](std::uint32_t slot) {
+            readersCost += costs::container + costs::element * container->elements.size();
             writeRecord(slot, names, [&] {
                 add("NS.objects", uidArray(container->elements,
                                            [this](const Value& value) { return slotOf(value); }));
@@ -295,6 +299,7 @@ struct KeyedArchiver::State {
     }
     std::uint32_t slotOfHeld(const std::shared_ptr<Dictionary>& dictionary) {
         return shared(dictionary, [&](std::uint32_t slot) {
+            readersCost += costs::container + costs::entry * dictionary->entries.size();
             const auto& names = dictionary->isMutable ? mutableDictionaryClass : dictionaryClass;
             writeRecord(slot, names, [&] {
                 add("NS.keys", uidArray(dictionary->entries, [this](const auto& entry) {
@@ -308,6 +313,7 @@ struct KeyedArchiver::State {
     }
     std::uint32_t slotOfHeld(const std::shared_ptr<Archivable>& object) {
         return shared(object, [&](std::uint32_t slot) {
+            readersCost += costs::object;
             writeRecord(slot, object->archivedClass(), [&] {
                 KeyedArchiver coder(*this);
                 object->encodeWithCoder(coder);
@@ -318,7 +324,7 @@ struct KeyedArchiver::State {
 
 KeyedArchiver::KeyedArchiver(State& state) : state_(state) {}
 
-std::optional<Data> KeyedArchiver::archivedData(const Value& root) {
+std::optional<Data> KeyedArchiver::archivedData(const Value& root) try {
     State state;
     auto& list = state.list;
     const auto slot = state.slotOf(root);
@@ -337,15 +343,22 @@ std::optional<Data> KeyedArchiver::archivedData(const Value& root) {
     const std::array values{entries[1], entries[3], top, objects};
     auto data = list.finish(keys, values);
     // A reader counts each text as often as it is referred to, and up to twice its length.
-    if (!data || 2 * state.textBytes > plist::contentLimit(data->size())) {
+    const auto readersCost = state.readersCost + costs::slot * state.slots.size() +
+                             costs::archivedClass * state.classes.size();
+    if (!data || 2 * state.textBytes > plist::contentLimit(data->size()) ||
+        readersCost > costs::limit(data->size())) {
         return {};
     }
     return data;
+} catch (const std::bad_alloc&) {
+    return {};
 }
 
-bool KeyedArchiver::archiveRootObject(const Value& root, const std::filesystem::path& path) {
+bool KeyedArchiver::archiveRootObject(const Value& root, const std::filesystem::path& path) try {
     const auto data = archivedData(root);
     return data && !replaceFile(path, *data);
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 void KeyedArchiver::encodeObject(const Value& value, std::string_view key) {

@@ -22,8 +22,9 @@ class KeyedArchiver {
 public:
     /// The archive of `root`, or nothing when the root is absent or the graph is one that
     /// `KeyedUnarchiver` would refuse: over 2 GiB, nested beyond its depth, a record of more keys
-    /// than it takes, or so many repetitions of long texts that each reader's copies of them come
-    /// to more than 32 MiB and twice the file.
+    /// than it takes, so many repetitions of long texts that each reader's copies of them come to
+    /// more than 32 MiB and twice the file, or of containers' elements that they come to more
+    /// than its memory. Nothing as well where memory runs out.
     [[nodiscard]] static std::optional<Data> archivedData(const Value& root);
     /// Writes the archive to a new file and renames it over `path`. False when nothing was
     /// written; a file that stood there is then untouched.

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <limits>
+#include <new>
 #include <utility>
 
 namespace platform {
@@ -14,7 +15,19 @@ using plist::Kind;
 
 static_assert(KeyedUnarchiver::sizeLimit == plist::sizeLimit);
 
-Unarchived KeyedUnarchiver::unarchive(std::span<const std::byte> bytes, const ClassTable& classes) {
+namespace {
+
+Unarchived outOfMemory() {
+    Unarchived failed;
+    // Short enough to need no memory itself.
+    failed.fault = "Out of memory.";
+    return failed;
+}
+
+} // namespace
+
+Unarchived KeyedUnarchiver::unarchive(std::span<const std::byte> bytes,
+                                      const ClassTable& classes) try {
     Unarchived failed;
     const auto list = plist::Reader::open(bytes, failed.fault);
     if (!list) {
@@ -23,10 +36,12 @@ Unarchived KeyedUnarchiver::unarchive(std::span<const std::byte> bytes, const Cl
     State state(*list, classes);
     state.readRoot();
     return std::move(state.result);
+} catch (const std::bad_alloc&) {
+    return outOfMemory();
 }
 
 Unarchived KeyedUnarchiver::unarchiveFile(const std::filesystem::path& path,
-                                          const ClassTable& classes) {
+                                          const ClassTable& classes) try {
     if (const auto bytes = readFile(path, sizeLimit)) {
         return unarchive(*bytes, classes);
     }
@@ -34,6 +49,8 @@ Unarchived KeyedUnarchiver::unarchiveFile(const std::filesystem::path& path,
     failed.fault =
         fileExists(path) ? "The file cannot be read or is too large." : "The file does not exist.";
     return failed;
+} catch (const std::bad_alloc&) {
+    return outOfMemory();
 }
 
 KeyedUnarchiver::KeyedUnarchiver(State& state) : state_(state) {}

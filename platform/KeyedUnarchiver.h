@@ -25,9 +25,11 @@ struct Unarchived {
 };
 
 /// Reads keyed archives in binary property lists, written by any program, and trusts no number in
-/// them: memory and time are bounded by the size of the file. A file that is broken as a file
-/// gives nothing at all; a field that is absent, or of a kind that cannot be what is asked for,
-/// reads as empty (0, false, nothing) and the rest of the object is still read.
+/// them: time is bounded by the size of the file, and memory beside the file itself by 192 MiB and
+/// twelve times that size, of which what programs write takes about a third. A file that would
+/// take more, or more than there is, or that is broken as a file gives nothing at all; a field that
+/// is absent, or of a kind that cannot be what is asked for, reads as empty (0, false, nothing) and
+/// the rest of the object is still read.
 ///
 /// Each slot's object is made once, so that sharing survives. An object that contains itself reads
 /// as absent at that point. Bytes that are not valid text become U+FFFD. Elements that cannot be

@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <new>
 #include <thread>
 #include <utility>
 
@@ -33,9 +34,16 @@ struct OperationQueue::State {
             waiting.erase(next);
             isRunning = true;
             lock.unlock();
-            operation->main();
-            if (const auto completed = std::exchange(operation->completionBlock, {})) {
-                completed();
+            // Running out of memory ends what ran, not the program.
+            try {
+                operation->main();
+            } catch (const std::bad_alloc&) {
+            }
+            try {
+                if (const auto completed = std::exchange(operation->completionBlock, {})) {
+                    completed();
+                }
+            } catch (const std::bad_alloc&) {
             }
             operation.reset();
             lock.lock();

@@ -14,7 +14,7 @@ public:
     Operation(const Operation&) = delete;
     Operation& operator=(const Operation&) = delete;
 
-    /// Must not throw.
+    /// Must not throw, but that running out of memory ends the operation, as it ends a completion.
     virtual void main() = 0;
 
     /// Asks `main` to end early, which looks at it where its own contract says so. Any thread.

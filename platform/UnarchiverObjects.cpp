@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/UnarchiverState.h"
 
+#include "platform/ArchiveCosts.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -122,6 +124,9 @@ Value KeyedUnarchiver::State::newObject() {
     case ClassKind::unknown:
         return {};
     case ClassKind::factory: {
+        if (!take(costs::object, memoryLeft)) {
+            return {};
+        }
         auto made = (*record.archivedClass->factory)(coder);
         return made ? Value(std::move(made)) : Value();
     }
@@ -178,7 +183,8 @@ Value KeyedUnarchiver::State::newURL() {
 template <typename Container>
 Value KeyedUnarchiver::State::newList(bool isMutable) {
     const auto uids = field(record, "NS.objects", Kind::array);
-    if (uids.kind == Kind::absent || !take(uids.count, entriesLeft)) {
+    if (uids.kind == Kind::absent ||
+        !take(costs::container + costs::element * uids.count, memoryLeft)) {
         return {};
     }
     auto container = std::make_shared<Container>();
@@ -202,7 +208,7 @@ Value KeyedUnarchiver::State::newDictionary(bool isMutable) {
     const auto keys = field(record, "NS.keys", Kind::array);
     const auto values = field(record, "NS.objects", Kind::array);
     if (keys.kind != values.kind || keys.kind == Kind::absent || keys.count != values.count ||
-        !take(2 * std::uint64_t{keys.count}, entriesLeft)) {
+        !take(costs::container + costs::entry * keys.count, memoryLeft)) {
         return {};
     }
     auto dictionary = std::make_shared<Dictionary>();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/UnarchiverState.h"
 
+#include "platform/ArchiveCosts.h"
 #include "platform/Text.h"
 
 #include <fmt/format.h>
@@ -36,8 +37,9 @@ KeyedUnarchiver::State::State(const plist::Reader& reader, const ClassTable& kno
     : list(reader),
       classTable(known),
       coder(*this),
-      entriesLeft(reader.byteCount() + 65536),
-      contentLeft(plist::contentLimit(reader.byteCount())) {}
+      keysLeft(reader.byteCount() + 65536),
+      contentLeft(plist::contentLimit(reader.byteCount())),
+      memoryLeft(costs::limit(reader.byteCount())) {}
 
 void KeyedUnarchiver::State::readRoot() {
     Record top = recordOf(element(list.topObject()));
@@ -63,6 +65,9 @@ void KeyedUnarchiver::State::readRoot() {
     const auto root = field(rootKeys, "root", Kind::uid);
     if (root.kind == Kind::absent) {
         return breakOff("The archive names no root object.");
+    }
+    if (!take(costs::slot * table.count, memoryLeft)) {
+        return;
     }
     slotStates.resize(table.count);
     result.root = object(slotOf(root));
@@ -117,31 +122,40 @@ std::string KeyedUnarchiver::State::text(const Element& element) {
 }
 
 KeyedUnarchiver::State::Record KeyedUnarchiver::State::recordOf(const Element& dictionary) {
-    return {dictionary, layoutOf(dictionary), nullptr, 0, 0, 0};
-}
-
-RecordLayout* KeyedUnarchiver::State::layoutOf(const Element& dictionary) {
+    constexpr std::size_t mostKept = 1024;
+    Record made{dictionary};
     if (dictionary.kind != Kind::dictionary || dictionary.count > keyLimit) {
-        return nullptr;
+        return made;
     }
     const auto bytes = list.referenceBytes(dictionary);
     if (const auto known = layouts.find(bytes); known != layouts.end()) {
-        return &known->second;
+        made.layout = &known->second;
+    } else if (auto keys = keysOf(dictionary)) {
+        if (layouts.size() < mostKept) {
+            made.layout = &layouts.emplace(bytes, std::move(*keys)).first->second;
+        } else {
+            made.ownLayout = std::make_unique<RecordLayout>(std::move(*keys));
+            made.layout = made.ownLayout.get();
+        }
     }
-    // A layout takes memory even without keys, and a record may be made of very few bytes.
-    if (!take(dictionary.count + 16, entriesLeft)) {
-        return nullptr;
+    return made;
+}
+
+std::optional<std::vector<std::string>> KeyedUnarchiver::State::keysOf(const Element& dictionary) {
+    // Looking takes time even without keys, and a record may be made of very few bytes.
+    if (!take(dictionary.count + 16, keysLeft)) {
+        return {};
     }
     std::vector<std::string> keys;
     for (std::size_t i = 0; i < dictionary.count; ++i) {
         const Element key = element(list.reference(dictionary, i));
         if (!key.isText()) {
             breakOff("The property list has a dictionary whose keys are not text.");
-            return nullptr;
+            return {};
         }
         keys.push_back(text(key));
     }
-    return &layouts.emplace(bytes, std::move(keys)).first->second;
+    return keys;
 }
 
 Element KeyedUnarchiver::State::field(Record& from, std::string_view key) {
@@ -220,9 +234,13 @@ const KeyedUnarchiver::State::ArchivedClass& KeyedUnarchiver::State::classOf(Rec
     const auto place = object.layout->classPlace();
     const auto slot = place ? slotOf(fieldAt(object, *place)) : 0;
     const auto known = classes.find(slot);
-    return known != classes.end()
-               ? known->second
-               : classes.emplace(slot, readClass(slotElement(slot))).first->second;
+    if (known != classes.end()) {
+        return known->second;
+    }
+    static const ArchivedClass unknown;
+    return take(costs::archivedClass, memoryLeft)
+               ? classes.emplace(slot, readClass(slotElement(slot))).first->second
+               : unknown;
 }
 
 KeyedUnarchiver::State::ArchivedClass KeyedUnarchiver::State::readClass(const Element& element) {
@@ -263,7 +281,7 @@ KeyedUnarchiver::State::ArchivedClass KeyedUnarchiver::State::readClass(const El
         return found;
     }
     const auto names = field(classRecord, "$classes", Kind::array);
-    if (names.kind == Kind::array && take(names.count, entriesLeft)) {
+    if (names.kind == Kind::array && take(names.count, keysLeft)) {
         for (std::size_t i = 0; i < names.count; ++i) {
             const Element ancestor = this->element(list.reference(names, i));
             if (ancestor.isText() && recognise(ancestor)) {

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -69,6 +70,8 @@ struct KeyedUnarchiver::State {
         plist::Element fields;
         /// Null where the dictionary cannot be a record: it has no fields then.
         RecordLayout* layout = nullptr;
+        /// The layout, where it is not one of those that are kept.
+        std::unique_ptr<RecordLayout> ownLayout = nullptr;
         const ArchivedClass* archivedClass = nullptr;
         std::size_t place = 0;
         std::size_t turn = 0;
@@ -85,7 +88,7 @@ struct KeyedUnarchiver::State {
     void breakOffAt(std::uint64_t object);
     /// Counts the field at hand as misread.
     void misread(std::string_view reason);
-    /// Takes from one of the two allowances; breaks off when it is used up.
+    /// Takes from one of the allowances; breaks off when it is used up.
     [[nodiscard]] bool take(std::uint64_t amount, std::uint64_t& allowance);
 
     /// One object of the list; breaks off when it is broken.
@@ -98,7 +101,8 @@ struct KeyedUnarchiver::State {
     }
     [[nodiscard]] std::string text(const plist::Element& element);
     [[nodiscard]] Record recordOf(const plist::Element& dictionary);
-    [[nodiscard]] RecordLayout* layoutOf(const plist::Element& dictionary);
+    /// The keys of a dictionary that may be a record.
+    [[nodiscard]] std::optional<std::vector<std::string>> keysOf(const plist::Element& dictionary);
     /// Absent as well, in the second form, when the field is of another kind.
     [[nodiscard]] plist::Element field(Record& from, std::string_view key);
     [[nodiscard]] plist::Element field(Record& from, std::string_view key, plist::Kind kind);
@@ -141,14 +145,17 @@ struct KeyedUnarchiver::State {
     /// Of each slot whether its object was made, or its place in `objects`.
     std::vector<std::uint32_t> slotStates;
     std::vector<Value> objects;
-    /// By the bytes of the references to the keys, and by the slot of the class.
+    /// By the bytes of the references to the keys, not beyond a number; and by the slot of the
+    /// class.
     std::map<std::string_view, RecordLayout> layouts;
     std::map<std::uint32_t, ArchivedClass> classes;
     Record record;
     int depth = 0;
-    /// Allowances in proportion to the file: what many records share could multiply without end.
-    std::uint64_t entriesLeft;
+    /// Allowances in proportion to the file, as what many records share could multiply without
+    /// end: for keys looked at, for bytes of texts and data, and for memory beside these.
+    std::uint64_t keysLeft;
     std::uint64_t contentLeft;
+    std::uint64_t memoryLeft;
 };
 
 } // namespace platform

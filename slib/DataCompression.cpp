@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 #include <span>
 #include <utility>
 
@@ -15,6 +16,20 @@ using Block = std::shared_ptr<const platform::Data>;
 
 /// zlib counts what it is given in 32 bits, so a longer block is given in pieces.
 constexpr std::size_t longestPiece = std::numeric_limits<uInt>::max();
+
+/// Ends a stream of zlib with its owner.
+template <int (*end)(z_stream*)>
+class Stream {
+public:
+    Stream() = default;
+    Stream(const Stream&) = delete;
+    Stream& operator=(const Stream&) = delete;
+    ~Stream() { end(&stream_); }
+    z_stream& operator*() { return stream_; }
+
+private:
+    z_stream stream_{};
+};
 
 /// Gives zlib the next piece of input once it has used up the last one.
 void feed(z_stream& stream, std::span<const std::byte>& input) {
@@ -45,12 +60,13 @@ Block cut(platform::Data output, std::size_t length) {
 
 } // namespace
 
-Block zlibDeflate(const Block& block) {
+Block zlibDeflate(const Block& block) try {
     if (!block || block->empty()) {
         return block;
     }
     constexpr std::size_t growth = 16384;
-    z_stream stream{};
+    Stream<deflateEnd> owner;
+    z_stream& stream = *owner;
     if (deflateInit(&stream, Z_DEFAULT_COMPRESSION) != Z_OK) {
         return nullptr;
     }
@@ -65,20 +81,22 @@ Block zlibDeflate(const Block& block) {
         const int flush = input.empty() ? Z_FINISH : Z_NO_FLUSH;
         produce(stream, output, produced, [&] { return deflate(&stream, flush); });
     } while (stream.avail_out == 0 || !input.empty());
-    deflateEnd(&stream);
     return cut(std::move(output), produced);
+} catch (const std::bad_alloc&) {
+    return nullptr;
 }
 
-Block zlibInflate(const Block& block) {
+Block zlibInflate(const Block& block, std::size_t limit) try {
     if (!block || block->empty()) {
         return block;
     }
-    z_stream stream{};
+    Stream<inflateEnd> owner;
+    z_stream& stream = *owner;
     if (inflateInit(&stream) != Z_OK) {
         return nullptr;
     }
     // One byte beyond the limit shows that a block exceeds it.
-    constexpr std::size_t mostRoom = zlibInflateLimit + 1;
+    const std::size_t mostRoom = limit + 1;
     const std::size_t half = block->size() / 2;
     platform::Data output(std::min(block->size() + half, mostRoom));
     std::size_t produced = 0;
@@ -91,6 +109,7 @@ Block zlibInflate(const Block& block) {
         feed(stream, input);
         result = produce(stream, output, produced, [&] { return inflate(&stream, Z_SYNC_FLUSH); });
     }
-    const bool isWhole = result == Z_STREAM_END && produced <= zlibInflateLimit;
-    return inflateEnd(&stream) == Z_OK && isWhole ? cut(std::move(output), produced) : nullptr;
+    return result == Z_STREAM_END && produced <= limit ? cut(std::move(output), produced) : nullptr;
+} catch (const std::bad_alloc&) {
+    return nullptr;
 }

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/Packages.h"
+#include "catalogue/ListFile.h"
+#include "catalogue/stationparser.h"
 #include "platform/KeyedArchiver.h"
 #include "platform/KeyedUnarchiver.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/ScarceMemory.h"
 #include "tests/support/Stations.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -107,6 +111,29 @@ TEST(Packages, SurviveEveryCutAndEveryChangedByte) {
         }
         bytes[at] ^= change;
     }
+}
+
+TEST(Packages, MemoryThatRunsOutLeavesNothingHalfRead) {
+    const support::TemporaryFolder folder;
+    const auto path = folder / "a.STNPKG";
+    ASSERT_TRUE(platform::KeyedArchiver::archiveRootObject(twentyStations(), path));
+    const auto isNothing = [](const auto& result) { EXPECT_FALSE(result); };
+    EXPECT_GT(support::starve([&] { return catalogue::readPackage(path); }, isNothing), 50U);
+
+    const auto list = folder.write(
+        "list", "!\r\n\r\nREGION OF LONG NAME 1\r\nZZ S\u00C3O PAULO        SBSP  SAO   83780  "
+                "23 32S  046 38W  802   X     T          7 BR\r\n");
+    EXPECT_GT(support::starve([&] { return catalogue::readList(list); }, isNothing), 2U);
+    support::FakeHost host;
+    const auto parser = stationparser::initWithNSString(host.notificationCenter, host.log,
+                                                        catalogue::readListFile(list));
+    EXPECT_GT(support::starve(
+                  [&] {
+                      parser->parse();
+                      return parser->theCollection();
+                  },
+                  isNothing),
+              1U);
 }
 
 TEST(Packages, ReadAnotherWritersStation) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "slib/DataCompression.h"
+#include "tests/support/ScarceMemory.h"
 
 #include <gtest/gtest.h>
 
@@ -51,10 +52,30 @@ TEST(DataCompression, BrokenStreamsGiveNothing) {
     EXPECT_FALSE(zlibInflate(blockOf(corrupt)));
 }
 
-TEST(DataCompression, ABombIsNotInflated) {
-    const Block bomb = zlibDeflate(blockOf(platform::Data(zlibInflateLimit + 1)));
-    ASSERT_LT(bomb->size(), zlibInflateLimit / 1000);
-    EXPECT_FALSE(zlibInflate(bomb));
+TEST(DataCompression, InflatesUpToTwoGibibytesButNoFurther) {
+    static_assert(zlibInflateLimit == std::size_t{1} << 31);
+    const std::size_t length = (std::size_t{256} << 20) + 1;
+    const Block deflated = zlibDeflate(blockOf(platform::Data(length)));
+    ASSERT_LT(deflated->size(), length / 1000);
+    const Block inflated = zlibInflate(deflated, length);
+    ASSERT_TRUE(inflated);
+    EXPECT_EQ(inflated->size(), length);
+    EXPECT_FALSE(zlibInflate(deflated, length - 1));
+}
+
+TEST(DataCompression, MemoryThatRunsOutGivesNothing) {
+    const Block block = blockOf(noise(200'000));
+    const Block deflated = zlibDeflate(block);
+    const auto isNothing = [](const Block& result) { EXPECT_FALSE(result); };
+    EXPECT_GT(support::starve([&] { return zlibDeflate(block); }, isNothing), 3U);
+    EXPECT_GT(support::starve([&] { return zlibInflate(deflated); }, isNothing), 1U);
+
+    // A short stream that makes much takes no more than twice or so what was made before it fails.
+    auto bomb = *zlibDeflate(blockOf(platform::Data(50'000'000)));
+    bomb.resize(bomb.size() / 10);
+    const support::PeakMemory peak;
+    EXPECT_FALSE(zlibInflate(blockOf(bomb)));
+    EXPECT_LT(support::PeakMemory::bytes(), 20'000'000U);
 }
 
 } // namespace

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/ScarceMemory.h"
+#include "platform/BinaryPropertyListWriter.h"
+#include "platform/KeyedArchiver.h"
+#include "platform/KeyedUnarchiver.h"
+#include "platform/OperationQueue.h"
+#include "tests/platform/ArchiveSamples.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <new>
+
+using namespace platform;
+using testing::HasSubstr;
+
+namespace {
+
+enum class Shape { oneObject, manyObjects, manyLayouts };
+
+/// A list of so many elements: one object over and over, or each an object of its own, for which
+/// the file spends a reference, or a set of keys of its own too.
+Data listing(Shape shape, std::size_t elements) {
+    plist::Writer list;
+    const auto text = [&](const char* ascii) { return list.text(ascii); };
+    const auto record = [&](std::vector<plist::Ref> keys, std::vector<plist::Ref> values) {
+        return list.dictionary(keys, values);
+    };
+    const auto archivedClass = [&](const char* name) {
+        return record({text("$classname"), text("$classes")}, {text(name), list.array({})});
+    };
+    constexpr std::uint32_t firstElement = 4;
+    const auto plain = record({text("$class")}, {list.uid(3)});
+    std::vector<plist::Ref> names;
+    for (int i = 0; shape == Shape::manyLayouts && i < 1000; ++i) {
+        names.push_back(list.text(std::to_string(i)));
+    }
+    std::vector<plist::Ref> slots{text("$null"), 0, archivedClass("NSArray"),
+                                  archivedClass("Beacon")};
+    std::vector<plist::Ref> uids;
+    const auto zero = list.number(Number(0));
+    const auto classKey = text("$class");
+    for (std::uint32_t i = 0; i < elements; ++i) {
+        const bool isNew = i == 0 || shape != Shape::oneObject;
+        uids.push_back(isNew ? list.uid(firstElement + i) : uids.back());
+        if (shape == Shape::manyLayouts) {
+            slots.push_back(
+                record({names[i % 1000], names[i / 1000], classKey}, {zero, zero, list.uid(3)}));
+        } else if (isNew) {
+            slots.push_back(plain);
+        }
+    }
+    slots[1] = record({text("NS.objects"), text("$class")}, {list.array(uids), list.uid(2)});
+    const std::vector<plist::Ref> keys{text("$version"), text("$archiver"), text("$top"),
+                                       text("$objects")};
+    const std::vector<plist::Ref> values{list.number(Number(100000)), text("NSKeyedArchiver"),
+                                         record({text("root")}, {list.uid(1)}), list.array(slots)};
+    return list.finish(keys, values).value();
+}
+
+TEST(ScarceMemory, ReadingAnArchiveTakesNoMoreThanIsPromised) {
+    const struct {
+        Shape shape;
+        std::size_t elements;
+        bool isRead;
+    } rows[] = {
+        {Shape::oneObject, 1'000'000, true}, {Shape::oneObject, 2'500'000, false},
+        {Shape::manyObjects, 100'000, true}, {Shape::manyObjects, 300'000, false},
+        {Shape::manyLayouts, 200'000, true},
+    };
+    for (const auto& [shape, elements, isRead] : rows) {
+        SCOPED_TRACE(testing::Message() << static_cast<int>(shape) << " " << elements);
+        const auto file = listing(shape, elements);
+        const support::PeakMemory peak;
+        const auto result = KeyedUnarchiver::unarchive(file, samples::classes());
+        EXPECT_LT(support::PeakMemory::bytes(), (192U << 20) + 12 * file.size());
+        EXPECT_THAT(result.fault, HasSubstr(isRead ? "" : "same contents"));
+        EXPECT_EQ(result.fault.empty(), isRead);
+    }
+}
+
+TEST(ScarceMemory, AnArchiveThatDoesNotFitIsAFaultNotAnEnd) {
+    const auto root = samples::arrayOf(
+        {samples::richBeacon(), URL{"https://example.org/"}, Date{}, Data(100), Null()});
+    EXPECT_GT(support::starve([&] { return KeyedArchiver::archivedData(root); },
+                              [](const auto& data) { EXPECT_FALSE(data); }),
+              50U);
+    const support::TemporaryFolder folder;
+    const auto path = folder / "file";
+    EXPECT_GT(support::starve([&] { return KeyedArchiver::archiveRootObject(root, path); },
+                              [&](bool isWritten) {
+                                  EXPECT_FALSE(isWritten);
+                                  EXPECT_FALSE(std::filesystem::exists(path));
+                              }),
+              50U);
+    const auto isFault = [](const Unarchived& result) {
+        EXPECT_FALSE(result.fault.empty());
+        EXPECT_EQ(samples::shown(result.root), "-");
+    };
+    EXPECT_GT(
+        support::starve([&] { return KeyedUnarchiver::unarchiveFile(path, samples::classes()); },
+                        isFault),
+        50U);
+}
+
+TEST(ScarceMemory, AnOperationThatRunsOutOfItEndsAlone) {
+    struct Step final : Operation {
+        explicit Step(std::function<void()> step) : run(std::move(step)) {}
+        void main() override { run(); }
+        std::function<void()> run;
+    };
+    OperationQueue queue;
+    int completed = 0;
+    const auto add = [&](const std::function<void()>& step, const std::function<void()>& then) {
+        const auto operation = std::make_shared<Step>(step);
+        operation->completionBlock = then;
+        queue.addOperation(operation);
+    };
+    const auto runOut = [] { throw std::bad_alloc(); };
+    const auto complete = [&] { ++completed; };
+    add(runOut, complete);
+    add([] {}, runOut);
+    add([] {}, complete);
+    queue.waitUntilAllOperationsAreFinished();
+    EXPECT_EQ(completed, 2);
+}
+
+} // namespace
