@@ -5,6 +5,7 @@
 #include "platform/KeyedArchiver.h"
 #include "platform/KeyedUnarchiver.h"
 #include "tests/support/FakeHost.h"
+#include "tests/support/PinnedArchive.h"
 #include "tests/support/ScarceMemory.h"
 #include "tests/support/Stations.h"
 #include "tests/support/TemporaryFolder.h"
@@ -58,6 +59,39 @@ std::shared_ptr<AviationWeatherStationCollection> twentyStations() {
     collection->fromURL = platform::URL{"file:///lists/stations.txt"};
     collection->numberOfStations = 20;
     return collection;
+}
+
+/// No field is empty, and no two are alike.
+std::shared_ptr<AviationWeatherStationCollection> fullCollection() {
+    auto collection = makeCollection({{"KABC", "NAME OF STATION ", "REGION OF IT ", 12.5, -34.75}});
+    auto& station = *collection->stations->front();
+    station.stateAbbreviation = "DE";
+    station.IATA = "FGH ";
+    station.SYNOPIndex = 98765;
+    station.ELEV = -430;
+    station.METAR = 'X';
+    station.NEXRAD = 'N';
+    station.aviationFlag = 'T';
+    station.upperAirOrWind = 'U';
+    station.observationType = 'A';
+    station.officeType = 'F';
+    station.plottingPriority = '7';
+    station.countryCode = "IJ";
+    station.setFavorite(true);
+    collection->lastUpdated = platform::Date(std::chrono::microseconds(1678307200250000));
+    collection->fromURL = platform::URL{"file:///lists/stations.txt"};
+    collection->numberOfStations = 17;
+    return collection;
+}
+
+TEST(Packages, AreReadAndWrittenUnderTheSameNamesForEver) {
+    const auto read = catalogue::readPackage(support::pinnedArchive("catalogue.STNPKG"));
+    ASSERT_TRUE(read);
+    EXPECT_EQ(described(*read),
+              "1678307200250000 file:///lists/stations.txt 17\n"
+              "'REGION OF IT ''DE''NAME OF STATION ''KABC''FGH ''IJ' 98765 0x1.9p+3 -0x1.16p+5 "
+              "-430 88 78 84 85 65 70 55 favourite\n");
+    support::expectWrittenAs("catalogue.STNPKG", fullCollection());
 }
 
 TEST(Packages, RoundTripKeepsEveryFieldAndNothingElse) {

@@ -4,6 +4,7 @@
 
 #include "platform/Files.h"
 #include "tests/platform/ArchiveSamples.h"
+#include "tests/support/PinnedArchive.h"
 #include "tests/support/Record.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -58,6 +59,12 @@ TEST(KeyedArchive, TheSmallestArrayHasTheseBytes) {
     ASSERT_EQ(file.size(), 231U);
     EXPECT_EQ(shown(unarchived(file).root), R"(("KDEN","KDEN"))");
     EXPECT_EQ(KeyedArchiver::archivedData(arrayOf({"KDEN"s, "KDEN"s}, false)), file);
+}
+
+TEST(KeyedArchive, AListOfFavoritesIsReadAndWrittenAsEver) {
+    const auto file = support::pinnedArchive("favorites.kzrfv");
+    EXPECT_EQ(shown(KeyedUnarchiver::unarchiveFile(file, {}).root), R"(("KDEN","EDDF","YSSY"))");
+    support::expectWrittenAs("favorites.kzrfv", arrayOf({"KDEN"s, "EDDF"s, "YSSY"s}, false));
 }
 
 TEST(KeyedArchive, EveryKindOfValueComesBackAsItWas) {

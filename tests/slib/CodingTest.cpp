@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "slib/NSCoder_SupportLib.h"
-#include "slib/SLIB_Prefs.h"
 #include "slib/SupportLibCat.h"
 #include "tests/support/Record.h"
 
@@ -55,17 +54,6 @@ TEST(Coding, SmallIntegersComeBackInTheirLowBits) {
                 EXPECT_EQ(decodeUInt64ForKey(coder, key), 0U);
             }
         });
-}
-
-TEST(Coding, PreferencesKeepBothFlags) {
-    const auto written = SLIB_Prefs::init();
-    written->musicOn = true;
-    writeAndRead([&](KeyedArchiver& coder) { written->encodeWithCoder(coder); },
-                 [](KeyedUnarchiver& coder) {
-                     const auto read = SLIB_Prefs::initWithCoder(coder);
-                     EXPECT_FALSE(read->soundOn);
-                     EXPECT_TRUE(read->musicOn);
-                 });
 }
 
 } // namespace

@@ -2,8 +2,12 @@
 #include "platform/KeyedArchiver.h"
 #include "platform/KeyedUnarchiver.h"
 #include "slib/Identifiers.h"
+#include "slib/SLIB_Prefs.h"
 #include "slib/SLibObject.h"
 #include "slib/SLibRange.h"
+#include "slib/slibTextPuncRecord.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/PinnedArchive.h"
 #include "tests/support/Record.h"
 
 #include <gmock/gmock.h>
@@ -137,22 +141,68 @@ TEST(SLibObject, ANamelessOneIsNamedByItsArchive) {
     EXPECT_EQ(reread<SLibObject>(object)->description(), " ");
 }
 
-TEST(SLibObject, FieldsStandUnderTheirKeysOrReadAsNothing) {
-    const auto object = reread<SLibObject>(
-        std::make_shared<support::Record>("SLibObject", [](KeyedArchiver& coder) {
-            coder.encodeInteger(5, "UnitType");
-            coder.encodeInteger(-1, "compare1");
-            coder.encodeInteger(9, "idVal9");
-            coder.encodeText("d", "Description");
-            coder.encodeInteger(3, "subclassversion");
-        }));
+TEST(SLibObject, FieldsThatAreMissingReadAsNothing) {
+    const auto object = reread<SLibObject>(std::make_shared<support::Record>("SLibObject"));
     ASSERT_TRUE(object);
-    EXPECT_EQ(object->slibID->GRACompare, (GRACompare{5, UINT64_MAX, 0, object->slibUniqueID}));
-    EXPECT_EQ(object->slibID->idVal[9], 9U);
-    EXPECT_EQ(object->description(), "d");
-    EXPECT_EQ(object->version, 3);
+    EXPECT_EQ(object->slibID->GRACompare, (GRACompare{0, 0, 0, object->slibUniqueID}));
     EXPECT_EQ(object->name(), std::nullopt);
     EXPECT_EQ(object->slibNewUID, std::nullopt);
+}
+
+platform::UUID uuidFrom(unsigned char first) {
+    platform::UUID uuid;
+    for (auto& byte : uuid.bytes) {
+        byte = std::byte{first++};
+    }
+    return uuid;
+}
+
+TEST(SLibObject, AllClassesAreReadAndWrittenUnderTheSameNamesForEver) {
+    platform::ClassTable classes;
+    classes.add("SLibObject", SLibObject::initWithCoder);
+    classes.add("SLibRange", SLibRange::initWithCoder);
+    classes.add("SLIB_Prefs", SLIB_Prefs::initWithCoder);
+    const auto file = support::pinnedArchive("objects.archive");
+    const auto root = platform::KeyedUnarchiver::unarchiveFile(file, classes).root;
+    ASSERT_TRUE(std::holds_alternative<std::shared_ptr<platform::Array>>(root));
+    const auto array = std::get<std::shared_ptr<platform::Array>>(root);
+    auto& elements = array->elements;
+    ASSERT_EQ(elements.size(), 5U);
+
+    const auto object = platform::objectOf<SLibObject>(elements[0]);
+    ASSERT_TRUE(object);
+    EXPECT_EQ(object->slibID->GRACompare, (GRACompare{11, 12, 13, object->slibUniqueID}));
+    EXPECT_EQ(object->slibID->idVal,
+              (decltype(object->slibID->idVal){20, 21, 22, 23, 24, 25, 26, 27, 28, 29}));
+    EXPECT_EQ(object->name(), "the name");
+    EXPECT_EQ(object->description(), "what it is");
+    EXPECT_TRUE(object->locked);
+    EXPECT_EQ(object->slibObjectVersion, 31);
+    EXPECT_EQ(object->version, 32);
+    EXPECT_EQ(object->slibNewUID, uuidFrom(0x40));
+    const auto range = platform::objectOf<SLibRange>(object->thing);
+    ASSERT_TRUE(range);
+    EXPECT_EQ(range->start, 41U);
+    EXPECT_EQ(range->end, 42U);
+    EXPECT_EQ(range->span, 43U);
+    EXPECT_EQ(range->name(), "the range");
+    EXPECT_EQ(range->description(), "from 41 to 42");
+    for (const int place : {1, 2}) {
+        const auto flags = platform::objectOf<SLIB_Prefs>(elements[std::size_t(place)]);
+        ASSERT_TRUE(flags);
+        EXPECT_EQ(flags->soundOn, place == 1);
+        EXPECT_EQ(flags->musicOn, place == 2);
+    }
+    EXPECT_EQ(elements[3], elements[0]);
+
+    // The identity that is never read is written as it was.
+    object->slibID->GRACompare.compare3 = 14;
+    support::FakeHost host;
+    const auto punctuation = slibTextPuncRecord::init(host.host);
+    punctuation->slibID->GRACompare.compare3 = 15;
+    punctuation->slibNewUID = uuidFrom(0x60);
+    elements[4] = std::static_pointer_cast<platform::Archivable>(punctuation);
+    support::expectWrittenAs("objects.archive", array);
 }
 
 TEST(SLibRange, PicksWithinTheLowSixteenBitsOfItsSpan) {

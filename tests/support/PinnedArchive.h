@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Files.h"
+#include "platform/KeyedArchiver.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace support {
+
+/// An archive that this program made once and that stays as it is: what users' files look like.
+inline std::filesystem::path pinnedArchive(const char* name) {
+    return std::filesystem::path(NOSIG_SOURCE_DIR "/tests/data/archives") / name;
+}
+
+/// Whether `root` is written as it was then, keys and names of classes included.
+inline void expectWrittenAs(const char* name, const platform::Value& root) {
+    EXPECT_TRUE(platform::KeyedArchiver::archivedData(root) ==
+                platform::readFile(pinnedArchive(name), 1 << 20))
+        << "other bytes than in " << name << "; tests/support/read_archive.py shows what it holds";
+}
+
+} // namespace support
