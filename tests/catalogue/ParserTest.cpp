@@ -45,28 +45,32 @@ protected:
     support::FakeHost host;
 };
 
-TEST_F(StationParser, ReadsEveryFieldOfALine) {
+TEST_F(StationParser, ReadsEveryFieldAtItsColumnsAndNothingBeside) {
+    // No column holds what a neighbour does.
+    const std::string line =
+        "ABcDEFGHIJKLMNOPQRStUVWXyZabdef12345ghi67j18Skl123m24W98760nopqrstuvwxyz!#"
+        "$%&()*+,-/";
     const auto parser =
-        parse("! list\n\nSOMEWHERE NICE     19-DEC-18\nCD  STATION\n" + sample + "\n");
+        parse("! list\n\nSOMEWHERE NICE     19-DEC-18\nCD  STATION\n" + line + "\n");
     ASSERT_TRUE(parser->theCollection());
     EXPECT_EQ(parser->theCollection()->stations, parser->stationArray());
     EXPECT_FALSE(parser->error());
     ASSERT_EQ(parser->stationArray()->size(), 1U);
     const auto& station = *parser->stationArray()->front();
     EXPECT_EQ(station.stateName, "SOMEWHERE NICE     ");
-    EXPECT_EQ(station.stateAbbreviation, "ZZ");
-    EXPECT_EQ(station.stationName, "SAMPLE FIELD    ");
-    EXPECT_EQ(station.ICAO, "KZZQ");
-    EXPECT_EQ(station.IATA, "ZZQ ");
-    EXPECT_EQ(station.SYNOPIndex, 72999);
-    EXPECT_DOUBLE_EQ(station.latitude, 39 + 52 / 60.0);
-    EXPECT_DOUBLE_EQ(station.longitude, -(104 + 40 / 60.0));
-    EXPECT_EQ(station.ELEV, 1656);
+    EXPECT_EQ(station.stateAbbreviation, "AB");
+    EXPECT_EQ(station.stationName, "DEFGHIJKLMNOPQRS");
+    EXPECT_EQ(station.ICAO, "UVWX");
+    EXPECT_EQ(station.IATA, "Zabd");
+    EXPECT_EQ(station.SYNOPIndex, 12345);
+    EXPECT_DOUBLE_EQ(station.latitude, -(67 + 18 / 60.0));
+    EXPECT_DOUBLE_EQ(station.longitude, -(123 + 24 / 60.0));
+    EXPECT_EQ(station.ELEV, 98760);
     EXPECT_EQ(
         (std::string{station.METAR, station.NEXRAD, station.aviationFlag, station.upperAirOrWind,
                      station.observationType, station.officeType, station.plottingPriority}),
-        "X T A 7");
-    EXPECT_EQ(station.countryCode, "US");
+        "qtwz$(*");
+    EXPECT_EQ(station.countryCode, ",-");
     EXPECT_FALSE(station.refCon);
 }
 
@@ -117,6 +121,7 @@ TEST_F(StationParser, ClassifiesLinesByWhatPrecedesAndBeginsThem) {
         {"without a digit the name runs on", "!\n\nAA\nSTAT 7\n~", {"AA\nSTAT "}},
         {"no header without a digit", "!\n~\n" + std::string(90, 'A'), {"-"}, true},
         {"a short last line is not read", "!\n~\n1\n~ZZ SHORT", {"-", ""}, true},
+        {"one byte short of a line and its end", "!\n~" + sample, {"-"}, true},
         {"a long last line needs no line feed", "!\n~" + sample + " ", {"-", "-"}},
         {"a carriage return is like others", "!\r\n\r\nAA 1\r\n~", {"-", "-"}},
         {"a NUL ends the text", "! list\n~\n1\n\0~"s, {"-"}},
@@ -154,7 +159,8 @@ TEST_F(StationParser, TextTooShortMakesNoCollectionButStillAnnouncesItsEnd) {
         EXPECT_TRUE(parser->stationArray()->empty());
         EXPECT_FALSE(parser->error());
     }
-    EXPECT_EQ(announcements, 3);
+    EXPECT_TRUE(parse("!\n" + std::string(88, ' '))->theCollection());
+    EXPECT_EQ(announcements, 4);
     EXPECT_TRUE(host.log.lines().empty());
 }
 
