@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/StationTable.h"
 
+#include "desktop/Contrast.h"
+
 #include <QEvent>
 #include <QFontMetricsF>
 #include <QHeaderView>
+#include <QPainter>
 #include <QScopedValueRollback>
 #include <QStyledItemDelegate>
 #include <QTableView>
@@ -54,11 +57,25 @@ private:
     std::array<double, 256> advances_{};
 };
 
-/// Where the palette paints the selected row alike with and without the keyboard's focus, it is
-/// paler without, so that the user sees where the keyboard goes.
+/// The selected row stands out from the others and its letters from it, whatever the palette. It is
+/// filled where the keyboard goes, and otherwise pale between two lines.
 class Rows final : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        QStyledItemDelegate::paint(painter, option, index);
+        if (!option.state.testFlag(QStyle::State_Selected) || isActive(option)) {
+            return;
+        }
+        const QColor line = standingOut(option.palette.color(QPalette::Active, QPalette::Highlight),
+                                        around(option), contrastOfShapes);
+        const QRect& cell = option.rect;
+        painter->fillRect(cell.left(), cell.top(), cell.width(), lineWidth, line);
+        painter->fillRect(cell.left(), cell.bottom() + 1 - lineWidth, cell.width(), lineWidth,
+                          line);
+    }
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
@@ -66,19 +83,37 @@ protected:
         if (index.data(StationTableModel::markedRole).toBool()) {
             option->text.prepend(star);
         }
-        QPalette& palette = option->palette;
-        const QColor focused = palette.color(QPalette::Active, QPalette::Highlight);
-        if (palette.color(QPalette::Inactive, QPalette::Highlight) != focused) {
+        if (!option->state.testFlag(QStyle::State_Selected)) {
             return;
         }
-        const QColor base = palette.color(QPalette::Inactive, QPalette::Base);
-        const auto mixed = [](int one, int other) { return (one + 2 * other) / 3; };
-        palette.setColor(QPalette::Inactive, QPalette::Highlight,
-                         QColor(mixed(focused.red(), base.red()),
-                                mixed(focused.green(), base.green()),
-                                mixed(focused.blue(), base.blue())));
-        palette.setColor(QPalette::Inactive, QPalette::HighlightedText,
-                         palette.color(QPalette::Inactive, QPalette::Text));
+        QPalette& palette = option->palette;
+        const auto color = [&](QPalette::ColorRole role) {
+            return palette.color(QPalette::Active, role);
+        };
+        const Filling focused =
+            legible(color(QPalette::Highlight), color(QPalette::HighlightedText), around(*option));
+        const QColor letters = color(QPalette::Text);
+        const QColor pale =
+            standingOut(mixed(color(QPalette::Base), color(QPalette::Highlight), 1.0 / 3), letters,
+                        contrastOfText);
+        palette.setColor(QPalette::Active, QPalette::Highlight, focused.ground);
+        palette.setColor(QPalette::Active, QPalette::HighlightedText, focused.letters);
+        palette.setColor(QPalette::Inactive, QPalette::Highlight, pale);
+        palette.setColor(QPalette::Inactive, QPalette::HighlightedText, letters);
+    }
+
+private:
+    static constexpr int lineWidth = 2;
+
+    static bool isActive(const QStyleOptionViewItem& option) {
+        return option.state.testFlag(QStyle::State_Active);
+    }
+    /// Of the two colours that rows take turns in, the one that is harder to stand out from.
+    static QColor around(const QStyleOptionViewItem& option) {
+        const QColor highlight = option.palette.color(QPalette::Active, QPalette::Highlight);
+        const QColor one = option.palette.color(QPalette::Active, QPalette::Base);
+        const QColor other = option.palette.color(QPalette::Active, QPalette::AlternateBase);
+        return contrast(highlight, one) < contrast(highlight, other) ? one : other;
     }
 };
 
@@ -161,6 +196,10 @@ void StationTable::scrollRowToVisible(std::int64_t row) {
 
 void StationTable::setMarked(std::function<bool(int row)> isMarked) {
     model_.setMarked(std::move(isMarked));
+}
+
+void StationTable::markChanged(int row) {
+    model_.markChanged(row);
 }
 
 int StationTable::widthOfColumns() const {

@@ -62,6 +62,13 @@ void StationTableModel::reload() {
     endResetModel();
 }
 
+void StationTableModel::markChanged(int row) {
+    if (row >= 0 && row < rows_) {
+        const QModelIndex cell = index(row, markedColumn);
+        emit dataChanged(cell, cell, {markedRole, Qt::AccessibleTextRole});
+    }
+}
+
 int StationTableModel::columnOf(std::string_view identifier) {
     const auto* found = std::ranges::find(columns, identifier, &Column::identifier);
     return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());

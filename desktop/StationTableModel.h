@@ -30,6 +30,8 @@ public:
     void setDataSource(platform::TableViewDataSource* source) { source_ = source; }
     void reload();
     void setMarked(std::function<bool(int row)> isMarked) { isMarked_ = std::move(isMarked); }
+    /// Tells who shows the row; one outside the table tells nothing.
+    void markChanged(int row);
 
     /// The index of the column of that identifier, or -1.
     [[nodiscard]] static int columnOf(std::string_view identifier);

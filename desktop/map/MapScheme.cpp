@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/map/MapScheme.h"
 
+#include "desktop/Contrast.h"
+
 #include <QPalette>
 
 namespace desktop {
@@ -51,7 +53,9 @@ MapScheme mapScheme(const QPalette& palette, bool onImagery) {
     scheme.marker = isDark || onImagery ? QColor(255, 96, 72) : QColor(208, 40, 24);
     scheme.plate = translucent(palette.color(QPalette::Window), 216);
     scheme.plateText = palette.color(QPalette::WindowText);
-    scheme.focus = palette.color(QPalette::Highlight);
+    scheme.focus =
+        standingOut(standingOut(palette.color(QPalette::Highlight), scheme.sea, contrastOfShapes),
+                    scheme.land, contrastOfShapes);
     return scheme;
 }
 
