@@ -12,6 +12,12 @@ void SCWebView::awakeFromNib() {
     doubleClickInterval_ = host_.events.doubleClickInterval();
 }
 
+void SCWebView::openLargerChart() {
+    if (feedingURLString) {
+        host_.workspace.openURL({*feedingURLString});
+    }
+}
+
 void SCWebView::webView_mouseDidMoveOverElement_modifierFlags() {
     const auto event = host_.events.currentEvent();
     if (event.type != platform::Events::leftMouseUp) {
@@ -19,7 +25,7 @@ void SCWebView::webView_mouseDidMoveOverElement_modifierFlags() {
     }
     const double sinceLastClick = event.timestamp - lastClick_;
     lastClick_ = event.timestamp;
-    if (sinceLastClick < doubleClickInterval_ && feedingURLString) {
-        host_.workspace.openURL({*feedingURLString});
+    if (sinceLastClick < doubleClickInterval_) {
+        openLargerChart();
     }
 }

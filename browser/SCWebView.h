@@ -23,6 +23,8 @@ public:
 
     /// Set-up, once the window is loaded.
     void awakeFromNib();
+    /// Opens the larger chart as a double click does; without an address it does nothing.
+    void openLargerChart();
     /// Looks at the current event only: the second of two releases of the left button within the
     /// double-click interval opens the larger chart. Each release starts the interval anew, so a
     /// third one opens it again; intended.

@@ -109,7 +109,6 @@ void ChartView::fill() {
         return;
     }
     layout->addWidget(page_);
-    setFocusProxy(page_);
     if (const QUrl kept = std::exchange(kept_, {}); !kept.isEmpty()) {
         page_->load(kept);
     }

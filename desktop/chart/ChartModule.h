@@ -11,7 +11,7 @@
 namespace desktop {
 
 /// Shows pages of one site over https and lets nothing else in. It grants no permission, saves
-/// nothing and opens no window.
+/// nothing and opens no window. The Tab key leads to it where its parent has its place.
 class ChartPage : public QWidget {
 public:
     using QWidget::QWidget;

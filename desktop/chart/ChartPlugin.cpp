@@ -49,6 +49,8 @@ public:
         profile_.setUrlRequestInterceptor(&secureRequests_);
         QObject::connect(&profile_, &QWebEngineProfile::downloadRequested, this,
                          [](QWebEngineDownloadRequest* download) { download->cancel(); });
+        // Or it has no place in the order of the Tab key.
+        view_.setFocusPolicy(Qt::StrongFocus);
         view_.setAccessibleName(QCoreApplication::translate("ChartPage", "Chart"));
         view_.setAcceptDrops(false);
         // Its menu offers to save the page and to show its source.
@@ -94,7 +96,18 @@ private:
     void watch(QObject* child) {
         if (child->isWidgetType()) {
             child->installEventFilter(this);
+            // Once the view has made it its focus proxy.
+            QMetaObject::invokeMethod(
+                this, [this] { comeAfterParent(); }, Qt::QueuedConnection);
         }
+    }
+    /// For the Tab key a new child is the window's last, and takes the view along. The parent,
+    /// which has its place, counts only as long as it could have the focus itself.
+    void comeAfterParent() {
+        QWidget* place = parentWidget();
+        place->setFocusPolicy(Qt::StrongFocus);
+        setTabOrder(place, &view_);
+        place->setFocusPolicy(Qt::NoFocus);
     }
     /// What the child leaves goes to the view as well, and counts once.
     void notice(QObject* watched) {

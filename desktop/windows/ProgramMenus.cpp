@@ -70,6 +70,8 @@ void ProgramMenus::addStationEntries() {
         &addValidated(stations_, tr("Always Show Favorites' Weather"), "alwaysShowFavWeatherMenu",
                       {}, [this] { delegate_.sw->alwaysShowFavWeatherMenu(*alwaysFavItem_); });
     alwaysFavItem_->entry().setCheckable(true);
+    largerChart_ = &add(stations_, tr("Open &Larger Chart"), Qt::CTRL | Qt::Key_L,
+                        [this] { stationWindow_.openLargerChart(); });
     const QString distances[] = {tr("Within 10 Miles"), tr("Within 25 Miles"),
                                  tr("Within 50 Miles"), tr("Within 100 Miles")};
     for (int i = 0; i < 4; ++i) {
@@ -117,6 +119,8 @@ void ProgramMenus::validate() {
     for (MenuEntry& entry : validated_) {
         entry.entry().setEnabled(delegate_.sw && delegate_.sw->validateMenuItem(entry));
     }
+    // No command of the main window's logic, whose validation would refuse it.
+    largerChart_->setEnabled(stationWindow_.hasLargerChart && stationWindow_.hasLargerChart());
 }
 
 bool ProgramMenus::eventFilter(QObject* watched, QEvent* event) {

@@ -31,6 +31,9 @@ public:
         std::function<void()> find;
         /// A station was made a favourite, or no longer.
         std::function<void()> favoritesChanged;
+        /// Whether a chart is on show that has a larger one, and to open that.
+        std::function<bool()> hasLargerChart;
+        std::function<void()> openLargerChart;
     };
     void setStationWindowActions(StationWindowActions actions);
 
@@ -61,6 +64,7 @@ private:
     /// Entries do not move: the controller keeps one.
     std::deque<MenuEntry> validated_;
     MenuEntry* alwaysFavItem_ = nullptr;
+    QAction* largerChart_ = nullptr;
 };
 
 } // namespace desktop
