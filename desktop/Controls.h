@@ -31,7 +31,9 @@ class Label final : public platform::TextField {
 public:
     explicit Label(QLabel& label) : label_(label) { label_.setTextFormat(Qt::PlainText); }
 
-    void setText(const std::string& text) override { label_.setText(shownText(text)); }
+    void setText(const std::string& text) override {
+        label_.setText(isolatedParts(shownText(text)));
+    }
     void setHidden(bool hidden) override { label_.setHidden(hidden); }
 
 private:
@@ -52,9 +54,7 @@ private:
 /// Buttons of which one is down; their ids in the group are the segments.
 class Segments final : public platform::SegmentedControl {
 public:
-    explicit Segments(QButtonGroup& buttons) : buttons_(buttons) {
-        QObject::connect(&buttons, &QButtonGroup::buttonToggled, &buttons, &show);
-    }
+    explicit Segments(QButtonGroup& buttons) : buttons_(buttons) {}
 
     void setSelectedSegment(int segment) override {
         if (auto* button = buttons_.button(segment)) {
@@ -68,16 +68,6 @@ public:
     [[nodiscard]] int selectedSegment() const override { return buttons_.checkedId(); }
 
 private:
-    /// Dark themes hardly tell a button that is down from the others.
-    static void show(QAbstractButton* button, bool isDown) {
-        QPalette palette;
-        if (isDown) {
-            palette.setColor(QPalette::Button, palette.color(QPalette::Highlight));
-            palette.setColor(QPalette::ButtonText, palette.color(QPalette::HighlightedText));
-        }
-        button->setPalette(palette);
-    }
-
     QButtonGroup& buttons_;
 };
 

@@ -47,6 +47,21 @@ namespace desktop {
     return QFile::decodeName(path.c_str());
 }
 
+/// A line of parts between middle dots, as stations are described. Letters that run from right to
+/// left do not carry the parts beside theirs along.
+[[nodiscard]] inline QString isolatedParts(const QString& line) {
+    const bool mixes = std::any_of(line.begin(), line.end(), [](QChar c) {
+        return c.direction() == QChar::DirR || c.direction() == QChar::DirAL;
+    });
+    if (!mixes) {
+        return line;
+    }
+    const QString dot = QStringLiteral(" · ");
+    const QChar open(0x2068);
+    const QChar close(0x2069);
+    return open + line.split(dot).join(close + dot + open) + close;
+}
+
 /// A path as the file system takes it.
 [[nodiscard]] inline std::string filePath(const QString& path) {
     return QFile::encodeName(path).toStdString();

@@ -55,6 +55,9 @@ MapView::MapView(MapSetup setup, QWidget* parent)
     viewport()->setMouseTracking(true);
     viewport()->grabGesture(Qt::PinchGesture);
     setFocusPolicy(Qt::StrongFocus);
+    // Of the two only this one is a control.
+    viewport()->setFocusProxy(nullptr);
+    viewport()->setFocusPolicy(Qt::NoFocus);
     setMinimumSize(80, 60);
     setAccessibleName(QStringLiteral("Map"));
     restyle();

@@ -2,6 +2,7 @@
 #include "desktop/windows/ProgramWindow.h"
 
 #include "desktop/windows/ProgramMenus.h"
+#include "desktop/windows/ScreenFit.h"
 
 #include <QCoreApplication>
 #include <QScreen>
@@ -23,9 +24,11 @@ ProgramWindow::ProgramWindow(ProgramMenus& menus, QSettings& memory) : memory_(m
 void ProgramWindow::showWindow() {
     if (!isArranged_) {
         isArranged_ = true;
+        letContentScroll(*this);
         resize(size().boundedTo(screen()->availableSize()));
         arrange();
         recallAll();
+        new ScreenFit(*this);
     }
     if (isMinimized()) {
         setWindowState(windowState() & ~Qt::WindowMinimized);

@@ -10,11 +10,11 @@ namespace desktop {
 
 class ProgramMenus;
 
-/// What all windows of the program have in common: the menus, and a memory. Closed, a window is
-/// only hidden, and comes back as it was.
+/// What all windows of the program have in common: the menus, a content that scrolls where the
+/// window must be smaller, and a memory. Closed, a window is only hidden, and comes back as it was.
 ///
 /// Where it lies, how large it is and where its splitters stand is remembered in the settings, in a
-/// group of its own name; restored only onto a screen that exists.
+/// group of its own name; restored only onto a screen that exists, and no larger than that.
 class ProgramWindow : public QMainWindow, public platform::Window {
 public:
     void showWindow() override;

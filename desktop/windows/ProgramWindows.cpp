@@ -6,12 +6,16 @@
 #include "desktop/windows/SCStationWindow.h"
 #include "desktop/windows/SmallWindows.h"
 
+#include <QApplication>
+
 #include <utility>
 
 namespace desktop {
 
 ProgramWindows::ProgramWindows(platform::Host& host, MapSetup map, const QString& memory)
     : host_(host), map_(std::move(map)), memory_(memory, QSettings::IniFormat) {
+    // All words are English, whatever way the user's own language runs.
+    QApplication::setLayoutDirection(Qt::LeftToRight);
     memory_.beginGroup(QStringLiteral("windows"));
     delegate_.outlets.favwe = &menus_.alwaysFavItem();
 }

@@ -8,6 +8,7 @@
 #include "desktop/FadingLabel.h"
 #include "desktop/StationTable.h"
 #include "desktop/StationsOnMap.h"
+#include "desktop/WrappingRow.h"
 #include "desktop/map/MapView.h"
 #include "desktop/windows/ProgramMenus.h"
 #include "mystations/aiiFlashingText.h"
@@ -15,6 +16,7 @@
 
 #include <QFontDatabase>
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <QTimer>
 
 #include <chrono>
@@ -38,6 +40,9 @@ struct SCStationWindow::Views {
     struct Interface : Ui::SCStationWindowController {
         explicit Interface(QMainWindow& window) {
             setupUi(&window);
+            for (QHBoxLayout* row : {filterLayout, mapTypesLayout, footerLayout}) {
+                WrappingRow::replace(row);
+            }
             switchie->setId(searchICAO, 0);
             switchie->setId(searchName, 1);
             switchie->setId(searchState, 2);
@@ -62,6 +67,10 @@ struct SCStationWindow::Views {
         chart.setObjectName(QStringLiteral("secView"));
         QWidget::setTabOrder(ui.mapChart, &mapV);
         QWidget::setTabOrder(&mapV, ui.metarB);
+        // Has a place as long as it could have the focus; its page will take that.
+        chart.setFocusPolicy(Qt::StrongFocus);
+        QWidget::setTabOrder(&mapV, &chart);
+        chart.setFocusPolicy(Qt::NoFocus);
         secView.awakeFromNib();
         dLcikWords->awakeFromNib();
         // Kept while the hint is hidden: it will blink when it is first shown.
@@ -90,8 +99,6 @@ struct SCStationWindow::Views {
     FadingLabel hint{*ui.dLcikWords};
     std::shared_ptr<aiiFlashingText> dLcikWords;
     QTimer hintStandsStill;
-    /// The map type that the user has chosen last.
-    int chosenType = -1;
     /// Told when requests open and end; dropped first.
     std::shared_ptr<QProgressBar*> working;
     platform::NotificationCenter::Token openRequests;
@@ -104,12 +111,16 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
       menus_(menus),
       views_(std::make_unique<Views>(*this, host, std::move(map))) {
     Ui::SCStationWindowController& ui = views_->ui;
-    menus_.setStationWindowActions({.find =
-                                        [&ui] {
-                                            ui.sf->setFocus(Qt::ShortcutFocusReason);
-                                            ui.sf->selectAll();
-                                        },
-                                    .favoritesChanged = [&ui] { ui.table->viewport()->update(); }});
+    menus_.setStationWindowActions(
+        {.find =
+             [&ui] {
+                 ui.sf->setFocus(Qt::ShortcutFocusReason);
+                 ui.sf->selectAll();
+             },
+         .favoritesChanged = [this] { showMarks(); },
+         .hasLargerChart =
+             [this] { return !views_->chart.isHidden() && views_->secView.feedingURLString; },
+         .openLargerChart = [this] { views_->secView.openLargerChart(); }});
     controller_.outlets = {.table = &views_->table,
                            .switchie = &views_->switchie,
                            .switchieDu = &views_->switchieDu,
@@ -158,8 +169,11 @@ SCStationWindow::~SCStationWindow() {
 void SCStationWindow::bindSearch() {
     Ui::SCStationWindowController& ui = views_->ui;
     ui.sf->installEventFilter(this);
-    connect(ui.sf, &QLineEdit::textChanged, this,
-            [this](const QString& text) { searchTextDidChange(text.isEmpty()); });
+    connect(ui.sf, &QLineEdit::textChanged, this, [this](const QString& text) {
+        if (!isClearing_) {
+            searchTextDidChange(text.isEmpty());
+        }
+    });
     connect(ui.switchie, &QButtonGroup::idClicked, this, [this] { controller_.switchieswitche(); });
     connect(ui.distButton, &QComboBox::activated, this,
             [this] { controller_.geMeterDistChanged(); });
@@ -169,13 +183,12 @@ void SCStationWindow::bindSearch() {
 void SCStationWindow::bindMap(platform::Host& host) {
     Ui::SCStationWindowController& ui = views_->ui;
     connect(ui.switchieDu, &QButtonGroup::idClicked, this, [this](int type) {
-        if (std::exchange(views_->chosenType, type) == type) {
-            return;
-        }
-        controller_.switchieswitcheDu();
         if (type == chartType) {
+            // Shown again while it blinks, it would blink twice.
+            views_->dLcikWords->flash(false);
             views_->hintStandsStill.start(hintBlinksFor);
         }
+        controller_.switchieswitcheDu();
     });
     views_->mapV.stationClicked = [this](std::size_t station) {
         const auto row = static_cast<std::int64_t>(station);
@@ -229,8 +242,11 @@ void SCStationWindow::searchTextDidChange(bool isEmpty) {
 
 void SCStationWindow::showAll() {
     isSearching_ = false;
-    const QSignalBlocker quietly(views_->ui.sf);
-    views_->ui.sf->clear();
+    {
+        // The field's own clear button hears of it all the same.
+        const QScopedValueRollback quietly(isClearing_, true);
+        views_->ui.sf->clear();
+    }
     controller_.searchFieldDidEndSearching();
     controller_.selectAgain(controller_.selectedStation);
 }
@@ -267,8 +283,11 @@ bool SCStationWindow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void SCStationWindow::arrange() {
-    // The table takes what its columns need, as far as the reports keep a third.
-    const int forTable = std::min(views_->table.widthOfColumns(), width() * 2 / 3);
+    // The table takes what its columns need, as far as the reports keep a third, and half of a
+    // narrow window for a row of map types.
+    const int forTypes = std::min(width() / 2, views_->ui.mapTypes->sizeHint().width());
+    const int forTable =
+        std::min(views_->table.widthOfColumns(), width() - std::max(width() / 3, forTypes));
     views_->ui.tableAndDetails->setSizes({forTable, width() - forTable});
     views_->ui.details->setSizes({height(), height()});
     // The logic keeps the map's type, and leaves it to us to show which it is. A chart that was on
@@ -283,6 +302,15 @@ void SCStationWindow::recall(const QSettings& memory) {
 
 void SCStationWindow::remember(QSettings& memory) const {
     views_->table.remember(memory);
+}
+
+void SCStationWindow::showMarks() {
+    const int rows = views_->table.model().rowCount();
+    for (int row = 0; row < rows; ++row) {
+        if (controller_.stationInRow(row) == controller_.selectedStation) {
+            views_->table.markChanged(row);
+        }
+    }
 }
 
 void SCStationWindow::showTableOrHint() {

@@ -38,12 +38,15 @@ private:
     void searchTextDidChange(bool isEmpty);
     void showAll();
     void save();
+    /// Of the selected station, which a search may list more than once.
+    void showMarks();
     void showTableOrHint();
 
     SCStationWindowController& controller_;
     ProgramMenus& menus_;
     std::unique_ptr<Views> views_;
     bool isSearching_ = false;
+    bool isClearing_ = false;
 };
 
 } // namespace desktop

@@ -4,6 +4,7 @@
 #include "catalogue/StationCells.h"
 #include "desktop/Controls.h"
 #include "desktop/StationsOnMap.h"
+#include "desktop/windows/ScreenFit.h"
 #include "ui_SCWetherSheetController.h"
 
 #include <utility>
@@ -37,10 +38,12 @@ SCWetherSheet::~SCWetherSheet() = default;
 
 void SCWetherSheet::begin(const std::shared_ptr<AviationWeatherStation>& station) {
     setWindowTitle(shownText(station->ICAO.value_or("")).trimmed());
-    views_->ui.stationLine->setText(shownText(catalogue::stationDescription(*station)));
+    views_->ui.stationLine->setText(
+        isolatedParts(shownText(catalogue::stationDescription(*station))));
     views_->mapV.setStations({onMap(*station)});
     views_->mapV.setMarker(onMap(*station));
     controller_.addStiation(station);
+    new ScreenFit(*this);
     open();
 }
 

@@ -4,6 +4,7 @@
 #include "tests/support/RunningProgram.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QLabel>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -36,6 +37,11 @@ TEST(ChartView, TheWindowLoadsTheEngineWhenTheChartIsFirstShown) {
     EXPECT_TRUE(static_cast<QAbstractButton*>(child("mapHybrid"))->isChecked());
     EXPECT_TRUE(child("mapV")->isVisible());
     choose("mapStandard");
+    const auto openLarger = [&] {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_L, Qt::ControlModifier);
+    };
+    openLarger();
+    EXPECT_TRUE(program.fake.workspace.opened.empty());
     EXPECT_FALSE(isEngineLoaded());
 
     const QRect place = child("mapV")->geometry();
@@ -48,6 +54,13 @@ TEST(ChartView, TheWindowLoadsTheEngineWhenTheChartIsFirstShown) {
         return child("secView")->geometry() ==
                place.adjusted(0, 0, 0, -child("dLcikWords")->height());
     }));
+    // By keyboard it comes after its button, and leads on to the larger one.
+    QApplication::processEvents();
+    QTest::keyClick(child("mapChart"), Qt::Key_Tab);
+    EXPECT_TRUE(child("secView")->isAncestorOf(QApplication::focusWidget()))
+        << QApplication::focusWidget()->objectName().toStdString();
+    openLarger();
+    EXPECT_EQ(program.fake.workspace.opened.size(), 1U);
     // Its hint blinks, and the weather's timer runs.
     using namespace std::chrono_literals;
     EXPECT_EQ(program.fake.timers.runningIntervals(),
@@ -56,6 +69,8 @@ TEST(ChartView, TheWindowLoadsTheEngineWhenTheChartIsFirstShown) {
     EXPECT_EQ(program.fake.timers.runningIntervals().size(), 2U) << "chosen again";
     choose("mapSatellite");
     EXPECT_EQ(program.fake.timers.runningIntervals().size(), 1U);
+    openLarger();
+    EXPECT_EQ(program.fake.workspace.opened.size(), 1U);
     EXPECT_TRUE(child("mapV")->isVisible());
     EXPECT_FALSE(child("secView")->isVisible());
     EXPECT_FALSE(child("dLcikWords")->isVisible());

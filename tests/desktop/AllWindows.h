@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/KeyedArchiver.h"
+#include "tests/support/RunningProgram.h"
+#include "tests/support/Stations.h"
+
+#include <QTableView>
+
+/// Every window of the program, on a screen in memory of 800 by 800 points whose window system
+/// gives each a frame.
+class AllWindows : public ::testing::Test, protected support::RunningProgram {
+protected:
+    AllWindows() {
+        for (const char* file : {"resources/Stations.STNPKG", "support/MyStations.STNPKG"}) {
+            EXPECT_TRUE(platform::KeyedArchiver::archiveRootObject(
+                makeCollection({{"KJFK", "NEW YORK/JFK", "NEW YORK", 40.65, -73.78},
+                                {"LLBG", "תל אביב", "ISRAEL", 32.01, 34.88}}),
+                (fake.folder / file).string()));
+        }
+    }
+    ~AllWindows() override {
+        QApplication::setFont(font_);
+        QApplication::setPalette(palette_);
+        QApplication::setLayoutDirection(Qt::LeftToRight);
+    }
+
+    /// Starts the program and opens them all, the station sheet too.
+    QList<QWidget*> openAll() {
+        start();
+        for (const char* version : {"1.0", "1.1"}) {
+            fake.bundle.info["CFBundleShortVersionString"] = version;
+            windows->showReleaseNotesOnce();
+        }
+        delegate().doHelp();
+        delegate().doAbout();
+        delegate().openMyStations();
+        auto& mine = *window("SCMyStationsWindowController").findChild<QTableView*>();
+        emit mine.activated(mine.model()->index(0, 0));
+        QList<QWidget*> all;
+        for (QWidget* one : QApplication::topLevelWidgets()) {
+            if (one->isVisible()) {
+                all.append(one);
+            }
+        }
+        EXPECT_EQ(all.size(), 6);
+        return all;
+    }
+    static QMainWindow& stations() { return window("SCStationWindowController"); }
+    template <typename T>
+    static T& child(const char* name) {
+        auto* found = stations().findChild<T*>(QString::fromUtf8(name));
+        EXPECT_NE(found, nullptr) << name;
+        return *found;
+    }
+    static void useFont(int points) {
+        QFont font = QApplication::font();
+        font.setPointSize(points);
+        QApplication::setFont(font);
+    }
+
+private:
+    QFont font_ = QApplication::font();
+    QPalette palette_ = QApplication::palette();
+};

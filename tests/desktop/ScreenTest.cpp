@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/Contrast.h"
+#include "desktop/map/MapScheme.h"
+#include "tests/desktop/AllWindows.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QScreen>
+#include <QSettings>
+#include <QTextLayout>
+
+#include <set>
+
+namespace {
+
+class ScreenTest : public AllWindows {
+protected:
+    /// Of a control in its own coordinates, as far as what it lies in does not cut it off.
+    static QRect partSeen(const QWidget& control) {
+        QRect part = control.rect();
+        for (const QWidget* place = &control; !place->isWindow(); place = place->parentWidget()) {
+            const QWidget& around = *place->parentWidget();
+            part &= QRect(control.mapFrom(&around, QPoint(0, 0)), around.size());
+        }
+        return part;
+    }
+};
+
+TEST_F(ScreenTest, EveryWindowFitsItsScreenWithItsFrame) {
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    for (const int points : {9, 20}) {
+        SCOPED_TRACE(points);
+        useFont(points);
+        const QList<QWidget*> all = openAll();
+        QStringList names;
+        for (QWidget* one : all) {
+            names.append(one->objectName());
+            SCOPED_TRACE(names.last().toStdString());
+            EXPECT_TRUE(
+                QTest::qWaitFor([&] { return screen.contains(one->frameGeometry()); }, 2000));
+        }
+        stop();
+        // The next time with the memory of a screen that was larger.
+        QSettings memory(desktop::shownText((fake.folder / "windows.ini").string()),
+                         QSettings::IniFormat);
+        QWidget large;
+        large.setGeometry(10, 10, 3000, 2000);
+        for (const QString& name : names) {
+            memory.setValue(QStringLiteral("windows/%1/geometry").arg(name), large.saveGeometry());
+        }
+    }
+}
+
+TEST_F(ScreenTest, EveryControlIsReachedHoweverSmallTheWindow) {
+    struct {
+        QSize size;
+        int points;
+    } const cases[] = {{{1022, 575}, 9}, {{698, 426}, 9}, {{1022, 575}, 20}, {{698, 426}, 20}};
+    for (const auto& [size, points] : cases) {
+        SCOPED_TRACE(testing::Message() << size.width() << " at " << points);
+        useFont(points);
+        start();
+        child<QWidget>("saver").setEnabled(true);
+        stations().resize(size);
+        QApplication::processEvents();
+        ASSERT_EQ(stations().size(), size);
+        child<QWidget>("sf").setFocus();
+        std::set<QString> reached;
+        for (int press = 0; press < 14; ++press) {
+            QWidget& control = *QApplication::focusWidget();
+            SCOPED_TRACE(control.objectName().toStdString());
+            const QSize seen = partSeen(control).size();
+            const bool isButton = qobject_cast<QAbstractButton*>(&control) != nullptr;
+            EXPECT_TRUE(isButton ? seen == control.size()
+                                 : seen.height() >= control.fontMetrics().height())
+                << seen.width() << "x" << seen.height();
+            reached.insert(control.objectName());
+            QTest::keyClick(&control, Qt::Key_Tab);
+        }
+        EXPECT_EQ(reached.size(), 12U);
+        stop();
+    }
+}
+
+TEST_F(ScreenTest, WordsRunFromLeftToRightInAnyLanguage) {
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    for (const QWidget* one : openAll()) {
+        EXPECT_EQ(one->layoutDirection(), Qt::LeftToRight) << one->objectName().toStdString();
+    }
+    // Letters of another direction stay within their part of the line.
+    child<QTableView>("table").selectRow(1);
+    const QString line = child<QLabel>("stationLine").text();
+    QTextLayout layout(line);
+    layout.beginLayout();
+    const QTextLine drawn = layout.createLine();
+    layout.endLayout();
+    double before = -1;
+    for (const char* part : {"LLBG", "תל", "ISRAEL", "32", "34", "elevation", "0"}) {
+        SCOPED_TRACE(part);
+        const auto at = line.lastIndexOf(QString::fromUtf8(part));
+        ASSERT_GE(at, 0);
+        EXPECT_GT(drawn.cursorToX(static_cast<int>(at)), before);
+        before = drawn.cursorToX(static_cast<int>(at));
+    }
+}
+
+TEST(Contrast, IsThatOfTheGuidelines) {
+    EXPECT_NEAR(desktop::contrast(Qt::black, Qt::white), 21, 1e-9);
+    EXPECT_NEAR(desktop::contrast(QColor("#767676"), Qt::white), 4.54, 0.005);
+    EXPECT_NEAR(desktop::contrast(Qt::white, QColor("#569BC6")), 3.04, 0.005);
+}
+
+struct Theme {
+    const char* name;
+    const char* window;
+    const char* text;
+    const char* base;
+    const char* highlight;
+    const char* highlighted;
+};
+
+constexpr Theme themes[] = {
+    {"light", "#efefef", "#000000", "#ffffff", "#308cc6", "#ffffff"},
+    {"dark", "#232629", "#fcfcfc", "#1b1e20", "#569bc6", "#fcfcfc"},
+    {"dark, pale accent", "#303030", "#eeeeee", "#202020", "#9cc4ff", "#ffffff"},
+    {"black", "#000000", "#ffffff", "#000000", "#1aebff", "#000000"},
+    {"black on black", "#000000", "#ffffff", "#000000", "#000080", "#ffffff"},
+    {"white", "#ffffff", "#000000", "#ffffff", "#ffffff", "#ffffff"},
+    {"yellow", "#efefef", "#202020", "#ffffff", "#ffd400", "#ffffff"},
+    {"orange", "#f6f5f4", "#2e3436", "#ffffff", "#e95420", "#ffffff"},
+    {"green in the dark", "#3c3c3c", "#d0d0d0", "#2d2d2d", "#35a854", "#101010"},
+    {"grey", "#808080", "#000000", "#8a8a8a", "#7f7f7f", "#909090"},
+};
+
+TEST_F(ScreenTest, WhatIsDownOrSelectedIsSeenInEveryTheme) {
+    useFont(14);
+    start();
+    auto& table = child<QTableView>("table");
+    auto& down = child<QAbstractButton>("searchICAO");
+    auto& up = child<QAbstractButton>("searchName");
+    table.selectRow(0);
+    // Of what is drawn: the ground at its left edge, and of the rest what stands out most from it.
+    const auto ground = [](const QImage& image) { return image.pixelColor(3, image.height() / 2); };
+    const auto letters = [&](const QImage& image) {
+        double most = 1;
+        for (int x = 0; x < image.width(); ++x) {
+            for (int y = 3; y < image.height() - 3; ++y) {
+                most = std::max(most, desktop::contrast(image.pixelColor(x, y), ground(image)));
+            }
+        }
+        return most;
+    };
+    const auto row = [&] {
+        return table.viewport()
+            ->grab(table.visualRect(table.model()->index(0, 1)).adjusted(0, 0, -1, 0))
+            .toImage();
+    };
+    for (const Theme& theme : themes) {
+        SCOPED_TRACE(theme.name);
+        QPalette palette(QColor(theme.window), QColor(theme.window));
+        for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+            palette.setColor(role, QColor(theme.text));
+        }
+        palette.setColor(QPalette::Base, QColor(theme.base));
+        palette.setColor(QPalette::AlternateBase, QColor(theme.base));
+        palette.setColor(QPalette::Highlight, QColor(theme.highlight));
+        palette.setColor(QPalette::HighlightedText, QColor(theme.highlighted));
+        // While the program runs.
+        QApplication::setPalette(palette);
+        QApplication::processEvents();
+        for (const bool onImagery : {false, true}) {
+            const desktop::MapScheme map = desktop::mapScheme(palette, onImagery);
+            for (const QColor& below : {map.sea, map.land}) {
+                EXPECT_GE(desktop::contrast(map.focus, below), desktop::contrastOfShapes);
+            }
+        }
+        for (const bool hasFocus : {false, true}) {
+            SCOPED_TRACE(hasFocus);
+            hasFocus ? down.setFocus() : down.clearFocus();
+            const QImage button = down.grab().toImage();
+            // Clear of the focus frame.
+            const QColor filled = button.pixelColor(1, button.height() / 2);
+            EXPECT_GE(desktop::contrast(filled, QColor(theme.window)), desktop::contrastOfShapes);
+            EXPECT_GE(letters(button), desktop::contrastOfText);
+            EXPECT_NE(filled, up.grab().toImage().pixelColor(1, button.height() / 2));
+
+            hasFocus ? table.setFocus() : table.clearFocus();
+            const QImage selected = row();
+            EXPECT_GE(letters(selected), desktop::contrastOfText);
+            // Between two lines, or filled as these are.
+            EXPECT_GE(desktop::contrast(selected.pixelColor(20, 0), QColor(theme.base)),
+                      desktop::contrastOfShapes);
+            EXPECT_EQ(ground(selected) == selected.pixelColor(20, 0), hasFocus);
+        }
+    }
+}
+
+} // namespace
