@@ -305,9 +305,11 @@ void SCStationWindow::remember(QSettings& memory) const {
 }
 
 void SCStationWindow::showMarks() {
-    const int rows = views_->table.model().rowCount();
+    const auto selected = controller_.selectedStation;
+    const int rows = selected ? views_->table.model().rowCount() : 0;
     for (int row = 0; row < rows; ++row) {
-        if (controller_.stationInRow(row) == controller_.selectedStation) {
+        const auto station = controller_.stationInRow(row);
+        if (station == selected || (station && station->ICAO == selected->ICAO)) {
             views_->table.markChanged(row);
         }
     }

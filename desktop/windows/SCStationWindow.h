@@ -38,7 +38,8 @@ private:
     void searchTextDidChange(bool isEmpty);
     void showAll();
     void save();
-    /// Of the selected station, which a search may list more than once.
+    /// Of the selected station, which a search may list more than once, and of those that share its
+    /// identifier, of which the first is marked with it.
     void showMarks();
     void showTableOrHint();
 
