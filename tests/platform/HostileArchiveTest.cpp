@@ -238,7 +238,6 @@ TEST(HostileArchive, DeepAndMultiplyingGraphsStayWithinBounds) {
     EXPECT_EQ(shown(deep.root), std::string(most, '(') + std::string(most, ')'));
     EXPECT_THAT(samples::firstMisreading(deep), HasSubstr("too deeply"));
     EXPECT_EQ(chain(64, 2).misreadFields, 0U);
-    EXPECT_EQ(chain(2, 500'000).misreadFields, 0U);
 }
 
 TEST(HostileArchive, WhatManyRecordsShareDoesNotMultiply) {

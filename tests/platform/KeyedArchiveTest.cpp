@@ -129,6 +129,9 @@ TEST(KeyedArchive, WhatCouldNotBeReadIsNotWritten) {
     // One slot, but a copy for each of whoever reads it.
     const std::vector<Value> repeated(40, std::string(1'000'000, 'x'));
     EXPECT_FALSE(KeyedArchiver::archivedData(arrayOf(repeated)));
+    // One byte in the file, and an element in the reader's memory.
+    const std::vector<Value> elements(2'500'000, Number(1));
+    EXPECT_FALSE(KeyedArchiver::archivedData(arrayOf(elements)));
 
     const auto archivedWithKeys = [](int keys) {
         return KeyedArchiver::archivedData(
