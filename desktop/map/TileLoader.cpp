@@ -153,8 +153,10 @@ const QImage* TileLoader::image(std::size_t server, const map::Tile& tile) const
 
 bool TileLoader::mayAsk(const Wish& wish) const {
     const auto paused = pausedTiles_.constFind(wish.key);
-    return standings_[wish.server].leftAlone.hasExpired() && !images_.contains(wish.key) &&
-           !underWay_.contains(wish.key) &&
+    const QDeadlineTimer& leftAlone = standings_[wish.server].leftAlone;
+    const bool hasSource =
+        leftAlone.hasExpired() || (!leftAlone.isForever() && !cacheFolder_.isEmpty());
+    return hasSource && !images_.contains(wish.key) && !underWay_.contains(wish.key) &&
            (paused == pausedTiles_.constEnd() || paused->hasExpired());
 }
 
@@ -211,6 +213,11 @@ void TileLoader::request(const Wish& wish) {
     request.setMaximumRedirectsAllowed(3);
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    const bool isFromDisk = !standings_[wish.server].leftAlone.hasExpired();
+    if (isFromDisk) {
+        request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
+                             QNetworkRequest::AlwaysCache);
+    }
 
     QNetworkReply* reply = network_->get(request);
     underWay_.insert(wish.key);
@@ -222,8 +229,8 @@ void TileLoader::request(const Wish& wish) {
         }
     });
     connect(reply, &QNetworkReply::finished, this,
-            [this, reply, wish, deadline = QDeadlineTimer(limits_.time)] {
-                finished(*reply, wish, deadline.hasExpired());
+            [this, reply, wish, isFromDisk, deadline = QDeadlineTimer(limits_.time)] {
+                finished(*reply, wish, isFromDisk, deadline.hasExpired());
             });
     auto* timer = new QTimer(reply);
     timer->setSingleShot(true);
@@ -233,7 +240,7 @@ void TileLoader::request(const Wish& wish) {
     timer->start(limits_.time);
 }
 
-void TileLoader::finished(QNetworkReply& reply, const Wish& wish, bool late) {
+void TileLoader::finished(QNetworkReply& reply, const Wish& wish, bool isFromDisk, bool late) {
     reply.deleteLater();
     underWay_.remove(wish.key);
     const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
@@ -247,6 +254,8 @@ void TileLoader::finished(QNetworkReply& reply, const Wish& wish, bool late) {
             standings_[wish.server].pause = 0ms;
         }
         came(wish, std::move(image));
+    } else if (isFromDisk) {
+        pauseTile(wish, standings_[wish.server].leftAlone);
     } else if (isRefusal(status)) {
         refused(wish.server, retryAfter(reply));
     } else if (late ||
@@ -257,12 +266,16 @@ void TileLoader::finished(QNetworkReply& reply, const Wish& wish, bool late) {
         if (network_->cache()) {
             network_->cache()->remove(reply.url());
         }
-        if (pausedTiles_.size() >= mostPausedTiles) {
-            pausedTiles_.clear();
-        }
-        pausedTiles_.insert(wish.key, QDeadlineTimer(limits_.tilePause));
+        pauseTile(wish, QDeadlineTimer(limits_.tilePause));
     }
     start();
+}
+
+void TileLoader::pauseTile(const Wish& wish, const QDeadlineTimer& end) {
+    if (pausedTiles_.size() >= mostPausedTiles) {
+        pausedTiles_.clear();
+    }
+    pausedTiles_.insert(wish.key, end);
 }
 
 void TileLoader::came(const Wish& wish, QImage image) {

@@ -61,7 +61,8 @@ class TileWishes;
 ///
 /// A server that refuses (any status from 400 on but 404 and 410, which concern the tile alone) is
 /// left alone for a while that doubles with each refusal until it gives a tile again, and at least
-/// as long as its Retry-After says, up to a day.
+/// as long as its Retry-After says, up to a day. What the disk has of it shows meanwhile, however
+/// old.
 class TileLoader final : public QObject {
 public:
     explicit TileLoader(TileSources sources);
@@ -97,7 +98,8 @@ private:
     void start();
     void makeRoom();
     void request(const Wish& wish);
-    void finished(QNetworkReply& reply, const Wish& wish, bool late);
+    void finished(QNetworkReply& reply, const Wish& wish, bool isFromDisk, bool late);
+    void pauseTile(const Wish& wish, const QDeadlineTimer& end);
     void came(const Wish& wish, QImage image);
     void refused(std::size_t server, std::chrono::milliseconds retryAfter);
     void leaveAlone(std::size_t server, std::chrono::milliseconds time);

@@ -380,4 +380,28 @@ TEST_F(TileLoaderTest, EndsWithTilesUnderWay) {
     EXPECT_EQ(arrivals_, 0);
 }
 
+TEST_F(TileLoaderTest, WhatTheDiskHasShowsWhileTheServerIsLeftAlone) {
+    const std::vector<Tile> kept{{10, 1, 5}};
+    {
+        const auto loader = this->loader();
+        wishes_->want(0, kept);
+        ASSERT_TRUE(settle(*loader));
+        wishes_.reset();
+    }
+    tiles_.answer = [](QTcpSocket& socket, const LoopbackTiles::Request& /*request*/) {
+        socket.write(LoopbackTiles::reply({}, "Retry-After: 600\r\n", "403 Forbidden"));
+    };
+    const auto loader = this->loader();
+    wishes_->want(0, {{10, 2, 5}});
+    ASSERT_TRUE(settle(*loader));
+    EXPECT_GT(loader->leftAloneFor(0), 500s);
+    std::vector<Tile> wanted = someTiles;
+    wanted.insert(wanted.end(), kept.begin(), kept.end());
+    wishes_->want(0, wanted);
+    ASSERT_TRUE(settle(*loader));
+    EXPECT_TRUE(loader->image(0, kept.front()));
+    EXPECT_FALSE(loader->image(0, someTiles.front()));
+    EXPECT_EQ(tiles_.requests.size(), 2U);
+}
+
 } // namespace
