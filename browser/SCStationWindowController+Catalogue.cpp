@@ -8,6 +8,7 @@
 
 #include <fmt/format.h>
 
+#include <new>
 #include <utility>
 
 void SCStationWindowController::loadParsedFile(bool flag) {
@@ -66,17 +67,10 @@ void SCStationWindowController::parseit() {
 }
 
 void SCStationWindowController::parseIsDone(const platform::Notification& /*notification*/) {
-    const auto parser = parser_.load();
-    // A parse that was superseded while it ran has nothing to show: the catalogue stays.
-    if (const auto parsed = parser ? parser->stationArray() : nullptr) {
-        auto master = AviationWeatherStationCollection::init();
-        master->stations = std::make_shared<StationArray>(*parsed);
-        master->numberOfStations = static_cast<std::int64_t>(parsed->size());
-        master->lastUpdated = host_.clock.now();
-        master->fromURL = fileURL_.load();
-        // The groups are discarded with the copy; intended.
-        master->copySharingStations()->createStateCollections();
-        replaceMaster(std::move(master));
+    // Where memory runs out the catalogue stays, and the window hears of the end all the same.
+    try {
+        publishParsed();
+    } catch (const std::bad_alloc&) {
     }
     host_.mainThread.perform(weak_from_this(), [this] { showzTble(); });
     if (const auto master = masterCollection(); master && master->stations) {
@@ -86,6 +80,23 @@ void SCStationWindowController::parseIsDone(const platform::Notification& /*noti
             }
         }
     }
+}
+
+void SCStationWindowController::publishParsed() {
+    const auto parser = parser_.load();
+    const auto parsed = parser ? parser->stationArray() : nullptr;
+    // A parse that was superseded while it ran has nothing to show.
+    if (!parsed) {
+        return;
+    }
+    auto master = AviationWeatherStationCollection::init();
+    master->stations = std::make_shared<StationArray>(*parsed);
+    master->numberOfStations = static_cast<std::int64_t>(parsed->size());
+    master->lastUpdated = host_.clock.now();
+    master->fromURL = fileURL_.load();
+    // The groups are discarded with the copy; intended.
+    master->copySharingStations()->createStateCollections();
+    replaceMaster(std::move(master));
 }
 
 void SCStationWindowController::showzTble() {

@@ -162,6 +162,8 @@ private:
 
     void observe(const char* name, Observation observation);
     void parseIsDone(const platform::Notification& notification);
+    /// Makes what the parser has read the master.
+    void publishParsed();
     void showzTble();
     void reloadTable();
     /// Publishes a new master that has taken over the favourites of the one it replaces. Any
