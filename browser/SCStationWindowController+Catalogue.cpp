@@ -114,6 +114,11 @@ void SCStationWindowController::showzTble() {
     }
     resetWorkingCollection();
     reloadTable();
+    // The new list is shown whole, whatever was looked for in the old one.
+    saerching_ = false;
+    if (outlets.sf) {
+        outlets.sf->setStringValue("");
+    }
     selectAgain(selectedStation);
 }
 

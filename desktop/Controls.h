@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScopedValueRollback>
 
 /// Plain controls of the logic on Qt widgets, which they borrow.
 namespace desktop {
@@ -95,9 +96,17 @@ public:
     void setSendsSearchStringImmediately(bool /*immediately*/) override {}
     void setSendsWholeSearchString(bool /*whole*/) override {}
     [[nodiscard]] std::string stringValue() const override { return line_.text().toStdString(); }
+    /// The line's own clear button hears of it, unlike with its signals blocked.
+    void setStringValue(const std::string& text) override {
+        const QScopedValueRollback guard(isSetByLogic_, true);
+        line_.setText(exactText(text));
+    }
+    /// Whether the text changes just now, and not by the user.
+    [[nodiscard]] bool isSetByLogic() const { return isSetByLogic_; }
 
 private:
     QLineEdit& line_;
+    bool isSetByLogic_ = false;
 };
 
 /// A menu entry that calls the operation of that name.

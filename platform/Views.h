@@ -73,6 +73,7 @@ public:
     /// Whether the action waits for the Return key.
     virtual void setSendsWholeSearchString(bool whole) = 0;
     [[nodiscard]] virtual std::string stringValue() const = 0;
+    virtual void setStringValue(const std::string& text) = 0;
 };
 
 /// Text of any length that the user reads, selects and copies.

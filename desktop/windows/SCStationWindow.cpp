@@ -16,7 +16,6 @@
 
 #include <QFontDatabase>
 #include <QKeyEvent>
-#include <QScopedValueRollback>
 #include <QTimer>
 
 #include <chrono>
@@ -170,8 +169,9 @@ void SCStationWindow::bindSearch() {
     Ui::SCStationWindowController& ui = views_->ui;
     ui.sf->installEventFilter(this);
     connect(ui.sf, &QLineEdit::textChanged, this, [this](const QString& text) {
-        if (!isClearing_) {
-            searchTextDidChange(text.isEmpty());
+        const bool wasEmpty = std::exchange(isSearchEmpty_, text.isEmpty());
+        if (!views_->sf.isSetByLogic()) {
+            searchTextDidChange(wasEmpty);
         }
     });
     connect(ui.switchie, &QButtonGroup::idClicked, this, [this] { controller_.switchieswitche(); });
@@ -225,28 +225,21 @@ void SCStationWindow::bindWeather(platform::Host& host) {
         });
 }
 
-void SCStationWindow::searchTextDidChange(bool isEmpty) {
-    if (!isSearching_ && !isEmpty) {
-        isSearching_ = true;
+void SCStationWindow::searchTextDidChange(bool wasEmpty) {
+    if (wasEmpty) {
         controller_.searchFieldDidStartSearching();
     }
     // The empty text finds nothing, which loses the selection, before the search ends.
     const auto selected = controller_.selectedStation;
     controller_.searchIt();
-    if (isEmpty) {
-        isSearching_ = false;
+    if (isSearchEmpty_) {
         controller_.searchFieldDidEndSearching();
         controller_.selectAgain(selected);
     }
 }
 
 void SCStationWindow::showAll() {
-    isSearching_ = false;
-    {
-        // The field's own clear button hears of it all the same.
-        const QScopedValueRollback quietly(isClearing_, true);
-        views_->ui.sf->clear();
-    }
+    views_->sf.setStringValue("");
     controller_.searchFieldDidEndSearching();
     controller_.selectAgain(controller_.selectedStation);
 }

@@ -35,7 +35,7 @@ private:
     void bindSearch();
     void bindMap(platform::Host& host);
     void bindWeather(platform::Host& host);
-    void searchTextDidChange(bool isEmpty);
+    void searchTextDidChange(bool wasEmpty);
     void showAll();
     void save();
     /// Of the selected station, which a search may list more than once, and of those that share its
@@ -46,8 +46,7 @@ private:
     SCStationWindowController& controller_;
     ProgramMenus& menus_;
     std::unique_ptr<Views> views_;
-    bool isSearching_ = false;
-    bool isClearing_ = false;
+    bool isSearchEmpty_ = true;
 };
 
 } // namespace desktop

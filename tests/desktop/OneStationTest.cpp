@@ -129,7 +129,12 @@ TEST_F(OneStation, IsMeantByEverythingWhateverHappensToTheRows) {
         {"a list with it",
          [&] { openList(line("KEET", 80) + line("KJFK", 70) + line("KLGA", 60)); }, "KJFK", true,
          3},
-        {"a list without it", [&] { openList(line("KEET", 80)); }, "", false, 1},
+        {"a list without it",
+         [&] {
+             openList(line("KEET", 80));
+             EXPECT_EQ(child<QLineEdit>("sf").text(), QString());
+         },
+         "", false, 1},
         {"a list without stations", [&] { openList(""); }, "", false, 0},
         {"another search", [&] { child<QLineEdit>("sf").clear(), search("lga"); }, "KLGA", true, 1},
         {"the same search", [&] { child<QLineEdit>("sf").clear(), search("jf"); }, "KJFK", true, 1},

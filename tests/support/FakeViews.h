@@ -84,6 +84,7 @@ struct FakeSearchField final : platform::SearchField {
     void setSendsSearchStringImmediately(bool value) override { immediately = value; }
     void setSendsWholeSearchString(bool value) override { whole = value; }
     [[nodiscard]] std::string stringValue() const override { return text; }
+    void setStringValue(const std::string& value) override { text = value; }
     std::string text;
     bool immediately = false;
     bool whole = true;
