@@ -99,35 +99,4 @@ TEST(WeatherReplies, YieldWhatTheirElementsClosedOff) {
     EXPECT_EQ(postsFor(many + "</r>", {}).front().size(), 13 + 4 * 200'000);
 }
 
-TEST(WeatherReplies, OfRealServersYieldTheirRawTexts) {
-    const std::filesystem::path shared = NOSIG_SHARED_DATA;
-    if (!std::filesystem::exists(shared)) {
-        GTEST_SKIP() << "no sample replies at " << shared;
-    }
-    int files = 0;
-    for (const char* folder : {"replies", "replies-present"}) {
-        for (const auto& file : std::filesystem::directory_iterator(shared / folder)) {
-            if (file.path().extension() != ".xml") {
-                continue;
-            }
-            SCOPED_TRACE(file.path());
-            ++files;
-            const std::string reply = contentsOf(file.path());
-            std::string expected;
-            for (std::size_t at = 0; (at = reply.find("<raw_text>", at)) != reply.npos;) {
-                at += 10;
-                expected += (expected.empty() ? "" : "      ") +
-                            reply.substr(at, reply.find("</raw_text>", at) - at);
-            }
-            if (expected.starts_with("<![CDATA[")) {
-                expected = expected.substr(9, expected.size() - 12);
-            }
-            const bool isTaf = file.path().filename().string().starts_with("taf");
-            EXPECT_EQ(isTaf ? postsFor({}, reply) : postsFor(reply, {}),
-                      isTaf ? tafPosts(expected) : metarPosts(expected));
-        }
-    }
-    EXPECT_EQ(files, 9);
-}
-
 } // namespace

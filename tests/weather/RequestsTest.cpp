@@ -55,4 +55,23 @@ TEST(WeatherRequests, ARecordSendsItsFixedRequestAndLivesUntilTheReply) {
     EXPECT_TRUE(observed.expired());
 }
 
+TEST(WeatherRequests, OfOneGrabberAreMarkedTogether) {
+    support::FakeHost host;
+    const auto grabber = SCWeatherGrabber::init(host.host);
+    const auto other = SCWeatherGrabber::init(host.host);
+    grabber->revalidates = true;
+    grabber->getNewMessages({makeStation({"KAAA"}), makeStation({"KBBB"})});
+    other->getNewMessages({makeStation({"KCCC"})});
+    const auto waiting = host.urlSessions.requests();
+    EXPECT_FALSE(*waiting.front().superseded);
+    grabber->supersede();
+    host.urlSessions.answer("KAAA", "");
+    const auto later = host.urlSessions.requests();
+    for (const auto& request : {waiting[0], waiting[1], later.back()}) {
+        EXPECT_TRUE(request.revalidates && *request.superseded) << request.address.text;
+    }
+    EXPECT_NE(later.back().address.text.find("KBBB"), std::string::npos);
+    EXPECT_FALSE(waiting[2].revalidates || *waiting[2].superseded);
+}
+
 } // namespace
