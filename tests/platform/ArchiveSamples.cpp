@@ -218,7 +218,7 @@ Forger::Ref Forger::next(std::string_view& rest) {
         return list.data(std::as_bytes(std::span<const char>(quoted('>'))));
     }
     if (take('#')) {
-        return list.uid(static_cast<std::uint32_t>(std::stoul(upTo(" ]}"))));
+        return list.uid(static_cast<std::uint32_t>(std::stoul(upTo(" ]}*"))));
     }
     if (take('@')) {
         return list.uid(addSlot(next(rest)));
@@ -227,7 +227,8 @@ Forger::Ref Forger::next(std::string_view& rest) {
     std::vector<Ref> values;
     if (take('[')) {
         for (; !take(']'); take(' ')) {
-            values.push_back(next(rest));
+            const Ref element = next(rest);
+            values.insert(values.end(), take('*') ? std::stoul(upTo(" ]")) : 1, element);
         }
         return list.array(values);
     }
@@ -266,7 +267,7 @@ std::uint32_t Forger::classSlot(const std::string& names) {
     return slot;
 }
 
-Unarchived Forger::read(const std::vector<std::string>& objects) {
+Data Forger::archive(const std::vector<std::string>& objects) {
     const auto root = slots_.size();
     slots_.resize(root + objects.size());
     for (std::size_t i = 0; i < objects.size(); ++i) {
@@ -288,7 +289,7 @@ Unarchived Forger::read(const std::vector<std::string>& objects) {
         keys.push_back(list.text("$objects"));
         values.push_back(list.array(slots_));
     }
-    return unarchived(list.finish(keys, values));
+    return list.finish(keys, values).value();
 }
 
 } // namespace samples

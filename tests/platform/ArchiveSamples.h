@@ -56,7 +56,7 @@ dictionaryOf(std::map<std::string, platform::Value, std::less<>> entries, bool i
 [[nodiscard]] std::string shown(const platform::Value& value);
 
 /// Puts together archives that `KeyedArchiver` would not write, from objects in a notation:
-/// 'text', <data>, true, 5, 5.0, [array elements], {key=value key=value};
+/// 'text', <data>, true, 5, 5.0, [array elements], [one*1000], {key=value key=value};
 /// #5 refers to slot 5, @object to a new slot with that object; Name:Ancestor{key=value} is the
 /// record of a class.
 class Forger {
@@ -65,8 +65,11 @@ public:
 
     Ref object(std::string_view notation);
     std::uint32_t addSlot(Ref object);
-    /// What an archive reads as whose next slots hold these objects, and the first one is its root.
-    [[nodiscard]] platform::Unarchived read(const std::vector<std::string>& objects);
+    /// An archive whose next slots hold these objects, and the first one is its root.
+    [[nodiscard]] platform::Data archive(const std::vector<std::string>& objects);
+    [[nodiscard]] platform::Unarchived read(const std::vector<std::string>& objects) {
+        return unarchived(archive(objects));
+    }
 
     platform::plist::Writer list;
     /// Entries that replace those of the archive's frame; an empty one leaves it out.

@@ -2,7 +2,6 @@
 #include "platform/KeyedArchiver.h"
 #include "platform/KeyedUnarchiver.h"
 
-#include "platform/Files.h"
 #include "tests/platform/ArchiveSamples.h"
 #include "tests/support/PinnedArchive.h"
 #include "tests/support/Record.h"
@@ -199,25 +198,6 @@ TEST(KeyedArchive, FieldsOfOtherKindsReadAsEmptyButForAFewTolerances) {
         EXPECT_EQ(result.misreadFields, isMisread ? 1U : 0U) << samples::firstMisreading(result);
         EXPECT_THAT(samples::firstMisreading(result),
                     HasSubstr(isMisread ? key + "\" of Beacon is " : ""));
-    }
-}
-
-TEST(KeyedArchive, FilesOfOtherWritersAreRead) {
-    const std::filesystem::path folder = NOSIG_SHARED_DATA "/archives";
-    if (!fileExists(folder)) {
-        GTEST_SKIP() << "no sample archives in " << folder;
-    }
-    const std::pair<const char*, const char*> files[] = {
-        {"gs-strings.bin", R"(("KDEN","KJFK","SÃO 東京 🛫","","KDEN"))"},
-        {"mw-circularReference.plist", "[]"},
-        {"mw-simpleArray.plist", R"(("value1","value2",("innerValue3","innerValue4")))"},
-    };
-    for (const auto& [name, expected] : files) {
-        SCOPED_TRACE(name);
-        const auto result = KeyedUnarchiver::unarchiveFile(folder / name, {});
-        EXPECT_EQ(shown(result.root), expected) << result.fault;
-        // The list that contains itself.
-        EXPECT_EQ(result.misreadFields, name == "mw-circularReference.plist"s ? 1U : 0U);
     }
 }
 

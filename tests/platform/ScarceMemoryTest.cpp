@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/ScarceMemory.h"
 #include "platform/ArchiveCosts.h"
-#include "platform/BinaryPropertyListWriter.h"
 #include "platform/KeyedArchiver.h"
 #include "platform/KeyedUnarchiver.h"
 #include "platform/OperationQueue.h"
@@ -23,48 +22,28 @@ enum class Shape { oneObject, manyObjects, manyLayouts };
 
 /// A list of so many elements: one object over and over, or each an object of its own, for which
 /// the file spends a reference, or a set of keys of its own too.
-Data listing(Shape shape, std::size_t elements) {
-    plist::Writer list;
-    const auto text = [&](const char* ascii) { return list.text(ascii); };
-    const auto record = [&](std::vector<plist::Ref> keys, std::vector<plist::Ref> values) {
-        return list.dictionary(keys, values);
-    };
-    const auto archivedClass = [&](const char* name) {
-        return record({text("$classname"), text("$classes")}, {text(name), list.array({})});
-    };
-    constexpr std::uint32_t firstElement = 4;
-    const auto plain = record({text("$class")}, {list.uid(3)});
-    std::vector<plist::Ref> names;
-    for (int i = 0; shape == Shape::manyLayouts && i < 1000; ++i) {
-        names.push_back(list.text(std::to_string(i)));
+Data listing(Shape shape, std::uint32_t elements) {
+    samples::Forger forger;
+    const auto key = [](std::uint32_t number) { return std::to_string(number) + "=0 "; };
+    const auto plain = forger.object("Beacon{}");
+    std::string uids;
+    for (std::uint32_t i = 0; shape != Shape::oneObject && i < elements; ++i) {
+        const auto object =
+            shape == Shape::manyObjects
+                ? plain
+                : forger.object("Beacon{" + key(i % 1000) + key(1000 + i / 1000) + "}");
+        uids += "#" + std::to_string(forger.addSlot(object)) + " ";
     }
-    std::vector<plist::Ref> slots{text("$null"), 0, archivedClass("NSArray"),
-                                  archivedClass("Beacon")};
-    std::vector<plist::Ref> uids;
-    const auto zero = list.number(Number(0));
-    const auto classKey = text("$class");
-    for (std::uint32_t i = 0; i < elements; ++i) {
-        const bool isNew = i == 0 || shape != Shape::oneObject;
-        uids.push_back(isNew ? list.uid(firstElement + i) : uids.back());
-        if (shape == Shape::manyLayouts) {
-            slots.push_back(
-                record({names[i % 1000], names[i / 1000], classKey}, {zero, zero, list.uid(3)}));
-        } else if (isNew) {
-            slots.push_back(plain);
-        }
+    if (shape == Shape::oneObject) {
+        uids = "#" + std::to_string(forger.addSlot(plain)) + "*" + std::to_string(elements);
     }
-    slots[1] = record({text("NS.objects"), text("$class")}, {list.array(uids), list.uid(2)});
-    const std::vector<plist::Ref> keys{text("$version"), text("$archiver"), text("$top"),
-                                       text("$objects")};
-    const std::vector<plist::Ref> values{list.number(Number(100000)), text("NSKeyedArchiver"),
-                                         record({text("root")}, {list.uid(1)}), list.array(slots)};
-    return list.finish(keys, values).value();
+    return forger.archive({"NSArray{NS.objects=[" + uids + "]}"});
 }
 
 TEST(ScarceMemory, ReadingAnArchiveTakesNoMoreThanIsPromised) {
     const struct {
         Shape shape;
-        std::size_t elements;
+        std::uint32_t elements;
         bool isRead;
     } rows[] = {
         {Shape::oneObject, 1'000'000, true}, {Shape::oneObject, 2'500'000, false},

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "platform/URLSession.h"
-#include "tests/support/FakeHost.h"
 #include "tests/support/WeatherServer.h"
 
 #include <gtest/gtest.h>
@@ -149,79 +148,43 @@ TEST_F(Reuse, SupersededRequestsLeaveHalfOfTheMinuteToTheCurrentOnes) {
     EXPECT_EQ(server.targets().size(), 53U);
 }
 
-/// Asks for /a, /b and /a again, and for /a once more when that is answered; then /a is answered,
-/// and when three handlers have run, /b. What the handlers saw.
-Lines seenWhenShared(URLSessions& sessions, const std::string& server,
-                     const std::function<void(const std::string& path)>& answer) {
-    std::mutex mutex;
-    std::condition_variable changed;
+TEST(URLSession, EqualRequestsShareATransfer) {
+    WeatherServer server([&](const httplib::Request& request, httplib::Response& response) {
+        server.gates.pass(request.path);
+        response.set_content("x", "text/plain");
+    });
+    NotificationCenter center;
+    std::atomic<int> posts = 0;
+    const auto token =
+        center.addObserver(URLSessions::openRequestsDidChange, [&](const auto&) { ++posts; });
+    CurlURLSessions sessions(center, server.options());
     Lines seen;
+    std::promise<void> isOver;
     const std::function<void(const std::string&, const std::string&)> ask =
         [&](const std::string& path, const std::string& name) {
             sessions.startDataTask(
-                {{server + path}}, [&, path, name](const std::optional<Data>& data) {
+                {{"https://" + server.authority() + path}}, [&, name](auto& data) {
                     if (name == "first") {
                         ask("/a", "again");
                     }
-                    const std::scoped_lock lock(mutex);
                     seen.push_back(name + ": " + (data ? std::to_string(data->size()) : "none") +
                                    ", open " + std::to_string(sessions.openRequests()));
-                    changed.notify_all();
+                    if (name == "again") {
+                        server.gates.open("/b");
+                    } else if (name == "other") {
+                        sessions.perform([&] { isOver.set_value(); });
+                    }
                 });
         };
-    const auto wait = [&](std::size_t count) {
-        std::unique_lock lock(mutex);
-        EXPECT_TRUE(changed.wait_for(lock, patience, [&] { return seen.size() >= count; }));
-    };
     ask("/a", "first");
     ask("/b", "other");
     ask("/a", "second");
-    answer("/a");
-    wait(3);
-    answer("/b");
-    wait(4);
-    while (sessions.openRequests() > 0) {
-        std::this_thread::yield();
-    }
-    return seen;
-}
-
-TEST(URLSessionsContract, EqualRequestsShareATransferInRealAndFakeSessions) {
-    const Lines expected{"first: 1, open 4", "second: 1, open 3", "again: 1, open 2",
-                         "other: 1, open 1"};
-    const auto counted = [](NotificationCenter& center, std::atomic<int>& posts) {
-        return center.addObserver(URLSessions::openRequestsDidChange,
-                                  [&](const Notification&) { ++posts; });
-    };
-    {
-        WeatherServer server([&](const httplib::Request& request, httplib::Response& response) {
-            server.gates.pass(request.path);
-            response.set_content("x", "text/plain");
-        });
-        NotificationCenter center;
-        std::atomic<int> posts = 0;
-        const auto token = counted(center, posts);
-        CurlURLSessions sessions(center, server.options());
-        EXPECT_EQ(seenWhenShared(sessions, "https://" + server.authority(),
-                                 [&](const std::string& path) { server.gates.open(path); }),
-                  expected);
-        sessions.stop();
-        EXPECT_EQ(server.targets().size(), 3U);
-        EXPECT_EQ(posts, 8);
-    }
-    NotificationCenter center;
-    std::atomic<int> posts = 0;
-    const auto token = counted(center, posts);
-    support::FakeURLSessions sessions(center);
-    int answers = 0;
-    EXPECT_EQ(seenWhenShared(sessions, "https://localhost",
-                             [&](const std::string& path) {
-                                 while (sessions.answer(path, "x")) {
-                                     ++answers;
-                                 }
-                             }),
-              expected);
-    EXPECT_EQ(answers, 3);
+    server.gates.open("/a");
+    ASSERT_EQ(isOver.get_future().wait_for(patience), std::future_status::ready);
+    sessions.stop();
+    EXPECT_EQ(seen, (Lines{"first: 1, open 4", "second: 1, open 3", "again: 1, open 2",
+                           "other: 1, open 1"}));
+    EXPECT_EQ(server.targets().size(), 3U);
     EXPECT_EQ(posts, 8);
 }
 

@@ -7,8 +7,6 @@
 #include <algorithm>
 #include <atomic>
 #include <future>
-#include <latch>
-#include <tuple>
 
 namespace platform {
 namespace {
@@ -189,15 +187,6 @@ URLSessionOptions leadingTo(const WeatherServer& server) {
     return options;
 }
 
-TEST(URLSession, AsksTheDefaultServerAtTheSuccessorsOfItsOldAddresses) {
-    WeatherServer server(answerByPath);
-    NotificationCenter center;
-    CurlURLSessions sessions(center, leadingTo(server));
-    std::ignore = fetch(sessions, "http://aviationweather.gov/adds/dataserver_current/httpparam"
-                                  "?dataSource=TAFs&stationString=KSFO");
-    EXPECT_EQ(server.targets(), std::vector<std::string>{"/api/data/taf?ids=KSFO&format=xml"});
-}
-
 TEST(URLSession, SendsTheDefaultServerNoMoreThanItBearsAMinuteTheNewestFirst) {
     WeatherServer server(answerByPath);
     std::atomic<TimePoint> now = TimePoint(std::chrono::hours(1));
@@ -224,39 +213,6 @@ TEST(URLSession, SendsTheDefaultServerNoMoreThanItBearsAMinuteTheNewestFirst) {
     std::erase(targets, "/");
     std::ranges::sort(targets);
     EXPECT_EQ(targets, (std::vector<std::string>{"/1", "/2", "/3", "/6", "/7", "/8"}));
-}
-
-TEST(URLSession, HasFewRequestsAtTheDefaultServerAtOnce) {
-    std::mutex mutex;
-    int running = 0;
-    int most = 0;
-    WeatherServer server([&](const httplib::Request& request, httplib::Response& response) {
-        {
-            const std::scoped_lock lock(mutex);
-            most = std::max(most, ++running);
-        }
-        server.gates.pass("first four");
-        const std::scoped_lock lock(mutex);
-        --running;
-        // A redirect is one more request.
-        if (request.path == "/7") {
-            response.set_redirect("/77");
-        }
-    });
-    NotificationCenter center;
-    CurlURLSessions sessions(center, leadingTo(server));
-    std::latch unanswered(40);
-    for (int i = 1; i <= 40; ++i) {
-        sessions.startDataTask({defaultServer + std::to_string(i)}, [&](const auto& data) {
-            EXPECT_TRUE(data);
-            unanswered.count_down();
-        });
-    }
-    ASSERT_TRUE(server.waitForTargets(4));
-    server.gates.openAll();
-    unanswered.wait();
-    EXPECT_LE(most, 4);
-    EXPECT_EQ(server.targets().size(), 41U);
 }
 
 } // namespace
