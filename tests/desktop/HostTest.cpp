@@ -2,7 +2,6 @@
 #include "desktop/host/EndSignals.h"
 #include "desktop/host/Folders.h"
 #include "desktop/host/MainQueue.h"
-#include "desktop/host/Program.h"
 #include "desktop/host/RepeatingTimers.h"
 #include "desktop/host/Settings.h"
 #include "tests/support/FakeHost.h"
@@ -146,13 +145,6 @@ TEST(Folders, ExistBeforeAnyoneAsks) {
     qputenv("XDG_DATA_HOME", before);
 }
 
-TEST(Program, FindsItsFilesFromTheExecutable) {
-    const desktop::Program program(QStringLiteral("/opt/nosig/bin"));
-    EXPECT_EQ(program.resourcePath(), "/opt/nosig/share/nosig");
-    EXPECT_EQ(program.infoValue("CFBundleExecutable"), "nosig");
-    EXPECT_FALSE(program.infoValue("CFBundleNonsense").has_value());
-}
-
 TEST(RepeatingTimers, RepeatUntilDropped) {
     desktop::RepeatingTimers timers;
     int fired = 0;
@@ -169,33 +161,18 @@ TEST(RepeatingTimers, RepeatUntilDropped) {
     EXPECT_EQ(fired, 3);
 }
 
-TEST(EndSignals, CallFromTheEventLoopAndGiveTheSignalsBack) {
-    struct sigaction ignore {};
-    struct sigaction before {};
-    ignore.sa_handler = SIG_IGN;
-    ::sigaction(SIGHUP, &ignore, &before);
+// How they end the program is seen from outside it.
+TEST(EndSignals, LeaveAnIgnoredHangUpAloneAndGiveTheOthersBack) {
+    struct sigaction now {};
+    const auto before = std::signal(SIGHUP, SIG_IGN);
     {
-        int ends = 0;
-        const desktop::EndSignals endSignals([&] { ++ends; });
-        for (const int number : {SIGTERM, SIGINT}) {
-            SCOPED_TRACE(number);
-            ends = 0;
-            std::raise(number);
-            EXPECT_EQ(ends, 0);
-            EXPECT_TRUE(QTest::qWaitFor([&] { return ends == 1; }));
-        }
-        // Started to survive a hang-up.
-        ends = 0;
-        std::raise(SIGHUP);
-        QCoreApplication::processEvents();
-        EXPECT_EQ(ends, 0);
+        const desktop::EndSignals endSignals([] {});
+        ::sigaction(SIGHUP, nullptr, &now);
+        EXPECT_EQ(now.sa_handler, SIG_IGN);
     }
-    for (const int number : {SIGTERM, SIGINT}) {
-        struct sigaction now {};
-        ::sigaction(number, nullptr, &now);
-        EXPECT_EQ(now.sa_handler, SIG_DFL);
-    }
-    ::sigaction(SIGHUP, &before, nullptr);
+    ::sigaction(SIGTERM, nullptr, &now);
+    EXPECT_EQ(now.sa_handler, SIG_DFL);
+    std::signal(SIGHUP, before);
 }
 
 } // namespace

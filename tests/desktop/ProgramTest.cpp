@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "catalogue/Packages.h"
 #include "platform/Addresses.h"
 #include "platform/KeyedArchiver.h"
+#include "tests/support/FakeViews.h"
 #include "tests/support/RunningProgram.h"
 #include "tests/support/Stations.h"
 
@@ -107,6 +109,38 @@ TEST_F(ProgramTest, AClosedWindowComesBackAsItWas) {
     stations().close();
     entry(mine, {"Windows", "Stations"}).trigger();
     EXPECT_TRUE(stations().isVisible());
+}
+
+TEST_F(ProgramTest, TheDelegateStartsShowsAndEndsTheMainWindow) {
+    delegate().openStations();
+    support::FakeButton saver, viewer;
+    delegate().outlets.saver = &saver;
+    delegate().outlets.viewer = &viewer;
+    fake.userDefaults.setObject(platform::Number(1), "displayfavweather");
+    delegate().applicationDidFinishLaunching();
+    EXPECT_FALSE(saver.enabled || viewer.enabled);
+    EXPECT_TRUE(entry(stations(), {"Stations", "Always Show Favorites' Weather"}).isChecked());
+    stations().close();
+    delegate().showTble(makeCollection({{"EDDF"}}));
+    EXPECT_TRUE(stations().isVisible());
+    EXPECT_EQ(delegate().sw->workingCollection->stations->size(), 1U);
+    delegate().sw->currentMapType = 3;
+    delegate().applicationWillTerminate();
+    EXPECT_EQ(platform::integerOf(fake.userDefaults.objectForKey("curmaptype")), 3);
+}
+
+TEST_F(ProgramTest, TheDelegateSavesOnlyACollectionOfItsOwn) {
+    const auto saved = fake.folder / "one.STNPKG";
+    for (const auto& [code, collection] : {std::pair(2, makeCollection({{"KJFK"}})),
+                                           {1, nullptr},
+                                           {1, makeCollection({{"KJFK"}})}}) {
+        EXPECT_FALSE(std::filesystem::exists(saved));
+        fake.panels.answers = {platform::URL::file((fake.folder / "one.txt").string())};
+        delegate().masterCollection = collection;
+        delegate().zzsaveoptionsDidEnd_returnCode(code);
+        EXPECT_EQ(fake.panels.answers.empty(), code == 1);
+    }
+    EXPECT_TRUE(catalogue::readPackage(saved));
 }
 
 TEST_F(ProgramTest, WindowsAreRememberedOverAStart) {

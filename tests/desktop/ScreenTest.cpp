@@ -74,6 +74,10 @@ TEST_F(ScreenTest, EveryControlIsReachedHoweverSmallTheWindow) {
             EXPECT_TRUE(isButton ? seen == control.size()
                                  : seen.height() >= control.fontMetrics().height())
                 << seen.width() << "x" << seen.height();
+            const QImage focused = control.grab().toImage();
+            control.clearFocus();
+            EXPECT_NE(control.grab().toImage(), focused) << "the focus does not show";
+            control.setFocus();
             reached.insert(control.objectName());
             QTest::keyClick(&control, Qt::Key_Tab);
         }

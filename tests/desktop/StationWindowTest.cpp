@@ -3,9 +3,7 @@
 #include "tests/support/RunningProgram.h"
 
 #include <QAbstractButton>
-#include <QAccessible>
 #include <QApplication>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -41,17 +39,6 @@ protected:
             },
             60'000));
     }
-    /// The names of the controls that the Tab key goes through, each once.
-    std::set<QString> tabbedThrough() {
-        std::set<QString> names;
-        window().setFocus();
-        for (int press = 0; press < 20; ++press) {
-            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-            names.insert(QApplication::focusWidget()->objectName());
-        }
-        return names;
-    }
-
     static QMainWindow& window() {
         return support::RunningProgram::window("SCStationWindowController");
     }
@@ -69,50 +56,6 @@ TEST_F(StationWindowTest, ShowsAHintUntilThereAreStations) {
     const int rows = child<QTableView>("table").model()->rowCount();
     EXPECT_GT(rows, 1000);
     EXPECT_EQ(child<QLabel>("words").text(), QStringLiteral("%1 stations").arg(rows));
-}
-
-TEST_F(StationWindowTest, SavesWhereTheUserSays) {
-    openList();
-    fake.panels.answers.emplace_back(platform::URL::file((fake.folder / "mine.txt").string()));
-    QTest::keyClick(&window(), Qt::Key_V, Qt::AltModifier);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return fake.panels.timesAsked == 2; }));
-    EXPECT_TRUE(std::filesystem::exists(fake.folder / "mine.STNPKG"));
-}
-
-TEST_F(StationWindowTest, ShowsEveryStationInFull) {
-    openList();
-    const auto& table = child<QTableView>("table");
-    for (int column = 0; column < table.model()->columnCount(); ++column) {
-        SCOPED_TRACE(column);
-        for (int row = 0; row < table.model()->rowCount(); row += 7) {
-            const QModelIndex index = table.model()->index(row, column);
-            ASSERT_GE(table.columnWidth(column), table.sizeHintForIndex(index).width()) << row;
-        }
-    }
-}
-
-TEST_F(StationWindowTest, EveryControlHasANameAndIsReachedByKeyboard) {
-    openList();
-    child<QTableView>("table").selectRow(0);
-    const std::set<QString> reached = tabbedThrough();
-    for (QWidget* control : window().findChildren<QWidget*>()) {
-        if ((control->focusPolicy() & Qt::TabFocus) == 0 || !control->isVisible() ||
-            control->focusProxy() != nullptr) {
-            continue;
-        }
-        SCOPED_TRACE(control->objectName().toStdString());
-        // Of the search modes the one in force is reached, from there the arrow keys go on.
-        const auto* button = qobject_cast<QAbstractButton*>(control);
-        const bool isOtherMode = button && button->group() && !button->isChecked();
-        EXPECT_NE(reached.contains(control->objectName()), isOtherMode);
-        QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(control);
-        ASSERT_NE(spoken, nullptr);
-        EXPECT_FALSE(spoken->text(QAccessible::Name).isEmpty());
-        control->setFocus();
-        const QImage focused = control->grab().toImage();
-        control->clearFocus();
-        EXPECT_NE(control->grab().toImage(), focused) << "the focus does not show";
-    }
 }
 
 TEST_F(StationWindowTest, NoTwoControlsShareALetter) {

@@ -8,6 +8,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// Controls that keep what logic last set, for tests to read.
@@ -45,11 +46,6 @@ struct FakeSheet final : platform::Sheet {
     void orderOut() override { told.emplace_back("ordered out"); }
     void endSheet(int code) override { told.push_back("ended with " + std::to_string(code)); }
     std::vector<std::string> told;
-};
-
-struct FakeRichTextView final : platform::RichTextView {
-    void readRTFDFromFile(const std::string& path) override { read = path; }
-    std::string read;
 };
 
 struct FakeSegmentedControl final : platform::SegmentedControl {
