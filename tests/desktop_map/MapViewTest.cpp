@@ -235,23 +235,6 @@ TEST(MapView, ASelectionAsksOnlyForTilesThatAreShownInTheEnd) {
     }
 }
 
-TEST(MapView, SharesItsTilesWithOtherMaps) {
-    support::LoopbackTiles tiles;
-    const desktop::MapSetup setup = online(tiles);
-    MapView one(setup);
-    MapView other(setup);
-    for (MapView* view : {&one, &other}) {
-        view->resize(600, 400);
-        view->show();
-        showAround(*view, {47, 8});
-    }
-    const QImage outlines = picture(other);
-    ASSERT_TRUE(settle(setup));
-    EXPECT_EQ(tiles.requests.size(), one.state().tiles.size());
-    EXPECT_GT(difference(picture(other), outlines), 500);
-    EXPECT_EQ(picture(other), picture(one));
-}
-
 TEST(MapView, BearsAnyNumberOfStationsAnywhere) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     std::mt19937 random(3);
