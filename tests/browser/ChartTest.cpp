@@ -97,19 +97,4 @@ TEST_F(Chart, ADoubleClickOpensTheBrowser) {
     EXPECT_EQ(window.secView.loaded.size(), 1U) << "the chart in the window stays";
 }
 
-TEST_F(Chart, WorksWithAnyOutletMissing) {
-    window.table.selectRow(1);
-    controller->outlets.mapV = nullptr;
-    choose(4);
-    EXPECT_EQ(window.secView.place, platform::Frame());
-    EXPECT_EQ(window.secView.loaded.size(), 1U);
-    controller->outlets.secView = nullptr;
-    controller->outlets.dLcikWords = nullptr;
-    choose(4);
-    choose(1);
-    controller->outlets.switchieDu = nullptr;
-    controller->switchieswitcheDu();
-    EXPECT_EQ(controller->currentMapType, 1);
-}
-
 } // namespace

@@ -63,17 +63,6 @@ TEST_F(StationFilter, SearchesOnlyBetweenStartAndEndOfSearching) {
     EXPECT_EQ(shown().size(), 5U);
 }
 
-TEST_F(StationFilter, AChangedModeAppliesFromTheNextKeystroke) {
-    controller->searchFieldDidStartSearching();
-    search("san");
-    EXPECT_EQ(shown(), Names{});
-    window.switchie.segment = 1;
-    controller->switchieswitche();
-    EXPECT_EQ(shown(), Names{});
-    search("san");
-    EXPECT_EQ(shown(), (Names{"KSFO", "KSJC", "MROC"}));
-}
-
 TEST_F(StationFilter, FavoritesModeAddsTheFavoritesToTheMatches) {
     controller->favMenuItem(); // KOAK, the second row
     controller->showFavsMenu();

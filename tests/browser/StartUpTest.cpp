@@ -1,36 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "browser/SCStationWindowController.h"
-#include "platform/KeyedArchiver.h"
-#include "tests/support/FakeHost.h"
-#include "tests/support/FakeStationWindow.h"
-#include "tests/support/Stations.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/ShownCatalogue.h"
 
 namespace {
 
-class StartUp : public testing::Test {
-protected:
-    void ship(std::initializer_list<StationFacts> rows) {
-        ASSERT_TRUE(platform::KeyedArchiver::archiveRootObject(
-            makeCollection(rows), host.bundle.resources + "/Stations.STNPKG"));
-    }
-
-    void start() {
-        controller = SCStationWindowController::initWithWindowNibName(host.host,
-                                                                      "SCStationWindowController");
-        controller->outlets = window.outlets(host.host);
-        controller->windowDidLoad();
-    }
-
-    support::FakeHost host;
-    support::FakeStationWindow window;
-    std::shared_ptr<SCStationWindowController> controller;
-};
+struct StartUp : support::ShownCatalogue {};
 
 TEST_F(StartUp, ShowsTheShippedCatalogue) {
-    ship({{"KJFK"}, {"KDEN"}, {"LSZH"}});
-    start();
+    start({{"KJFK"}, {"KDEN"}, {"LSZH"}});
     EXPECT_EQ(window.table.rows, 3);
     EXPECT_EQ(window.cell(1, "3"), "KDEN");
     EXPECT_EQ(window.words.text, "3 stations");
@@ -56,7 +32,7 @@ TEST_F(StartUp, WithoutACatalogueTheWindowStaysAsDesigned) {
         if (isBroken) {
             host.folder.write("resources/Stations.STNPKG", "bplist00 and then nothing of use");
         }
-        start();
+        restart();
         EXPECT_FALSE(controller->masterCollection());
         EXPECT_EQ(window.table.rows, 0);
         EXPECT_EQ(window.words.text, "designed");
@@ -65,7 +41,7 @@ TEST_F(StartUp, WithoutACatalogueTheWindowStaysAsDesigned) {
 }
 
 TEST_F(StartUp, WithoutAnyOutletNothingFails) {
-    ship({{"KJFK"}, {"KDEN"}});
+    start({{"KJFK"}, {"KDEN"}});
     controller =
         SCStationWindowController::initWithWindowNibName(host.host, "SCStationWindowController");
     controller->windowDidLoad();
@@ -75,14 +51,14 @@ TEST_F(StartUp, WithoutAnyOutletNothingFails) {
 }
 
 TEST_F(StartUp, RemembersTheMapTypeAndTheFavoriteWeather) {
-    start();
+    restart();
     EXPECT_EQ(controller->currentMapType, 1);
     EXPECT_EQ(window.mapV.mapType, 1);
     EXPECT_FALSE(window.alwaysFavItem.on);
 
     host.userDefaults.setObject(platform::Number(std::int64_t{4}), "curmaptype");
     host.userDefaults.setObject(std::string("1"), "displayfavweather");
-    start();
+    restart();
     EXPECT_EQ(window.mapV.mapType, 4);
     EXPECT_TRUE(window.alwaysFavItem.on);
 
