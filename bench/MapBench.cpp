@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "bench/MapStage.h"
 #include "bench/StationLists.h"
-#include "tests/support/MapStage.h"
 
 #include <benchmark/benchmark.h>
 
@@ -29,11 +29,11 @@ std::vector<map::Station> stations(int size) {
 }
 
 /// Stages are never ended: the toolkit is gone when the program's statics are.
-support::MapStage& stage(int size, bool withTiles) {
-    static auto& stages = *new std::map<std::pair<int, bool>, std::unique_ptr<support::MapStage>>;
+bench::MapStage& stage(int size, bool withTiles) {
+    static auto& stages = *new std::map<std::pair<int, bool>, std::unique_ptr<bench::MapStage>>;
     auto& stage = stages[{size, withTiles}];
     if (!stage) {
-        stage = std::make_unique<support::MapStage>(1000, 600, stations(size), withTiles);
+        stage = std::make_unique<bench::MapStage>(1000, 600, stations(size), withTiles);
     }
     return *stage;
 }
@@ -41,7 +41,7 @@ support::MapStage& stage(int size, bool withTiles) {
 /// One frame of a map that is being dragged, with all tiles in memory or without any. Arguments:
 /// the size of the list, the map's kind, the place.
 void frame(benchmark::State& state, bool withTiles) {
-    support::MapStage& shown = stage(static_cast<int>(state.range(0)), withTiles);
+    bench::MapStage& shown = stage(static_cast<int>(state.range(0)), withTiles);
     const Place& place = places[state.range(2)];
     shown.show(state.range(1), place.centre, place.metres);
     double step = 1;
@@ -70,7 +70,7 @@ BENCHMARK(mapFrameOffline)
 void mapStart(benchmark::State& state) {
     const std::vector<map::Station> list = stations(bench::realList);
     for (auto _ : state) {
-        support::MapStage shown(1000, 600, list, false);
+        bench::MapStage shown(1000, 600, list, false);
         shown.paintMoved(0);
     }
 }

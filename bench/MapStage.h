@@ -11,7 +11,7 @@ namespace desktop {
 class MapView;
 }
 
-namespace support {
+namespace bench {
 
 /// A map view with the shipped base map, and with tiles from loopback or without a network,
 /// shown on a screen in memory. The first stage brings the toolkit up.
@@ -31,4 +31,4 @@ private:
     std::unique_ptr<Parts> parts_;
 };
 
-} // namespace support
+} // namespace bench

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/MapStage.h"
+#include "bench/MapStage.h"
 
 #include "desktop/map/MapView.h"
 #include "tests/support/LoopbackTiles.h"
@@ -7,7 +7,7 @@
 #include <QApplication>
 #include <QTest>
 
-namespace support {
+namespace bench {
 
 namespace {
 
@@ -22,7 +22,7 @@ void startToolkit() {
     }
 }
 
-desktop::MapSetup setup(const LoopbackTiles& tiles, bool withTiles) {
+desktop::MapSetup setup(const support::LoopbackTiles& tiles, bool withTiles) {
     desktop::MapSetup setup;
     setup.baseMap = QStringLiteral(NOSIG_SOURCE_DIR "/resources/map/world.map");
     if (withTiles) {
@@ -38,7 +38,7 @@ desktop::MapSetup setup(const LoopbackTiles& tiles, bool withTiles) {
 struct MapStage::Parts {
     explicit Parts(bool withTiles) : view(setup(tiles, withTiles)) {}
 
-    LoopbackTiles tiles;
+    support::LoopbackTiles tiles;
     desktop::MapView view;
 };
 
@@ -84,4 +84,4 @@ void MapStage::paintMoved(double right) {
     parts_->view.viewport()->repaint();
 }
 
-} // namespace support
+} // namespace bench
