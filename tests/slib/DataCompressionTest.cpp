@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "slib/DataCompression.h"
-#include "tests/support/ScarceMemory.h"
 
 #include <gtest/gtest.h>
 
@@ -61,21 +60,6 @@ TEST(DataCompression, InflatesUpToTwoGibibytesButNoFurther) {
     ASSERT_TRUE(inflated);
     EXPECT_EQ(inflated->size(), length);
     EXPECT_FALSE(zlibInflate(deflated, length - 1));
-}
-
-TEST(DataCompression, MemoryThatRunsOutGivesNothing) {
-    const Block block = blockOf(noise(200'000));
-    const Block deflated = zlibDeflate(block);
-    const auto isNothing = [](const Block& result) { EXPECT_FALSE(result); };
-    EXPECT_GT(support::starve([&] { return zlibDeflate(block); }, isNothing), 3U);
-    EXPECT_GT(support::starve([&] { return zlibInflate(deflated); }, isNothing), 1U);
-
-    // A short stream that makes much takes no more than twice or so what was made before it fails.
-    auto bomb = *zlibDeflate(blockOf(platform::Data(50'000'000)));
-    bomb.resize(bomb.size() / 10);
-    const support::PeakMemory peak;
-    EXPECT_FALSE(zlibInflate(blockOf(bomb)));
-    EXPECT_LT(support::PeakMemory::bytes(), 20'000'000U);
 }
 
 } // namespace

@@ -6,8 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <future>
-#include <thread>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -24,8 +22,6 @@ protected:
         record->queue()->waitUntilAllOperationsAreFinished();
     }
 
-    /// Called on the scanning thread at each update.
-    std::function<void()> onUpdate = [] {};
     std::vector<std::int64_t> updates;
     std::atomic<int> completions = 0;
 
@@ -33,7 +29,6 @@ protected:
     platform::NotificationCenter::Token updateToken = fake.notificationCenter.addObserver(
         slibTextPuncRecord::parseUpdate, [this](const platform::Notification& posted) {
             updates.push_back(std::get<platform::Number>(posted.object).integerValue());
-            onUpdate();
         });
     platform::NotificationCenter::Token completionToken = fake.notificationCenter.addObserver(
         slibTextPuncRecord::parseCompleted, [this](const platform::Notification& posted) {
@@ -78,58 +73,6 @@ TEST_F(Punctuation, ASecondFillAddsToTheFirst) {
     EXPECT_EQ(completions, 2);
     EXPECT_EQ(record->count(), 3 * 1576 - 1);
     EXPECT_EQ(record->puncTokens()[1576], (slibPuncToken{',', 3151}));
-}
-
-TEST_F(Punctuation, CancellingIsSeenAtAnUpdateOnly) {
-    onUpdate = [this] { record->op()->cancel(); };
-    fill(std::string(5000, '.'));
-    EXPECT_THAT(updates, ElementsAre(1576));
-    EXPECT_EQ(record->count(), 1576);
-    EXPECT_EQ(completions, 1);
-}
-
-TEST_F(Punctuation, TwoFillsAtOnceBothArrive) {
-    std::promise<void> mayGoOn;
-    onUpdate = [&] { mayGoOn.get_future().wait(); };
-    record->fillPuncRecordNSString(std::string(1576, '.'));
-    const auto first = record->queue();
-    fill("a,b");
-    EXPECT_EQ(completions, 1);
-    mayGoOn.set_value();
-    first->waitUntilAllOperationsAreFinished();
-    EXPECT_EQ(completions, 2);
-    EXPECT_EQ(record->count(), 1577);
-    EXPECT_EQ(record->puncTokens()[0], (slibPuncToken{',', 2}));
-}
-
-TEST_F(Punctuation, AnObserverMayFillTheRecordAgain) {
-    std::promise<void> filledAgain;
-    const auto token = fake.notificationCenter.addObserver(
-        slibTextPuncRecord::parseCompleted, [&](const platform::Notification&) {
-            completions == 1 ? record->fillPuncRecordNSString("!") : filledAgain.set_value();
-        });
-    record->fillPuncRecordNSString("?");
-    filledAgain.get_future().wait();
-    EXPECT_EQ(record->count(), 2);
-}
-
-TEST_F(Punctuation, ARecordLetGoInTheMiddleIsFilledToTheEnd) {
-    std::promise<void> started;
-    std::promise<void> mayGoOn;
-    onUpdate = [&] {
-        started.set_value();
-        mayGoOn.get_future().wait();
-    };
-    const std::weak_ptr<slibTextPuncRecord> watched = record;
-    record->fillPuncRecordNSString(std::string(2000, '.'));
-    started.get_future().wait();
-    record = nullptr;
-    EXPECT_FALSE(watched.expired());
-    mayGoOn.set_value();
-    while (!watched.expired()) {
-        std::this_thread::yield();
-    }
-    EXPECT_EQ(completions, 1);
 }
 
 } // namespace
