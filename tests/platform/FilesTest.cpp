@@ -91,13 +91,4 @@ TEST(Files, AFailedReplacementLeavesEverythingAsItWas) {
                 testing::UnorderedElementsAre("kept", "a", "b"));
 }
 
-TEST(Files, JoinsAndSplitsPaths) {
-    EXPECT_EQ(joinedPath("/a//", "/b/c/"), "/a/b/c");
-    EXPECT_EQ(joinedPath("/", "b"), "/b");
-    EXPECT_EQ(joinedPath("", "b"), "b");
-    for (const auto& [path, last] : {std::pair{"/a/b//", "b"}, {"b", "b"}, {"//", "/"}, {"", ""}}) {
-        EXPECT_EQ(lastPathComponent(path), last);
-    }
-}
-
 } // namespace

@@ -118,31 +118,6 @@ TEST(HostileArchive, ObjectsThatDoNotFitAreBroken) {
     }
 }
 
-TEST(HostileArchive, TextAndNumbersOfAnyFormAreRead) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"5361c362", "\"a\uFFFDb\""},
-        {"66d83d0061dc00d83ddeebd83d", "\"\uFFFDa\uFFFD🛫\uFFFD\""},
-        {"5f1300000000000000026162", "\"ab\""},
-        {"13ffffffffffffffff", "i-1"},
-        {"1400000000000000008000000000000000", "u9223372036854775808"},
-        {"1400000000000000010000000000000000", "-"},
-        {"223fc00000", "f1.5"},
-    };
-    for (const auto& [object, expected] : cases) {
-        SCOPED_TRACE(object);
-        std::string fault;
-        const auto data = listOf(object);
-        const auto list = plist::Reader::open(data, fault);
-        ASSERT_TRUE(list);
-        const auto element = list->element(0);
-        const auto number = list->number(element);
-        EXPECT_EQ(shown(element.isText() ? Value(list->text(element))
-                        : number         ? Value(*number)
-                                         : Value()),
-                  expected);
-    }
-}
-
 TEST(HostileArchive, TheArchiveFrameIsChecked) {
     const struct {
         const char* key;
@@ -152,12 +127,9 @@ TEST(HostileArchive, TheArchiveFrameIsChecked) {
         {"$version", "", "top entries"},
         {"$version", "99999", "version"},
         {"$archiver", "'OddArchiver'", "unknown archiver"},
-        {"$top", "#1", "top entries"},
         {"$top", "{}", "no root"},
-        {"$top", "{root=1}", "no root"},
         {"$top", "{root=#0}", "absent"},
         {"$top", "{root=#99}", "beyond"},
-        {"$objects", "{}", "top entries"},
         {"$objects", "[]", "table is empty"},
     };
     for (const auto& [key, entry, reason] : cases) {
@@ -192,7 +164,6 @@ TEST(HostileArchive, ObjectsThatCannotBeMadeReadAsAbsent) {
         // Its class: missing, pointing at itself, of another kind, unknown.
         {"{}", "", "cannot be read"},
         {"{$class=#2}", "", "cannot be read"},
-        {"{$class=@'Beacon'}", "", "cannot be read"},
         {"Evil:NSObject{}", "", "\"Evil\""},
         // It contains itself.
         {"Beacon{other=#1}", "Beacon()", "contains itself"},
@@ -200,11 +171,9 @@ TEST(HostileArchive, ObjectsThatCannotBeMadeReadAsAbsent) {
         {"NSURL{NS.relative=@'a' NS.base=#2}", "", "contains itself"},
         // Lists that are odd in themselves are refused, unreadable elements left out.
         {"NSArray{NS.objects=[#0]}", "", "\"NSArray\""},
-        {"NSArray{NS.objects=[@'$null']}", "", "\"NSArray\""},
         {"NSArray{NS.objects=[@[] @'a']}", "(\"a\")", "no object can have"},
         {"NSDictionary{NS.keys=[] NS.objects=[@'a']}", "", "\"NSDictionary\""},
         {"NSDictionary{NS.keys=[@1] NS.objects=[#1]}", "", "\"NSDictionary\""},
-        {"NSMutableSet{}", "", "\"NSMutableSet\""},
         // Of equal keys the first one counts.
         {"NSDictionary{NS.keys=[@'a' @'a'] NS.objects=[@1 @2]}", "<a=i1>", ""},
         {"Beacon{height=1 height=2}", "Beacon(height=1)", ""},

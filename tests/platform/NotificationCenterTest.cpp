@@ -11,25 +11,6 @@
 namespace platform {
 namespace {
 
-TEST(NotificationCenter, CallsObserversOfTheNameInOrderOfAskingOnThePostingThread) {
-    NotificationCenter center;
-    std::vector<std::string> calls;
-    std::thread::id caller;
-    const auto first = center.addObserver("update", [&](const Notification& one) {
-        calls.push_back("first " + std::get<std::string>(one.object));
-        caller = std::this_thread::get_id();
-    });
-    const auto other =
-        center.addObserver("seal", [&](const auto&) { calls.emplace_back("other"); });
-    const auto second =
-        center.addObserver("update", [&](const auto&) { calls.emplace_back("second"); });
-    std::thread poster([&] { center.post({"update", std::string("KJFK"), nullptr}); });
-    const auto posterId = poster.get_id();
-    poster.join();
-    EXPECT_EQ(calls, (std::vector<std::string>{"first KJFK", "second"}));
-    EXPECT_EQ(caller, posterId);
-}
-
 TEST(NotificationCenter, ObserversMayPostObserveAndDropTokensThemselves) {
     NotificationCenter center;
     int calls = 0;

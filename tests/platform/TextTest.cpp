@@ -89,14 +89,4 @@ TEST(Text, ControlsAndChangesOfDirectionAreDroppedOrEscaped) {
     }
 }
 
-TEST(Text, MacRomanGoesBothWays) {
-    std::string bytes;
-    for (int code = 0; code < 256; ++code) {
-        bytes += static_cast<char>(code);
-    }
-    EXPECT_EQ(macRomanFromUtf8(utf8FromMacRoman(bytes)), bytes);
-    EXPECT_EQ(utf8FromMacRoman("\x8E\xA1"), "\u00E9\u00B0");
-    EXPECT_EQ(macRomanFromUtf8("a\u0416\U0001F6E9z"), "a??z");
-}
-
 } // namespace

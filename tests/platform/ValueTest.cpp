@@ -68,16 +68,4 @@ TEST(Value, PathsOfOddBytesSurviveAsFileAddresses) {
     EXPECT_EQ(URL::file("/a\0b"s), URL{});
 }
 
-TEST(Value, OnlyFileAddressesOfThisMachineHaveAPath) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"file:///a?b#c", "/a"},    {"FILE://localhost/a", "/a"}, {"http:///a", ""},
-        {"file://elsewhere/a", ""}, {"file:///a%00b", ""},        {"", ""},
-    };
-    for (const auto& [text, path] : cases) {
-        SCOPED_TRACE(text);
-        EXPECT_EQ(URL{text}.path(), path);
-    }
-    EXPECT_EQ(URL{"file:///" + std::string(1'000'000, 'a')}.path(), "");
-}
-
 } // namespace
