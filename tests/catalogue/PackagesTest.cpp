@@ -125,15 +125,4 @@ TEST(Packages, ReadAnotherWritersStation) {
               "65 70 48 favourite\n");
 }
 
-TEST(Packages, AreSavedUnderTheirOwnExtension) {
-    for (const auto& [chosen, written] : {std::pair{"/a/stations.txt", "/a/stations.STNPKG"},
-                                          {"/a/a.b.STNPKG", "/a/a.b.STNPKG"},
-                                          {"list", "list.STNPKG"},
-                                          {"list.stnpkg", "list.STNPKG"},
-                                          {"/a.b/list", "/a.b/list.STNPKG"},
-                                          {"", ""}}) {
-        EXPECT_EQ(catalogue::packagePath(chosen), written);
-    }
-}
-
 } // namespace
