@@ -65,17 +65,6 @@ TEST(View, FittedRegionOfTwoKilometresIsWhatItShows) {
     }
 }
 
-TEST(View, FittingKeepsTheWholeRegionInside) {
-    View view = viewOf(600, 400);
-    const Region asked{{60, 20}, 30, 10};
-    view.show(asked);
-    for (const Location& corner : {Location{45, 15}, {45, 25}, {75, 15}, {75, 25}}) {
-        const auto point = view.toScreen(map::project(corner)).value();
-        EXPECT_NEAR(point.x, 300, 300 + 1e-6);
-        EXPECT_NEAR(point.y, 200, 200 + 1e-6);
-    }
-}
-
 TEST(View, ZoomsWithinItsLimits) {
     View view = viewOf(800, 500);
     view.zoomBy(1e-9, {});

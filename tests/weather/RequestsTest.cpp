@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/FakeHost.h"
 #include "tests/support/Stations.h"
-#include "weather/AviationWeatherRecord.h"
 #include "weather/SCWeatherGrabber.h"
 
 #include <gtest/gtest.h>
@@ -37,22 +36,6 @@ TEST(WeatherRequests, AskForOneStationAtTheServerOfTheSettings) {
                              start + "TAFs" + middle + expectedIdentifier +
                                  "&hoursBeforeNow=1&mostRecent=true"}));
     }
-}
-
-TEST(WeatherRequests, ARecordSendsItsFixedRequestAndLivesUntilTheReply) {
-    support::FakeHost host;
-    auto record =
-        AviationWeatherRecord::initWithStation_options(host.host, makeStation({"KJFK"}), 5);
-    EXPECT_EQ(record->requestedData, 5U);
-    record->getNewMessages();
-    EXPECT_EQ(host.urlSessions.addresses(),
-              Addresses{"http://aviationweather.gov/adds/dataserver_current/httpparam?"
-                        "dataSource=TAFs&requestType=retrieve&format=xml&stationString=KSFO"
-                        "&hoursBeforeNow=1&mostRecentForEachStation=true"});
-    const std::weak_ptr<AviationWeatherRecord> observed = std::exchange(record, nullptr);
-    EXPECT_FALSE(observed.expired());
-    EXPECT_TRUE(host.urlSessions.answer("KSFO", "<TAF><raw_text>TAF KSFO</raw_text></TAF>"));
-    EXPECT_TRUE(observed.expired());
 }
 
 TEST(WeatherRequests, OfOneGrabberAreMarkedTogether) {

@@ -64,12 +64,6 @@ TEST(WeatherWalks, PostEachStationsTextInTheOrderOfTheReplies) {
           {"TAF", "KAAA", {"updateTaf: METAR KCCCTAF KAAA", tafs}},
           {"TAF", "KBBB", {"updateTaf: TAF KBBB"}},
           {"TAF", "KCCC", {"updateTaf: TAF KCCC", "sealTaf: TAF KCCC"}}}},
-        {"the same station twice, by turns",
-         stations({"KAAA", "KAAA"}),
-         {{"TAF", "KAAA", {"updateTaf: TAF KAAA", tafs}},
-          {"METAR", "KAAA", {"updateMetar: METAR KAAA", metars}},
-          {"TAF", "KAAA", {"updateTaf: TAF KAAA", "sealTaf: TAF KAAA"}},
-          {"METAR", "KAAA", {"updateMetar: TAF KAAAMETAR KAAA", "sealMetar: TAF KAAAMETAR KAAA"}}}},
         {"stations without an identifier",
          stations({"KAAA", "    ", std::nullopt, "KDDD"}),
          {{"METAR", "KAAA", {"updateMetar: METAR KAAA", metars, "updateMetar: ", "updateMetar: "}},
@@ -173,22 +167,6 @@ TEST(WeatherWalks, EndWithTheProgramInTheMiddle) {
     EXPECT_LT(posts, 400U);
     SCWeatherGrabber::init(walks.host)->getNewMessages(manyStations('B'));
     EXPECT_EQ(walks.posts.texts.size(), posts);
-}
-
-TEST(WeatherWalks, StartAgainWhileRepliesOfTheSameGrabberAreHandled) {
-    WeatherServer server(answer);
-    Walks walks(server);
-    const auto grabber = SCWeatherGrabber::init(walks.host);
-    for (std::size_t i = 1; i <= 20; ++i) {
-        grabber->getNewMessages(stations({"KAAA", std::nullopt, "KCCC"}));
-        walks.posts.waitFor(2 * i);
-    }
-    while (walks.sessions.openRequests() > 0) {
-        std::this_thread::yield();
-    }
-    walks.sessions.stop();
-    EXPECT_TRUE(std::ranges::count_if(
-        walks.posts.texts, [](const auto& post) { return post.starts_with("sealTaf"); }));
 }
 
 } // namespace
