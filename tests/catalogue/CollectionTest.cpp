@@ -122,6 +122,20 @@ TEST(Collection, WithinIsStrictlyBelowTheLimitInTwiceTruncatedMiles) {
     EXPECT_EQ(within(0), Names{});
     EXPECT_EQ(within(std::numeric_limits<std::int64_t>::min()), Names{});
     EXPECT_TRUE(collection->stationsWithinDistanceFromStation_within(nullptr, 10).empty());
+
+    EXPECT_EQ(identifiers(collection->stationsClosestToLocation_within({0, 0}, 10)),
+              (Names{"CENT", "SAME", "NEAR"}));
+    EXPECT_EQ(collection->stationsClosestToLocation_within({0, 0}, UINT64_MAX).size(), 7U);
+}
+
+TEST(Collection, ClosestIsTheFirstOfTheNearestWithinItsOddBound) {
+    const auto collection = makeCollection({{"FAR_", {}, {}, 0, 0.17},
+                                            {"ONE_", {}, {}, 0, 0.1},
+                                            {"TWO_", {}, {}, 0, 0.1},
+                                            {"OUT_", {}, {}, 0, 200}});
+    EXPECT_EQ(collection->stationClosestToLocation({0, 0})->ICAO, "ONE_");
+    EXPECT_EQ(collection->stationClosestToLocation({0, 0.3})->ICAO, "FAR_");
+    EXPECT_EQ(collection->stationClosestToLocation({0, 0.36}), nullptr);
 }
 
 TEST(Collection, CopiesShareOrCopyRecordsAndKeepTheirOwnArrays) {

@@ -42,11 +42,13 @@ TEST(HTTPCache, ReusesRepliesForAsLongAsTheySay) {
         {"", false, 0},
         {"cache-control: max-age=60", true, 59},
         {"cache-control: x=\",\", Max-Age = \"60\"", true, 59},
+        {"cache-control: max-age=60, max-age=5", true, 59},
         // A part of the time was spent elsewhere, as its age or its date tells.
         {"cache-control: max-age=60|age: 20", true, 39},
         {"cache-control: max-age=60|date: Sun, 06 Nov 1994 08:49:08 GMT", true, 30},
         {"cache-control: max-age=99999999999999999999", true, 2'147'483'647},
         {"cache-control: max-age=soon", false, 0},
+        {"cache-control: max-age=-1", false, 0},
         {"date: Sun, 06 Nov 1994 08:49:37 GMT|expires: Sun, 06 Nov 1994 08:50:37 GMT", true, 59},
         {"expires: Sun Nov  6 08:50:38 1994", true, 59},
         {"expires: 0|etag: \"a\"", true, 0},
@@ -121,6 +123,16 @@ TEST(HTTPCache, AsksAfterRepliesAndTakesTheAnswerOver) {
             EXPECT_TRUE(HTTPCache::isFresh(*taken, asked + seconds(*row.last)));
             EXPECT_FALSE(HTTPCache::isFresh(*taken, asked + seconds(*row.last + 1)));
         }
+    }
+}
+
+TEST(HTTPCache, OnlyTheServersOwnTroubleLeavesTheKeptReplyInPlace) {
+    for (const long status : {200, 204, 301, 403, 404, 429, 500, 503}) {
+        SCOPED_TRACE(status);
+        HTTPCache cache(large);
+        cache.keep("a", replyWith({{"cache-control", "max-age=60"}}));
+        cache.keep("a", replyWith({}, status));
+        EXPECT_EQ(cache.find("a") != nullptr, status == 429 || status >= 500);
     }
 }
 

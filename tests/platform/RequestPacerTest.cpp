@@ -28,5 +28,36 @@ TEST(RequestPacer, CountsAnyMinuteAndWhatRunsAtOnce) {
     EXPECT_TRUE(pacer.trySend(after(80), Rank::current));
 }
 
+TEST(RequestPacer, KeepsHalfOfTheMinuteAndOfTheConnectionsFromSupersededRequests) {
+    const RequestPacer::TimePoint start(std::chrono::hours(5));
+    const auto after = [start](int seconds) { return start + std::chrono::seconds(seconds); };
+    RequestPacer pacer(7, 4);
+    EXPECT_TRUE(pacer.trySend(after(0), Rank::superseded));
+    EXPECT_TRUE(pacer.trySend(after(1), Rank::current));
+    // Half of the connections are taken, by whomever.
+    EXPECT_FALSE(pacer.trySend(after(1), Rank::superseded));
+    EXPECT_EQ(pacer.nextChance(Rank::superseded), RequestPacer::TimePoint::max());
+    EXPECT_LE(pacer.nextChance(Rank::current), after(1));
+    EXPECT_TRUE(pacer.trySend(after(2), Rank::current));
+    for (int i = 0; i < 3; ++i) {
+        pacer.hasEnded();
+    }
+    // Half of the minute is taken, until the first of it is a minute past.
+    EXPECT_FALSE(pacer.trySend(after(3), Rank::superseded));
+    EXPECT_EQ(pacer.nextChance(Rank::superseded), after(60));
+    for (int i = 3; i < 7; ++i) {
+        EXPECT_TRUE(pacer.trySend(after(i), Rank::current));
+    }
+    for (int i = 0; i < 4; ++i) {
+        pacer.hasEnded();
+    }
+    EXPECT_EQ(pacer.nextChance(Rank::current), after(60));
+    EXPECT_EQ(pacer.nextChance(Rank::superseded), after(64));
+    EXPECT_FALSE(pacer.trySend(after(63), Rank::superseded));
+    EXPECT_TRUE(pacer.trySend(after(64), Rank::superseded));
+    // One alone is not divided: nobody waits for ever.
+    EXPECT_TRUE(RequestPacer(1, 1).trySend(after(0), Rank::superseded));
+}
+
 } // namespace
 } // namespace platform

@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/ScarceMemory.h"
 #include "platform/ArchiveCosts.h"
+#include "platform/KeyedArchiver.h"
 #include "platform/KeyedUnarchiver.h"
+#include "platform/OperationQueue.h"
 #include "tests/platform/ArchiveSamples.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <functional>
+#include <new>
 
 using namespace platform;
 using testing::HasSubstr;
@@ -54,6 +60,53 @@ TEST(ScarceMemory, ReadingAnArchiveTakesNoMoreThanIsPromised) {
         EXPECT_THAT(result.fault, HasSubstr(isRead ? "" : "same contents"));
         EXPECT_EQ(result.fault.empty(), isRead);
     }
+}
+
+TEST(ScarceMemory, AnArchiveThatDoesNotFitIsAFaultNotAnEnd) {
+    const auto root = samples::arrayOf(
+        {samples::richBeacon(), URL{"https://example.org/"}, Date{}, Data(100), Null()});
+    EXPECT_GT(support::starve([&] { return KeyedArchiver::archivedData(root); },
+                              [](const auto& data) { EXPECT_FALSE(data); }),
+              50U);
+    const support::TemporaryFolder folder;
+    const auto path = folder / "file";
+    EXPECT_GT(support::starve([&] { return KeyedArchiver::archiveRootObject(root, path); },
+                              [&](bool isWritten) {
+                                  EXPECT_FALSE(isWritten);
+                                  EXPECT_FALSE(std::filesystem::exists(path));
+                              }),
+              50U);
+    // Made while there is memory.
+    const platform::ClassTable& classes = samples::classes();
+    const auto isFault = [](const Unarchived& result) {
+        EXPECT_FALSE(result.fault.empty());
+        EXPECT_EQ(samples::shown(result.root), "-");
+    };
+    EXPECT_GT(
+        support::starve([&] { return KeyedUnarchiver::unarchiveFile(path, classes); }, isFault),
+        50U);
+}
+
+TEST(ScarceMemory, AnOperationThatRunsOutOfItEndsAlone) {
+    struct Step final : Operation {
+        explicit Step(std::function<void()> step) : run(std::move(step)) {}
+        void main() override { run(); }
+        std::function<void()> run;
+    };
+    OperationQueue queue;
+    int completed = 0;
+    const auto add = [&](const std::function<void()>& step, const std::function<void()>& then) {
+        const auto operation = std::make_shared<Step>(step);
+        operation->completionBlock = then;
+        queue.addOperation(operation);
+    };
+    const auto runOut = [] { throw std::bad_alloc(); };
+    const auto complete = [&] { ++completed; };
+    add(runOut, complete);
+    add([] {}, runOut);
+    add([] {}, complete);
+    queue.waitUntilAllOperationsAreFinished();
+    EXPECT_EQ(completed, 2);
 }
 
 } // namespace

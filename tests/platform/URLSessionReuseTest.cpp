@@ -109,6 +109,29 @@ TEST_F(Reuse, KeepsToTheRightReplyByRedirectsAndMuddledAnswers) {
     }
 }
 
+TEST_F(Reuse, CompletesLikeATransfer) {
+    EXPECT_EQ(get("/fresh"), "A.1");
+    std::promise<Lines> promise;
+    Lines order;
+    sessions.perform([&] {
+        const auto ask = [&](const std::string& name, const std::function<void()>& next) {
+            sessions.startDataTask(
+                {{"https://localhost/fresh"}}, [&, name, next](const std::optional<Data>& data) {
+                    order.push_back(name + " of " + std::to_string(sessions.openRequests()));
+                    EXPECT_EQ(data->size(), 3U);
+                    next();
+                });
+        };
+        ask("first", [&, ask] { ask("third", [&] { promise.set_value(order); }); });
+        ask("second", [] {});
+        order.emplace_back("nothing yet");
+    });
+    auto future = promise.get_future();
+    ASSERT_EQ(future.wait_for(patience), std::future_status::ready);
+    EXPECT_EQ(future.get(), (Lines{"nothing yet", "first of 2", "second of 2", "third of 1"}));
+    EXPECT_EQ(takeAsked(), Lines{"/fresh"});
+}
+
 TEST_F(Reuse, SupersededRequestsLeaveHalfOfTheMinuteToTheCurrentOnes) {
     const auto superseded = std::make_shared<std::atomic<bool>>(true);
     for (int i = 0; i < 200; ++i) {
