@@ -2,7 +2,6 @@
 #include "catalogue/Packages.h"
 #include "tests/support/ShownCatalogue.h"
 
-#include <atomic>
 #include <thread>
 
 namespace {
@@ -68,17 +67,6 @@ TEST_F(Catalogue, UnreadableAndEmptyListsEndTheParseToo) {
     }
 }
 
-TEST_F(Catalogue, FavoritesOutliveTheCatalogueTheyWereMarkedIn) {
-    const std::string other = std::string(line).replace(20, 4, "KYYQ");
-    parse(list + line + other);
-    controller->masterCollection()->stations->front()->setFavorite(true);
-    parse(list + other + line + line);
-    const auto& stations = *controller->masterCollection()->stations;
-    EXPECT_FALSE(stations.at(0)->isFavorite());
-    EXPECT_TRUE(stations.at(1)->isFavorite());
-    EXPECT_FALSE(stations.at(2)->isFavorite());
-}
-
 TEST_F(Catalogue, MarksAndReadsGoOnWhileAParseReplacesTheMaster) {
     std::string text = list;
     for (int i = 0; i < 2000; ++i) {
@@ -100,24 +88,6 @@ TEST_F(Catalogue, MarksAndReadsGoOnWhileAParseReplacesTheMaster) {
     EXPECT_EQ(controller->workingCollection->stations->front()->isFavorite(), last);
 }
 
-TEST_F(Catalogue, ASecondParseMayStartBeforeTheFirstHasEnded) {
-    const auto first = host.folder.write("first.txt", list + line);
-    const auto second = host.folder.write("second.txt", list + line + line);
-    choose(first);
-    choose(second);
-    // Told after the controller, which asked first.
-    std::atomic<int> ended = 0;
-    const auto token = host.notificationCenter.addObserver(stationparser::StationParseDone,
-                                                           [&](const auto&) { ++ended; });
-    controller->parseit();
-    controller->parseit();
-    while (ended < 2) {
-        std::this_thread::yield();
-    }
-    host.mainThread.run();
-    EXPECT_EQ(window.table.rows, 2);
-}
-
 TEST_F(Catalogue, AControllerMayGoWhileItsParseRuns) {
     choose(host.folder.write("list.txt", list + line));
     controller->parseit();
@@ -125,15 +95,6 @@ TEST_F(Catalogue, AControllerMayGoWhileItsParseRuns) {
     controller.reset();
     host.mainThread.run();
     EXPECT_EQ(window.words.text, "designed");
-}
-
-TEST_F(Catalogue, ASheetSavesOnlyWhenItEndsWithSave) {
-    parse(list + line);
-    controller->saveoptionsDidEnd_returnCode_contextInfo(0);
-    controller->wetDidEnd_returnCode_contextInfo(1);
-    EXPECT_EQ(host.panels.timesAsked, 1);
-    controller->saveoptionsDidEnd_returnCode_contextInfo(1);
-    EXPECT_EQ(host.panels.timesAsked, 2);
 }
 
 } // namespace

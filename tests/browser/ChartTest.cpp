@@ -4,8 +4,6 @@
 
 namespace {
 
-using platform::Events;
-
 const std::string site = "https://" + std::string(platform::addresses::chartHost);
 
 class Chart : public support::ShownCatalogue {
@@ -20,33 +18,7 @@ protected:
         window.switchieDu.segment = segment;
         controller->switchieswitcheDu();
     }
-    void point(Events::Type type, double seconds) {
-        host.events.event = {type, seconds};
-        window.secView.delegate->webView_mouseDidMoveOverElement_modifierFlags();
-    }
 };
-
-TEST_F(Chart, TakesTheMapsPlaceAndComesBack) {
-    choose(4);
-    EXPECT_TRUE(window.mapV.hidden);
-    EXPECT_EQ(window.mapV.mapType, 4);
-    EXPECT_FALSE(window.secView.hidden);
-    EXPECT_FALSE(window.dLcikWords.hidden);
-    EXPECT_EQ(window.secView.place, window.mapV.place);
-    choose(1);
-    EXPECT_FALSE(window.mapV.hidden);
-    EXPECT_EQ(window.mapV.mapType, 1);
-    EXPECT_TRUE(window.secView.hidden);
-    EXPECT_TRUE(window.dLcikWords.hidden);
-
-    choose(4);
-    controller->quitting();
-    EXPECT_EQ(platform::integerOf(host.userDefaults.objectForKey("curmaptype")), 4);
-    restart();
-    EXPECT_FALSE(window.mapV.hidden);
-    EXPECT_TRUE(window.secView.hidden);
-    EXPECT_EQ(window.mapV.mapType, 4);
-}
 
 TEST_F(Chart, FollowsTheSelectionWhileItShows) {
     struct {
@@ -79,22 +51,6 @@ TEST_F(Chart, FollowsTheSelectionWhileItShows) {
     choose(0);
     window.table.selectRow(1);
     EXPECT_EQ(window.secView.loaded.size(), 2U);
-}
-
-TEST_F(Chart, ADoubleClickOpensTheBrowser) {
-    const auto clickTwice = [this](double first, double second) {
-        host.workspace.opened.clear();
-        point(Events::leftMouseUp, first);
-        point(Events::mouseMoved, second - 0.01);
-        point(Events::leftMouseUp, second);
-        return host.workspace.opened;
-    };
-    EXPECT_TRUE(clickTwice(10, 10.2).empty()) << "nothing was loaded";
-    choose(4);
-    EXPECT_EQ(clickTwice(20, 20.2),
-              (std::vector<std::string>{site + "/?ll=47.500000,-122.250000&zoom=2"}));
-    EXPECT_TRUE(clickTwice(30, 30.6).empty());
-    EXPECT_EQ(window.secView.loaded.size(), 1U) << "the chart in the window stays";
 }
 
 } // namespace

@@ -225,38 +225,6 @@ TEST_F(Favourites, CanBeShownAlone) {
     EXPECT_EQ(window.table.selected, 0);
 }
 
-TEST_F(Favourites, MenuItemsAreTitledAndEnabledByTheState) {
-    struct {
-        const char* action;
-        bool enabled;
-        const char* title;
-    } const rows[] = {{"favMenuItem", true, "Make Favorite"},
-                      {"showFavsMenu", true, "Show favorites"},
-                      {"geMeterDistChanged", true, "designed"},
-                      {"alwaysShowFavWeatherMenu", true, "designed"},
-                      {"saveDocument", false, "designed"},
-                      {"parseit", false, "designed"},
-                      {"", false, "designed"}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.action);
-        support::FakeMenuItem item;
-        item.operation = row.action;
-        EXPECT_EQ(controller->validateMenuItem(item), row.enabled);
-        EXPECT_EQ(item.title, row.title);
-    }
-    support::FakeMenuItem favorite;
-    favorite.operation = "favMenuItem";
-    controller->favMenuItem();
-    EXPECT_TRUE(controller->validateMenuItem(favorite));
-    EXPECT_EQ(favorite.title, "Unfavorite");
-    window.table.selectRow(-1);
-    EXPECT_FALSE(controller->validateMenuItem(favorite));
-    favorite.operation = "showFavsMenu";
-    controller->showFavsMenu();
-    EXPECT_TRUE(controller->validateMenuItem(favorite));
-    EXPECT_EQ(favorite.title, "Show all");
-}
-
 TEST_F(Favourites, ASelectionFetchesItsWeatherAndShowsItWhenTheMetarsAreComplete) {
     EXPECT_EQ(window.metarBackField.text, "");
     EXPECT_EQ(host.urlSessions.addresses().size(), 2U);

@@ -50,19 +50,6 @@ TEST_F(StationFilter, SearchesTermsFromTheLastToTheFirstInTheModeInForce) {
     }
 }
 
-TEST_F(StationFilter, SearchesOnlyBetweenStartAndEndOfSearching) {
-    search("mroc");
-    EXPECT_EQ(shown().size(), 5U);
-    controller->searchFieldDidStartSearching();
-    search("mroc");
-    EXPECT_EQ(shown(), Names{"MROC"});
-    controller->searchFieldDidEndSearching();
-    EXPECT_EQ(shown().size(), 5U);
-    EXPECT_EQ(window.words.text, "5 stations");
-    search("mroc");
-    EXPECT_EQ(shown().size(), 5U);
-}
-
 TEST_F(StationFilter, FavoritesModeAddsTheFavoritesToTheMatches) {
     controller->favMenuItem(); // KOAK, the second row
     controller->showFavsMenu();
@@ -100,37 +87,6 @@ TEST_F(StationFilter, DistancesAreMeasuredFromTheSelectedRowOverTheWholeCatalogu
     EXPECT_FALSE(window.distButton.enabled);
     chooseDistance(3);
     EXPECT_EQ(shown(), Names{});
-}
-
-TEST_F(StationFilter, ReselectsTheFirstStationOfTheSameName) {
-    window.table.selectRow(3);
-    EXPECT_EQ(controller->selectedStation->ICAO, "MROC");
-    controller->searchFieldDidStartSearching();
-    search("sjc,mroc");
-    EXPECT_EQ(window.table.selected, 0);
-    EXPECT_EQ(window.table.scrolledTo, 0);
-    search("mroc,sjc");
-    EXPECT_EQ(window.table.selected, 0);
-    EXPECT_EQ(controller->selectedStation->ICAO, "KSJC");
-    search("oak");
-    EXPECT_EQ(window.table.selected, -1);
-    EXPECT_FALSE(controller->selectedStation);
-    // With nothing selected the first row is taken.
-    search("ks");
-    EXPECT_EQ(window.table.selected, 0);
-    EXPECT_EQ(controller->selectedStation->ICAO, "KSFO");
-}
-
-TEST_F(StationFilter, TheSelectionEnablesItsControlsAndIsNamedInFull) {
-    EXPECT_TRUE(window.metarB.enabled);
-    EXPECT_TRUE(window.distButton.enabled);
-    EXPECT_EQ(window.stationLine.text,
-              "KOAK · OAKLAND · CALIFORNIA · 37°43'12\"N 122°13'12\"W · elevation 0");
-    window.table.selectRow(-1);
-    EXPECT_EQ(controller->nowSelection, -1);
-    EXPECT_FALSE(window.metarB.enabled);
-    EXPECT_FALSE(window.distButton.enabled);
-    EXPECT_EQ(window.stationLine.text, "");
 }
 
 TEST_F(StationFilter, TheMapShowsTwoKilometresAroundTheSelectedStationInTheTypeInForce) {

@@ -50,22 +50,4 @@ TEST_F(StartUp, WithoutAnyOutletNothingFails) {
     controller->quitting();
 }
 
-TEST_F(StartUp, RemembersTheMapTypeAndTheFavoriteWeather) {
-    restart();
-    EXPECT_EQ(controller->currentMapType, 1);
-    EXPECT_EQ(window.mapV.mapType, 1);
-    EXPECT_FALSE(window.alwaysFavItem.on);
-
-    host.userDefaults.setObject(platform::Number(std::int64_t{4}), "curmaptype");
-    host.userDefaults.setObject(std::string("1"), "displayfavweather");
-    restart();
-    EXPECT_EQ(window.mapV.mapType, 4);
-    EXPECT_TRUE(window.alwaysFavItem.on);
-
-    controller->currentMapType = 2;
-    controller->quitting();
-    EXPECT_EQ(platform::integerOf(host.userDefaults.objectForKey("curmaptype")), 2);
-    EXPECT_EQ(platform::integerOf(host.userDefaults.objectForKey("displayfavweather")), 1);
-}
-
 } // namespace

@@ -71,17 +71,6 @@ TEST_F(StationTable, TakesAMissingStateFromTheRegionsName) {
     }
 }
 
-TEST_F(StationTable, WorksOnACopyThatSharesTheRecords) {
-    const auto collection = makeCollection({{"A"}, {"B"}});
-    show(collection);
-    EXPECT_NE(controller->workingCollection, controller->masterCollection());
-    EXPECT_NE(controller->workingCollection->stations, collection->stations);
-    EXPECT_EQ(*controller->workingCollection->stations, *collection->stations);
-    show(nullptr);
-    EXPECT_EQ(window.table.rows, 0);
-    EXPECT_EQ(window.cell(0, "3"), "");
-}
-
 } // namespace
 
 namespace support {
