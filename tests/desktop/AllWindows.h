@@ -46,13 +46,6 @@ protected:
         EXPECT_EQ(all.size(), 6);
         return all;
     }
-    static QMainWindow& stations() { return window("SCStationWindowController"); }
-    template <typename T>
-    static T& child(const char* name) {
-        auto* found = stations().findChild<T*>(QString::fromUtf8(name));
-        EXPECT_NE(found, nullptr) << name;
-        return *found;
-    }
     static void useFont(int points) {
         QFont font = QApplication::font();
         font.setPointSize(points);

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/host/EndSignals.h"
-#include "desktop/host/Folders.h"
 #include "desktop/host/MainQueue.h"
 #include "desktop/host/RepeatingTimers.h"
 #include "desktop/host/Settings.h"
@@ -10,35 +8,7 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <thread>
-
 namespace {
-
-TEST(MainQueue, RunsWorkOfEveryThreadInItsOrderOnTheMainThread) {
-    desktop::MainQueue queue;
-    const auto target = std::make_shared<int>();
-    constexpr int pieces = 500;
-    std::array<std::vector<int>, 4> done;
-    {
-        std::vector<std::jthread> threads;
-        for (std::vector<int>& mine : done) {
-            threads.emplace_back([&queue, &mine, target] {
-                for (int i = 0; i < pieces; ++i) {
-                    queue.perform(target, [&mine, i, maker = std::this_thread::get_id()] {
-                        EXPECT_NE(std::this_thread::get_id(), maker);
-                        mine.push_back(i);
-                    });
-                }
-            });
-        }
-    }
-    QCoreApplication::sendPostedEvents(&queue);
-    for (const std::vector<int>& mine : done) {
-        ASSERT_EQ(mine.size(), pieces);
-        EXPECT_TRUE(std::ranges::is_sorted(mine));
-    }
-}
 
 TEST(MainQueue, DropsWorkWhoseTargetHasGone) {
     desktop::MainQueue queue;
@@ -71,11 +41,9 @@ TEST(MainQueue, RunsNothingOnceClosed) {
 
 class SettingsTest : public ::testing::Test {
 protected:
-    SettingsTest() { useFolder(folder.path()); }
-
-    static void useFolder(const std::filesystem::path& path) {
+    SettingsTest() {
         QSettings::setPath(QSettings::IniFormat, QSettings::UserScope,
-                           QString::fromStdString(path.string()));
+                           QString::fromStdString(folder.path().string()));
     }
 
     support::TemporaryFolder folder;
@@ -114,37 +82,6 @@ TEST_F(SettingsTest, OutliveTheRun) {
     EXPECT_TRUE(log.lines().empty());
 }
 
-TEST_F(SettingsTest, SayWhenTheyCannotBeWritten) {
-    useFolder(folder.write("file", "in the way"));
-    desktop::Settings settings(&log);
-    settings.setObject(platform::Number(std::int64_t{2}), "curmaptype");
-    EXPECT_EQ(log.lines().size(), 1U);
-}
-
-TEST(Folders, ExistBeforeAnyoneAsks) {
-    const support::TemporaryFolder folder;
-    const std::string data = (folder / "deep" / "data").string();
-    const QByteArray before = qgetenv("XDG_DATA_HOME");
-    support::FakeLog log;
-    using platform::SearchPaths;
-
-    qputenv("XDG_DATA_HOME", QByteArray::fromStdString(data));
-    const desktop::Folders folders(log);
-    EXPECT_EQ(folders.paths(SearchPaths::applicationSupport, SearchPaths::userDomain),
-              std::vector{data});
-    EXPECT_TRUE(std::filesystem::is_directory(data));
-    EXPECT_EQ(folders.paths(SearchPaths::documents, SearchPaths::userDomain).size(), 1U);
-    EXPECT_TRUE(folders.paths(SearchPaths::applicationSupport, 2).empty());
-    EXPECT_TRUE(folders.paths(5, SearchPaths::userDomain).empty());
-    EXPECT_TRUE(log.lines().empty());
-
-    folder.write("file", "in the way");
-    qputenv("XDG_DATA_HOME", QByteArray::fromStdString((folder / "file" / "data").string()));
-    const desktop::Folders failed(log);
-    EXPECT_EQ(log.lines().size(), 1U);
-    qputenv("XDG_DATA_HOME", before);
-}
-
 TEST(RepeatingTimers, RepeatUntilDropped) {
     desktop::RepeatingTimers timers;
     int fired = 0;
@@ -155,24 +92,6 @@ TEST(RepeatingTimers, RepeatUntilDropped) {
         }
     });
     EXPECT_TRUE(QTest::qWaitFor([&] { return fired == 3; }));
-    int ticks = 0;
-    const auto other = timers.scheduleRepeating(std::chrono::milliseconds(1), [&] { ++ticks; });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return ticks > 5; }));
-    EXPECT_EQ(fired, 3);
-}
-
-// How they end the program is seen from outside it.
-TEST(EndSignals, LeaveAnIgnoredHangUpAloneAndGiveTheOthersBack) {
-    struct sigaction now {};
-    const auto before = std::signal(SIGHUP, SIG_IGN);
-    {
-        const desktop::EndSignals endSignals([] {});
-        ::sigaction(SIGHUP, nullptr, &now);
-        EXPECT_EQ(now.sa_handler, SIG_IGN);
-    }
-    ::sigaction(SIGTERM, nullptr, &now);
-    EXPECT_EQ(now.sa_handler, SIG_DFL);
-    std::signal(SIGHUP, before);
 }
 
 } // namespace

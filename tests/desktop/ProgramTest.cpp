@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "catalogue/Packages.h"
 #include "platform/Addresses.h"
 #include "platform/KeyedArchiver.h"
 #include "tests/support/FakeViews.h"
@@ -14,15 +13,10 @@
 #include <QMenuBar>
 #include <QPointer>
 #include <QPushButton>
-#include <QScreen>
-#include <QSettings>
 #include <QSplitter>
 #include <QTableView>
 #include <QTextBrowser>
 #include <QToolButton>
-#include <QUrlQuery>
-
-#include <utility>
 
 namespace {
 
@@ -60,7 +54,6 @@ protected:
         }
         return *found;
     }
-    static QMainWindow& stations() { return window("SCStationWindowController"); }
     QMainWindow& myStations() {
         delegate().openMyStations();
         return window("SCMyStationsWindowController");
@@ -129,20 +122,6 @@ TEST_F(ProgramTest, TheDelegateStartsShowsAndEndsTheMainWindow) {
     EXPECT_EQ(platform::integerOf(fake.userDefaults.objectForKey("curmaptype")), 3);
 }
 
-TEST_F(ProgramTest, TheDelegateSavesOnlyACollectionOfItsOwn) {
-    const auto saved = fake.folder / "one.STNPKG";
-    for (const auto& [code, collection] : {std::pair(2, makeCollection({{"KJFK"}})),
-                                           {1, nullptr},
-                                           {1, makeCollection({{"KJFK"}})}}) {
-        EXPECT_FALSE(std::filesystem::exists(saved));
-        fake.panels.answers = {platform::URL::file((fake.folder / "one.txt").string())};
-        delegate().masterCollection = collection;
-        delegate().zzsaveoptionsDidEnd_returnCode(code);
-        EXPECT_EQ(fake.panels.answers.empty(), code == 1);
-    }
-    EXPECT_TRUE(catalogue::readPackage(saved));
-}
-
 TEST_F(ProgramTest, WindowsAreRememberedOverAStart) {
     const auto splitter = [] {
         return stations().findChild<QSplitter*>(QStringLiteral("tableAndDetails"));
@@ -162,23 +141,6 @@ TEST_F(ProgramTest, WindowsAreRememberedOverAStart) {
     EXPECT_EQ(splitter()->sizes(), sizes);
     EXPECT_EQ(header()->sectionSize(1), 333);
     EXPECT_EQ(header()->sectionSize(2), untouched);
-    stop();
-
-    // A memory of a screen that is gone, and one of nonsense.
-    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-    QSettings memory(desktop::pathText((fake.folder / "windows.ini").string()),
-                     QSettings::IniFormat);
-    const QString geometry = QStringLiteral("windows/SCStationWindowController/geometry");
-    QWidget elsewhere;
-    elsewhere.setGeometry(9000, 7000, 700, 500);
-    memory.setValue(geometry, elsewhere.saveGeometry());
-    memory.setValue(QStringLiteral("windows/SCStationWindowController/columns"),
-                    QVariantList{-5, "wide", 2000000000});
-    memory.setValue(QStringLiteral("windows/SCStationWindowController/tableAndDetails"), "x");
-    memory.sync();
-    start();
-    EXPECT_TRUE(screen.contains(stations().frameGeometry().center()));
-    EXPECT_LT(header()->sectionSize(2), 1000);
 }
 
 TEST_F(ProgramTest, MyStationsShowsThemOnAMapAndOnASheet) {
@@ -267,21 +229,10 @@ TEST_F(ProgramTest, TheAboutWindowTellsTheVersionAndLeadsToTheMakers) {
     about.findChild<QPushButton*>(QStringLiteral("feedback"))->click();
     about.findChild<QPushButton*>(QStringLiteral("website"))->click();
     ASSERT_EQ(fake.workspace.opened.size(), 2U);
-    const QUrl letter(desktop::exactText(fake.workspace.opened[0]), QUrl::StrictMode);
     EXPECT_TRUE(fake.workspace.opened[0].starts_with(
         "mailto:" + std::string(platform::addresses::feedback) +
         "?subject=Nosig%201.0%20feedback&body="));
-    EXPECT_TRUE(QUrlQuery(letter)
-                    .queryItemValue(QStringLiteral("body"), QUrl::FullyDecoded)
-                    .startsWith(QStringLiteral("What I did:\r\n\r\n")));
     EXPECT_EQ(fake.workspace.opened[1], platform::addresses::productPage);
-
-    entry(stations(), {"Help", "Send Feedback…"}).trigger();
-    entry(stations(), {"Help", "Nosig on the Web"}).trigger();
-    const auto opened = std::exchange(fake.workspace.opened, {});
-    ASSERT_EQ(opened.size(), 4U);
-    EXPECT_EQ(opened[2], opened[0]);
-    EXPECT_EQ(opened[3], opened[1]);
 }
 
 } // namespace

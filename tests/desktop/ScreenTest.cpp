@@ -126,13 +126,8 @@ struct Theme {
 constexpr Theme themes[] = {
     {"light", "#efefef", "#000000", "#ffffff", "#308cc6", "#ffffff"},
     {"dark", "#232629", "#fcfcfc", "#1b1e20", "#569bc6", "#fcfcfc"},
-    {"dark, pale accent", "#303030", "#eeeeee", "#202020", "#9cc4ff", "#ffffff"},
     {"black", "#000000", "#ffffff", "#000000", "#1aebff", "#000000"},
-    {"black on black", "#000000", "#ffffff", "#000000", "#000080", "#ffffff"},
     {"white", "#ffffff", "#000000", "#ffffff", "#ffffff", "#ffffff"},
-    {"yellow", "#efefef", "#202020", "#ffffff", "#ffd400", "#ffffff"},
-    {"orange", "#f6f5f4", "#2e3436", "#ffffff", "#e95420", "#ffffff"},
-    {"green in the dark", "#3c3c3c", "#d0d0d0", "#2d2d2d", "#35a854", "#101010"},
     {"grey", "#808080", "#000000", "#8a8a8a", "#7f7f7f", "#909090"},
 };
 

@@ -21,12 +21,6 @@ class StationWindowTest : public ::testing::Test, protected support::RunningProg
 protected:
     StationWindowTest() { start(); }
 
-    template <typename T>
-    T& child(const char* name) {
-        auto* found = window().findChild<T*>(QString::fromUtf8(name));
-        EXPECT_NE(found, nullptr) << name;
-        return *found;
-    }
     void openList() {
         fake.panels.answers.emplace_back(
             platform::URL::file(NOSIG_SOURCE_DIR "/resources/catalogue/stations.txt"));
@@ -38,9 +32,6 @@ protected:
                 return child<QPushButton>("parserIt").isEnabled();
             },
             60'000));
-    }
-    static QMainWindow& window() {
-        return support::RunningProgram::window("SCStationWindowController");
     }
     SCStationWindowController& controller() { return *delegate().sw; }
 };
@@ -60,13 +51,13 @@ TEST_F(StationWindowTest, ShowsAHintUntilThereAreStations) {
 
 TEST_F(StationWindowTest, NoTwoControlsShareALetter) {
     QStringList texts;
-    for (const QAction* menu : window().menuBar()->actions()) {
+    for (const QAction* menu : stations().menuBar()->actions()) {
         texts.append(menu->text());
     }
-    for (const auto* button : window().findChildren<QAbstractButton*>()) {
+    for (const auto* button : stations().findChildren<QAbstractButton*>()) {
         texts.append(button->text());
     }
-    for (const auto* label : window().findChildren<QLabel*>()) {
+    for (const auto* label : stations().findChildren<QLabel*>()) {
         if (label->buddy()) {
             texts.append(label->text());
         }
@@ -84,7 +75,7 @@ TEST_F(StationWindowTest, TheKeyboardSearchesAndComesBack) {
     auto& table = child<QTableView>("table");
     auto& search = child<QLineEdit>("sf");
     const int all = table.model()->rowCount();
-    QTest::keyClick(&window(), Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClick(&stations(), Qt::Key_F, Qt::ControlModifier);
     EXPECT_EQ(QApplication::focusWidget(), &search);
     QTest::keyClicks(&search, QStringLiteral("ksfo"));
     EXPECT_EQ(table.model()->rowCount(), 1);

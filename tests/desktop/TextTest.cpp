@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/Controls.h"
-#include "desktop/FadingLabel.h"
 
 #include <gtest/gtest.h>
 
@@ -28,21 +27,6 @@ TEST(Text, ShowsNothingThatDisguisesIt) {
         EXPECT_EQ(desktop::exactText(one.text),
                   QString::fromUtf8(one.text.data(), static_cast<qsizetype>(one.text.size())));
     }
-}
-
-TEST(Text, OfLabelsAndPanesIsPlain) {
-    const std::string text = "<h1>x\u202e</h1>\n&amp;";
-    QLabel label;
-    desktop::Label(label).setText(text);
-    QLabel fading;
-    desktop::FadingLabel(fading).setText(text);
-    for (const QLabel* one : {&label, &fading}) {
-        EXPECT_EQ(one->text(), QStringLiteral("<h1>x</h1> &amp;"));
-        EXPECT_EQ(one->textFormat(), Qt::PlainText);
-    }
-    QPlainTextEdit pane;
-    desktop::TextPane(pane).setString(text);
-    EXPECT_EQ(pane.toPlainText(), QStringLiteral("<h1>x</h1>\n&amp;"));
 }
 
 } // namespace

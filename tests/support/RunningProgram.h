@@ -44,6 +44,13 @@ struct RunningProgram {
         }
         return *found;
     }
+    static QMainWindow& stations() { return window("SCStationWindowController"); }
+    template <typename T>
+    static T& child(const char* name) {
+        auto* found = stations().findChild<T*>(QString::fromUtf8(name));
+        EXPECT_NE(found, nullptr) << name;
+        return *found;
+    }
 
     FakeHost fake;
     std::optional<desktop::ProgramWindows> windows;
