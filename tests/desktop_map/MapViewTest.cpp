@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/map/MapView.h"
-#include "map/Placing.h"
 #include "tests/support/LoopbackTiles.h"
 
 #include <QImage>
@@ -11,8 +10,6 @@
 
 #include <cmath>
 #include <limits>
-#include <random>
-#include <set>
 
 namespace {
 
@@ -38,10 +35,6 @@ desktop::MapSetup online(const support::LoopbackTiles& tiles) {
     setup.tiles = std::make_shared<desktop::TileLoader>(desktop::TileSources{
         {tiles.server(map::Imagery::standard, 19), tiles.server(map::Imagery::satellite, 14)}});
     return setup;
-}
-
-bool settle(const desktop::MapSetup& setup) {
-    return QTest::qWaitFor([&] { return !setup.tiles->isBusy(); });
 }
 
 void showAround(MapView& view, const Location& centre, double metres = 2000) {
@@ -206,53 +199,6 @@ TEST(MapView, TilesTakeTheBaseMapsPlaceAsTheyCome) {
     EXPECT_NE(picture(view).pixelColor(30, 60), view.state().scheme.land);
     showAround(view, {49, 20}, 12'000);
     EXPECT_EQ(picture(view).pixelColor(30, 60), view.state().scheme.land);
-}
-
-TEST(MapView, ASelectionAsksOnlyForTilesThatAreShownInTheEnd) {
-    support::LoopbackTiles tiles;
-    const desktop::MapSetup setup = online(tiles);
-    MapView view(setup);
-    view.resize(600, 400);
-    view.show();
-    map::showPlace(view, {46.004, 8.911}, 0);
-    ASSERT_TRUE(settle(setup));
-    // The next one in another kind of map: centred, of that kind and near it, one after another.
-    for (const std::int64_t type : {1, 1, 0}) {
-        tiles.requests.clear();
-        map::showPlace(view, {48.35 + static_cast<double>(type), 11.79}, type);
-        ASSERT_TRUE(settle(setup));
-        std::set<std::string> shown;
-        for (const map::Tile& tile : view.state().tiles) {
-            shown.insert(
-                map::tileAddress(setup.tiles->servers()[*view.state().server].address, tile));
-        }
-        std::set<std::string> asked;
-        for (const auto& request : tiles.requests) {
-            asked.insert("http://127.0.0.1:" + std::to_string(tiles.serverPort()) +
-                         request.path.toStdString());
-        }
-        EXPECT_TRUE(std::ranges::includes(shown, asked));
-    }
-}
-
-TEST(MapView, BearsAnyNumberOfStationsAnywhere) {
-    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-    std::mt19937 random(3);
-    std::uniform_real_distribution<double> latitude(-90, 90);
-    std::uniform_real_distribution<double> longitude(-180, 180);
-    std::vector<map::Station> stations{{"", {nan, nan}}, {"\xFF\xFE", {0, 0}}, {"X", {1e300, 0}}};
-    for (int i = 0; i < 300'000; ++i) {
-        stations.push_back({"ZZZZ", {latitude(random), longitude(random)}});
-    }
-    MapView view(offline());
-    view.resize(600, 400);
-    view.setStations(stations);
-    for (int type = 0; type <= 3; ++type) {
-        view.setMapType(type);
-        showAround(view, {0, 0});
-        EXPECT_FALSE(picture(view).isNull());
-    }
-    view.setStations({});
 }
 
 TEST(MapView, DoesWithoutItsBaseMap) {

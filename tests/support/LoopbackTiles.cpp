@@ -4,7 +4,6 @@
 #include <QBuffer>
 #include <QHostAddress>
 #include <QImage>
-#include <QPainter>
 
 namespace support {
 
@@ -49,15 +48,8 @@ QByteArray LoopbackTiles::reply(const QByteArray& body, const QByteArray& header
 }
 
 QByteArray LoopbackTiles::picture(const QByteArray& path, const QSize& size) {
-    const auto hash = qHash(path);
-    const bool satellite = path.contains("satellite");
-    const int shade = static_cast<int>(hash % 50);
     QImage image(size, QImage::Format_RGB32);
-    image.fill(satellite ? QColor(40 + shade, 70 + shade / 2, 50) : QColor(235, 230, 205 + shade));
-    QPainter painter(&image);
-    painter.setPen(satellite ? Qt::lightGray : Qt::darkGray);
-    painter.drawText(image.rect(), Qt::AlignCenter, QString::fromLatin1(path));
-    painter.end();
+    image.fill(path.contains("satellite") ? QColor(40, 70, 50) : QColor(235, 230, 205));
     QByteArray bytes;
     QBuffer buffer(&bytes);
     image.save(&buffer, "PNG");

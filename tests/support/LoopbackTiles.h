@@ -31,7 +31,7 @@ public:
     /// A reply with a head of its own, such as "Cache-Control: no-store".
     [[nodiscard]] static QByteArray reply(const QByteArray& body, const QByteArray& header = {},
                                           const QByteArray& status = "200 OK");
-    /// A picture of one colour with the path written on it.
+    /// A picture of one colour, which tells the kinds of tiles apart.
     [[nodiscard]] static QByteArray picture(const QByteArray& path, const QSize& size = {256, 256});
 
     /// Answers one request; a picture that may be kept for an hour unless a test says otherwise.
