@@ -51,18 +51,11 @@ TEST_F(ChartPage, ALinkThatIsClickedStaysOnTheSiteOrOpensInTheBrowser) {
         {"the same site, not secure",
          "<a href='http://" + here + "/x'>x",
          {"http://" + here + "/x"}},
-        {"another name before the site's",
-         "<a href='https://me@" + here + "/x'>x",
-         {"https://me@" + here + "/x"}},
         {"mail", "<a href='mailto:a@example.org'>x", {"mailto:a@example.org"}},
         {"a file", "<a href='file:///etc/hostname'>x", {}},
-        {"a page of the engine's", "<a href='chrome://version'>x", {}},
         {"some other program", "<a href='tel:123'>x", {}},
         {"a new window", "<a target=_blank href='/x'>x", {site + "/x"}},
         {"a new window with a script's text", "<a target=_blank href='javascript:1'>x", {}},
-        {"a script's window",
-         "<a href='#' onclick='window.open(`" + elsewhere + "/x`)'>x",
-         {elsewhere + "/x"}},
         {"two windows by one click",
          "<a href='#' onclick='window.open(`/x`); window.open(`/y`)'>x",
          {site + "/x"}},
@@ -95,18 +88,14 @@ TEST_F(ChartPage, WhatNobodyClickedLeadsNowhere) {
     };
     const std::string rows[] = {
         later("location = '" + elsewhere + "/x'"),
-        later("location = 'mailto:a@example.org'"),
         later("window.open('/x'); window.open('" + elsewhere + "/x')"),
         "<a href='" + elsewhere + "/x'>x</a>" + later("document.links[0].click()"),
-        "<a href='mailto:a@example.org'>x</a>" + later("document.links[0].click()"),
         "<a target=_blank href='/x'>x</a>" + later("document.links[0].click()"),
         "<meta http-equiv=refresh content='0;url=" + elsewhere + "/x'>",
         "<iframe src='" + elsewhere + "/x'></iframe>",
         "<iframe src='/away?port=" + port + "'></iframe>",
         "<iframe src='file:///etc/hostname'></iframe>",
         "<img src='http://" + notSecure.authority() + "/x'>",
-        "<iframe src='http://" + notSecure.authority() + "/x'></iframe>",
-        "<iframe src='/file'></iframe>",
     };
     for (const std::string& body : rows) {
         SCOPED_TRACE(body);
