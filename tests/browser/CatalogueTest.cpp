@@ -41,19 +41,6 @@ TEST_F(Catalogue, AParsedListReplacesTheCatalogueAndCanBeSaved) {
     EXPECT_FALSE(std::filesystem::exists(chosen));
 }
 
-TEST_F(Catalogue, ACancelledPanelChangesNothing) {
-    parse(list + line);
-    const auto master = controller->masterCollection();
-    controller->parseit();
-    EXPECT_TRUE(window.parserIt.enabled);
-    controller->workingCollection->stations->clear();
-    controller->saveDocument();
-    EXPECT_EQ(controller->masterCollection(), master);
-    // The filter is lost all the same.
-    EXPECT_EQ(controller->workingCollection->stations->size(), 1U);
-    EXPECT_EQ(host.panels.timesAsked, 3);
-}
-
 TEST_F(Catalogue, UnreadableAndEmptyListsEndTheParseToo) {
     parse(list + line);
     for (const auto& path :

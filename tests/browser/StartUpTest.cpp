@@ -27,19 +27,6 @@ TEST_F(StartUp, ShowsTheShippedCatalogue) {
               (std::vector<std::chrono::milliseconds>{std::chrono::minutes(30)}));
 }
 
-TEST_F(StartUp, WithoutACatalogueTheWindowStaysAsDesigned) {
-    for (const bool isBroken : {false, true}) {
-        if (isBroken) {
-            host.folder.write("resources/Stations.STNPKG", "bplist00 and then nothing of use");
-        }
-        restart();
-        EXPECT_FALSE(controller->masterCollection());
-        EXPECT_EQ(window.table.rows, 0);
-        EXPECT_EQ(window.words.text, "designed");
-        EXPECT_EQ(window.table.selected, -1);
-    }
-}
-
 TEST_F(StartUp, WithoutAnyOutletNothingFails) {
     start({{"KJFK"}, {"KDEN"}});
     controller =
