@@ -22,8 +22,6 @@ struct FakeStationWindow {
     FakeMenuItem alwaysFavItem;
     FakeTextView metarBackField, tafBackFiled;
     FakeTextField stationLine;
-    /// The station that is shown as selected beside its line.
-    std::string marked;
 
     std::unique_ptr<SCWebView> chart;
 
@@ -45,10 +43,7 @@ struct FakeStationWindow {
                 .metarBackField = &metarBackField,
                 .tafBackFiled = &tafBackFiled,
                 .stationLine = &stationLine,
-                .showSelected =
-                    [this](const AviationWeatherStation* station) {
-                        marked = station ? station->ICAO.value_or("") : "";
-                    },
+                .showSelected = {},
                 .alwaysFavItem = &alwaysFavItem};
     }
     /// What a row shows in one column.

@@ -107,12 +107,10 @@ struct FakeMapView final : platform::MapView {
 struct FakeWebView final : platform::WebView {
     [[nodiscard]] bool isHidden() const override { return hidden; }
     void setHidden(bool value) override { hidden = value; }
-    void setFrame(const platform::Frame& value) override { place = value; }
-    void setUIDelegate(platform::WebViewUIDelegate* value) override { delegate = value; }
+    void setFrame(const platform::Frame& /*value*/) override {}
+    void setUIDelegate(platform::WebViewUIDelegate* /*value*/) override {}
     void loadRequest(const platform::URL& value) override { loaded.push_back(value.text); }
     bool hidden = false;
-    platform::Frame place;
-    platform::WebViewUIDelegate* delegate = nullptr;
     std::vector<std::string> loaded;
 };
 
@@ -140,9 +138,7 @@ struct FakeTable final : platform::TableView {
         }
     }
     [[nodiscard]] std::int64_t selectedRow() const override { return selected; }
-    void scrollRowToVisible(std::int64_t row) override {
-        scrolledTo = row >= 0 && row < rows ? row : scrolledTo;
-    }
+    void scrollRowToVisible(std::int64_t /*row*/) override {}
     void settle() {
         if (std::exchange(isUnsettled, false) && delegate) {
             delegate->tableViewSelectionDidChange(*this);
@@ -154,7 +150,6 @@ struct FakeTable final : platform::TableView {
     std::map<std::string, double> widths;
     std::int64_t rows = 0;
     std::int64_t selected = -1;
-    std::int64_t scrolledTo = -1;
     bool isUnsettled = false;
 };
 
