@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "browser/SCStationWindowController.h"
 #include "tests/desktop/AllWindows.h"
 
 #include <QAbstractButton>
@@ -6,8 +7,11 @@
 #include <QButtonGroup>
 #include <QDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSignalSpy>
+#include <QToolButton>
 
+#include <functional>
 #include <set>
 
 namespace {
@@ -98,6 +102,38 @@ TEST_F(AccessTest, ButtonsOfWhichOneIsDownAreANamedGroup) {
         EXPECT_EQ(down->objectName(), QString::fromUtf8(one.next));
         EXPECT_TRUE(down->hasFocus());
         EXPECT_EQ(sent.size(), 1);
+    }
+}
+
+TEST_F(AccessTest, AMapTypeIsSentAtEveryClick) {
+    start();
+    for (int click = 0; click < 2; ++click) {
+        delegate().sw->currentMapType = 99;
+        QTest::mouseClick(&child<QAbstractButton>("mapSatellite"), Qt::LeftButton);
+        EXPECT_EQ(delegate().sw->currentMapType, 1);
+    }
+}
+
+TEST_F(AccessTest, ShowAllTakesTheFieldsClearButtonAway) {
+    start();
+    auto& search = child<QLineEdit>("sf");
+    auto& clear = *search.findChild<QToolButton*>();
+    QTest::keyClicks(&search, QStringLiteral("k"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return clear.isVisible(); }));
+    QTest::mouseClick(&child<QAbstractButton>("showAll"), Qt::LeftButton);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !clear.isVisible(); }));
+}
+
+TEST_F(AccessTest, AStarIsToldOfToWhoShowsItsRow) {
+    start();
+    auto& table = child<QTableView>("table");
+    table.setFocus();
+    table.selectRow(1);
+    QSignalSpy told(table.model(), &QAbstractItemModel::dataChanged);
+    QTest::keyClick(&table, Qt::Key_D, Qt::ControlModifier);
+    ASSERT_EQ(told.size(), 1);
+    for (const int corner : {0, 1}) {
+        EXPECT_EQ(told[0][corner].toModelIndex(), table.model()->index(1, 1));
     }
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/map/MapView.h"
+#include "map/Placing.h"
 #include "tests/support/LoopbackTiles.h"
 
 #include <QImage>
@@ -10,6 +11,7 @@
 
 #include <cmath>
 #include <limits>
+#include <set>
 
 namespace {
 
@@ -223,6 +225,33 @@ TEST(MapView, FollowsThePalette) {
     night.setColor(QPalette::WindowText, Qt::white);
     view.setPalette(night);
     EXPECT_LT(picture(view).pixelColor(40, 90).lightness(), day.lightness() / 2);
+}
+
+TEST(MapView, ASelectionAsksOnlyForTilesThatAreShownInTheEnd) {
+    support::LoopbackTiles tiles;
+    const desktop::MapSetup setup = online(tiles);
+    MapView view(setup);
+    view.resize(600, 400);
+    view.show();
+    map::showPlace(view, {46.004, 8.911}, 0);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !setup.tiles->isBusy(); }));
+    // The next one in another kind of map: centred, of that kind and near it, one after another.
+    for (const std::int64_t type : {1, 1, 0}) {
+        tiles.requests.clear();
+        map::showPlace(view, {48.35 + static_cast<double>(type), 11.79}, type);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !setup.tiles->isBusy(); }));
+        std::set<std::string> shown;
+        for (const map::Tile& tile : view.state().tiles) {
+            shown.insert(
+                map::tileAddress(setup.tiles->servers()[*view.state().server].address, tile));
+        }
+        std::set<std::string> asked;
+        for (const auto& request : tiles.requests) {
+            asked.insert("http://127.0.0.1:" + std::to_string(tiles.serverPort()) +
+                         request.path.toStdString());
+        }
+        EXPECT_TRUE(std::ranges::includes(shown, asked));
+    }
 }
 
 } // namespace

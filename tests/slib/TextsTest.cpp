@@ -2,7 +2,6 @@
 #include "slib/SuportLib.h"
 #include "slib/SupportLibCat.h"
 #include "slib/slibUtility.h"
-#include "tests/support/FakeHost.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -74,13 +73,6 @@ TEST(Texts, HexDigitsToBytesAndBack) {
     EXPECT_EQ(hexText(bytes, INT64_MAX), "1ab0a");
 }
 
-TEST(Texts, NumbersAndCodes) {
-    EXPECT_EQ(SuportLib::OSTypeToString(UINT32_MAX), "4294967295");
-    EXPECT_EQ(SuportLib::stringToOStype("-1"), UINT32_MAX);
-    EXPECT_EQ(SuportLib::removeLeadingSpaces(" \r\n METAR  KJFK\t "), "METAR  KJFK");
-    EXPECT_EQ(SuportLib::removeLeadingSpaces(std::nullopt), "");
-}
-
 TEST(Texts, AddressesAreEscapedAndChecked) {
     const struct {
         std::string text;
@@ -96,28 +88,6 @@ TEST(Texts, AddressesAreEscapedAndChecked) {
         EXPECT_EQ(url ? std::optional(url->text) : std::nullopt, row.address);
     }
     EXPECT_FALSE(slibUtility::slibNSStringToNSURL(std::nullopt));
-}
-
-TEST(Texts, SettingsAsStoredOrAsText) {
-    using platform::Number;
-    using platform::Value;
-    const std::pair<Value, Value> rows[] = {
-        {"a"s, "a"s},         {Number(UINT64_MAX), "18446744073709551615"s},
-        {Number(true), "1"s}, {Number(0.1F), "0.1"s},
-        {Value(), Value()},   {platform::Data{std::byte{1}}, Value()},
-    };
-    support::FakeHost fake;
-    const auto setting = [&](std::int32_t type) {
-        return slibUtility::slibUserDefaultForKey_ofType(fake.host, "key", type);
-    };
-    for (const auto& [stored, text] : rows) {
-        fake.userDefaults.setObject(stored, "key");
-        EXPECT_EQ(setting(1), stored);
-        EXPECT_EQ(setting(0), text);
-    }
-    EXPECT_TRUE(fake.log.lines().empty());
-    EXPECT_EQ(setting(2), Value());
-    EXPECT_THAT(fake.log.lines(), ElementsAre("defaulted in slibUserDefaulFroKey"));
 }
 
 } // namespace

@@ -19,7 +19,7 @@ inline std::filesystem::path pinnedArchive(const char* name) {
 inline void expectWrittenAs(const char* name, const platform::Value& root) {
     EXPECT_TRUE(platform::KeyedArchiver::archivedData(root) ==
                 platform::readFile(pinnedArchive(name), 1 << 20))
-        << "other bytes than in " << name << "; tests/support/read_archive.py shows what it holds";
+        << "other bytes than in " << name;
 }
 
 } // namespace support
