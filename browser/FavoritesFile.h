@@ -21,7 +21,6 @@ public:
     /// One that is no list of texts is renamed, not lost, with one line in the log. Nothing is
     /// written before this was called.
     [[nodiscard]] Identifiers load();
-    [[nodiscard]] bool isLoaded() const { return isLoaded_; }
 
     /// Writes the draft. The first time that fails one line is in the log.
     void keep(const Identifiers& identifiers);
