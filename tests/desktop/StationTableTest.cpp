@@ -20,29 +20,17 @@ struct RealTable {
     desktop::StationTable table{view};
 };
 
-struct Stations final : platform::TableViewDataSource, platform::TableViewDelegate {
-    [[nodiscard]] std::int64_t
-    numberOfRowsInTableView(const platform::TableView& /*table*/) const override {
-        return rows;
-    }
+struct Stations final : support::CountedRows {
     [[nodiscard]] std::optional<std::string>
-    tableView_objectValueForTableColumn_row(const platform::TableView& /*table*/,
+    tableView_objectValueForTableColumn_row(const platform::TableView& shown,
                                             std::string_view column,
                                             std::int64_t row) const override {
         ++cellsAsked;
-        if (row == longRow) {
-            return longText;
-        }
-        return std::string(column) + "." + std::to_string(row);
-    }
-    void tableViewSelectionDidChange(const platform::TableView& /*table*/) override {}
-    [[nodiscard]] bool tableView_shouldEditTableColumn_row(const platform::TableView& /*table*/,
-                                                           std::string_view /*column*/,
-                                                           std::int64_t /*row*/) const override {
-        return false;
+        return row == longRow
+                   ? longText
+                   : CountedRows::tableView_objectValueForTableColumn_row(shown, column, row);
     }
 
-    std::int64_t rows = 5;
     std::int64_t longRow = -1;
     std::string longText;
     mutable std::int64_t cellsAsked = 0;

@@ -14,7 +14,7 @@
 /// event loop; the real table and the fake one run these same tests.
 namespace support {
 
-struct CountedRows final : platform::TableViewDataSource, platform::TableViewDelegate {
+struct CountedRows : platform::TableViewDataSource, platform::TableViewDelegate {
     [[nodiscard]] std::int64_t
     numberOfRowsInTableView(const platform::TableView& /*table*/) const override {
         return rows;
