@@ -186,9 +186,12 @@ void SCStationWindow::bindMap(platform::Host& host) {
         if (type == chartType) {
             // Shown again while it blinks, it would blink twice.
             views_->dLcikWords->flash(false);
-            views_->hintStandsStill.start(hintBlinksFor);
         }
         controller_.switchieswitcheDu();
+        if (type == chartType) {
+            // Not before: loading the engine may take as long as the hint blinks.
+            views_->hintStandsStill.start(hintBlinksFor);
+        }
     });
     views_->mapV.stationClicked = [this](std::size_t station) {
         const auto row = static_cast<std::int64_t>(station);

@@ -47,6 +47,10 @@ TEST(ChartView, TheWindowLoadsTheEngineWhenTheChartIsFirstShown) {
     const QRect place = child("mapV")->geometry();
     choose("mapChart");
     EXPECT_TRUE(isEngineLoaded());
+    // Its hint blinks, and the weather's timer runs.
+    using namespace std::chrono_literals;
+    EXPECT_EQ(program.fake.timers.runningIntervals(),
+              (std::vector<std::chrono::milliseconds>{30min, 1300ms}));
     EXPECT_TRUE(child("secView")->isVisible());
     EXPECT_FALSE(child("mapV")->isVisible());
     EXPECT_TRUE(child("dLcikWords")->isVisible());
@@ -61,10 +65,6 @@ TEST(ChartView, TheWindowLoadsTheEngineWhenTheChartIsFirstShown) {
         << QApplication::focusWidget()->objectName().toStdString();
     openLarger();
     EXPECT_EQ(program.fake.workspace.opened.size(), 1U);
-    // Its hint blinks, and the weather's timer runs.
-    using namespace std::chrono_literals;
-    EXPECT_EQ(program.fake.timers.runningIntervals(),
-              (std::vector<std::chrono::milliseconds>{30min, 1300ms}));
     choose("mapChart");
     EXPECT_EQ(program.fake.timers.runningIntervals().size(), 2U) << "chosen again";
     choose("mapSatellite");
