@@ -8,8 +8,8 @@
 #include "app/slibHelpWindow.h"
 #include "browser/SCStationWindowController.h"
 #include "mystations/SCMyStationsWindowController.h"
-#include "platform/Host.h"
-#include "platform/Views.h"
+#include "platform/host/Host.h"
+#include "platform/views/Views.h"
 
 #include <memory>
 #include <optional>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/SCAboutWindowController.h"
 
-#include "platform/Addresses.h"
+#include "product/Addresses.h"
 #include "slib/slibUtility.h"
 
 #include <fmt/format.h>
@@ -31,7 +31,7 @@ SCAboutWindowController::initWithWindowNibName(platform::Host& host, std::string
 void SCAboutWindowController::doEmailFeedback() {
     const auto version = host_.bundle.infoValue("CFBundleShortVersionString");
     const auto letter = slibUtility::slibNSStringToNSURL(
-        fmt::format("mailto:{}?subject=Nosig {} feedback&body={}", platform::addresses::feedback,
+        fmt::format("mailto:{}?subject=Nosig {} feedback&body={}", product::addresses::feedback,
                     version.value_or("1.0"), whatHelps));
     if (letter) {
         host_.workspace.openURL(*letter);
@@ -39,5 +39,5 @@ void SCAboutWindowController::doEmailFeedback() {
 }
 
 void SCAboutWindowController::doGoToWebsite() {
-    host_.workspace.openURL({std::string(platform::addresses::productPage)});
+    host_.workspace.openURL({std::string(product::addresses::productPage)});
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Views.h"
+#include "platform/views/Views.h"
 
 /// The logic of a sheet that asks how to save. Nothing shows it. Main thread only.
 class SCSaveOptionsSheetController {

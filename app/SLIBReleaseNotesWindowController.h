@@ -2,8 +2,8 @@
 #pragma once
 
 #include "app/Windows.h"
-#include "platform/Host.h"
-#include "platform/Views.h"
+#include "platform/host/Host.h"
+#include "platform/views/Views.h"
 
 #include <memory>
 #include <string>

@@ -3,6 +3,7 @@
 #include "desktop/host/EndSignals.h"
 #include "desktop/host/SingleInstance.h"
 #include "desktop/windows/ProgramWindows.h"
+#include "weather/DataServerSessions.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -34,7 +35,7 @@ int main(int argc, char* argv[]) {
 
     // From here on a signal waits for the event loop.
     const desktop::EndSignals endSignals([] { QCoreApplication::exit(); });
-    desktop::DesktopHost host;
+    desktop::DesktopHost host(weather::sessionOptions());
     desktop::SingleInstance instance(host.programFolder(), host.services().log);
     if (!instance.isFirst()) {
         return EXIT_SUCCESS;

@@ -2,9 +2,9 @@
 #include "bench/StationLists.h"
 #include "catalogue/Packages.h"
 #include "catalogue/stationparser.h"
-#include "platform/KeyedArchiver.h"
-#include "platform/KeyedUnarchiver.h"
-#include "platform/System.h"
+#include "platform/archive/KeyedArchiver.h"
+#include "platform/archive/KeyedUnarchiver.h"
+#include "platform/host/System.h"
 
 #include <GeographicLib/Geodesic.hpp>
 #include <benchmark/benchmark.h>

@@ -3,7 +3,7 @@
 
 #include "catalogue/ListFile.h"
 #include "catalogue/stationparser.h"
-#include "platform/System.h"
+#include "platform/host/System.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "browser/FavoritesFile.h"
 
-#include "platform/Files.h"
-#include "platform/KeyedArchiver.h"
-#include "platform/KeyedUnarchiver.h"
+#include "platform/archive/KeyedArchiver.h"
+#include "platform/archive/KeyedUnarchiver.h"
+#include "platform/host/Files.h"
 #include "slib/SupportLibCat.h"
 
 #include <fmt/format.h>

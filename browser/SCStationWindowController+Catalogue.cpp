@@ -3,7 +3,7 @@
 
 #include "catalogue/ListFile.h"
 #include "catalogue/Packages.h"
-#include "platform/Geodesy.h"
+#include "platform/values/Geodesy.h"
 #include "slib/SupportLibCat.h"
 
 #include <fmt/format.h>

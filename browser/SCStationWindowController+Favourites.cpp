@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "browser/SCStationWindowController.h"
 
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 
 #include <memory>
 #include <utility>

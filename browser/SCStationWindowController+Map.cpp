@@ -2,7 +2,7 @@
 #include "browser/SCStationWindowController.h"
 
 #include "map/Placing.h"
-#include "platform/Addresses.h"
+#include "product/Addresses.h"
 
 #include <fmt/format.h>
 
@@ -29,7 +29,7 @@ void SCStationWindowController::mapStiation(const AviationWeatherStation& statio
 
 void SCStationWindowController::loadChart(double latitude, double longitude) {
     const auto address = [&](int zoom) {
-        return fmt::format("https://{}/?ll={:f},{:f}&zoom={}", platform::addresses::chartHost,
+        return fmt::format("https://{}/?ll={:f},{:f}&zoom={}", product::addresses::chartHost,
                            latitude, longitude, zoom);
     };
     outlets.secView->view.loadRequest({address(1)});

@@ -2,7 +2,7 @@
 #include "browser/SCStationWindowController.h"
 
 #include "catalogue/StationCells.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 
 #include <algorithm>
 #include <utility>

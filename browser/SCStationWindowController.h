@@ -7,10 +7,10 @@
 #include "catalogue/AviationWeatherStationCollection.h"
 #include "catalogue/StationCells.h"
 #include "catalogue/stationparser.h"
-#include "platform/Guarded.h"
-#include "platform/Host.h"
-#include "platform/OperationQueue.h"
-#include "platform/Views.h"
+#include "platform/host/Guarded.h"
+#include "platform/host/Host.h"
+#include "platform/host/OperationQueue.h"
+#include "platform/views/Views.h"
 #include "weather/SCWeatherGrabber.h"
 
 #include <cstdint>

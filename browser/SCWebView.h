@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Host.h"
-#include "platform/WebView.h"
+#include "platform/host/Host.h"
+#include "platform/views/WebView.h"
 
 #include <optional>
 #include <string>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Archivable.h"
+#include "platform/archive/Archivable.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/AviationWeatherStationCollection.h"
 
-#include "platform/KeyedArchiver.h"
-#include "platform/KeyedUnarchiver.h"
-#include "platform/Text.h"
+#include "platform/archive/KeyedArchiver.h"
+#include "platform/archive/KeyedUnarchiver.h"
+#include "platform/text/Text.h"
 
 #include <algorithm>
 #include <array>

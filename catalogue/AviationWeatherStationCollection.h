@@ -2,8 +2,8 @@
 #pragma once
 
 #include "catalogue/AviationWeatherStation.h"
-#include "platform/Archivable.h"
-#include "platform/Geodesy.h"
+#include "platform/archive/Archivable.h"
+#include "platform/values/Geodesy.h"
 
 #include <cstdint>
 #include <memory>

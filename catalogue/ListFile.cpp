@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/ListFile.h"
 
-#include "platform/Files.h"
-#include "platform/Text.h"
+#include "platform/host/Files.h"
+#include "platform/text/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/Packages.h"
 
-#include "platform/KeyedArchiver.h"
-#include "platform/KeyedUnarchiver.h"
+#include "platform/archive/KeyedArchiver.h"
+#include "platform/archive/KeyedUnarchiver.h"
 #include "slib/SupportLibCat.h"
 
 #include <new>

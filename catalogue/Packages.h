@@ -2,7 +2,7 @@
 #pragma once
 
 #include "catalogue/AviationWeatherStationCollection.h"
-#include "platform/Host.h"
+#include "platform/host/Host.h"
 
 #include <filesystem>
 #include <memory>

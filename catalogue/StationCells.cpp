@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/StationCells.h"
 
-#include "platform/Text.h"
-#include "platform/Value.h"
+#include "platform/text/Text.h"
+#include "platform/values/Value.h"
 #include "slib/SuportLib.h"
 
 #include <array>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "catalogue/AviationWeatherStationCollection.h"
-#include "platform/TableView.h"
+#include "platform/views/TableView.h"
 
 #include <cstdint>
 #include <memory>

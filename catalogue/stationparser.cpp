@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/stationparser.h"
 
-#include "platform/Geodesy.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
+#include "platform/values/Geodesy.h"
 #include "slib/SuportLib.h"
 
 #include <algorithm>

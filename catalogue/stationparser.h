@@ -2,9 +2,9 @@
 #pragma once
 
 #include "catalogue/AviationWeatherStationCollection.h"
-#include "platform/Guarded.h"
-#include "platform/Host.h"
-#include "platform/OperationQueue.h"
+#include "platform/host/Guarded.h"
+#include "platform/host/Host.h"
+#include "platform/host/OperationQueue.h"
 
 #include <atomic>
 #include <cstddef>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "map/BaseMap.h"
 
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Geodesy.h"
+#include "platform/values/Geodesy.h"
 
 /// Web Mercator (EPSG:3857), with the whole world as the unit square.
 namespace map {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Geodesy.h"
-#include "platform/Views.h"
+#include "platform/values/Geodesy.h"
+#include "platform/views/Views.h"
 
 #include <cstdint>
 

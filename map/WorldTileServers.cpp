@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "map/Tiles.h"
-#include "platform/Addresses.h"
+#include "product/Addresses.h"
 
 namespace map {
 
@@ -31,7 +31,7 @@ const std::vector<std::vector<platform::Location>> unitedStates{
     {{17.5, -67.6}, {18.7, -67.6}, {18.3, -64.7}, {17.5, -64.4}},
 };
 
-TileServer server(Imagery imagery, const platform::addresses::TileService& service,
+TileServer server(Imagery imagery, const product::addresses::TileService& service,
                   std::vector<std::vector<platform::Location>> coverage = {}) {
     return {imagery,
             std::string(service.address),
@@ -44,7 +44,7 @@ TileServer server(Imagery imagery, const platform::addresses::TileService& servi
 } // namespace
 
 std::vector<TileServer> worldTileServers() {
-    using namespace platform::addresses;
+    using namespace product::addresses;
     return {server(Imagery::standard, standardTiles),
             server(Imagery::satellite, satelliteTilesOfTheUnitedStates, unitedStates),
             server(Imagery::satellite, satelliteTiles)};

@@ -4,7 +4,7 @@
 #include "catalogue/Packages.h"
 #include "catalogue/StationCells.h"
 #include "map/Placing.h"
-#include "platform/KeyedArchiver.h"
+#include "platform/archive/KeyedArchiver.h"
 #include "slib/SupportLibCat.h"
 
 #include <utility>

@@ -3,8 +3,8 @@
 
 #include "catalogue/AviationWeatherStationCollection.h"
 #include "catalogue/StationCells.h"
-#include "platform/Host.h"
-#include "platform/Views.h"
+#include "platform/host/Host.h"
+#include "platform/views/Views.h"
 
 #include <cstdint>
 #include <memory>

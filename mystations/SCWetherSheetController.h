@@ -2,7 +2,7 @@
 #pragma once
 
 #include "catalogue/AviationWeatherStation.h"
-#include "platform/Views.h"
+#include "platform/views/Views.h"
 
 #include <memory>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Host.h"
-#include "platform/Views.h"
+#include "platform/host/Host.h"
+#include "platform/views/Views.h"
 
 #include <array>
 #include <memory>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "slib/Identifiers.h"
 
-#include "platform/HashIndex.h"
+#include "platform/values/HashIndex.h"
 #include "slib/Random.h"
 
 #include <mutex>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Value.h"
+#include "platform/values/Value.h"
 
 #include <random>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "platform/KeyedArchiver.h"
-#include "platform/KeyedUnarchiver.h"
+#include "platform/archive/KeyedArchiver.h"
+#include "platform/archive/KeyedUnarchiver.h"
 #include "slib/SLibObject.h"
 
 #include <fmt/format.h>

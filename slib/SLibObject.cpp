@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "slib/SLibObject.h"
 
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 #include "slib/Identifiers.h"
 #include "slib/Random.h"
 #include "slib/SupportLibCat.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Archivable.h"
-#include "platform/Host.h"
-#include "platform/ViewAnimation.h"
+#include "platform/archive/Archivable.h"
+#include "platform/host/Host.h"
+#include "platform/views/ViewAnimation.h"
 #include "slib/slibItemID.h"
 
 #include <cstdint>

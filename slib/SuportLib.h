@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Drawing.h"
+#include "platform/views/Drawing.h"
 #include "slib/SupportLibCat.h"
 
 #include <cstdint>

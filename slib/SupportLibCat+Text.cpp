@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "slib/SupportLibCat.h"
 
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "slib/slibItemID.h"
 
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 
 slibTextBlock::slibTextBlock(std::string_view text) : text_(platform::repairedUtf8(text)) {
     bytes_.reserve(text_.size());

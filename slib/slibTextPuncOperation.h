@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Guarded.h"
-#include "platform/Host.h"
-#include "platform/OperationQueue.h"
+#include "platform/host/Guarded.h"
+#include "platform/host/Host.h"
+#include "platform/host/OperationQueue.h"
 
 #include <atomic>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/OperationQueue.h"
+#include "platform/host/OperationQueue.h"
 #include "slib/SLibObject.h"
 #include "slib/slibTextPuncOperation.h"
 

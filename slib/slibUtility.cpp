@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "slib/slibUtility.h"
 
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 
 #include <fmt/format.h>
 #include <uriparser/Uri.h>

@@ -3,11 +3,11 @@
 #include "catalogue/ListFile.h"
 #include "catalogue/Packages.h"
 #include "catalogue/stationparser.h"
-#include "platform/Geodesy.h"
-#include "platform/KeyedArchiver.h"
-#include "platform/KeyedUnarchiver.h"
-#include "platform/System.h"
-#include "platform/Text.h"
+#include "platform/archive/KeyedArchiver.h"
+#include "platform/archive/KeyedUnarchiver.h"
+#include "platform/host/System.h"
+#include "platform/text/Text.h"
+#include "platform/values/Geodesy.h"
 
 #include <fmt/chrono.h>
 #include <fmt/format.h>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "catalogue/AviationWeatherStation.h"
-#include "platform/Host.h"
-#include "platform/XMLParser.h"
+#include "platform/host/Host.h"
+#include "platform/text/XMLParser.h"
 
 #include <cstdint>
 #include <memory>

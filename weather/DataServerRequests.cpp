@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "weather/DataServerRequests.h"
 
-#include "platform/Addresses.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
+#include "product/Addresses.h"
 #include "slib/slibUtility.h"
 
 #include <fmt/format.h>
@@ -17,7 +17,7 @@ std::string serverOf(platform::Host& host) {
     const auto setting = slibUtility::slibUserDefaultForKey_ofType(host, "dataserverhost", 0);
     const auto* text = std::get_if<std::string>(&setting);
     const std::string_view named = text ? platform::trimmed(*text) : std::string_view();
-    return std::string(named.empty() ? platform::addresses::dataServerHost : named);
+    return std::string(named.empty() ? product::addresses::dataServerHost : named);
 }
 
 /// The keys stand in the order in which the server's users always gave them.
@@ -25,8 +25,8 @@ platform::URL request(platform::Host& host, std::string_view scheme, std::string
                       std::string_view station, std::string_view latest) {
     return {fmt::format("{}://{}{}?dataSource={}&requestType=retrieve&format=xml&stationString={}"
                         "&hoursBeforeNow=1&{}=true",
-                        scheme, serverOf(host), platform::addresses::dataServerPath, source,
-                        station, latest)};
+                        scheme, serverOf(host), product::addresses::dataServerPath, source, station,
+                        latest)};
 }
 
 /// All bytes but the unreserved ones of RFC 3986.

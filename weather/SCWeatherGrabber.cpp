@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "weather/SCWeatherGrabber.h"
 
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 #include "slib/SuportLib.h"
 #include "weather/DataServerRequests.h"
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "catalogue/AviationWeatherStationCollection.h"
-#include "platform/Host.h"
-#include "platform/XMLParser.h"
+#include "platform/host/Host.h"
+#include "platform/text/XMLParser.h"
 
 #include <atomic>
 #include <cstddef>

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "desktop/Text.h"
 #include "desktop/host/FilePanels.h"
 #include "desktop/host/Folders.h"
 #include "desktop/host/Launcher.h"
@@ -11,12 +10,17 @@
 #include "desktop/host/Settings.h"
 #include "desktop/host/UserEvents.h"
 #include "desktop/map/MapView.h"
-#include "platform/Host.h"
-#include "platform/System.h"
-#include "platform/URLSession.h"
+#include "desktop/text/Text.h"
+#include "platform/host/Host.h"
+#include "platform/host/System.h"
+#include "platform/net/URLSession.h"
+#include "product/Product.h"
 
 #include <QCoreApplication>
 #include <QStandardPaths>
+
+#include <string>
+#include <utility>
 
 namespace desktop {
 
@@ -24,6 +28,10 @@ namespace desktop {
 /// is made and dropped on the main thread.
 class DesktopHost {
 public:
+    /// `requests` says how web servers are asked.
+    explicit DesktopHost(platform::URLSessionOptions requests)
+        : urlSessions_(notificationCenter_, std::move(requests)) {}
+
     [[nodiscard]] platform::Host& services() { return services_; }
     [[nodiscard]] MainQueue& mainQueue() { return mainQueue_; }
     [[nodiscard]] platform::CurlURLSessions& urlSessions() { return urlSessions_; }
@@ -51,10 +59,10 @@ private:
     FilePanels panels_{settings_};
     RepeatingTimers timers_;
     MainQueue mainQueue_;
-    platform::CurlURLSessions urlSessions_{notificationCenter_};
+    platform::CurlURLSessions urlSessions_;
     /// What it keeps lies in the user's cache.
     std::shared_ptr<TileLoader> tiles_ = std::make_shared<TileLoader>(
-        TileSources{map::worldTileServers(), "Nosig/" NOSIG_VERSION,
+        TileSources{map::worldTileServers(), product::userAgent,
                     QStandardPaths::writableLocation(QStandardPaths::CacheLocation) +
                         QStringLiteral("/tiles")});
     Launcher launcher_;

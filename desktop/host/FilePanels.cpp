@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/host/FilePanels.h"
 
-#include "desktop/Text.h"
+#include "desktop/text/Text.h"
 
 #include <QApplication>
 #include <QFileDialog>

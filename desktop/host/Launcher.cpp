@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/host/Launcher.h"
 
-#include "desktop/Text.h"
+#include "desktop/text/Text.h"
 
 #include <QDesktopServices>
 #include <QUrl>

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/host/Program.h"
 
-#include "desktop/Text.h"
+#include "desktop/text/Text.h"
+#include "product/Product.h"
 
 #include <QDir>
 
@@ -20,7 +21,7 @@ std::optional<std::string> Program::infoValue(std::string_view key) const {
         return "nosig";
     }
     if (key == "CFBundleShortVersionString") {
-        return NOSIG_VERSION;
+        return std::string(product::version);
     }
     return {};
 }

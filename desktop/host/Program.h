@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Host.h"
+#include "platform/host/Host.h"
 
 #include <QString>
 

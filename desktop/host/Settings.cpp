@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/host/Settings.h"
 
-#include "desktop/Text.h"
+#include "desktop/text/Text.h"
 
 #include <utility>
 

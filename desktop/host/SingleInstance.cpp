@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/host/SingleInstance.h"
 
-#include "desktop/Text.h"
-#include "platform/Files.h"
+#include "desktop/text/Text.h"
+#include "platform/host/Files.h"
 
 #include <QCryptographicHash>
 #include <QDeadlineTimer>

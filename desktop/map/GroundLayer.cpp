@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/map/GroundLayer.h"
 
-#include "desktop/Text.h"
 #include "desktop/map/Lettering.h"
+#include "desktop/text/Text.h"
 #include "map/Measures.h"
 
 #include <QFontMetricsF>

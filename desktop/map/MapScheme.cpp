@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/map/MapScheme.h"
 
-#include "desktop/Contrast.h"
+#include "desktop/controls/Contrast.h"
 
 #include <QPalette>
 

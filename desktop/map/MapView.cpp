@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/map/MapView.h"
 
-#include "desktop/Text.h"
 #include "desktop/map/FurnitureLayer.h"
 #include "desktop/map/GroundLayer.h"
 #include "desktop/map/StationLayer.h"
-#include "platform/Files.h"
+#include "desktop/text/Text.h"
+#include "platform/host/Files.h"
 
 #include <QResizeEvent>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "desktop/map/MapState.h"
-#include "platform/Views.h"
+#include "platform/views/Views.h"
 
 #include <QGraphicsScene>
 #include <QGraphicsView>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "desktop/Controls.h"
+#include "desktop/controls/Controls.h"
 
 #include <QObject>
 

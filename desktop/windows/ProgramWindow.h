@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Views.h"
+#include "platform/views/Views.h"
 
 #include <QMainWindow>
 #include <QSettings>

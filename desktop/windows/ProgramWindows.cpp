@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/windows/ProgramWindows.h"
 
-#include "desktop/Text.h"
+#include "desktop/text/Text.h"
 #include "desktop/windows/SCMyStationsWindow.h"
 #include "desktop/windows/SCStationWindow.h"
 #include "desktop/windows/SmallWindows.h"

@@ -5,7 +5,7 @@
 #include "app/Windows.h"
 #include "desktop/map/MapView.h"
 #include "desktop/windows/ProgramMenus.h"
-#include "platform/Host.h"
+#include "platform/host/Host.h"
 
 #include <QSettings>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/windows/SCMyStationsWindow.h"
 
-#include "desktop/StationTable.h"
-#include "desktop/StationsOnMap.h"
+#include "desktop/table/StationTable.h"
 #include "desktop/windows/SCWetherSheet.h"
+#include "desktop/windows/StationsOnMap.h"
 #include "mystations/SCMyStationsWindowController.h"
 #include "ui_SCMyStationsWindowController.h"
 

@@ -3,7 +3,7 @@
 
 #include "desktop/map/MapView.h"
 #include "desktop/windows/ProgramWindow.h"
-#include "platform/Host.h"
+#include "platform/host/Host.h"
 
 #include <memory>
 

@@ -2,9 +2,9 @@
 #include "desktop/windows/SCWetherSheet.h"
 
 #include "catalogue/StationCells.h"
-#include "desktop/Controls.h"
-#include "desktop/StationsOnMap.h"
+#include "desktop/controls/Controls.h"
 #include "desktop/windows/ScreenFit.h"
+#include "desktop/windows/StationsOnMap.h"
 #include "ui_SCWetherSheetController.h"
 
 #include <utility>

@@ -3,7 +3,7 @@
 
 #include "desktop/map/MapView.h"
 #include "mystations/SCWetherSheetController.h"
-#include "platform/Views.h"
+#include "platform/views/Views.h"
 
 #include <QDialog>
 

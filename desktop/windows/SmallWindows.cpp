@@ -4,9 +4,9 @@
 #include "app/SCAboutWindowController.h"
 #include "app/SLIBReleaseNotesWindowController.h"
 #include "app/slibHelpWindow.h"
-#include "desktop/RichText.h"
-#include "desktop/Text.h"
-#include "platform/Addresses.h"
+#include "desktop/text/RichText.h"
+#include "desktop/text/Text.h"
+#include "product/Addresses.h"
 #include "ui_SCAboutWindowController.h"
 #include "ui_SLIBReleaseNotesWindowController.h"
 #include "ui_slibHelpWindow.h"
@@ -61,8 +61,8 @@ AboutWindow::AboutWindow(SCAboutWindowController& controller, const platform::Bu
             .arg(shownText(bundle.infoValue("CFBundleShortVersionString").value_or(""))));
     ui.licences->setSource(
         QUrl::fromLocalFile(pathText(bundle.resourcePath() + "/help/licences.html")));
-    ui.feedback->setToolTip(shownText(platform::addresses::feedback));
-    ui.website->setToolTip(shownText(platform::addresses::productPage));
+    ui.feedback->setToolTip(shownText(product::addresses::feedback));
+    ui.website->setToolTip(shownText(product::addresses::productPage));
     connect(ui.feedback, &QPushButton::clicked, this,
             [&controller] { controller.doEmailFeedback(); });
     connect(ui.website, &QPushButton::clicked, this, [&controller] { controller.doGoToWebsite(); });

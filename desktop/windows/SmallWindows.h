@@ -2,7 +2,7 @@
 #pragma once
 
 #include "desktop/windows/ProgramWindow.h"
-#include "platform/Host.h"
+#include "platform/host/Host.h"
 
 #include <memory>
 

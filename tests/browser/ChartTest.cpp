@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "platform/Addresses.h"
+#include "product/Addresses.h"
 #include "tests/support/ShownCatalogue.h"
 
 namespace {
 
-const std::string site = "https://" + std::string(platform::addresses::chartHost);
+const std::string site = "https://" + std::string(product::addresses::chartHost);
 
 class Chart : public support::ShownCatalogue {
 protected:

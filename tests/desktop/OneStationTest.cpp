@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "browser/SCStationWindowController.h"
-#include "platform/KeyedArchiver.h"
+#include "platform/archive/KeyedArchiver.h"
 #include "tests/support/RunningProgram.h"
 #include "tests/support/Stations.h"
 

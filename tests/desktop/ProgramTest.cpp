@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "platform/Addresses.h"
-#include "platform/KeyedArchiver.h"
+#include "platform/archive/KeyedArchiver.h"
+#include "product/Addresses.h"
 #include "tests/support/FakeViews.h"
 #include "tests/support/RunningProgram.h"
 #include "tests/support/Stations.h"
@@ -229,10 +229,10 @@ TEST_F(ProgramTest, TheAboutWindowTellsTheVersionAndLeadsToTheMakers) {
     about.findChild<QPushButton*>(QStringLiteral("feedback"))->click();
     about.findChild<QPushButton*>(QStringLiteral("website"))->click();
     ASSERT_EQ(fake.workspace.opened.size(), 2U);
-    EXPECT_TRUE(fake.workspace.opened[0].starts_with(
-        "mailto:" + std::string(platform::addresses::feedback) +
-        "?subject=Nosig%201.0%20feedback&body="));
-    EXPECT_EQ(fake.workspace.opened[1], platform::addresses::productPage);
+    EXPECT_TRUE(
+        fake.workspace.opened[0].starts_with("mailto:" + std::string(product::addresses::feedback) +
+                                             "?subject=Nosig%201.0%20feedback&body="));
+    EXPECT_EQ(fake.workspace.opened[1], product::addresses::productPage);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/RichText.h"
+#include "desktop/text/RichText.h"
 
 #include <QTextDocument>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/Contrast.h"
+#include "desktop/controls/Contrast.h"
 #include "desktop/map/MapScheme.h"
 #include "tests/desktop/AllWindows.h"
 

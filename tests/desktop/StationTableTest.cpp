@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/StationTable.h"
+#include "desktop/table/StationTable.h"
 #include "tests/support/TableViewContract.h"
 
 #include <QAbstractItemModelTester>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/Controls.h"
+#include "desktop/controls/Controls.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "desktop/ChartView.h"
+#include "desktop/chart/ChartView.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/WeatherServer.h"
 

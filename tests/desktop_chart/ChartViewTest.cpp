@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/ChartView.h"
+#include "desktop/chart/ChartView.h"
 #include "browser/SCWebView.h"
 #include "tests/support/RunningProgram.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "map/BaseMap.h"
-#include "platform/Files.h"
+#include "platform/host/Files.h"
 
 #include <gtest/gtest.h>
 

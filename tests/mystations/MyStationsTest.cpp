@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "mystations/SCMyStationsWindowController.h"
 #include "mystations/SCWetherSheetController.h"
-#include "platform/KeyedArchiver.h"
+#include "platform/archive/KeyedArchiver.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/FakeViews.h"
 #include "tests/support/Stations.h"

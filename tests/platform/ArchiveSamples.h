@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/BinaryPropertyListWriter.h"
-#include "platform/KeyedUnarchiver.h"
+#include "platform/archive/BinaryPropertyListWriter.h"
+#include "platform/archive/KeyedUnarchiver.h"
 
 #include <map>
 #include <memory>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/Files.h"
+#include "platform/host/Files.h"
 
 #include "tests/support/TemporaryFolder.h"
 

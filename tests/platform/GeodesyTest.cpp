@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/Geodesy.h"
+#include "platform/values/Geodesy.h"
 
 #include <gtest/gtest.h>
 

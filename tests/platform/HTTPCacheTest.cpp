@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/HTTPCache.h"
+#include "platform/net/HTTPCache.h"
 
 #include <gtest/gtest.h>
 

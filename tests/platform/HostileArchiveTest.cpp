@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "platform/BinaryPropertyList.h"
-#include "platform/KeyedArchiver.h"
-#include "platform/KeyedUnarchiver.h"
+#include "platform/archive/BinaryPropertyList.h"
+#include "platform/archive/KeyedArchiver.h"
+#include "platform/archive/KeyedUnarchiver.h"
 
 #include "tests/platform/ArchiveSamples.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/NotificationCenter.h"
+#include "platform/host/NotificationCenter.h"
 
 #include <gtest/gtest.h>
 

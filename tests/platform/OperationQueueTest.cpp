@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/OperationQueue.h"
+#include "platform/host/OperationQueue.h"
 
 #include <gtest/gtest.h>
 

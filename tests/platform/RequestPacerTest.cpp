@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/RequestPacer.h"
+#include "platform/net/RequestPacer.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/ScarceMemory.h"
-#include "platform/ArchiveCosts.h"
-#include "platform/KeyedArchiver.h"
-#include "platform/KeyedUnarchiver.h"
-#include "platform/OperationQueue.h"
+#include "platform/archive/ArchiveCosts.h"
+#include "platform/archive/KeyedArchiver.h"
+#include "platform/archive/KeyedUnarchiver.h"
+#include "platform/host/OperationQueue.h"
 #include "tests/platform/ArchiveSamples.h"
 #include "tests/support/TemporaryFolder.h"
 

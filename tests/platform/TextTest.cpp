@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 
 #include <gtest/gtest.h>
 

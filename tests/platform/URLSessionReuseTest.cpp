@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/URLSession.h"
+#include "platform/net/URLSession.h"
 #include "tests/support/WeatherServer.h"
 
 #include <gtest/gtest.h>
@@ -29,7 +29,7 @@ struct Reuse : testing::Test {
         asked.push_back(request.path + (tag.empty() ? "" : " " + tag) +
                         (control.empty() ? "" : " " + control));
         response.set_header("ETag", "\"" + version + "\"");
-        if (request.path == "/fresh" || request.path == "/api/data/metar") {
+        if (request.path == "/fresh" || request.path == "/new") {
             response.set_header("Cache-Control", "max-age=60");
         } else if (request.path == "/hop") {
             response.set_redirect("/fresh");
@@ -53,6 +53,10 @@ struct Reuse : testing::Test {
     URLSessionOptions options() {
         URLSessionOptions options = server.options();
         options.connectTo = server.authority();
+        options.hostLimits = {{.host = "aviationweather.gov", .perMinute = 100, .atOnce = 4}};
+        options.successor = [](const URL& address) {
+            return address.text.ends_with("/old") ? URL{defaultServer + "new"} : address;
+        };
         options.now = [] { return std::chrono::steady_clock::time_point(std::chrono::hours(1)); };
         options.date = [this] { return date.load(); };
         return options;
@@ -101,12 +105,10 @@ TEST_F(Reuse, KeepsToTheRightReplyByRedirectsAndMuddledAnswers) {
     EXPECT_EQ(get("/muddled"), "B.4");
     EXPECT_EQ(takeAsked(), (Lines{"/muddled", "/muddled \"A\"", "/muddled"}));
     // One question in its old and in its new form has one reply.
-    const std::string old = "://aviationweather.gov/adds/dataserver_current/httpparam"
-                            "?dataSource=METARs&stationString=KSFO";
-    for (const std::string& address :
-         {"http" + old, "https" + old, defaultServer + "api/data/metar?ids=KSFO&format=xml"}) {
+    for (const char* address : {"http://localhost/old", "https://localhost/old"}) {
         EXPECT_EQ(fetch(sessions, address), "B.5");
     }
+    EXPECT_EQ(fetch(sessions, defaultServer + "new"), "B.5");
 }
 
 TEST_F(Reuse, CompletesLikeATransfer) {

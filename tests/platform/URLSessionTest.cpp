@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/URLSession.h"
+#include "platform/net/URLSession.h"
 #include "tests/support/WeatherServer.h"
 
 #include <gtest/gtest.h>
@@ -53,6 +53,7 @@ TEST(URLSession, GivesTheBodyOfACompleteReplyAndNothingElse) {
     WeatherServer stranger(answerByPath);
     NotificationCenter center;
     URLSessionOptions options = server.options();
+    options.userAgent = "Tester/1.0";
     CurlURLSessions usual(center, options);
     options.byteLimit = 1'000'000;
     CurlURLSessions sessions(center, options);
@@ -84,7 +85,7 @@ TEST(URLSession, GivesTheBodyOfACompleteReplyAndNothingElse) {
     }
     EXPECT_EQ(plain.targets().size(), 2U) << "nobody was led to plain http";
     EXPECT_EQ(fetch(usual, secure + "/size/104857600"), "(no data)");
-    EXPECT_EQ(fetch(sessions, secure + "/headers"), "Nosig/1.0|gzip|");
+    EXPECT_EQ(fetch(sessions, secure + "/headers"), "Tester/1.0|gzip|");
 }
 
 TEST(URLSession, GivesUpATransferThatStallsOrNeverEnds) {
@@ -192,7 +193,7 @@ TEST(URLSession, SendsTheDefaultServerNoMoreThanItBearsAMinuteTheNewestFirst) {
     std::atomic<TimePoint> now = TimePoint(std::chrono::hours(1));
     URLSessionOptions options = leadingTo(server);
     options.now = [&] { return now.load(); };
-    options.pacedPerMinute = 3;
+    options.hostLimits = {{.host = "AviationWeather.gov", .perMinute = 3, .atOnce = 4}};
     NotificationCenter center;
     CurlURLSessions sessions(center, options);
     for (const char* number : {"1", "2", "3"}) {

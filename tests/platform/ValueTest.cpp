@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/Value.h"
+#include "platform/values/Value.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/XMLParser.h"
+#include "platform/text/XMLParser.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

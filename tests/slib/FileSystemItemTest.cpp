@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "slib/FileSystemItem.h"
 
-#include "platform/Files.h"
+#include "platform/host/Files.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/KeyedUnarchiver.h"
+#include "platform/archive/KeyedUnarchiver.h"
 #include "slib/SLIB_Prefs.h"
 #include "slib/SLibObject.h"
 #include "slib/SLibRange.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/TableView.h"
-#include "platform/Views.h"
-#include "platform/WebView.h"
+#include "platform/views/TableView.h"
+#include "platform/views/Views.h"
+#include "platform/views/WebView.h"
 
 #include <map>
 #include <optional>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/AppDelegate.h"
-#include "desktop/Text.h"
+#include "desktop/text/Text.h"
 #include "desktop/windows/ProgramWindows.h"
 #include "tests/support/FakeHost.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "browser/SCStationWindowController.h"
-#include "platform/KeyedArchiver.h"
+#include "platform/archive/KeyedArchiver.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/FakeStationWindow.h"
 #include "tests/support/Stations.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/TableView.h"
+#include "platform/views/TableView.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/URLSession.h"
+#include "platform/net/URLSession.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <httplib.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/KeyedArchiver.h"
+#include "platform/archive/KeyedArchiver.h"
 #include "tests/support/Record.h"
 #include "tests/support/Stations.h"
 #include "tests/support/TemporaryFolder.h"

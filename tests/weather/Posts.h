@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/NotificationCenter.h"
+#include "platform/host/NotificationCenter.h"
 #include "tests/support/WeatherServer.h"
 
 /// Keeps what grabbers post, such as "updateMetar: KJFK 010950Z".

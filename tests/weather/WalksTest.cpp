@@ -2,6 +2,7 @@
 #include "tests/support/FakeHost.h"
 #include "tests/support/Stations.h"
 #include "tests/weather/Posts.h"
+#include "weather/DataServerSessions.h"
 #include "weather/SCWeatherGrabber.h"
 
 #include <gtest/gtest.h>
@@ -167,6 +168,37 @@ TEST(WeatherWalks, EndWithTheProgramInTheMiddle) {
     EXPECT_LT(posts, 400U);
     SCWeatherGrabber::init(walks.host)->getNewMessages(manyStations('B'));
     EXPECT_EQ(walks.posts.texts.size(), posts);
+}
+
+TEST(DataServerSessions, AskTheDefaultServerByNameAndNoMoreThanItBears) {
+    std::mutex mutex;
+    std::set<std::string> agents;
+    WeatherServer server([&](const httplib::Request& request, httplib::Response& response) {
+        const std::scoped_lock lock(mutex);
+        agents.insert(request.get_header_value("User-Agent"));
+        response.set_content("x", "text/plain");
+    });
+    platform::URLSessionOptions options = weather::sessionOptions();
+    options.certificateFile = server.options().certificateFile;
+    options.connectTo = server.authority();
+    options.now = [] { return std::chrono::steady_clock::time_point(std::chrono::hours(1)); };
+    platform::NotificationCenter center;
+    platform::CurlURLSessions sessions(center, options);
+    const std::string old = "https://aviationweather.gov/adds/dataserver_current/httpparam"
+                            "?dataSource=TAFs&stationString=K";
+    for (int i = 0; i < 101; ++i) {
+        sessions.startDataTask({{old + std::to_string(i)}}, [](const auto&) {});
+    }
+    EXPECT_TRUE(server.waitForTargets(100));
+    EXPECT_EQ(support::fetch(sessions, "https://localhost/other"), "x");
+    const std::vector<std::string> targets = server.targets();
+    EXPECT_EQ(targets.size(), 101U);
+    EXPECT_EQ(std::ranges::count_if(targets,
+                                    [](const std::string& target) {
+                                        return target.starts_with("/api/data/taf?ids=K");
+                                    }),
+              100);
+    EXPECT_EQ(agents, std::set<std::string>{"Nosig/1.0"});
 }
 
 } // namespace

@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/host/NotificationCenter.h"
+#include "platform/values/Value.h"
+
+#include <atomic>
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What lies outside the process and logic may touch. Implemented by the desktop, and by fakes in
+/// tests. Main thread only, except where a service says otherwise.
+namespace platform {
+
+/// The user's settings. Any thread.
+class UserDefaults {
+public:
+    virtual ~UserDefaults() = default;
+    /// Absent when nothing was set under the key.
+    [[nodiscard]] virtual Value objectForKey(std::string_view key) const = 0;
+    virtual void setObject(const Value& value, std::string_view key) = 0;
+};
+
+/// Standard folders. Any thread.
+class SearchPaths {
+public:
+    enum Kind : int { documents = 9, applicationSupport = 14 };
+    enum DomainMask : int { userDomain = 1 };
+
+    virtual ~SearchPaths() = default;
+    /// Absolute paths, the preferred one first; none for a kind or domain that does not exist
+    /// here. The user's application support folder exists before any logic runs.
+    [[nodiscard]] virtual std::vector<std::string> paths(int kind, int domainMask) const = 0;
+};
+
+/// The installed program. Any thread.
+class Bundle {
+public:
+    virtual ~Bundle() = default;
+    /// The folder of the files that the program ships.
+    [[nodiscard]] virtual std::string resourcePath() const = 0;
+    /// A fact about the program, such as "CFBundleExecutable"; absent when unknown.
+    [[nodiscard]] virtual std::optional<std::string> infoValue(std::string_view key) const = 0;
+};
+
+/// Asks the user for files; each call returns when the user has answered.
+class Panels {
+public:
+    virtual ~Panels() = default;
+    /// One existing file; those whose extension is among `types` (without dots) are offered before
+    /// all others. Nothing when cancelled.
+    [[nodiscard]] virtual std::optional<URL> openPanel(const std::vector<std::string>& types) = 0;
+    /// A place to write to; nothing when cancelled. `writtenPath` tells which path a chosen one
+    /// will really be written under, so that the panel asks before that file is replaced; without
+    /// it the chosen path itself is meant.
+    [[nodiscard]] virtual std::optional<URL>
+    savePanel(const std::function<std::string(const std::string&)>& writtenPath) = 0;
+};
+
+/// A running timer; dropping it stops it.
+class Timer {
+public:
+    virtual ~Timer() = default;
+};
+
+class Timers {
+public:
+    virtual ~Timers() = default;
+    /// Calls `action` on the main thread each time the interval has passed.
+    [[nodiscard]] virtual std::unique_ptr<Timer>
+    scheduleRepeating(std::chrono::milliseconds interval, std::function<void()> action) = 0;
+};
+
+/// Hands work over to the main thread. Any thread.
+class MainThread {
+public:
+    virtual ~MainThread() = default;
+    /// Queues and returns at once; work runs in the order of queueing, and is dropped when
+    /// `target` has gone by then.
+    virtual void perform(std::weak_ptr<void> target, std::function<void()> work) = 0;
+};
+
+/// Any thread.
+class Clock {
+public:
+    virtual ~Clock() = default;
+    [[nodiscard]] virtual Date now() const = 0;
+};
+
+/// The system log. Any thread.
+class Log {
+public:
+    virtual ~Log() = default;
+    /// One line; the text is data, never a format.
+    virtual void line(std::string_view text) = 0;
+};
+
+/// Other programs of the user.
+class Workspace {
+public:
+    virtual ~Workspace() = default;
+    /// Opens an address in the program that the user has chosen for its kind, such as the web
+    /// browser or the mail program. An address that is none has no effect.
+    virtual void openURL(const URL& address) = 0;
+};
+
+/// What the user does with mouse and keyboard.
+class Events {
+public:
+    enum Type : int { none = 0, leftMouseDown = 1, leftMouseUp = 2, mouseMoved = 5, other = 13 };
+
+    struct Event {
+        Type type = none;
+        /// In seconds, from some moment in the past.
+        double timestamp = 0;
+    };
+
+    virtual ~Events() = default;
+    /// The event that is being handled, or else the last one.
+    [[nodiscard]] virtual Event currentEvent() const = 0;
+    /// Two clicks closer than this, in seconds, are a double click.
+    [[nodiscard]] virtual double doubleClickInterval() const = 0;
+};
+
+/// Fetches what addresses lead to. Any thread may ask. Everything handed over runs on one thread of
+/// its own, one after another, must not throw, and is dropped unrun when the sessions are stopped.
+///
+/// Replies may be reused where their headers allow it (RFC 9111), for as long as the sessions last;
+/// a reply that says nothing of the kind never is. Equal requests under way share one transfer. To
+/// a handler either looks like a transfer of its own: it is never called before `startDataTask`
+/// returns, and handlers that share a transfer are called one after another, as they asked.
+class URLSessions {
+public:
+    struct Request {
+        URL address;
+        /// Has the server asked even where a kept reply may still be reused.
+        bool revalidates = false;
+        /// Once true, the request yields to all others, waiting or still to come, that are not; it
+        /// is made all the same. A transfer yields when all who share it do. Never back to false;
+        /// null for a request that never yields.
+        std::shared_ptr<const std::atomic<bool>> superseded = nullptr;
+    };
+
+    /// The body of a complete reply, whatever its status; absent when the transfer did not
+    /// complete, whatever had arrived by then.
+    using CompletionHandler = std::function<void(const std::optional<Data>& data)>;
+
+    /// Posted on the thread that changes the number of open requests, without an object.
+    static constexpr const char* openRequestsDidChange = "openRequestsDidChange";
+
+    virtual ~URLSessions() = default;
+    /// Starts a GET and returns at once. Handlers run in the order in which transfers complete.
+    virtual void startDataTask(const Request& request, CompletionHandler handler) = 0;
+    /// Runs work where handlers run, after what was handed over for it before.
+    virtual void perform(std::function<void()> work) = 0;
+    /// Requests whose handlers have not returned yet, each counted that shares a transfer.
+    [[nodiscard]] virtual std::size_t openRequests() const = 0;
+};
+
+/// Everything of the above that one run of the program has. `main` makes it first and drops it
+/// last.
+struct Host {
+    NotificationCenter& notificationCenter;
+    UserDefaults& userDefaults;
+    SearchPaths& searchPaths;
+    Bundle& bundle;
+    Panels& panels;
+    Timers& timers;
+    MainThread& mainThread;
+    Clock& clock;
+    Log& log;
+    URLSessions& urlSessions;
+    Workspace& workspace;
+    Events& events;
+};
+
+} // namespace platform

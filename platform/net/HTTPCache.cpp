@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: MIT
+#include "platform/net/HTTPCache.h"
+
+#include "platform/text/Text.h"
+
+#include <curl/curl.h>
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+namespace platform {
+namespace {
+
+using std::chrono::seconds;
+
+std::string_view fieldOf(const HTTPReply& reply, std::string_view name) {
+    const auto found = reply.fields.find(name);
+    return found == reply.fields.end() ? std::string_view() : std::string_view(found->second);
+}
+
+/// Takes the first element off a list (RFC 9110, 5.6.1); a comma within quotes ends none.
+std::string_view takeElement(std::string_view& list) {
+    std::size_t end = 0;
+    for (bool isQuoted = false; end < list.size() && (isQuoted || list[end] != ','); ++end) {
+        if (list[end] == '"') {
+            isQuoted = !isQuoted;
+        } else if (isQuoted && list[end] == '\\') {
+            ++end;
+        }
+    }
+    end = std::min(end, list.size());
+    const std::string_view element = trimmed(list.substr(0, end));
+    list.remove_prefix(std::min(end + 1, list.size()));
+    return element;
+}
+
+/// The first Cache-Control directive of that name: its argument, empty where it has none.
+std::optional<std::string_view> directive(const HTTPReply& reply, std::string_view name) {
+    for (std::string_view rest = fieldOf(reply, "cache-control"); !rest.empty();) {
+        const std::string_view element = takeElement(rest);
+        const std::size_t equals = std::min(element.find('='), element.size());
+        if (equalIgnoringCase(trimmed(element.substr(0, equals)), name)) {
+            std::string_view argument =
+                trimmed(element.substr(std::min(equals + 1, element.size())));
+            if (argument.size() > 1 && argument.front() == '"' && argument.back() == '"') {
+                argument = argument.substr(1, argument.size() - 2);
+            }
+            return argument;
+        }
+    }
+    return std::nullopt;
+}
+
+/// Nothing for what is no number of seconds; one too large is the largest (RFC 9111, 1.2.2).
+std::optional<seconds> secondsIn(std::string_view text) {
+    constexpr std::int64_t most = std::int64_t{1} << 31;
+    std::int64_t count = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
+    if (text.empty() || text.front() == '-' || end != text.data() + text.size() ||
+        error == std::errc::invalid_argument) {
+        return std::nullopt;
+    }
+    return seconds(error == std::errc() ? std::min(count, most) : most);
+}
+
+std::optional<Date> dateIn(std::string_view text) {
+    const std::time_t date = curl_getdate(std::string(text).c_str(), nullptr);
+    return date < 0 ? std::nullopt : std::optional(Date(seconds(date)));
+}
+
+Date dateOf(const HTTPReply& reply) {
+    return dateIn(fieldOf(reply, "date")).value_or(reply.received);
+}
+
+/// RFC 9111, 4.2.1: absent where the reply says nothing, nought where it cannot be understood.
+std::optional<std::chrono::microseconds> lifetimeOf(const HTTPReply& reply) {
+    if (const auto longest = directive(reply, "max-age")) {
+        return secondsIn(*longest).value_or(seconds(0));
+    }
+    if (const std::string_view expires = fieldOf(reply, "expires"); !expires.empty()) {
+        const Date date = dateOf(reply);
+        return dateIn(expires).value_or(date) - date;
+    }
+    return std::nullopt;
+}
+
+/// RFC 9111, 4.2.3.
+std::chrono::microseconds ageAt(Date now, const HTTPReply& reply) {
+    std::string_view ages = fieldOf(reply, "age");
+    const seconds told = secondsIn(takeElement(ages)).value_or(seconds(0));
+    return std::max<std::chrono::microseconds>(reply.received - dateOf(reply),
+                                               told + (reply.received - reply.asked)) +
+           (now - reply.received);
+}
+
+bool mayBeKept(const HTTPReply& reply) {
+    if (reply.status != 200 || directive(reply, "no-store")) {
+        return false;
+    }
+    for (std::string_view rest = fieldOf(reply, "vary"); !rest.empty();) {
+        const std::string_view name = takeElement(rest);
+        if (!name.empty() && !equalIgnoringCase(name, "accept-encoding")) {
+            return false;
+        }
+    }
+    return HTTPCache::isFresh(reply, reply.received) || !HTTPCache::conditions(reply).empty();
+}
+
+/// RFC 9111, 4.3.4: by the entity tag where the 304 bears one, or else by the time of the change.
+bool speaksOf(const HTTPReply& notModified, const HTTPReply& kept) {
+    std::string_view tag = fieldOf(notModified, "etag");
+    std::string_view keptTag = fieldOf(kept, "etag");
+    if (!tag.empty()) {
+        constexpr std::string_view weak = "W/";
+        if (tag.starts_with(weak)) {
+            tag.remove_prefix(weak.size());
+            keptTag.remove_prefix(keptTag.starts_with(weak) ? weak.size() : 0);
+        }
+        return tag == keptTag;
+    }
+    const std::string_view changed = fieldOf(notModified, "last-modified");
+    return changed.empty() || changed == fieldOf(kept, "last-modified");
+}
+
+} // namespace
+
+HTTPCache::Kept HTTPCache::find(const std::string& address) {
+    const auto found = places_.find(address);
+    if (found == places_.end()) {
+        return nullptr;
+    }
+    entries_.splice(entries_.begin(), entries_, found->second);
+    return entries_.front().reply;
+}
+
+bool HTTPCache::isFresh(const HTTPReply& reply, Date now) {
+    const bool isInOrder = reply.asked <= reply.received && reply.received <= now;
+    return isInOrder && !directive(reply, "no-cache") &&
+           lifetimeOf(reply).value_or(seconds(0)) > ageAt(now, reply);
+}
+
+std::vector<std::string> HTTPCache::conditions(const HTTPReply& kept) {
+    std::vector<std::string> lines;
+    if (const std::string_view tag = fieldOf(kept, "etag"); !tag.empty()) {
+        lines.push_back("If-None-Match: " + std::string(tag));
+    }
+    if (const std::string_view changed = fieldOf(kept, "last-modified"); !changed.empty()) {
+        lines.push_back("If-Modified-Since: " + std::string(changed));
+    }
+    return lines;
+}
+
+void HTTPCache::keep(const std::string& address, HTTPReply reply) {
+    constexpr long tooManyRequests = 429;
+    if (reply.status >= 500 || reply.status == tooManyRequests) {
+        return;
+    }
+    remove(address);
+    if (mayBeKept(reply)) {
+        insert(address, std::make_shared<const HTTPReply>(std::move(reply)));
+    }
+}
+
+HTTPCache::Kept HTTPCache::freshened(const std::string& address, const HTTPReply& kept,
+                                     const HTTPReply& notModified) {
+    remove(address);
+    if (!speaksOf(notModified, kept)) {
+        return nullptr;
+    }
+    const auto merged = std::make_shared<HTTPReply>(kept);
+    // These two tell about one message: where the new one lacks them, the old ones are wrong.
+    merged->fields.erase("age");
+    merged->fields.erase("date");
+    for (const auto& [name, value] : notModified.fields) {
+        merged->fields.insert_or_assign(name, value);
+    }
+    merged->asked = notModified.asked;
+    merged->received = notModified.received;
+    if (mayBeKept(*merged)) {
+        insert(address, merged);
+    }
+    return merged;
+}
+
+void HTTPCache::remove(const std::string& address) {
+    if (const auto found = places_.find(address); found != places_.end()) {
+        bytes_ -= found->second->bytes;
+        entries_.erase(found->second);
+        places_.erase(found);
+    }
+}
+
+void HTTPCache::insert(const std::string& address, Kept reply) {
+    // The address stands in two places.
+    std::size_t bytes = sizeof(HTTPReply) + 2 * (sizeof(Entry) + address.size());
+    bytes += reply->body.size();
+    for (const auto& [name, value] : reply->fields) {
+        bytes += sizeof(name) + sizeof(value) + name.size() + value.size();
+    }
+    if (bytes > byteLimit_) {
+        return;
+    }
+    while (bytes_ + bytes > byteLimit_) {
+        remove(std::string(entries_.back().address));
+    }
+    entries_.push_front({address, std::move(reply), bytes});
+    places_.emplace(address, entries_.begin());
+    bytes_ += bytes;
+}
+
+} // namespace platform

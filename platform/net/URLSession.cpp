@@ -1,0 +1,322 @@
+// SPDX-License-Identifier: MIT
+#include "platform/net/URLSession.h"
+
+#include "platform/net/HTTPCache.h"
+#include "platform/net/RequestPacer.h"
+#include "platform/net/URLTransfer.h"
+#include "platform/text/Text.h"
+
+#include <curl/curl.h>
+
+#include <algorithm>
+#include <atomic>
+#include <deque>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace platform {
+namespace {
+
+using Transfer = std::unique_ptr<URLTransfer>;
+using TimePoint = URLTransfer::TimePoint;
+using Rank = RequestPacer::Rank;
+
+/// A request on its way to the thread.
+struct Task {
+    URLSessions::Request request;
+    URLSessions::CompletionHandler handler;
+};
+
+Rank rankOf(const URLTransfer& transfer) {
+    return transfer.isSuperseded() ? Rank::superseded : Rank::current;
+}
+
+} // namespace
+
+struct CurlURLSessions::State {
+    using Item = std::variant<Task, std::function<void()>>;
+
+    State(NotificationCenter& itsCenter, URLSessionOptions itsOptions)
+        : center(itsCenter), options(std::move(itsOptions)) {
+        for (const HostLimit& limit : options.hostLimits) {
+            pacers.emplace_back(limit.perMinute, limit.atOnce);
+        }
+    }
+
+    NotificationCenter& center;
+    const URLSessionOptions options;
+    std::atomic<std::size_t> openRequests = 0;
+    std::atomic<bool> isStopped = false;
+
+    /// Guards the three that follow, and the stopping. The thread itself reads `multi` without it.
+    std::mutex mutex;
+    std::deque<Item> arriving;
+    std::thread thread;
+    CURLM* multi = nullptr;
+
+    /// The thread's own, from here on.
+    /// One for each of the options' limits.
+    std::vector<RequestPacer> pacers;
+    std::vector<Transfer> running;
+    /// What was asked for last stands last.
+    std::vector<Transfer> waiting;
+    HTTPCache cache{options.cacheBytes};
+
+    void postOpenRequests() { center.post({URLSessions::openRequestsDidChange, {}, nullptr}); }
+
+    void handOver(Item item) {
+        const std::scoped_lock lock(mutex);
+        if (isStopped) {
+            return;
+        }
+        openRequests += std::holds_alternative<Task>(item) ? 1 : 0;
+        arriving.push_back(std::move(item));
+        if (!thread.joinable()) {
+            thread = std::thread([this] { run(); });
+        } else if (multi) {
+            curl_multi_wakeup(multi);
+        }
+    }
+
+    void run() {
+        curl_global_init(CURL_GLOBAL_DEFAULT);
+        {
+            const std::scoped_lock lock(mutex);
+            multi = curl_multi_init();
+        }
+        while (std::optional<std::deque<Item>> items = takeArriving()) {
+            for (Item& item : *items) {
+                if (auto* task = std::get_if<Task>(&item)) {
+                    take(std::move(*task));
+                } else if (!isStopped) {
+                    std::get<std::function<void()>>(item)();
+                }
+            }
+            beginWaiting();
+            int ignored = 0;
+            curl_multi_perform(multi, &ignored);
+            endDone();
+            endLate();
+            curl_multi_poll(multi, nullptr, 0, patience(), nullptr);
+        }
+        for (const Transfer& transfer : running) {
+            curl_multi_remove_handle(multi, transfer->handle());
+        }
+        running.clear();
+        waiting.clear();
+        openRequests = 0;
+        const std::scoped_lock lock(mutex);
+        curl_multi_cleanup(std::exchange(multi, nullptr));
+        curl_global_cleanup();
+    }
+
+    std::optional<std::deque<Item>> takeArriving() {
+        const std::scoped_lock lock(mutex);
+        return isStopped ? std::nullopt : std::optional(std::exchange(arriving, {}));
+    }
+
+    void take(Task task) {
+        const URL& asked = task.request.address;
+        const std::string address = options.successor ? options.successor(asked).text : asked.text;
+        if (URLTransfer* shared = transferOf(address)) {
+            shared->join(task.request, std::move(task.handler));
+            return;
+        }
+        HTTPCache::Kept kept = cache.find(address);
+        if (kept && !task.request.revalidates && HTTPCache::isFresh(*kept, options.date())) {
+            complete(std::move(task.handler), kept->body);
+            return;
+        }
+        auto transfer = std::make_unique<URLTransfer>(address, options);
+        transfer->join(task.request, std::move(task.handler));
+        transfer->setKept(std::move(kept));
+        begin(std::move(transfer));
+    }
+
+    /// The transfer of an address that waits, now as the newest, or is under way; or null.
+    URLTransfer* transferOf(const std::string& address) {
+        const auto isIt = [&](const Transfer& one) { return one->address() == address; };
+        if (const auto found = std::ranges::find_if(waiting, isIt); found != waiting.end()) {
+            std::rotate(found, found + 1, waiting.end());
+            return waiting.back().get();
+        }
+        const auto found = std::ranges::find_if(running, isIt);
+        return found == running.end() ? nullptr : found->get();
+    }
+
+    /// The pacer of the host to which the transfer's next sending goes; null for none.
+    RequestPacer* pacerOf(const URLTransfer& transfer) {
+        for (std::size_t i = 0; i < pacers.size(); ++i) {
+            if (equalIgnoringCase(transfer.targetHost(), options.hostLimits[i].host)) {
+                return &pacers[i];
+            }
+        }
+        return nullptr;
+    }
+
+    void begin(Transfer transfer) {
+        RequestPacer* const pacer = pacerOf(*transfer);
+        // Those that yield must not overtake any that wait.
+        if (pacer && (rankOf(*transfer) == Rank::superseded ||
+                      !pacer->trySend(options.now(), Rank::current))) {
+            waiting.push_back(std::move(transfer));
+        } else {
+            send(std::move(transfer));
+        }
+    }
+
+    void send(Transfer transfer) {
+        running.push_back(std::move(transfer));
+        if (curl_multi_add_handle(multi, running.back()->begin()) != CURLM_OK) {
+            end(running.back().get(), false);
+        }
+    }
+
+    void beginWaiting() {
+        for (const Rank rank : {Rank::current, Rank::superseded}) {
+            for (std::size_t i = waiting.size(); i-- > 0;) {
+                if (rankOf(*waiting[i]) == rank &&
+                    pacerOf(*waiting[i])->trySend(options.now(), rank)) {
+                    Transfer newest = std::move(waiting[i]);
+                    waiting.erase(waiting.begin() + static_cast<std::ptrdiff_t>(i));
+                    send(std::move(newest));
+                }
+            }
+        }
+    }
+
+    void endDone() {
+        int ignored = 0;
+        while (const CURLMsg* message = curl_multi_info_read(multi, &ignored)) {
+            URLTransfer* transfer = nullptr;
+            curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &transfer);
+            end(transfer, message->data.result == CURLE_OK);
+        }
+    }
+
+    void endLate() {
+        const TimePoint now = options.now();
+        const auto isLate = [now](const Transfer& one) { return one->deadline() <= now; };
+        for (auto late = std::ranges::find_if(running, isLate); late != running.end();
+             late = std::ranges::find_if(running, isLate)) {
+            end(late->get(), false);
+        }
+    }
+
+    void end(URLTransfer* ended, bool isWhole) {
+        const auto found = std::ranges::find(running, ended, &Transfer::get);
+        Transfer transfer = std::move(*found);
+        running.erase(found);
+        if (RequestPacer* const pacer = pacerOf(*transfer)) {
+            pacer->hasEnded();
+        }
+        curl_multi_remove_handle(multi, transfer->handle());
+        std::optional<Data> data;
+        switch (transfer->end(isWhole)) {
+        case URLTransfer::Outcome::redirected:
+            cache.remove(transfer->address());
+            begin(std::move(transfer));
+            return;
+        case URLTransfer::Outcome::complete:
+            if (!takeReply(*transfer, data)) {
+                begin(std::move(transfer));
+                return;
+            }
+            break;
+        case URLTransfer::Outcome::failed:
+            break;
+        }
+        std::vector<CompletionHandler> handlers = transfer->takeHandlers();
+        transfer.reset();
+        for (CompletionHandler& handler : handlers) {
+            complete(std::move(handler), data);
+        }
+    }
+
+    /// Keeps the reply of a complete transfer and gives its body. False when the transfer has to
+    /// begin again, without a kept reply to ask after.
+    bool takeReply(URLTransfer& transfer, std::optional<Data>& data) {
+        constexpr long notModified = 304;
+        HTTPReply& reply = transfer.reply();
+        if (transfer.kept() && reply.status == notModified) {
+            const auto kept = cache.freshened(transfer.address(), *transfer.kept(), reply);
+            transfer.setKept(nullptr);
+            if (kept) {
+                data = kept->body;
+            }
+            return kept != nullptr;
+        }
+        data = reply.body;
+        if (!transfer.isRedirected()) {
+            cache.keep(transfer.address(), std::move(reply));
+        }
+        return true;
+    }
+
+    void complete(CompletionHandler handler, const std::optional<Data>& data) {
+        if (!isStopped) {
+            handler(data);
+            // What it holds goes before the end is told.
+            handler = nullptr;
+            --openRequests;
+            postOpenRequests();
+        }
+    }
+
+    /// How long, in milliseconds, nothing happens by itself.
+    [[nodiscard]] int patience() {
+        TimePoint next = TimePoint::max();
+        for (const Transfer& transfer : waiting) {
+            next = std::min(next, pacerOf(*transfer)->nextChance(rankOf(*transfer)));
+        }
+        for (const Transfer& transfer : running) {
+            next = std::min(next, transfer->deadline());
+        }
+        const TimePoint now = options.now();
+        const auto longest = std::chrono::hours(1);
+        return static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(
+                                    std::clamp<TimePoint>(next, now, now + longest) - now)
+                                    .count());
+    }
+};
+
+CurlURLSessions::CurlURLSessions(NotificationCenter& center, URLSessionOptions options)
+    : state_(std::make_unique<State>(center, std::move(options))) {}
+
+CurlURLSessions::~CurlURLSessions() {
+    stop();
+}
+
+void CurlURLSessions::startDataTask(const Request& request, CompletionHandler handler) {
+    state_->handOver(Task{request, std::move(handler)});
+    state_->postOpenRequests();
+}
+
+void CurlURLSessions::perform(std::function<void()> work) {
+    state_->handOver(std::move(work));
+}
+
+std::size_t CurlURLSessions::openRequests() const {
+    return state_->openRequests;
+}
+
+void CurlURLSessions::stop() {
+    std::deque<State::Item> dropped;
+    {
+        const std::scoped_lock lock(state_->mutex);
+        state_->isStopped = true;
+        dropped = std::exchange(state_->arriving, {});
+        if (state_->multi) {
+            curl_multi_wakeup(state_->multi);
+        }
+    }
+    if (state_->thread.joinable()) {
+        state_->thread.join();
+    }
+}
+
+} // namespace platform

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#include "platform/values/Geodesy.h"
+
+#include <GeographicLib/Geodesic.hpp>
+
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+namespace platform {
+
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double radiansPerDegree = std::numbers::pi / 180;
+
+/// A degree of latitude is shortest at the equator, a(1-e²) radians' worth: 110,574.2 m on WGS84.
+constexpr double shortestDegreeOfLatitude = 110574;
+
+/// Taken off every bound, so that rounding (nanometres) can never lift one above the distance.
+constexpr double roundingMargin = 0.001;
+
+} // namespace
+
+bool Location::isValid() const {
+    return latitude >= -90 && latitude <= 90 && longitude >= -180 && longitude <= 180;
+}
+
+double distanceMetres(const Location& from, const Location& to) {
+    if (!from.isValid() || !to.isValid()) {
+        return infinity;
+    }
+    double metres = 0;
+    GeographicLib::Geodesic::WGS84().Inverse(from.latitude, from.longitude, to.latitude,
+                                             to.longitude, metres);
+    return metres;
+}
+
+DistanceBound::DistanceBound(const Location& centre)
+    : centre_(centre), centrePoint_(pointAt(centre)) {}
+
+double DistanceBound::leastMetres(const Location& to, double enough) const {
+    if (!centre_.isValid() || !to.isValid()) {
+        return infinity;
+    }
+    const double northSouth =
+        std::abs(to.latitude - centre_.latitude) * shortestDegreeOfLatitude - roundingMargin;
+    if (northSouth > enough) {
+        return northSouth;
+    }
+    const Point point = pointAt(to);
+    const double chord =
+        std::hypot(point.x - centrePoint_.x, point.y - centrePoint_.y, point.z - centrePoint_.z);
+    return chord - roundingMargin;
+}
+
+DistanceBound::Point DistanceBound::pointAt(const Location& location) {
+    constexpr double a = 6378137;
+    constexpr double f = 1 / 298.257223563;
+    constexpr double e2 = f * (2 - f);
+    const double latitude = location.latitude * radiansPerDegree;
+    const double longitude = location.longitude * radiansPerDegree;
+    const double sine = std::sin(latitude);
+    const double cosine = std::cos(latitude);
+    const double normal = a / std::sqrt(1 - e2 * sine * sine);
+    return {normal * cosine * std::cos(longitude), normal * cosine * std::sin(longitude),
+            normal * (1 - e2) * sine};
+}
+
+} // namespace platform

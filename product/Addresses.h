@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string_view>
+
+/// Where the program looks outside this machine; every address it knows stands here.
+namespace product::addresses {
+
+/// The weather data server, unless the user names another one.
+inline constexpr std::string_view dataServerHost = "aviationweather.gov";
+/// Where a data server answers in its classic form.
+inline constexpr std::string_view dataServerPath = "/adds/dataserver_current/httpparam";
+/// Where `dataServerHost` answers METAR and TAF questions since it gave that path up.
+inline constexpr std::string_view metarPath = "/api/data/metar";
+inline constexpr std::string_view tafPath = "/api/data/taf";
+
+/// The aeronautical charts, over https.
+inline constexpr std::string_view chartHost = "skyvector.com";
+
+/// The makers: where they read mail, and the project's own page. Neither is there yet: names that
+/// end in "example" are reserved and lead nowhere (RFC 2606). Real ones take their place here; then
+/// the help's page on the window and the release notes no longer call them stand-ins.
+inline constexpr std::string_view feedback = "feedback@nosig.example";
+inline constexpr std::string_view productPage = "http://nosig.example/";
+
+/// A server of map tiles, 256 pixels wide, in Web Mercator; "{z}", "{x}" and "{y}" stand for the
+/// level and the tile's column and row from the upper left.
+struct TileService {
+    std::string_view address;
+    int highestZoom = 0;
+    /// What the service's licence wants shown beside its pictures, and the page that tells more.
+    std::string_view credit;
+    std::string_view creditPage;
+};
+
+inline constexpr TileService standardTiles{"https://tile.openstreetmap.org/{z}/{x}/{y}.png", 19,
+                                           "© OpenStreetMap contributors",
+                                           "https://www.openstreetmap.org/copyright"};
+/// The mosaic of 2016, which is under CC BY 4.0; later ones are not free for every use.
+inline constexpr TileService satelliteTiles{
+    "https://tiles.maps.eox.at/wmts/1.0.0/s2cloudless_3857/default/g/{z}/{y}/{x}.jpg", 14,
+    "Sentinel-2 cloudless – https://s2maps.eu by EOX IT Services GmbH "
+    "(Contains modified Copernicus Sentinel data 2016 & 2017), CC BY 4.0",
+    "https://s2maps.eu"};
+/// Public domain.
+inline constexpr TileService satelliteTilesOfTheUnitedStates{
+    "https://basemap.nationalmap.gov/arcgis/rest/services/USGSImageryOnly/MapServer/tile/{z}/{y}/"
+    "{x}",
+    16, "Imagery: U.S. Geological Survey, The National Map",
+    "https://www.usgs.gov/programs/national-geospatial-program/national-map"};
+
+} // namespace product::addresses

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#include "weather/DataServerSessions.h"
+
+#include "product/Addresses.h"
+#include "product/Product.h"
+#include "weather/RetiredAddresses.h"
+
+namespace weather {
+
+platform::URLSessionOptions sessionOptions() {
+    platform::URLSessionOptions options;
+    options.userAgent = product::userAgent;
+    options.successor = successorOf;
+    // The service asks for no more than 100 requests a minute of one program.
+    options.hostLimits = {
+        {.host = std::string(product::addresses::dataServerHost), .perMinute = 100, .atOnce = 4}};
+    return options;
+}
+
+} // namespace weather

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include "weather/RetiredAddresses.h"
+
+#include "platform/text/Text.h"
+#include "product/Addresses.h"
+
+#include <fmt/format.h>
+
+#include <optional>
+#include <string_view>
+
+namespace weather {
+namespace {
+
+/// What follows the retired path's question mark, or nothing when this is another address.
+std::optional<std::string_view> retiredQuery(std::string_view address) {
+    // Scheme and host are case-insensitive, the path is not (RFC 3986).
+    const auto take = [&address](std::string_view start, bool isExact) {
+        const std::string_view found = address.substr(0, start.size());
+        const bool isThere = isExact ? found == start : platform::equalIgnoringCase(found, start);
+        if (isThere) {
+            address.remove_prefix(start.size());
+        }
+        return isThere;
+    };
+    if (!(take("https://", false) || take("http://", false)) ||
+        !take(product::addresses::dataServerHost, false) ||
+        !take(product::addresses::dataServerPath, true) || !take("?", true)) {
+        return std::nullopt;
+    }
+    return address.substr(0, address.find('#'));
+}
+
+/// The value of a query's first entry of that key, escaped as it is; empty without one.
+std::string_view valueOf(std::string_view query, std::string_view key) {
+    while (!query.empty()) {
+        const std::string_view entry = query.substr(0, query.find('&'));
+        query.remove_prefix(std::min(entry.size() + 1, query.size()));
+        if (entry.starts_with(key) && entry.substr(key.size()).starts_with('=')) {
+            return entry.substr(key.size() + 1);
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+platform::URL successorOf(const platform::URL& address) {
+    const auto query = retiredQuery(address.text);
+    if (!query) {
+        return address;
+    }
+    const std::string_view source = valueOf(*query, "dataSource");
+    const std::string_view stations = valueOf(*query, "stationString");
+    const bool isMetar = platform::equalIgnoringCase(source, "metars");
+    if (stations.empty() || (!isMetar && !platform::equalIgnoringCase(source, "tafs"))) {
+        return address;
+    }
+    return {fmt::format("https://{}{}?ids={}&format=xml", product::addresses::dataServerHost,
+                        isMetar ? product::addresses::metarPath : product::addresses::tafPath,
+                        stations)};
+}
+
+} // namespace weather
