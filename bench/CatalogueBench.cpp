@@ -13,7 +13,7 @@
 
 namespace {
 
-/// Runs on the real list and on a million stations, and counts the stations.
+/// Runs a benchmark on the real list and on a million stations.
 void both(benchmark::internal::Benchmark* one) {
     one->Arg(bench::realList)->Arg(bench::millionStations)->Unit(benchmark::kMillisecond);
 }
@@ -74,7 +74,7 @@ void stationsWithTAFs(benchmark::State& state) {
 }
 BENCHMARK(stationsWithTAFs)->Apply(both);
 
-/// One that is not there, so that every station is asked.
+/// An identifier that does not exist, so that every station is compared.
 void stationByIdentifier(benchmark::State& state) {
     measure(state, [](const auto& stations) { return stations.stationWithICAOID("ZZZ9"); });
 }
@@ -138,7 +138,7 @@ void closestStation(benchmark::State& state) {
 }
 BENCHMARK(closestStation)->Apply(both);
 
-/// What the distance queries stand beside: every station measured, both ways.
+/// What the distance queries are compared with: every station measured, in both directions.
 void plainGeodesicLoop(benchmark::State& state) {
     measure(state, [](const auto& collection) {
         const auto& geodesic = GeographicLib::Geodesic::WGS84();

@@ -17,7 +17,7 @@ void startToolkit() {
         static char name[] = "nosig";
         static char* arguments[] = {name, nullptr};
         qputenv("QT_QPA_PLATFORM", "offscreen");
-        // Lives as long as the process.
+        // Lives until the process ends.
         new QApplication(count, arguments);
     }
 }

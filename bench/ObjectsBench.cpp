@@ -8,7 +8,7 @@
 
 namespace {
 
-/// All alive at the end; identifiers of earlier rounds stay issued.
+/// All objects are alive at the end; identifiers from earlier rounds stay issued.
 void makeMillionObjects(benchmark::State& state) {
     for (auto _ : state) {
         std::vector<std::shared_ptr<SLibObject>> objects;

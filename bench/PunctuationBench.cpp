@@ -12,7 +12,7 @@
 
 namespace {
 
-/// 10 MB of sentences in an order that no branch predictor learns.
+/// 10 MB of sentences in an order that no branch predictor can learn.
 const std::string& prose() {
     static const std::string text = [] {
         constexpr std::array<std::string_view, 6> sentences{
@@ -26,7 +26,7 @@ const std::string& prose() {
             "Fog! It never lasted beyond ten, the old hands said, but the old hands had been wrong "
             "before.\n\n",
         };
-        std::mt19937 random; // NOLINT: the same text at every run
+        std::mt19937 random; // NOLINT: the same text in every run
         std::string made;
         while (made.size() < 10'000'000) {
             made += sentences[random() % sentences.size()];
@@ -51,7 +51,7 @@ void scanPunctuation(benchmark::State& state) {
 }
 BENCHMARK(scanPunctuation)->Unit(benchmark::kMillisecond);
 
-/// What the scan stands beside: the least that finds the same marks.
+/// What the scan is compared with: the least code that finds the same marks.
 void plainTableLoop(benchmark::State& state) {
     const std::string& text = prose();
     std::array<bool, 256> isMark{};

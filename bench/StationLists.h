@@ -6,13 +6,13 @@
 #include <memory>
 #include <string>
 
-/// What is measured on: the public station list at ../shared/data where it is there, else the
-/// shipped one, as it is and repeated to a million stations.
+/// The data of the benchmarks: the public station list in ../shared/data if it is there, otherwise
+/// the shipped one, as it is and repeated to a million stations.
 namespace bench {
 
 enum Size : int { realList, millionStations };
 
-/// Both are made once and kept. Ends the program, saying why, when no list can be read.
+/// Both are made once and kept. If no list can be read, ends the program and says why.
 const std::string& listText(int size);
 const std::shared_ptr<AviationWeatherStationCollection>& collection(int size);
 

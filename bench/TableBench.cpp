@@ -10,7 +10,7 @@
 
 namespace {
 
-/// All sixteen columns of every row; a screen shows forty.
+/// All sixteen columns of every row; a screen shows forty rows.
 void cellText(benchmark::State& state) {
     support::FakeHost host;
     const support::FakeTable table;

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A reply as the data server's: one report among many fields.
+/// A reply like the data server's: one report among many fields.
 std::string reply(const std::string& kind) {
     std::string text = "<response><errors/><data num_results=\"1\"><" + kind + "><raw_text>" +
                        kind + " KZZQ 211151Z 24010KT 10SM FEW045 18/09 A3002</raw_text>";
@@ -19,7 +19,7 @@ std::string reply(const std::string& kind) {
     return text + "</" + kind + "></data></response>";
 }
 
-/// Both walks' own work for one station: requests, replies and notifications, without a network.
+/// The work of both walks for one station: requests, replies and notifications, without a network.
 void walkAStation(benchmark::State& state) {
     support::FakeHost host;
     const std::string metar = reply("METAR");
