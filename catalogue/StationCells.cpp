@@ -5,7 +5,7 @@
 #include "platform/values/Value.h"
 #include "slib/SuportLib.h"
 
-#include <array>
+#include <algorithm>
 #include <initializer_list>
 #include <iterator>
 
@@ -13,65 +13,93 @@ namespace catalogue {
 
 namespace {
 
-/// Of columns 1 to 16, in points.
-constexpr std::array<std::int32_t, 16> columnWidths{10, 120, 45, 45, 50, 90, 90, 40,
-                                                    15, 15,  15, 15, 15, 15, 40, 20};
+using Text = std::optional<std::string>;
+using Station = AviationWeatherStation;
+using enum StationColumn::Alignment;
 
-std::optional<std::string> stateText(const AviationWeatherStation& station) {
-    const auto& abbreviation = station.stateAbbreviation;
-    const auto& name = station.stateName;
+Text stateText(const Station& station) {
+    const Text& abbreviation = station.stateAbbreviation;
+    const Text& name = station.stateName;
     if ((!abbreviation || *abbreviation == "  ") && name && platform::utf16Length(*name) >= 4) {
         return std::string(platform::wholeCharacterPrefix(*name, 2));
     }
     return abbreviation;
 }
 
-} // namespace
-
-void setStationColumnWidths(platform::TableView& table) {
-    for (std::size_t i = 0; i < columnWidths.size(); ++i) {
-        table.setColumnWidth(std::to_string(i + 1), columnWidths[i]);
-    }
+template <auto member>
+Text textOf(const Station& station) {
+    return station.*member;
 }
 
-std::optional<std::string> stationCell(const AviationWeatherStation& station,
-                                       std::string_view column) {
-    switch (platform::integerOf(std::string(column))) {
-    case 1:
-        return stateText(station);
-    case 2:
-        return station.stationName;
-    case 3:
-        return station.ICAO;
-    case 4:
-        return station.IATA;
-    case 5:
-        return std::to_string(station.SYNOPIndex);
-    case 6:
-        return SuportLib::latitudeString(station.latitude);
-    case 7:
-        // The longitude, too, prints in the latitude's form; intended.
-        return SuportLib::latitudeString(station.longitude);
-    case 8:
-        return std::to_string(station.ELEV);
-    case 9:
-        return platform::textOfCode(station.METAR);
-    case 10:
-        return platform::textOfCode(station.NEXRAD);
-    case 11:
-        return platform::textOfCode(station.aviationFlag);
-    case 12:
-        return platform::textOfCode(station.upperAirOrWind);
-    case 13:
-        return platform::textOfCode(station.observationType);
-    case 14:
-        return platform::textOfCode(station.officeType);
-    case 15:
-        return platform::textOfCode(station.plottingPriority);
-    case 16:
-        return station.countryCode;
-    default:
-        return "";
+template <auto member>
+Text numberOf(const Station& station) {
+    return std::to_string(station.*member);
+}
+
+template <auto member>
+Text codeOf(const Station& station) {
+    return platform::textOfCode(station.*member);
+}
+
+/// The longitude, too, prints in the latitude's form; intended.
+template <auto member>
+Text angleOf(const Station& station) {
+    return SuportLib::latitudeString(station.*member);
+}
+
+} // namespace
+
+constexpr std::array<StationColumn, 16> stationColumns{{
+    {"1", 10, "State", "State", "State or province, or the beginning of the region's name", centre,
+     stateText},
+    {"2", 120, "Name", "Name", "Name of the station", left, textOf<&Station::stationName>},
+    {"3", 45, "ICAO", "ICAO identifier", "Four-character location identifier", left,
+     textOf<&Station::ICAO>},
+    {"4", 45, "IATA", "IATA identifier", "Three-letter IATA or FAA identifier", left,
+     textOf<&Station::IATA>},
+    {"5", 50, "WMO", "WMO index", "Synoptic block and station number\n0 = none", right,
+     numberOf<&Station::SYNOPIndex>},
+    {"6", 90, "Latitude", "Latitude", "Degrees, minutes and seconds, N = north, S = south", right,
+     angleOf<&Station::latitude>},
+    {"7", 90, "Longitude", "Longitude", "Degrees, minutes and seconds, N = east, S = west", right,
+     angleOf<&Station::longitude>},
+    {"8", 40, "Elev.", "Elevation", "Metres above sea level", right, numberOf<&Station::ELEV>},
+    {"9", 15, "METAR", "METAR", "X = reports METARs\nZ = obsolete", centre,
+     codeOf<&Station::METAR>},
+    {"10", 15, "Radar", "NEXRAD", "X = weather radar", centre, codeOf<&Station::NEXRAD>},
+    {"11", 15, "Aviation", "Aviation",
+     "V = end point of AIRMETs and SIGMETs\nA = air route traffic control centre\n"
+     "T = issues TAFs\nU = both T and V",
+     centre, codeOf<&Station::aviationFlag>},
+    {"12", 15, "Upper air", "Upper air", "X = weather balloons\nW = wind profiler", centre,
+     codeOf<&Station::upperAirOrWind>},
+    {"13", 15, "Obs.", "Observation",
+     "A = automatic, ASOS\nW = automatic, AWOS\nM = mesonet\nH = human\nG = augmented", centre,
+     codeOf<&Station::observationType>},
+    {"14", 15, "Office", "Office",
+     "F = weather forecast office (WFO)\nR = river forecast centre (RFC)\n"
+     "C = national prediction centre (NCEP)",
+     centre, codeOf<&Station::officeType>},
+    {"15", 40, "Priority", "Priority", "Plotting priority, 0 = highest", centre,
+     codeOf<&Station::plottingPriority>},
+    {"16", 20, "Country", "Country", "Two-letter ISO 3166 code", left,
+     textOf<&Station::countryCode>},
+}};
+
+std::optional<std::size_t> stationColumnOf(std::string_view identifier) {
+    const auto* found = std::ranges::find(stationColumns, identifier, &StationColumn::identifier);
+    const auto number = found != stationColumns.end()
+                            ? found - stationColumns.begin() + 1
+                            : platform::integerOf(std::string(identifier));
+    if (number < 1 || number > std::ssize(stationColumns)) {
+        return {};
+    }
+    return static_cast<std::size_t>(number - 1);
+}
+
+void setStationColumnWidths(platform::TableView& table) {
+    for (const StationColumn& column : stationColumns) {
+        table.setColumnWidth(column.identifier, column.width);
     }
 }
 
@@ -98,7 +126,8 @@ std::int64_t StationRows::numberOfRowsInTableView(const platform::TableView& /*t
 std::optional<std::string> StationRows::tableView_objectValueForTableColumn_row(
     const platform::TableView& /*table*/, std::string_view column, std::int64_t row) const {
     const auto station = stationInRow(row);
-    return station ? stationCell(*station, column) : "";
+    const auto place = stationColumnOf(column);
+    return station && place ? stationColumns[*place].text(*station) : "";
 }
 
 bool StationRows::tableView_shouldEditTableColumn_row(const platform::TableView& /*table*/,

@@ -152,12 +152,11 @@ void StationTable::setDelegate(platform::TableViewDelegate* delegate) {
 }
 
 void StationTable::setColumnWidth(std::string_view column, double width) {
-    const int index = StationTableModel::columnOf(column);
-    if (index < 0 || !(width >= 0 && width <= widestColumn)) {
-        return;
+    const auto index = catalogue::stationColumnOf(column);
+    if (index && width >= 0 && width <= widestColumn) {
+        widths_[*index].asked = width;
+        openColumn(static_cast<int>(*index));
     }
-    widths_[static_cast<std::size_t>(index)].asked = width;
-    openColumn(index);
 }
 
 void StationTable::reloadData() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "catalogue/StationCells.h"
 #include "desktop/table/StationTableModel.h"
 #include "platform/views/TableView.h"
 
@@ -69,7 +70,7 @@ private:
     QTableView& view_;
     StationTableModel model_;
     platform::TableViewDelegate* delegate_ = nullptr;
-    std::array<Width, 16> widths_;
+    std::array<Width, std::tuple_size_v<decltype(catalogue::stationColumns)>> widths_;
     int mostRowsMeasured_ = 0;
     bool reloading_ = false;
     bool resizing_ = false;

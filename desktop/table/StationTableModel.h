@@ -6,7 +6,6 @@
 #include <QAbstractTableModel>
 
 #include <functional>
-#include <string_view>
 #include <utility>
 
 namespace desktop {
@@ -33,8 +32,6 @@ public:
     /// Tells who shows the row; one outside the table tells nothing.
     void markChanged(int row);
 
-    /// The index of the column of that identifier, or -1.
-    [[nodiscard]] static int columnOf(std::string_view identifier);
     [[nodiscard]] QString cellText(int row, int column) const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
