@@ -2,16 +2,10 @@
 #include "browser/SCStationWindowController.h"
 
 #include "map/Placing.h"
+#include "platform/views/MapType.h"
 #include "product/Addresses.h"
 
 #include <fmt/format.h>
-
-namespace {
-
-/// The map type that stands for the chart.
-constexpr std::int64_t chart = 4;
-
-} // namespace
 
 void SCStationWindowController::mapStiation(const AviationWeatherStation& station) {
     const platform::Location centre{station.latitude, station.longitude};
@@ -44,7 +38,7 @@ void SCStationWindowController::switchieswitcheDu() {
     if (outlets.mapV) {
         outlets.mapV->setMapType(currentMapType);
     }
-    if (currentMapType == chart) {
+    if (currentMapType == platform::chartMap) {
         showChart();
     } else {
         showMap();

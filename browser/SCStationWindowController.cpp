@@ -2,6 +2,7 @@
 #include "browser/SCStationWindowController.h"
 
 #include "catalogue/StationCells.h"
+#include "platform/views/MapType.h"
 
 #include <utility>
 
@@ -9,7 +10,6 @@ namespace {
 
 constexpr const char* favoriteWeatherKey = "displayfavweather";
 constexpr const char* mapTypeKey = "curmaptype";
-constexpr std::int64_t satelliteMap = 1;
 constexpr std::chrono::seconds weatherInterval{1800};
 
 } // namespace
@@ -58,7 +58,7 @@ void SCStationWindowController::windowDidLoad() {
     alwaysFavWeather_ = static_cast<std::int32_t>(
         platform::integerOf(host_.userDefaults.objectForKey(favoriteWeatherKey)));
     const platform::Value mapType = host_.userDefaults.objectForKey(mapTypeKey);
-    currentMapType = std::holds_alternative<std::monostate>(mapType) ? satelliteMap
+    currentMapType = std::holds_alternative<std::monostate>(mapType) ? platform::satelliteMap
                                                                      : platform::integerOf(mapType);
     if (outlets.mapV) {
         outlets.mapV->setMapType(currentMapType);

@@ -5,15 +5,10 @@
 #include "catalogue/StationCells.h"
 #include "map/Placing.h"
 #include "platform/archive/KeyedArchiver.h"
+#include "platform/views/MapType.h"
 #include "slib/SupportLibCat.h"
 
 #include <utility>
-
-namespace {
-
-constexpr std::int64_t satelliteMap = 1;
-
-} // namespace
 
 SCMyStationsWindowController::SCMyStationsWindowController(Private, platform::Host& host,
                                                            std::string name)
@@ -33,7 +28,7 @@ void SCMyStationsWindowController::windowDidLoad() {
         outlets.mfsaver->setEnabled(false);
     }
     loadFavoritesFile();
-    currentMapType_ = satelliteMap;
+    currentMapType_ = platform::satelliteMap;
     if (outlets.mfmapV) {
         outlets.mfmapV->setMapType(currentMapType_);
     }

@@ -2,12 +2,13 @@
 #include "mystations/SCWetherSheetController.h"
 
 #include "map/Placing.h"
+#include "platform/views/MapType.h"
 
 void SCWetherSheetController::addStiation(const std::shared_ptr<AviationWeatherStation>& station) {
-    constexpr std::int64_t satelliteMap = 1;
     thisStation = station;
     if (station && outlets.mapV) {
-        map::showPlace(*outlets.mapV, {station->latitude, station->longitude}, satelliteMap);
+        map::showPlace(*outlets.mapV, {station->latitude, station->longitude},
+                       platform::satelliteMap);
     }
 }
 

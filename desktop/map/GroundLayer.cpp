@@ -51,13 +51,13 @@ void GroundLayer::paint(QPainter* painter, const QStyleOptionGraphicsItem* /*opt
         base_.drawLand(*painter);
     }
     drawTiles(*painter);
-    if (map.kind == MapKind::hybrid || !anyTile) {
+    if (map.type == platform::hybridMap || !anyTile) {
         base_.drawBorders(*painter);
     }
     drawGraticule(*painter);
     painter->setTransform(screen);
 
-    if (map.kind == MapKind::hybrid || !anyTile) {
+    if (map.type == platform::hybridMap || !anyTile) {
         base_.drawNames(*painter);
     }
     if (!map.isTilted()) {

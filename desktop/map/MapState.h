@@ -7,21 +7,22 @@
 #include "map/StationIndex.h"
 #include "map/Tiles.h"
 #include "map/View.h"
+#include "platform/views/MapType.h"
 
 #include <QFont>
 #include <QRectF>
 
+#include <cstdint>
 #include <optional>
 #include <vector>
 
 namespace desktop {
 
-enum class MapKind { standard, satellite, hybrid, flyover };
-
 /// What the map's layers draw. Written by the map view only; positions are in its points.
 struct MapState {
     map::View view;
-    MapKind kind = MapKind::standard;
+    /// One that is drawn, which the chart is not.
+    std::int64_t type = platform::standardMap;
     MapScheme scheme;
     QFont font;
     double pixelsPerPoint = 1;
@@ -41,7 +42,7 @@ struct MapState {
     std::optional<std::uint32_t> pointed;
 
     [[nodiscard]] QRectF frame() const { return {0, 0, view.size().width, view.size().height}; }
-    [[nodiscard]] bool isTilted() const { return kind == MapKind::flyover; }
+    [[nodiscard]] bool isTilted() const { return type == platform::flyoverMap; }
 };
 
 } // namespace desktop

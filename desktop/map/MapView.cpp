@@ -97,14 +97,10 @@ platform::Frame MapView::frame() const {
 }
 
 void MapView::setMapType(std::int64_t type) {
-    if (type < 0 || type > 4) {
-        return;
-    }
-    constexpr std::array kinds{MapKind::standard, MapKind::satellite, MapKind::hybrid,
-                               MapKind::flyover, MapKind::hybrid};
-    const MapKind kind = kinds[static_cast<std::size_t>(type)];
-    if (kind != state_.kind) {
-        state_.kind = kind;
+    const std::int64_t drawn = platform::drawnType(type);
+    const bool isType = drawn >= platform::standardMap && drawn <= platform::flyoverMap;
+    if (isType && drawn != state_.type) {
+        state_.type = drawn;
         state_.view.setAttitude(0, state_.isTilted() ? flyoverTilt : 0);
         restyle();
     }
@@ -133,7 +129,7 @@ void MapView::setRegion(const platform::Region& region) {
 }
 
 void MapView::restyle() {
-    state_.scheme = mapScheme(palette(), state_.kind != MapKind::standard);
+    state_.scheme = mapScheme(palette(), state_.type != platform::standardMap);
     state_.font = font();
     viewChanged();
 }
@@ -141,7 +137,7 @@ void MapView::restyle() {
 void MapView::viewChanged() {
     // The window may have come to another screen.
     state_.pixelsPerPoint = devicePixelRatioF();
-    const bool isStandard = state_.kind == MapKind::standard;
+    const bool isStandard = state_.type == platform::standardMap;
     state_.server =
         map::serverFor(loader_->servers(),
                        isStandard ? map::Imagery::standard : map::Imagery::satellite, state_.view);

@@ -56,7 +56,7 @@ void StationLayer::paint(QPainter* painter, const QStyleOptionGraphicsItem* /*op
                          QWidget* /*widget*/) {
     painter->setFont(state().font);
     drawDots(*painter);
-    if (state().kind == MapKind::hybrid) {
+    if (state().type == platform::hybridMap) {
         drawLabels(*painter);
     }
     drawMarker(*painter);

@@ -12,6 +12,7 @@
 #include "desktop/windows/ProgramMenus.h"
 #include "desktop/windows/StationsOnMap.h"
 #include "mystations/aiiFlashingText.h"
+#include "platform/views/MapType.h"
 #include "ui_SCStationWindowController.h"
 
 #include <QFontDatabase>
@@ -24,9 +25,6 @@
 namespace desktop {
 
 namespace {
-
-constexpr int hybridType = 2;
-constexpr int chartType = 4;
 
 /// Of the hint's speeds.
 constexpr int slowly = 2;
@@ -45,11 +43,11 @@ struct SCStationWindow::Views {
             switchie->setId(searchICAO, 0);
             switchie->setId(searchName, 1);
             switchie->setId(searchState, 2);
-            switchieDu->setId(mapStandard, 0);
-            switchieDu->setId(mapSatellite, 1);
-            switchieDu->setId(mapHybrid, hybridType);
-            switchieDu->setId(mapFlyover, 3);
-            switchieDu->setId(mapChart, chartType);
+            switchieDu->setId(mapStandard, platform::standardMap);
+            switchieDu->setId(mapSatellite, platform::satelliteMap);
+            switchieDu->setId(mapHybrid, platform::hybridMap);
+            switchieDu->setId(mapFlyover, platform::flyoverMap);
+            switchieDu->setId(mapChart, platform::chartMap);
         }
     };
 
@@ -183,12 +181,12 @@ void SCStationWindow::bindSearch() {
 void SCStationWindow::bindMap(platform::Host& host) {
     Ui::SCStationWindowController& ui = views_->ui;
     connect(ui.switchieDu, &QButtonGroup::idClicked, this, [this](int type) {
-        if (type == chartType) {
+        if (type == platform::chartMap) {
             // Shown again while it blinks, it would blink twice.
             views_->dLcikWords->flash(false);
         }
         controller_.switchieswitcheDu();
-        if (type == chartType) {
+        if (type == platform::chartMap) {
             // Not before: loading the engine may take as long as the hint blinks.
             views_->hintStandsStill.start(hintBlinksFor);
         }
@@ -287,9 +285,9 @@ void SCStationWindow::arrange() {
     views_->ui.tableAndDetails->setSizes({forTable, width() - forTable});
     views_->ui.details->setSizes({height(), height()});
     // The logic keeps the map's type, and leaves it to us to show which it is. A chart that was on
-    // show comes back as the hybrid map.
-    const auto type = static_cast<int>(controller_.currentMapType);
-    views_->switchieDu.setSelectedSegment(type == chartType ? hybridType : type);
+    // show comes back as the map that stands in for it.
+    views_->switchieDu.setSelectedSegment(
+        static_cast<int>(platform::drawnType(controller_.currentMapType)));
 }
 
 void SCStationWindow::recall(const QSettings& memory) {

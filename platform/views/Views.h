@@ -108,7 +108,7 @@ public:
     [[nodiscard]] virtual bool isHidden() const = 0;
     virtual void setHidden(bool hidden) = 0;
     [[nodiscard]] virtual Frame frame() const = 0;
-    /// 0 standard, 1 satellite, 2 hybrid, 3 satellite flyover; 4 shows as 2, others change nothing.
+    /// A `MapType`, of which it draws the drawn type; any other number changes nothing.
     virtual void setMapType(std::int64_t type) = 0;
     /// A place beyond the edge of the map is moved onto it, here and in regions.
     virtual void setCenterCoordinate(const Location& centre) = 0;
