@@ -143,8 +143,6 @@ public:
     [[nodiscard]] bool validateMenuItem(platform::MenuItem& item);
 
     void tableViewSelectionDidChange(const platform::TableView& table) override;
-
-protected:
     [[nodiscard]] const AviationWeatherStationCollection* shownStations() const override {
         return workingCollection.get();
     }

@@ -57,9 +57,7 @@ public:
                                                            std::int64_t row) const override;
     /// Null outside the table.
     [[nodiscard]] std::shared_ptr<AviationWeatherStation> stationInRow(std::int64_t row) const;
-
-protected:
-    /// Null for none.
+    /// Null for none; valid until other stations are shown.
     [[nodiscard]] virtual const AviationWeatherStationCollection* shownStations() const = 0;
 };
 

@@ -43,8 +43,6 @@ public:
 
     /// Centres the map on the selected station.
     void tableViewSelectionDidChange(const platform::TableView& table) override;
-
-protected:
     [[nodiscard]] const AviationWeatherStationCollection* shownStations() const override {
         return myFavotires.get();
     }

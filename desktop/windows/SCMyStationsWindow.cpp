@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/windows/SCMyStationsWindow.h"
 
-#include "desktop/table/StationTable.h"
 #include "desktop/windows/SCWetherSheet.h"
-#include "desktop/windows/StationsOnMap.h"
+#include "desktop/windows/TableWithMap.h"
 #include "mystations/SCMyStationsWindowController.h"
 #include "ui_SCMyStationsWindowController.h"
 
@@ -16,15 +15,16 @@ struct SCMyStationsWindow::Views {
         explicit Interface(QMainWindow& window) { setupUi(&window); }
     };
 
-    Views(QMainWindow& window, MapSetup map)
-        : ui(window), mfmapV(*new MapView(std::move(map), ui.tableAndMap)) {
-        mfmapV.setObjectName(QStringLiteral("mfmapV"));
-        QWidget::setTabOrder(ui.mftable, &mfmapV);
+    Views(QMainWindow& window, const catalogue::StationRows& rows, MapSetup map)
+        : ui(window),
+          stations(rows, {*ui.mftable, *ui.tablePlace, *ui.emptyPlace}, std::move(map),
+                   *ui.tableAndMap) {
+        stations.mapView.setObjectName(QStringLiteral("mfmapV"));
+        QWidget::setTabOrder(ui.mftable, &stations.mapView);
     }
 
     Interface ui;
-    StationTable mftable{*ui.mftable};
-    MapView& mfmapV;
+    TableWithMap stations;
 };
 
 SCMyStationsWindow::SCMyStationsWindow(SCMyStationsWindowController& controller, MapSetup map,
@@ -32,19 +32,14 @@ SCMyStationsWindow::SCMyStationsWindow(SCMyStationsWindowController& controller,
     : ProgramWindow(menus, memory),
       controller_(controller),
       map_(std::move(map)),
-      views_(std::make_unique<Views>(*this, map_)) {
-    controller_.outlets = {.mftable = &views_->mftable, .mfmapV = &views_->mfmapV};
+      views_(std::make_unique<Views>(*this, controller, map_)) {
+    TableWithMap& stations = views_->stations;
+    controller_.outlets = {.mftable = &stations.table, .mfmapV = &stations.mapView};
     QTableView& table = *views_->ui.mftable;
-    views_->mfmapV.stationClicked = [this](std::size_t station) {
-        const auto row = static_cast<std::int64_t>(station);
-        views_->mftable.selectRow(row);
-        views_->mftable.scrollRowToVisible(row);
-    };
-    connect(table.model(), &QAbstractItemModel::modelReset, this, [this] { showStations(); });
+    connect(table.model(), &QAbstractItemModel::modelReset, this,
+            [&stations] { stations.showTable(stations.table.model().rowCount() > 0); });
     connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
-        if (const auto station = controller_.stationInRow(views_->mftable.selectedRow())) {
-            views_->mfmapV.setMarker(onMap(*station));
-        }
+        views_->stations.mark(controller_.stationInRow(views_->stations.table.selectedRow()).get());
     });
     connect(&table, &QTableView::activated, this,
             [this](const QModelIndex& index) { openSheet(index.row()); });
@@ -54,13 +49,6 @@ SCMyStationsWindow::~SCMyStationsWindow() {
     controller_.outlets = {};
 }
 
-void SCMyStationsWindow::showStations() {
-    views_->mfmapV.setStations(onMap(controller_.myFavotires));
-    const bool hasStations = views_->mftable.model().rowCount() > 0;
-    views_->ui.tablePlace->setCurrentWidget(hasStations ? static_cast<QWidget*>(views_->ui.mftable)
-                                                        : views_->ui.emptyPlace);
-}
-
 void SCMyStationsWindow::openSheet(int row) {
     if (const auto station = controller_.stationInRow(row)) {
         (new SCWetherSheet(*this, map_))->begin(station);
@@ -68,17 +56,17 @@ void SCMyStationsWindow::openSheet(int row) {
 }
 
 void SCMyStationsWindow::arrange() {
-    const int columns = views_->mftable.widthOfColumns();
+    const int columns = views_->stations.table.widthOfColumns();
     const int forTable = std::min(columns, width() * 2 / 3);
     views_->ui.tableAndMap->setSizes({forTable, width() - forTable});
 }
 
 void SCMyStationsWindow::recall(const QSettings& memory) {
-    views_->mftable.recall(memory);
+    views_->stations.table.recall(memory);
 }
 
 void SCMyStationsWindow::remember(QSettings& memory) const {
-    views_->mftable.remember(memory);
+    views_->stations.table.remember(memory);
 }
 
 } // namespace desktop

@@ -28,7 +28,6 @@ protected:
 private:
     struct Views;
 
-    void showStations();
     void openSheet(int row);
 
     SCMyStationsWindowController& controller_;

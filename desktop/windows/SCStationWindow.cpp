@@ -7,10 +7,8 @@
 #include "desktop/controls/Controls.h"
 #include "desktop/controls/FadingLabel.h"
 #include "desktop/controls/WrappingRow.h"
-#include "desktop/map/MapView.h"
-#include "desktop/table/StationTable.h"
 #include "desktop/windows/ProgramMenus.h"
-#include "desktop/windows/StationsOnMap.h"
+#include "desktop/windows/TableWithMap.h"
 #include "mystations/aiiFlashingText.h"
 #include "platform/views/MapType.h"
 #include "ui_SCStationWindowController.h"
@@ -51,12 +49,14 @@ struct SCStationWindow::Views {
         }
     };
 
-    Views(QMainWindow& window, platform::Host& host, MapSetup map)
+    Views(QMainWindow& window, const catalogue::StationRows& rows, platform::Host& host,
+          MapSetup map)
         : ui(window),
-          mapV(*new MapView(std::move(map), ui.mapPlace)),
+          stations(rows, {*ui.table, *ui.tablePlace, *ui.emptyPlace}, std::move(map), *ui.mapPlace),
           chart(*new ChartView(host, {}, ui.mapPlace)),
           secView(host, chart),
           dLcikWords(aiiFlashingText::initWithFrame(host, hint)) {
+        MapView& mapV = stations.mapView;
         // Below the buttons; the one that is hidden takes no room.
         ui.mapLayout->insertWidget(1, &mapV, 1);
         ui.mapLayout->insertWidget(2, &chart, 1);
@@ -78,7 +78,7 @@ struct SCStationWindow::Views {
     }
 
     Interface ui;
-    StationTable table{*ui.table};
+    TableWithMap stations;
     Segments switchie{*ui.switchie};
     Segments switchieDu{*ui.switchieDu};
     SearchLine sf{*ui.sf};
@@ -90,7 +90,6 @@ struct SCStationWindow::Views {
     Label stationLine{*ui.stationLine};
     TextPane metarBackField{*ui.metarBackField};
     TextPane tafBackFiled{*ui.tafBackFiled};
-    MapView& mapV;
     ChartView& chart;
     SCWebView secView;
     FadingLabel hint{*ui.dLcikWords};
@@ -106,7 +105,7 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
     : ProgramWindow(menus, memory),
       controller_(controller),
       menus_(menus),
-      views_(std::make_unique<Views>(*this, host, std::move(map))) {
+      views_(std::make_unique<Views>(*this, controller, host, std::move(map))) {
     Ui::SCStationWindowController& ui = views_->ui;
     menus_.setStationWindowActions(
         {.find =
@@ -118,7 +117,7 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
          .hasLargerChart =
              [this] { return !views_->chart.isHidden() && views_->secView.feedingURLString; },
          .openLargerChart = [this] { views_->secView.openLargerChart(); }});
-    controller_.outlets = {.table = &views_->table,
+    controller_.outlets = {.table = &views_->stations.table,
                            .switchie = &views_->switchie,
                            .switchieDu = &views_->switchieDu,
                            .sf = &views_->sf,
@@ -127,20 +126,17 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
                            .metarB = &views_->metarB,
                            .distButton = &views_->distButton,
                            .words = &views_->words,
-                           .mapV = &views_->mapV,
+                           .mapV = &views_->stations.mapView,
                            .secView = &views_->secView,
                            .dLcikWords = views_->dLcikWords.get(),
                            .metarBackField = &views_->metarBackField,
                            .tafBackFiled = &views_->tafBackFiled,
                            .stationLine = &views_->stationLine,
                            .showSelected = [this](const AviationWeatherStation* station) {
-                               // Without a selection the map keeps what it shows.
-                               if (station) {
-                                   views_->mapV.setMarker(onMap(*station));
-                               }
+                               views_->stations.mark(station);
                            }};
 
-    views_->table.setMarked([this](int row) {
+    views_->stations.table.setMarked([this](int row) {
         const auto& shown = controller_.workingCollection;
         const auto index = static_cast<std::size_t>(row);
         return shown && shown->stations && index < shown->stations->size() &&
@@ -191,16 +187,9 @@ void SCStationWindow::bindMap(platform::Host& host) {
             views_->hintStandsStill.start(hintBlinksFor);
         }
     });
-    views_->mapV.stationClicked = [this](std::size_t station) {
-        const auto row = static_cast<std::int64_t>(station);
-        views_->table.selectRow(row);
-        views_->table.scrollRowToVisible(row);
-    };
-    views_->mapV.creditClicked = [&host](const std::string& page) {
+    views_->stations.mapView.creditClicked = [&host](const std::string& page) {
         host.workspace.openURL({page});
     };
-    connect(ui.table->model(), &QAbstractItemModel::modelReset, this,
-            [this] { views_->mapV.setStations(onMap(controller_.workingCollection)); });
 }
 
 void SCStationWindow::bindWeather(platform::Host& host) {
@@ -265,8 +254,8 @@ bool SCStationWindow::eventFilter(QObject* watched, QEvent* event) {
         case Qt::Key_Down:
             ui.table->setFocus(Qt::TabFocusReason);
             // A search may have lost the selection; from here the arrow keys go on.
-            if (views_->table.selectedRow() < 0) {
-                views_->table.selectRow(0);
+            if (views_->stations.table.selectedRow() < 0) {
+                views_->stations.table.selectRow(0);
             }
             return true;
         default:
@@ -280,8 +269,8 @@ void SCStationWindow::arrange() {
     // The table takes what its columns need, as far as the reports keep a third, and half of a
     // narrow window for a row of map types.
     const int forTypes = std::min(width() / 2, views_->ui.mapTypes->sizeHint().width());
-    const int forTable =
-        std::min(views_->table.widthOfColumns(), width() - std::max(width() / 3, forTypes));
+    const int forTable = std::min(views_->stations.table.widthOfColumns(),
+                                  width() - std::max(width() / 3, forTypes));
     views_->ui.tableAndDetails->setSizes({forTable, width() - forTable});
     views_->ui.details->setSizes({height(), height()});
     // The logic keeps the map's type, and leaves it to us to show which it is. A chart that was on
@@ -291,36 +280,35 @@ void SCStationWindow::arrange() {
 }
 
 void SCStationWindow::recall(const QSettings& memory) {
-    views_->table.recall(memory);
+    views_->stations.table.recall(memory);
 }
 
 void SCStationWindow::remember(QSettings& memory) const {
-    views_->table.remember(memory);
+    views_->stations.table.remember(memory);
 }
 
 void SCStationWindow::showMarks() {
     const auto selected = controller_.selectedStation;
-    const int rows = selected ? views_->table.model().rowCount() : 0;
+    const int rows = selected ? views_->stations.table.model().rowCount() : 0;
     for (int row = 0; row < rows; ++row) {
         const auto station = controller_.stationInRow(row);
         if (station == selected || (station && station->ICAO == selected->ICAO)) {
-            views_->table.markChanged(row);
+            views_->stations.table.markChanged(row);
         }
     }
 }
 
 void SCStationWindow::showTableOrHint() {
     Ui::SCStationWindowController& ui = views_->ui;
-    const bool hasRows = views_->table.model().rowCount() > 0;
+    const bool hasRows = views_->stations.table.model().rowCount() > 0;
     // A search that finds nothing shows an empty table, not the hint.
     const bool hasCatalogue =
         hasRows || (controller_.masterCollection() && controller_.masterCollection()->stations &&
                     !controller_.masterCollection()->stations->empty());
+    views_->stations.showTable(hasCatalogue);
     if (!hasCatalogue) {
-        ui.tablePlace->setCurrentWidget(ui.emptyPlace);
         return;
     }
-    ui.tablePlace->setCurrentWidget(ui.table);
     if (!focusWidget()) {
         ui.table->setFocus();
     }

@@ -14,7 +14,7 @@ namespace desktop {
 
 /// In their order; none for a null collection.
 [[nodiscard]] inline std::vector<map::Station>
-onMap(const std::shared_ptr<AviationWeatherStationCollection>& collection) {
+onMap(const AviationWeatherStationCollection* collection) {
     std::vector<map::Station> stations;
     if (collection && collection->stations) {
         stations.reserve(collection->stations->size());
