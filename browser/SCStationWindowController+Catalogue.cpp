@@ -131,6 +131,19 @@ void SCStationWindowController::innerSave() {
     catalogue::savePackage(host_, masterCollection(), savehere, savePath);
 }
 
+void SCStationWindowController::saveCatalogue() {
+    // Saving drops the filter without a word to the table: shown before the panel opens, so that
+    // the table behind it is not of another catalogue, and after it.
+    showAll();
+    saveDocument();
+    showAll();
+}
+
+bool SCStationWindowController::hasCatalogue() const {
+    const auto master = masterCollection();
+    return master && master->stations && !master->stations->empty();
+}
+
 void SCStationWindowController::saveoptionsDidEnd_returnCode_contextInfo(int returnCode) {
     if (returnCode == 1) {
         innerSave();

@@ -3,6 +3,7 @@
 
 #include "platform/text/Text.h"
 
+#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -23,6 +24,19 @@ void SCStationWindowController::setFavInMaster(const AviationWeatherStation& sta
     if (const auto same = master->stationWithICAOID(station.ICAO)) {
         same->setFavorite(station.isFavorite());
     }
+}
+
+std::vector<std::int64_t> SCStationWindowController::rowsMarkedWithSelected() const {
+    std::vector<std::int64_t> rows;
+    const bool isAny = selectedStation && workingCollection && workingCollection->stations;
+    const std::int64_t count = isAny ? std::ssize(*workingCollection->stations) : 0;
+    for (std::int64_t row = 0; row < count; ++row) {
+        const auto station = stationInRow(row);
+        if (station && (station == selectedStation || station->ICAO == selectedStation->ICAO)) {
+            rows.push_back(row);
+        }
+    }
+    return rows;
 }
 
 StationArray SCStationWindowController::allFavorites() const {

@@ -63,6 +63,27 @@ void SCStationWindowController::filterIt(const std::string& text) {
     showInTable(std::move(matches));
 }
 
+void SCStationWindowController::searchTextDidChange() {
+    if (!saerching_) {
+        searchFieldDidStartSearching();
+    }
+    // The empty text finds nothing, which loses the selection, before the search ends.
+    const auto selected = selectedStation;
+    searchIt();
+    if (outlets.sf && outlets.sf->stringValue().empty()) {
+        searchFieldDidEndSearching();
+        selectAgain(selected);
+    }
+}
+
+void SCStationWindowController::showAll() {
+    if (outlets.sf) {
+        outlets.sf->setStringValue("");
+    }
+    searchFieldDidEndSearching();
+    selectAgain(selectedStation);
+}
+
 void SCStationWindowController::searchIt() {
     if (saerching_ && outlets.sf) {
         filterIt(outlets.sf->stringValue());

@@ -89,6 +89,11 @@ public:
     /// Saves the master collection as a package, where the user says.
     void saveDocument();
     void innerSave();
+    /// What the save button does: saves with every station on show, before the panel opens and
+    /// after it, and the selected one selected.
+    void saveCatalogue();
+    /// Whether there is any station to look for.
+    [[nodiscard]] bool hasCatalogue() const;
     void saveoptionsDidEnd_returnCode_contextInfo(int returnCode);
     void wetDidEnd_returnCode_contextInfo(int returnCode);
     /// Writes the count label; 0 and 1 take the singular, as intended.
@@ -97,6 +102,11 @@ public:
     /// Fills the table with what a search text finds in the catalogue, in the search mode in force:
     /// terms between blanks and commas, the last one's matches first.
     void filterIt(const std::string& text);
+    /// Whatever the user changes in the search field: the first text starts a search, each change
+    /// sends the action, and the empty text ends the search and selects the selected station again.
+    void searchTextDidChange();
+    /// Empties the search field and shows every station, the selected one selected again.
+    void showAll();
     /// The action of the search field, sent on every change of its text.
     void searchIt();
     void searchFieldDidStartSearching();
@@ -110,11 +120,6 @@ public:
     void geMeter();
     /// Selects the station that was selected before the table's rows changed, by its name.
     void resetTableSelectionAfterFilter();
-    /// Highlights the row of `station`, which was selected before other rows came: by its record,
-    /// else by its identifier, else none. The record itself is only highlighted; nothing is asked
-    /// for it and the map stays. The window calls it where the operations above leave the
-    /// selection alone.
-    void selectAgain(const std::shared_ptr<AviationWeatherStation>& station);
 
     /// Centres the map on a station, in the map type in force, and the chart while it shows. An
     /// invalid position is logged and changes nothing.
@@ -130,6 +135,9 @@ public:
     void showFavsMenu();
     /// Switches the favourites' weather on or off.
     void alwaysShowFavWeatherMenu(platform::MenuItem& sender);
+    /// Rows whose mark goes with the selected station's: its own, which a search may list more than
+    /// once, and those of its namesakes by identifier, of which the first is marked with it.
+    [[nodiscard]] std::vector<std::int64_t> rowsMarkedWithSelected() const;
     /// In catalogue order.
     [[nodiscard]] StationArray allFavorites() const;
     /// Requests the weather of the selected station and of all favourites, if that is switched on.
@@ -177,6 +185,10 @@ private:
     void loadChart(double latitude, double longitude);
     void setSelectionControlsEnabled(bool enabled);
     void describeSelection();
+    /// Highlights the row of `station`, which was selected before other rows came: by its record,
+    /// else by its identifier, else none. The record itself is only highlighted; nothing is asked
+    /// for it and the map stays.
+    void selectAgain(const std::shared_ptr<AviationWeatherStation>& station);
     /// Takes the highlighted row's station for the selected one, if another one is.
     void settleSelection();
     /// -1 where no row is this station's.

@@ -23,6 +23,8 @@ public:
 
     /// Set-up, once the window is loaded.
     void awakeFromNib();
+    /// Whether a chart is on show that has a larger one.
+    [[nodiscard]] bool hasLargerChart() const { return feedingURLString && !view.isHidden(); }
     /// Opens the larger chart as a double click does; without an address it does nothing.
     void openLargerChart();
     /// Looks at the current event only: the second of two releases of the left button within the

@@ -197,10 +197,6 @@ void StationTable::setMarked(std::function<bool(int row)> isMarked) {
     model_.setMarked(std::move(isMarked));
 }
 
-void StationTable::markChanged(int row) {
-    model_.markChanged(row);
-}
-
 int StationTable::widthOfColumns() const {
     return view_.horizontalHeader()->length() +
            view_.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &view_);

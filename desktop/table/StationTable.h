@@ -38,7 +38,7 @@ public:
     /// Rows for which it answers true carry a star.
     void setMarked(std::function<bool(int row)> isMarked);
     /// To be called when the answer for a row has changed without a reload.
-    void markChanged(int row);
+    void markChanged(int row) { model_.markChanged(row); }
 
     /// Of all columns and the scroll bar, in pixels.
     [[nodiscard]] int widthOfColumns() const;

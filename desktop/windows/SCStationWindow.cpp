@@ -113,9 +113,13 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
                  ui.sf->setFocus(Qt::ShortcutFocusReason);
                  ui.sf->selectAll();
              },
-         .favoritesChanged = [this] { showMarks(); },
-         .hasLargerChart =
-             [this] { return !views_->chart.isHidden() && views_->secView.feedingURLString; },
+         .favoritesChanged =
+             [this] {
+                 for (const std::int64_t row : controller_.rowsMarkedWithSelected()) {
+                     views_->stations.table.markChanged(static_cast<int>(row));
+                 }
+             },
+         .hasLargerChart = [this] { return views_->secView.hasLargerChart(); },
          .openLargerChart = [this] { views_->secView.openLargerChart(); }});
     controller_.outlets = {.table = &views_->stations.table,
                            .switchie = &views_->switchie,
@@ -137,14 +141,12 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
                            }};
 
     views_->stations.table.setMarked([this](int row) {
-        const auto& shown = controller_.workingCollection;
-        const auto index = static_cast<std::size_t>(row);
-        return shown && shown->stations && index < shown->stations->size() &&
-               (*shown->stations)[index]->isFavorite();
+        const auto station = controller_.stationInRow(row);
+        return station && station->isFavorite();
     });
     ui.emptyPlace->setBackgroundRole(QPalette::Base);
     ui.emptyHint->setForegroundRole(QPalette::Text);
-    connect(ui.saver, &QPushButton::clicked, this, [this] { save(); });
+    connect(ui.saver, &QPushButton::clicked, this, [this] { controller_.saveCatalogue(); });
     connect(ui.parserIt, &QPushButton::clicked, this, [this] { controller_.parseit(); });
     connect(ui.table->model(), &QAbstractItemModel::modelReset, this,
             [this] { showTableOrHint(); });
@@ -162,16 +164,15 @@ SCStationWindow::~SCStationWindow() {
 void SCStationWindow::bindSearch() {
     Ui::SCStationWindowController& ui = views_->ui;
     ui.sf->installEventFilter(this);
-    connect(ui.sf, &QLineEdit::textChanged, this, [this](const QString& text) {
-        const bool wasEmpty = std::exchange(isSearchEmpty_, text.isEmpty());
+    connect(ui.sf, &QLineEdit::textChanged, this, [this] {
         if (!views_->sf.isSetByLogic()) {
-            searchTextDidChange(wasEmpty);
+            controller_.searchTextDidChange();
         }
     });
     connect(ui.switchie, &QButtonGroup::idClicked, this, [this] { controller_.switchieswitche(); });
     connect(ui.distButton, &QComboBox::activated, this,
             [this] { controller_.geMeterDistChanged(); });
-    connect(ui.showAll, &QPushButton::clicked, this, [this] { showAll(); });
+    connect(ui.showAll, &QPushButton::clicked, this, [this] { controller_.showAll(); });
 }
 
 void SCStationWindow::bindMap(platform::Host& host) {
@@ -213,33 +214,6 @@ void SCStationWindow::bindWeather(platform::Host& host) {
                 bar->setVisible(host.urlSessions.openRequests() > 0);
             });
         });
-}
-
-void SCStationWindow::searchTextDidChange(bool wasEmpty) {
-    if (wasEmpty) {
-        controller_.searchFieldDidStartSearching();
-    }
-    // The empty text finds nothing, which loses the selection, before the search ends.
-    const auto selected = controller_.selectedStation;
-    controller_.searchIt();
-    if (isSearchEmpty_) {
-        controller_.searchFieldDidEndSearching();
-        controller_.selectAgain(selected);
-    }
-}
-
-void SCStationWindow::showAll() {
-    views_->sf.setStringValue("");
-    controller_.searchFieldDidEndSearching();
-    controller_.selectAgain(controller_.selectedStation);
-}
-
-void SCStationWindow::save() {
-    // The controller drops its filter without a word to the table: shown before the panel opens, so
-    // that the table behind it is not of another catalogue, and after it.
-    showAll();
-    controller_.saveDocument();
-    showAll();
 }
 
 bool SCStationWindow::eventFilter(QObject* watched, QEvent* event) {
@@ -287,30 +261,13 @@ void SCStationWindow::remember(QSettings& memory) const {
     views_->stations.table.remember(memory);
 }
 
-void SCStationWindow::showMarks() {
-    const auto selected = controller_.selectedStation;
-    const int rows = selected ? views_->stations.table.model().rowCount() : 0;
-    for (int row = 0; row < rows; ++row) {
-        const auto station = controller_.stationInRow(row);
-        if (station == selected || (station && station->ICAO == selected->ICAO)) {
-            views_->stations.table.markChanged(row);
-        }
-    }
-}
-
 void SCStationWindow::showTableOrHint() {
-    Ui::SCStationWindowController& ui = views_->ui;
-    const bool hasRows = views_->stations.table.model().rowCount() > 0;
     // A search that finds nothing shows an empty table, not the hint.
     const bool hasCatalogue =
-        hasRows || (controller_.masterCollection() && controller_.masterCollection()->stations &&
-                    !controller_.masterCollection()->stations->empty());
+        views_->stations.table.model().rowCount() > 0 || controller_.hasCatalogue();
     views_->stations.showTable(hasCatalogue);
-    if (!hasCatalogue) {
-        return;
-    }
-    if (!focusWidget()) {
-        ui.table->setFocus();
+    if (hasCatalogue && !focusWidget()) {
+        views_->ui.table->setFocus();
     }
 }
 

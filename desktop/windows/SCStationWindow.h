@@ -12,7 +12,8 @@ class SCStationWindowController;
 namespace desktop {
 
 /// The main window: binds the controls of its interface file to the controller's outlets and the
-/// user's actions to its operations. Decides nothing itself.
+/// user's actions to its operations. Of its own it has looks only: where things lie, where the keys
+/// lead, which page stands for an empty table and for how long the chart's hint blinks.
 class SCStationWindow final : public ProgramWindow {
 public:
     /// Fills the outlets; what is borrowed outlives the window.
@@ -35,18 +36,11 @@ private:
     void bindSearch();
     void bindMap(platform::Host& host);
     void bindWeather(platform::Host& host);
-    void searchTextDidChange(bool wasEmpty);
-    void showAll();
-    void save();
-    /// Of the selected station, which a search may list more than once, and of those that share its
-    /// identifier, of which the first is marked with it.
-    void showMarks();
     void showTableOrHint();
 
     SCStationWindowController& controller_;
     ProgramMenus& menus_;
     std::unique_ptr<Views> views_;
-    bool isSearchEmpty_ = true;
 };
 
 } // namespace desktop
