@@ -3,7 +3,12 @@
 
 #include "catalogue/Packages.h"
 
+#include <variant>
+
 namespace {
+
+/// The version of the last run.
+constexpr const char* versionKey = "windows/version";
 
 void bringToFront(platform::Window& window) {
     window.showWindow();
@@ -25,6 +30,17 @@ void AppDelegate::applicationDidFinishLaunching() {
     }
     makeStationWindow();
     bringToFront(*stationWindow_);
+}
+
+void AppDelegate::showReleaseNotesOnce() {
+    const auto before = host_.userDefaults.objectForKey(versionKey);
+    host_.userDefaults.setObject(host_.bundle.infoValue("CFBundleShortVersionString").value_or(""),
+                                 versionKey);
+    // Compared as it is kept, which may not be as a text.
+    const bool isFirstRun = std::holds_alternative<std::monostate>(before);
+    if (!isFirstRun && before != host_.userDefaults.objectForKey(versionKey)) {
+        doReleaseNotes();
+    }
 }
 
 void AppDelegate::makeStationWindow() {

@@ -53,6 +53,8 @@ public:
 
     /// Makes and shows the main window.
     void applicationDidFinishLaunching();
+    /// Shows what is new, once after each change of the program's version.
+    void showReleaseNotesOnce();
     /// Stores what outlives the run; called once, at the end of it.
     void applicationWillTerminate();
     void openStations();

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include "app/AppDelegate.h"
 #include "desktop/host/DesktopHost.h"
 #include "desktop/host/EndSignals.h"
 #include "desktop/host/SingleInstance.h"
+#include "desktop/windows/ProgramMenus.h"
 #include "desktop/windows/ProgramWindows.h"
 #include "weather/DataServerSessions.h"
 
@@ -10,7 +12,6 @@
 
 #include <cstdlib>
 #include <functional>
-#include <optional>
 #include <utility>
 
 namespace {
@@ -40,11 +41,13 @@ int main(int argc, char* argv[]) {
     if (!instance.isFirst()) {
         return EXIT_SUCCESS;
     }
-    std::optional<desktop::ProgramWindows> windows;
-    windows.emplace(host.services(), host.mapSetup(), host.settingsFile());
-    AppDelegate& delegate = windows->delegate();
+    // The delegate owns the windows, which carry the menus.
+    desktop::ProgramMenus menus;
+    desktop::ProgramWindows windows(host.services(), host.mapSetup(), host.settingsFile(), menus);
+    AppDelegate delegate(host.services(), windows);
+    menus.actOn(delegate);
     delegate.applicationDidFinishLaunching();
-    windows->showReleaseNotesOnce();
+    delegate.showReleaseNotesOnce();
     instance.laterStarted = [&] { delegate.openStations(); };
 
     ending = [&] {
@@ -57,6 +60,5 @@ int main(int argc, char* argv[]) {
 
     endOnce();
     host.mainQueue().close();
-    windows.reset();
     return status;
 }

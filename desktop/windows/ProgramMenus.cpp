@@ -13,11 +13,16 @@
 
 namespace desktop {
 
-ProgramMenus::ProgramMenus(AppDelegate& delegate) : delegate_(delegate) {
+ProgramMenus::ProgramMenus() {
     addProgramEntries();
     addStationEntries();
     addWindowEntries();
     qApp->installEventFilter(this);
+}
+
+void ProgramMenus::actOn(AppDelegate& delegate) {
+    delegate_ = &delegate;
+    delegate.outlets.favwe = alwaysFavItem_;
 }
 
 QAction& ProgramMenus::add(std::vector<QAction*>& menu, const QString& title,
@@ -40,35 +45,35 @@ void ProgramMenus::addProgramEntries() {
     // A new about window takes the place of the old one, from whose menu this may come: that one
     // must have done with its menu by then.
     QAction& about = add(
-        program_, tr("&About Nosig"), {}, [this] { delegate_.doAbout(); }, Qt::QueuedConnection);
+        program_, tr("&About Nosig"), {}, [this] { delegate_->doAbout(); }, Qt::QueuedConnection);
     about.setMenuRole(QAction::AboutRole);
     QAction& quit = add(program_, tr("&Quit"), QKeySequence::Quit, &QCoreApplication::quit);
     quit.setMenuRole(QAction::QuitRole);
-    add(help_, tr("Nosig &Help"), QKeySequence::HelpContents, [this] { delegate_.doHelp(); });
-    add(help_, tr("&Release Notes"), {}, [this] { delegate_.doReleaseNotes(); });
-    add(help_, tr("Send &Feedback…"), {}, [this] { delegate_.doEmailFeedback(); });
-    add(help_, tr("Nosig on the We&b"), {}, [this] { delegate_.doGoToWebsite(); });
+    add(help_, tr("Nosig &Help"), QKeySequence::HelpContents, [this] { delegate_->doHelp(); });
+    add(help_, tr("&Release Notes"), {}, [this] { delegate_->doReleaseNotes(); });
+    add(help_, tr("Send &Feedback…"), {}, [this] { delegate_->doEmailFeedback(); });
+    add(help_, tr("Nosig on the We&b"), {}, [this] { delegate_->doGoToWebsite(); });
     help_.push_back(&about);
 }
 
 void ProgramMenus::addStationEntries() {
     add(stations_, tr("&Find"), QKeySequence::Find, [this] {
-        delegate_.openStations();
+        delegate_->openStations();
         if (stationWindow_.find) {
             stationWindow_.find();
         }
     });
     addValidated(stations_, tr("Make Favorite"), "favMenuItem", Qt::CTRL | Qt::Key_D, [this] {
-        delegate_.sw->favMenuItem();
+        delegate_->sw->favMenuItem();
         if (stationWindow_.favoritesChanged) {
             stationWindow_.favoritesChanged();
         }
     });
     addValidated(stations_, tr("Show favorites"), "showFavsMenu", Qt::CTRL | Qt::SHIFT | Qt::Key_D,
-                 [this] { delegate_.sw->showFavsMenu(); });
+                 [this] { delegate_->sw->showFavsMenu(); });
     alwaysFavItem_ =
         &addValidated(stations_, tr("Always Show Favorites' Weather"), "alwaysShowFavWeatherMenu",
-                      {}, [this] { delegate_.sw->alwaysShowFavWeatherMenu(*alwaysFavItem_); });
+                      {}, [this] { delegate_->sw->alwaysShowFavWeatherMenu(*alwaysFavItem_); });
     alwaysFavItem_->entry().setCheckable(true);
     largerChart_ = &add(stations_, tr("Open &Larger Chart"), Qt::CTRL | Qt::Key_L,
                         [this] { stationWindow_.openLargerChart(); });
@@ -76,17 +81,18 @@ void ProgramMenus::addStationEntries() {
                                  tr("Within 50 Miles"), tr("Within 100 Miles")};
     for (int i = 0; i < 4; ++i) {
         addValidated(near_, distances[i], "geMeterDistChanged", {}, [this, i] {
-            if (auto* pop = delegate_.sw->outlets.distButton) {
+            if (auto* pop = delegate_->sw->outlets.distButton) {
                 pop->selectItem(i);
             }
-            delegate_.sw->geMeterDistChanged();
+            delegate_->sw->geMeterDistChanged();
         });
     }
 }
 
 void ProgramMenus::addWindowEntries() {
-    add(windows_, tr("&Stations"), Qt::CTRL | Qt::Key_1, [this] { delegate_.openStations(); });
-    add(windows_, tr("&My Stations"), Qt::CTRL | Qt::Key_2, [this] { delegate_.openMyStations(); });
+    add(windows_, tr("&Stations"), Qt::CTRL | Qt::Key_1, [this] { delegate_->openStations(); });
+    add(windows_, tr("&My Stations"), Qt::CTRL | Qt::Key_2,
+        [this] { delegate_->openMyStations(); });
     add(windows_, tr("&Close Window"), Qt::CTRL | Qt::Key_W, [] {
         if (QWidget* window = QApplication::activeWindow()) {
             window->close();
@@ -117,7 +123,8 @@ void ProgramMenus::setStationWindowActions(StationWindowActions actions) {
 
 void ProgramMenus::validate() {
     for (MenuEntry& entry : validated_) {
-        entry.entry().setEnabled(delegate_.sw && delegate_.sw->validateMenuItem(entry));
+        entry.entry().setEnabled(delegate_ && delegate_->sw &&
+                                 delegate_->sw->validateMenuItem(entry));
     }
     // No command of the main window's logic, whose validation would refuse it.
     largerChart_->setEnabled(stationWindow_.hasLargerChart && stationWindow_.hasLargerChart());

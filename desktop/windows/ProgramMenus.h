@@ -20,8 +20,11 @@ namespace desktop {
 /// when a menu opens, and before a shortcut fires.
 class ProgramMenus final : public QObject {
 public:
-    /// The delegate is borrowed.
-    explicit ProgramMenus(AppDelegate& delegate);
+    ProgramMenus();
+
+    /// From now on choices go to the delegate, which knows the entry of the favourites' weather by
+    /// then. It is borrowed; before, and once it has gone, nothing must be chosen.
+    void actOn(AppDelegate& delegate);
 
     /// Puts the menus into a window, which they outlive.
     void addTo(QMainWindow& window);
@@ -37,9 +40,6 @@ public:
     };
     void setStationWindowActions(StationWindowActions actions);
 
-    /// Lives as long as the menus.
-    [[nodiscard]] MenuEntry& alwaysFavItem() { return *alwaysFavItem_; }
-
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -54,7 +54,7 @@ private:
                             std::function<void()> chosen);
     void validate();
 
-    AppDelegate& delegate_;
+    AppDelegate* delegate_ = nullptr;
     StationWindowActions stationWindow_;
     std::vector<QAction*> program_;
     std::vector<QAction*> stations_;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/windows/ProgramWindows.h"
 
-#include "desktop/text/Text.h"
 #include "desktop/windows/SCMyStationsWindow.h"
 #include "desktop/windows/SCStationWindow.h"
 #include "desktop/windows/SmallWindows.h"
@@ -12,23 +11,12 @@
 
 namespace desktop {
 
-ProgramWindows::ProgramWindows(platform::Host& host, MapSetup map, const QString& memory)
-    : host_(host), map_(std::move(map)), memory_(memory, QSettings::IniFormat) {
+ProgramWindows::ProgramWindows(platform::Host& host, MapSetup map, const QString& memory,
+                               ProgramMenus& menus)
+    : host_(host), map_(std::move(map)), memory_(memory, QSettings::IniFormat), menus_(menus) {
     // All words are English, whatever way the user's own language runs.
     QApplication::setLayoutDirection(Qt::LeftToRight);
     memory_.beginGroup(QStringLiteral("windows"));
-    delegate_.outlets.favwe = &menus_.alwaysFavItem();
-}
-
-void ProgramWindows::showReleaseNotesOnce() {
-    const QString key = QStringLiteral("version");
-    const QString version =
-        exactText(host_.bundle.infoValue("CFBundleShortVersionString").value_or(""));
-    const QString before = memory_.value(key, version).toString();
-    memory_.setValue(key, version);
-    if (before != version) {
-        delegate_.doReleaseNotes();
-    }
 }
 
 std::unique_ptr<platform::Window>

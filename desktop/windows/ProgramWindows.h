@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/AppDelegate.h"
 #include "app/Windows.h"
 #include "desktop/map/MapView.h"
 #include "desktop/windows/ProgramMenus.h"
@@ -11,15 +10,11 @@
 
 namespace desktop {
 
-/// Makes the windows of the program on this desktop, and has the delegate that they are made for.
+/// Makes the windows of the program on this desktop, and outlives them.
 class ProgramWindows final : public app::Windows {
 public:
-    /// The host is borrowed. Where windows lie is remembered in the file of that path.
-    ProgramWindows(platform::Host& host, MapSetup map, const QString& memory);
-
-    [[nodiscard]] AppDelegate& delegate() { return delegate_; }
-    /// Shows what is new, once after each change of the program's version.
-    void showReleaseNotesOnce();
+    /// Host and menus are borrowed. Where windows lie is remembered in the file of that path.
+    ProgramWindows(platform::Host& host, MapSetup map, const QString& memory, ProgramMenus& menus);
 
     [[nodiscard]] std::unique_ptr<platform::Window>
     stationWindow(SCStationWindowController& controller) override;
@@ -35,9 +30,7 @@ private:
     platform::Host& host_;
     MapSetup map_;
     QSettings memory_;
-    /// Asks the delegate only once it is there, and outlives its windows.
-    ProgramMenus menus_{delegate_};
-    AppDelegate delegate_{host_, *this};
+    ProgramMenus& menus_;
 };
 
 } // namespace desktop

@@ -30,7 +30,7 @@ protected:
         start();
         for (const char* version : {"1.0", "1.1"}) {
             fake.bundle.info["CFBundleShortVersionString"] = version;
-            windows->showReleaseNotesOnce();
+            delegate().showReleaseNotesOnce();
         }
         delegate().doHelp();
         delegate().doAbout();

@@ -187,7 +187,7 @@ TEST_F(ProgramTest, TheReleaseNotesAreShownOnceAfterAnUpdate) {
     } const starts[] = {{"1.0", false}, {"1.0", false}, {"1.1", true}, {"1.1", false}};
     for (const auto& one : starts) {
         fake.bundle.info["CFBundleShortVersionString"] = one.version;
-        windows->showReleaseNotesOnce();
+        delegate().showReleaseNotesOnce();
         EXPECT_EQ(shows(), one.isNew);
         if (one.isNew) {
             QMainWindow& notes = window("SLIBReleaseNotesWindowController");

@@ -3,6 +3,7 @@
 
 #include "app/AppDelegate.h"
 #include "desktop/text/Text.h"
+#include "desktop/windows/ProgramMenus.h"
 #include "desktop/windows/ProgramWindows.h"
 #include "tests/support/FakeHost.h"
 
@@ -21,16 +22,16 @@ struct RunningProgram {
     void start() {
         desktop::MapSetup map;
         map.baseMap = QStringLiteral(NOSIG_SOURCE_DIR "/resources/map/world.map");
-        windows.emplace(fake.host, map, desktop::pathText((fake.folder / "windows.ini").string()));
-        windows->delegate().applicationDidFinishLaunching();
+        wired_.emplace(fake.host, map, desktop::pathText((fake.folder / "windows.ini").string()));
+        delegate().applicationDidFinishLaunching();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&window("SCStationWindowController")));
     }
     void stop() {
         delegate().applicationWillTerminate();
-        windows.reset();
+        wired_.reset();
     }
 
-    [[nodiscard]] AppDelegate& delegate() { return windows->delegate(); }
+    [[nodiscard]] AppDelegate& delegate() { return wired_->delegate; }
     /// The window made from the interface file of that name.
     static QMainWindow& window(const char* name) {
         QMainWindow* found = nullptr;
@@ -53,7 +54,20 @@ struct RunningProgram {
     }
 
     FakeHost fake;
-    std::optional<desktop::ProgramWindows> windows;
+
+private:
+    struct Wired {
+        Wired(platform::Host& host, const desktop::MapSetup& map, const QString& memory)
+            : windows(host, map, memory, menus), delegate(host, windows) {
+            menus.actOn(delegate);
+        }
+
+        desktop::ProgramMenus menus;
+        desktop::ProgramWindows windows;
+        AppDelegate delegate;
+    };
+
+    std::optional<Wired> wired_;
 };
 
 } // namespace support
