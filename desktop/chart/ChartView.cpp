@@ -101,7 +101,7 @@ void ChartView::fill() {
     layout->setContentsMargins({});
     page_ = makePage();
     if (!page_) {
-        auto* notice = new QLabel(tr("The chart cannot be shown on this computer."));
+        auto* notice = new QLabel(QStringLiteral("The chart cannot be shown on this computer."));
         notice->setObjectName(QStringLiteral("notice"));
         notice->setAlignment(Qt::AlignCenter);
         notice->setWordWrap(true);

@@ -83,7 +83,7 @@ QVariant StationTableModel::data(const QModelIndex& index, int role) const {
         return isMarked;
     case Qt::AccessibleTextRole: {
         const QString text = cellText(index.row(), index.column());
-        return isMarked ? tr("%1, favorite").arg(text.trimmed()) : text;
+        return isMarked ? QStringLiteral("%1, favorite").arg(text.trimmed()) : text;
     }
     case Qt::TextAlignmentRole:
         return QVariant::fromValue(

@@ -45,40 +45,45 @@ void ProgramMenus::addProgramEntries() {
     // A new about window takes the place of the old one, from whose menu this may come: that one
     // must have done with its menu by then.
     QAction& about = add(
-        program_, tr("&About Nosig"), {}, [this] { delegate_->doAbout(); }, Qt::QueuedConnection);
+        program_, QStringLiteral("&About Nosig"), {}, [this] { delegate_->doAbout(); },
+        Qt::QueuedConnection);
     about.setMenuRole(QAction::AboutRole);
-    QAction& quit = add(program_, tr("&Quit"), QKeySequence::Quit, &QCoreApplication::quit);
+    QAction& quit =
+        add(program_, QStringLiteral("&Quit"), QKeySequence::Quit, &QCoreApplication::quit);
     quit.setMenuRole(QAction::QuitRole);
-    add(help_, tr("Nosig &Help"), QKeySequence::HelpContents, [this] { delegate_->doHelp(); });
-    add(help_, tr("&Release Notes"), {}, [this] { delegate_->doReleaseNotes(); });
-    add(help_, tr("Send &Feedback…"), {}, [this] { delegate_->doEmailFeedback(); });
-    add(help_, tr("Nosig on the We&b"), {}, [this] { delegate_->doGoToWebsite(); });
+    add(help_, QStringLiteral("Nosig &Help"), QKeySequence::HelpContents,
+        [this] { delegate_->doHelp(); });
+    add(help_, QStringLiteral("&Release Notes"), {}, [this] { delegate_->doReleaseNotes(); });
+    add(help_, QStringLiteral("Send &Feedback…"), {}, [this] { delegate_->doEmailFeedback(); });
+    add(help_, QStringLiteral("Nosig on the We&b"), {}, [this] { delegate_->doGoToWebsite(); });
     help_.push_back(&about);
 }
 
 void ProgramMenus::addStationEntries() {
-    add(stations_, tr("&Find"), QKeySequence::Find, [this] {
+    add(stations_, QStringLiteral("&Find"), QKeySequence::Find, [this] {
         delegate_->openStations();
         if (stationWindow_.find) {
             stationWindow_.find();
         }
     });
-    addValidated(stations_, tr("Make Favorite"), "favMenuItem", Qt::CTRL | Qt::Key_D, [this] {
-        delegate_->sw->favMenuItem();
-        if (stationWindow_.favoritesChanged) {
-            stationWindow_.favoritesChanged();
-        }
-    });
-    addValidated(stations_, tr("Show favorites"), "showFavsMenu", Qt::CTRL | Qt::SHIFT | Qt::Key_D,
-                 [this] { delegate_->sw->showFavsMenu(); });
-    alwaysFavItem_ =
-        &addValidated(stations_, tr("Always Show Favorites' Weather"), "alwaysShowFavWeatherMenu",
-                      {}, [this] { delegate_->sw->alwaysShowFavWeatherMenu(*alwaysFavItem_); });
+    addValidated(stations_, QStringLiteral("Make Favorite"), "favMenuItem", Qt::CTRL | Qt::Key_D,
+                 [this] {
+                     delegate_->sw->favMenuItem();
+                     if (stationWindow_.favoritesChanged) {
+                         stationWindow_.favoritesChanged();
+                     }
+                 });
+    addValidated(stations_, QStringLiteral("Show favorites"), "showFavsMenu",
+                 Qt::CTRL | Qt::SHIFT | Qt::Key_D, [this] { delegate_->sw->showFavsMenu(); });
+    alwaysFavItem_ = &addValidated(
+        stations_, QStringLiteral("Always Show Favorites' Weather"), "alwaysShowFavWeatherMenu", {},
+        [this] { delegate_->sw->alwaysShowFavWeatherMenu(*alwaysFavItem_); });
     alwaysFavItem_->entry().setCheckable(true);
-    largerChart_ = &add(stations_, tr("Open &Larger Chart"), Qt::CTRL | Qt::Key_L,
+    largerChart_ = &add(stations_, QStringLiteral("Open &Larger Chart"), Qt::CTRL | Qt::Key_L,
                         [this] { stationWindow_.openLargerChart(); });
-    const QString distances[] = {tr("Within 10 Miles"), tr("Within 25 Miles"),
-                                 tr("Within 50 Miles"), tr("Within 100 Miles")};
+    const QString distances[] = {
+        QStringLiteral("Within 10 Miles"), QStringLiteral("Within 25 Miles"),
+        QStringLiteral("Within 50 Miles"), QStringLiteral("Within 100 Miles")};
     for (int i = 0; i < 4; ++i) {
         addValidated(near_, distances[i], "geMeterDistChanged", {}, [this, i] {
             if (auto* pop = delegate_->sw->outlets.distButton) {
@@ -90,10 +95,11 @@ void ProgramMenus::addStationEntries() {
 }
 
 void ProgramMenus::addWindowEntries() {
-    add(windows_, tr("&Stations"), Qt::CTRL | Qt::Key_1, [this] { delegate_->openStations(); });
-    add(windows_, tr("&My Stations"), Qt::CTRL | Qt::Key_2,
+    add(windows_, QStringLiteral("&Stations"), Qt::CTRL | Qt::Key_1,
+        [this] { delegate_->openStations(); });
+    add(windows_, QStringLiteral("&My Stations"), Qt::CTRL | Qt::Key_2,
         [this] { delegate_->openMyStations(); });
-    add(windows_, tr("&Close Window"), Qt::CTRL | Qt::Key_W, [] {
+    add(windows_, QStringLiteral("&Close Window"), Qt::CTRL | Qt::Key_W, [] {
         if (QWidget* window = QApplication::activeWindow()) {
             window->close();
         }
@@ -107,14 +113,14 @@ void ProgramMenus::addTo(QMainWindow& window) {
         connect(menu, &QMenu::aboutToShow, this, [this] { validate(); });
         return menu;
     };
-    addMenu(tr("Nosi&g"), program_);
-    QMenu* stations = addMenu(tr("&Stations"), stations_);
+    addMenu(QStringLiteral("Nosi&g"), program_);
+    QMenu* stations = addMenu(QStringLiteral("&Stations"), stations_);
     stations->insertSeparator(stations_[1]);
-    QMenu* near = stations->addMenu(tr("&Near the Selected Station"));
+    QMenu* near = stations->addMenu(QStringLiteral("&Near the Selected Station"));
     near->addActions(QList<QAction*>(near_.begin(), near_.end()));
     connect(near, &QMenu::aboutToShow, this, [this] { validate(); });
-    addMenu(tr("&Windows"), windows_);
-    addMenu(tr("&Help"), help_);
+    addMenu(QStringLiteral("&Windows"), windows_);
+    addMenu(QStringLiteral("&Help"), help_);
 }
 
 void ProgramMenus::setStationWindowActions(StationWindowActions actions) {

@@ -57,7 +57,7 @@ AboutWindow::AboutWindow(SCAboutWindowController& controller, const platform::Bu
     ui.setupUi(this);
     ui.icon->setPixmap(windowIcon().pixmap(ui.icon->minimumSize(), devicePixelRatio()));
     ui.version->setText(
-        tr("Version %1")
+        QStringLiteral("Version %1")
             .arg(shownText(bundle.infoValue("CFBundleShortVersionString").value_or(""))));
     ui.licences->setSource(
         QUrl::fromLocalFile(pathText(bundle.resourcePath() + "/help/licences.html")));

@@ -52,7 +52,7 @@ public:
                          [](QWebEngineDownloadRequest* download) { download->cancel(); });
         // Or it has no place in the order of the Tab key.
         view_.setFocusPolicy(Qt::StrongFocus);
-        view_.setAccessibleName(QCoreApplication::translate("ChartPage", "Chart"));
+        view_.setAccessibleName(QStringLiteral("Chart"));
         view_.setAcceptDrops(false);
         // Its menu offers to save the page and to show its source.
         view_.setContextMenuPolicy(Qt::PreventContextMenu);
