@@ -28,6 +28,8 @@ private:
         std::function<void()> work;
     };
 
+    /// Not the toolkit's own queue of calls: ThreadSanitizer cannot see how that synchronizes, and
+    /// would be blind to races in the work.
     std::mutex mutex_;
     std::deque<Piece> waiting_;
     bool closed_ = false;
