@@ -81,7 +81,7 @@ void MapStage::paintMoved(double right) {
     platform::Region region = parts_->view.region();
     region.centre.longitude += right * region.longitudeSpan / parts_->view.width();
     parts_->view.setCenterCoordinate(region.centre);
-    parts_->view.viewport()->repaint();
+    parts_->view.repaint();
 }
 
 } // namespace bench

@@ -21,38 +21,37 @@ constexpr double tick = 5;
 
 } // namespace
 
-void FurnitureLayer::paint(QPainter* painter, const QStyleOptionGraphicsItem* /*option*/,
-                           QWidget* /*widget*/) {
-    painter->setFont(smallFont());
-    drawScaleBar(*painter);
-    drawCredit(*painter);
-    if (state().isTilted()) {
-        drawNorthArrow(*painter);
+void FurnitureLayer::paint(QPainter& painter) const {
+    painter.setFont(smallFont());
+    drawScaleBar(painter);
+    drawCredit(painter);
+    if (state_.isTilted()) {
+        drawNorthArrow(painter);
     }
-    if (state().hasFocus) {
-        painter->setRenderHint(QPainter::Antialiasing, false);
-        painter->setBrush(Qt::NoBrush);
-        painter->setPen(QPen(state().scheme.focus, 2));
-        painter->drawRect(state().frame().adjusted(1, 1, -1, -1));
+    if (state_.hasFocus) {
+        painter.setRenderHint(QPainter::Antialiasing, false);
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(state_.scheme.focus, 2));
+        painter.drawRect(state_.frame().adjusted(1, 1, -1, -1));
     }
 }
 
 QFont FurnitureLayer::smallFont() const {
-    QFont font = state().font;
+    QFont font = state_.font;
     font.setPointSizeF(font.pointSizeF() * 0.85);
     return font;
 }
 
 void FurnitureLayer::drawScaleBar(QPainter& painter) const {
-    const map::ScaleBar bar = map::scaleBar(state().view, longestBar);
+    const map::ScaleBar bar = map::scaleBar(state_.view, longestBar);
     const QFontMetricsF metrics(smallFont());
     const double text = metrics.height();
-    const QRectF plate(edge, state().frame().height() - edge - 2 * (text + padding),
+    const QRectF plate(edge, state_.frame().height() - edge - 2 * (text + padding),
                        longestBar + 4 * padding, 2 * (text + padding));
     if (plate.top() < 0) {
         return;
     }
-    drawPlate(painter, plate, state().scheme);
+    drawPlate(painter, plate, state_.scheme);
     painter.setRenderHint(QPainter::Antialiasing, false);
     const QPointF begin(plate.left() + 2 * padding, plate.center().y());
     const struct {
@@ -72,8 +71,7 @@ void FurnitureLayer::drawScaleBar(QPainter& painter) const {
 }
 
 QString FurnitureLayer::credit() const {
-    return state().server ? shownText(state().loader->servers()[*state().server].credit)
-                          : QString();
+    return state_.server ? shownText(state_.loader->servers()[*state_.server].credit) : QString();
 }
 
 QRectF FurnitureLayer::creditPlace() const {
@@ -81,7 +79,7 @@ QRectF FurnitureLayer::creditPlace() const {
     if (text.isEmpty()) {
         return {};
     }
-    const QRectF frame = state().frame();
+    const QRectF frame = state_.frame();
     const double room =
         std::max(frame.width() - longestBar - 4 * padding - 3 * edge, 0.4 * frame.width());
     QRectF place = QFontMetricsF(smallFont())
@@ -97,22 +95,22 @@ void FurnitureLayer::drawCredit(QPainter& painter) const {
     if (place.isEmpty()) {
         return;
     }
-    drawPlate(painter, place, state().scheme);
+    drawPlate(painter, place, state_.scheme);
     painter.drawText(place, Qt::AlignCenter | Qt::TextWordWrap, credit());
 }
 
 void FurnitureLayer::drawNorthArrow(QPainter& painter) const {
     constexpr double radius = 16;
-    const QPointF middle = state().frame().topRight() + QPointF(-edge - radius, edge + radius);
+    const QPointF middle = state_.frame().topRight() + QPointF(-edge - radius, edge + radius);
     drawPlate(painter, {middle.x() - radius, middle.y() - radius, 2 * radius, 2 * radius},
-              state().scheme);
+              state_.scheme);
     painter.save();
     painter.translate(middle);
-    painter.rotate(-state().view.heading());
+    painter.rotate(-state_.view.heading());
     painter.setPen(Qt::NoPen);
-    painter.setBrush(state().scheme.marker);
+    painter.setBrush(state_.scheme.marker);
     painter.drawPolygon(QPolygonF{{0, -13}, {4.5, 0}, {-4.5, 0}});
-    painter.setBrush(state().scheme.plateText);
+    painter.setBrush(state_.scheme.plateText);
     painter.drawPolygon(QPolygonF{{0, 13}, {4.5, 0}, {-4.5, 0}});
     painter.restore();
 }

@@ -35,33 +35,32 @@ QRectF groundRect(const map::WorldRect& rect, const map::View& view) {
 
 } // namespace
 
-void GroundLayer::paint(QPainter* painter, const QStyleOptionGraphicsItem* /*option*/,
-                        QWidget* /*widget*/) {
-    const MapState& map = state();
-    painter->fillRect(map.frame(), map.scheme.sea);
+void GroundLayer::paint(QPainter& painter) {
+    painter.fillRect(state_.frame(), state_.scheme.sea);
 
     const bool anyTile = std::ranges::any_of(
-        map.tiles, [this](const map::Tile& tile) { return pictureFor(tile).image != nullptr; });
-    const bool allTiles = anyTile && std::ranges::all_of(map.tiles, [this](const map::Tile& tile) {
-                              return pictureFor(tile).image != nullptr;
-                          });
-    const QTransform screen = painter->transform();
-    painter->setTransform(groundTransform(map.view), true);
+        state_.tiles, [this](const map::Tile& tile) { return pictureFor(tile).image != nullptr; });
+    const bool allTiles =
+        anyTile && std::ranges::all_of(state_.tiles, [this](const map::Tile& tile) {
+            return pictureFor(tile).image != nullptr;
+        });
+    const QTransform screen = painter.transform();
+    painter.setTransform(groundTransform(state_.view), true);
     if (!allTiles) {
-        base_.drawLand(*painter);
+        base_.drawLand(painter);
     }
-    drawTiles(*painter);
-    if (map.type == platform::hybridMap || !anyTile) {
-        base_.drawBorders(*painter);
+    drawTiles(painter);
+    if (state_.type == platform::hybridMap || !anyTile) {
+        base_.drawBorders(painter);
     }
-    drawGraticule(*painter);
-    painter->setTransform(screen);
+    drawGraticule(painter);
+    painter.setTransform(screen);
 
-    if (map.type == platform::hybridMap || !anyTile) {
-        base_.drawNames(*painter);
+    if (state_.type == platform::hybridMap || !anyTile) {
+        base_.drawNames(painter);
     }
-    if (!map.isTilted()) {
-        drawGraticuleLabels(*painter);
+    if (!state_.isTilted()) {
+        drawGraticuleLabels(painter);
     }
 }
 
@@ -71,7 +70,7 @@ GroundLayer::Picture GroundLayer::pictureFor(const map::Tile& tile) const {
     double side = 1;
     map::Tile there = tile;
     for (int up = 0; up <= coarsest && there.zoom >= 0; ++up, there = there.parent()) {
-        if (const QImage* image = state().loader->image(*state().server, there)) {
+        if (const QImage* image = state_.loader->image(*state_.server, there)) {
             const double width = image->width();
             const double height = image->height();
             return {image, {left * width, top * height, side * width, side * height}};
@@ -84,8 +83,8 @@ GroundLayer::Picture GroundLayer::pictureFor(const map::Tile& tile) const {
 }
 
 void GroundLayer::drawTiles(QPainter& painter) const {
-    const map::View& view = state().view;
-    const double pixels = state().pixelsPerPoint;
+    const map::View& view = state_.view;
+    const double pixels = state_.pixelsPerPoint;
     // Flat tiles meet at whole pixels of the screen; tilted ones overlap a little instead.
     const QPointF middle(view.size().width / 2, view.size().height / 2);
     const auto snapped = [&](const QPointF& point) {
@@ -95,13 +94,13 @@ void GroundLayer::drawTiles(QPainter& painter) const {
     };
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.setRenderHint(QPainter::Antialiasing, false);
-    for (const map::Tile& tile : state().tiles) {
+    for (const map::Tile& tile : state_.tiles) {
         const Picture picture = pictureFor(tile);
         if (!picture.image) {
             continue;
         }
         const QRectF place = groundRect(tile.rect(), view);
-        painter.drawImage(state().isTilted()
+        painter.drawImage(state_.isTilted()
                               ? place.adjusted(0, 0, 1, 1)
                               : QRectF(snapped(place.topLeft()), snapped(place.bottomRight())),
                           *picture.image, picture.part);
@@ -109,12 +108,12 @@ void GroundLayer::drawTiles(QPainter& painter) const {
 }
 
 void GroundLayer::drawGraticule(QPainter& painter) const {
-    const map::View& view = state().view;
+    const map::View& view = state_.view;
     const map::Graticule lines = map::graticule(view, graticuleStep);
-    QPen pen(state().scheme.graticule, 1);
+    QPen pen(state_.scheme.graticule, 1);
     pen.setCosmetic(true);
     painter.setPen(pen);
-    painter.setRenderHint(QPainter::Antialiasing, state().isTilted());
+    painter.setRenderHint(QPainter::Antialiasing, state_.isTilted());
     const QRectF seen = groundRect(view.seen(), view);
     for (const map::GraticuleLine& line : lines.meridians) {
         const double x = (line.at - view.centre().x) * view.scale();
@@ -127,9 +126,9 @@ void GroundLayer::drawGraticule(QPainter& painter) const {
 }
 
 void GroundLayer::drawGraticuleLabels(QPainter& painter) const {
-    const map::View& view = state().view;
+    const map::View& view = state_.view;
     const map::Graticule lines = map::graticule(view, graticuleStep);
-    QFont font = state().font;
+    QFont font = state_.font;
     font.setPointSizeF(font.pointSizeF() * 0.8);
     painter.setFont(font);
     const QFontMetricsF metrics(font);
@@ -140,8 +139,8 @@ void GroundLayer::drawGraticuleLabels(QPainter& painter) const {
         if (place.left() < 2) {
             place.moveLeft(4);
         }
-        if (state().frame().contains(place)) {
-            drawHaloed(painter, place, text, state().scheme);
+        if (state_.frame().contains(place)) {
+            drawHaloed(painter, place, text, state_.scheme);
         }
     };
     const QRectF line(0, 0, 0, metrics.height());

@@ -2,16 +2,16 @@
 #pragma once
 
 #include "desktop/map/BasePainter.h"
-#include "desktop/map/Layer.h"
+#include "desktop/map/MapState.h"
 
 namespace desktop {
 
 /// The earth itself: tiles, and under or over them the shipped outlines, and the graticule.
-class GroundLayer final : public Layer {
+class GroundLayer {
 public:
-    explicit GroundLayer(const MapState& state) : Layer(state), base_(state) {}
+    explicit GroundLayer(const MapState& state) : state_(state), base_(state) {}
 
-    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
+    void paint(QPainter& painter);
 
 private:
     /// A tile's picture, or the part of a coarser one that is here instead of it.
@@ -25,6 +25,7 @@ private:
     void drawGraticule(QPainter& painter) const;
     void drawGraticuleLabels(QPainter& painter) const;
 
+    const MapState& state_;
     BasePainter base_;
 };
 

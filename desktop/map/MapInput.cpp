@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/map/FurnitureLayer.h"
 #include "desktop/map/MapView.h"
 
 #include <QApplication>
@@ -46,7 +45,7 @@ void MapView::mouseMoveEvent(QMouseEvent* event) {
         return;
     }
     dragging_ = true;
-    viewport()->setCursor(Qt::ClosedHandCursor);
+    setCursor(Qt::ClosedHandCursor);
     const QPointF by = at - last_;
     last_ = at;
     if (state_.isTilted() && !(event->modifiers() & Qt::ShiftModifier)) {
@@ -74,12 +73,12 @@ void MapView::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void MapView::point(const QPointF& at) {
     const auto before = state_.pointed;
-    const bool onCredit = furniture_->creditPlace().contains(at);
+    const bool onCredit = furniture_.creditPlace().contains(at);
     state_.pointed =
         onCredit ? std::nullopt : state_.index.nearest(state_.view, {at.x(), at.y()}, reach);
-    viewport()->setCursor(state_.pointed || onCredit ? Qt::PointingHandCursor : Qt::OpenHandCursor);
+    setCursor(state_.pointed || onCredit ? Qt::PointingHandCursor : Qt::OpenHandCursor);
     if (state_.pointed != before) {
-        repaint();
+        update();
     }
 }
 
@@ -87,7 +86,7 @@ void MapView::click(const QPointF& at) {
     point(at);
     if (state_.pointed && stationClicked) {
         stationClicked(*state_.pointed);
-    } else if (furniture_->creditPlace().contains(at) && creditClicked) {
+    } else if (furniture_.creditPlace().contains(at) && creditClicked) {
         creditClicked(loader_->servers()[*state_.server].creditPage);
     }
 }
@@ -133,22 +132,22 @@ void MapView::keyPressEvent(QKeyEvent* event) {
 }
 
 void MapView::focusInEvent(QFocusEvent* event) {
-    QGraphicsView::focusInEvent(event);
+    QWidget::focusInEvent(event);
     state_.hasFocus = event->reason() != Qt::MouseFocusReason;
-    repaint();
+    update();
 }
 
 void MapView::focusOutEvent(QFocusEvent* event) {
-    QGraphicsView::focusOutEvent(event);
+    QWidget::focusOutEvent(event);
     state_.hasFocus = false;
-    repaint();
+    update();
 }
 
-bool MapView::viewportEvent(QEvent* event) {
+bool MapView::event(QEvent* event) {
     if (event->type() == QEvent::Gesture) {
         if (const auto* pinch = static_cast<QPinchGesture*>(
                 static_cast<QGestureEvent*>(event)->gesture(Qt::PinchGesture))) {
-            zoomBy(pinch->scaleFactor(), viewport()->mapFromGlobal(pinch->centerPoint()));
+            zoomBy(pinch->scaleFactor(), mapFromGlobal(pinch->centerPoint()));
             moveBy(pinch->centerPoint() - pinch->lastCenterPoint());
             return true;
         }
@@ -160,9 +159,9 @@ bool MapView::viewportEvent(QEvent* event) {
         }
     } else if (event->type() == QEvent::Leave && state_.pointed) {
         state_.pointed.reset();
-        repaint();
+        update();
     }
-    return QGraphicsView::viewportEvent(event);
+    return QWidget::event(event);
 }
 
 } // namespace desktop

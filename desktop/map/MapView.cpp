@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/map/MapView.h"
 
-#include "desktop/map/FurnitureLayer.h"
-#include "desktop/map/GroundLayer.h"
-#include "desktop/map/StationLayer.h"
 #include "desktop/text/Text.h"
 #include "platform/host/Files.h"
 
+#include <QPainter>
 #include <QResizeEvent>
 
-#include <array>
 #include <utility>
 
 namespace desktop {
@@ -30,46 +27,28 @@ bool isSame(const platform::Region& one, const platform::Region& other) {
 } // namespace
 
 MapView::MapView(MapSetup setup, QWidget* parent)
-    : QGraphicsView(parent),
+    : QWidget(parent),
       loader_(setup.tiles ? setup.tiles : std::make_shared<TileLoader>(TileSources())),
-      wishes_(loader_, [this] { repaint(); }),
-      ground_(new GroundLayer(state_)),
-      stationLayer_(new StationLayer(state_)),
-      furniture_(new FurnitureLayer(state_)) {
+      wishes_(loader_, [this] { update(); }) {
     state_.loader = loader_.get();
     if (const auto bytes = platform::readFile(filePath(setup.baseMap), longestBaseMap)) {
         state_.base = map::BaseMap::read(*bytes);
     }
-
-    for (Layer* layer : std::array<Layer*, 3>{ground_, stationLayer_, furniture_}) {
-        scene_.addItem(layer);
-    }
-    scene_.setItemIndexMethod(QGraphicsScene::NoIndex);
-    setScene(&scene_);
-    setInteractive(false);
-    setFrameShape(QFrame::NoFrame);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setViewportUpdateMode(QGraphicsView::FullViewportUpdate);
-    setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    viewport()->setMouseTracking(true);
-    viewport()->grabGesture(Qt::PinchGesture);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true);
+    grabGesture(Qt::PinchGesture);
     setFocusPolicy(Qt::StrongFocus);
-    // Of the two only this one is a control.
-    viewport()->setFocusProxy(nullptr);
-    viewport()->setFocusPolicy(Qt::NoFocus);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setMinimumSize(80, 60);
     setAccessibleName(QStringLiteral("Map"));
     restyle();
 }
 
-MapView::~MapView() = default;
-
 void MapView::setStations(std::vector<map::Station> stations) {
     state_.pointed.reset();
     state_.index = map::StationIndex(stations);
     state_.stations = std::move(stations);
-    repaint();
+    update();
 }
 
 void MapView::setMarker(std::optional<map::Station> station) {
@@ -80,11 +59,11 @@ void MapView::setMarker(std::optional<map::Station> station) {
     setAccessibleDescription(
         state_.marker ? QStringLiteral("Shows station %1").arg(shownText(state_.marker->identifier))
                       : QString());
-    repaint();
+    update();
 }
 
 bool MapView::isHidden() const {
-    return QGraphicsView::isHidden();
+    return QWidget::isHidden();
 }
 
 void MapView::setHidden(bool hidden) {
@@ -149,11 +128,7 @@ void MapView::viewChanged() {
         state_.tiles = map::tilesIn(state_.view, zoom, mostTiles);
     }
     wishes_.want(state_.server.value_or(0), state_.tiles);
-    repaint();
-}
-
-void MapView::repaint() {
-    viewport()->update();
+    update();
 }
 
 void MapView::zoomBy(double factor, const QPointF& fixed) {
@@ -173,8 +148,20 @@ void MapView::turnBy(double heading, double tilt) {
     viewChanged();
 }
 
+void MapView::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    // Each layer begins with a painter as it comes.
+    painter.save();
+    ground_.paint(painter);
+    painter.restore();
+    painter.save();
+    dots_.paint(painter);
+    painter.restore();
+    furniture_.paint(painter);
+}
+
 void MapView::changeEvent(QEvent* event) {
-    QGraphicsView::changeEvent(event);
+    QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange ||
         event->type() == QEvent::StyleChange) {
         restyle();
@@ -182,26 +169,21 @@ void MapView::changeEvent(QEvent* event) {
 }
 
 void MapView::resizeEvent(QResizeEvent* event) {
-    QGraphicsView::resizeEvent(event);
-    state_.view.setSize(
-        {static_cast<double>(viewport()->width()), static_cast<double>(viewport()->height())});
+    QWidget::resizeEvent(event);
+    state_.view.setSize({static_cast<double>(width()), static_cast<double>(height())});
     if (set_ && !moved_) {
         state_.view.show(*set_);
-    }
-    scene_.setSceneRect(state_.frame());
-    for (Layer* layer : std::array<Layer*, 3>{ground_, stationLayer_, furniture_}) {
-        layer->fit();
     }
     restyle();
 }
 
 void MapView::showEvent(QShowEvent* event) {
-    QGraphicsView::showEvent(event);
+    QWidget::showEvent(event);
     restyle();
 }
 
 void MapView::hideEvent(QHideEvent* event) {
-    QGraphicsView::hideEvent(event);
+    QWidget::hideEvent(event);
     viewChanged();
 }
 

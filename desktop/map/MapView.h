@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "desktop/map/FurnitureLayer.h"
+#include "desktop/map/GroundLayer.h"
 #include "desktop/map/MapState.h"
+#include "desktop/map/StationLayer.h"
 #include "platform/views/Views.h"
 
-#include <QGraphicsScene>
-#include <QGraphicsView>
+#include <QWidget>
 
 #include <cstddef>
 #include <functional>
@@ -14,10 +16,6 @@
 #include <vector>
 
 namespace desktop {
-
-class FurnitureLayer;
-class GroundLayer;
-class StationLayer;
 
 /// What a map is made of.
 struct MapSetup {
@@ -33,10 +31,9 @@ struct MapSetup {
 /// Dragging moves it, wheel, pinch and double click zoom around the pointer, arrows, plus and minus
 /// do the same by key, and Home comes back to the region that the logic has set. The flyover turns
 /// and tilts when dragged, and moves with Shift held.
-class MapView final : public QGraphicsView, public platform::MapView {
+class MapView final : public QWidget, public platform::MapView {
 public:
     explicit MapView(MapSetup setup, QWidget* parent = nullptr);
-    ~MapView() override;
 
     /// Main thread only, like everything here.
     std::function<void(std::size_t station)> stationClicked;
@@ -61,6 +58,7 @@ public:
 
 protected:
     void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -69,9 +67,9 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
-    bool viewportEvent(QEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
 
 private:
@@ -83,7 +81,6 @@ private:
     void restyle();
     /// Takes note of what the view shows now, and asks for the tiles that it needs.
     void viewChanged();
-    void repaint();
     void zoomBy(double factor, const QPointF& fixed);
     /// As the user does: the region that the logic has set no longer holds.
     void moveBy(const QPointF& points);
@@ -94,10 +91,9 @@ private:
     MapState state_;
     const std::shared_ptr<TileLoader> loader_;
     TileWishes wishes_;
-    QGraphicsScene scene_;
-    GroundLayer* ground_;
-    StationLayer* stationLayer_;
-    FurnitureLayer* furniture_;
+    GroundLayer ground_{state_};
+    StationLayer dots_{state_};
+    FurnitureLayer furniture_{state_};
 
     /// The region that the logic has set, before it was fitted.
     std::optional<platform::Region> set_;

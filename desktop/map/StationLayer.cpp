@@ -52,36 +52,35 @@ QPixmap dotPicture(double zoom, double pixelsPerPoint, const MapScheme& scheme) 
 
 } // namespace
 
-void StationLayer::paint(QPainter* painter, const QStyleOptionGraphicsItem* /*option*/,
-                         QWidget* /*widget*/) {
-    painter->setFont(state().font);
-    drawDots(*painter);
-    if (state().type == platform::hybridMap) {
-        drawLabels(*painter);
+void StationLayer::paint(QPainter& painter) {
+    painter.setFont(state_.font);
+    drawDots(painter);
+    if (state_.type == platform::hybridMap) {
+        drawLabels(painter);
     }
-    drawMarker(*painter);
-    if (state().pointed) {
-        const map::Station& station = state().stations[*state().pointed];
+    drawMarker(painter);
+    if (state_.pointed) {
+        const map::Station& station = state_.stations[*state_.pointed];
         if (const auto at = screenPoint(station.location)) {
-            drawLabel(*painter, *at, station.identifier);
+            drawLabel(painter, *at, station.identifier);
         }
     }
 }
 
 std::optional<QPointF> StationLayer::screenPoint(const platform::Location& location) const {
-    const auto point = state().view.toScreen(map::project(location));
+    const auto point = state_.view.toScreen(map::project(location));
     return point ? std::optional(QPointF(point->x, point->y)) : std::nullopt;
 }
 
 void StationLayer::drawDots(QPainter& painter) {
-    const map::View& view = state().view;
+    const map::View& view = state_.view;
     shown_.clear();
-    state().index.add(view.seen(), leastApart / view.scale(), shown_);
-    const QPixmap dot = dotPicture(view.zoom(), state().pixelsPerPoint, state().scheme);
+    state_.index.add(view.seen(), leastApart / view.scale(), shown_);
+    const QPixmap dot = dotPicture(view.zoom(), state_.pixelsPerPoint, state_.scheme);
     const QSizeF size = dot.deviceIndependentSize();
     const QPointF middle(size.width() / 2, size.height() / 2);
     const QRectF frame =
-        state().frame().adjusted(-size.width(), -size.height(), size.width(), size.height());
+        state_.frame().adjusted(-size.width(), -size.height(), size.width(), size.height());
     for (const map::PlacedStation& station : shown_) {
         const auto point = view.toScreen(station.point);
         if (point && frame.contains(point->x, point->y)) {
@@ -94,55 +93,55 @@ void StationLayer::drawLabels(QPainter& painter) const {
     if (shown_.size() > mostLabels) {
         return;
     }
-    const QFontMetricsF metrics(state().font);
+    const QFontMetricsF metrics(state_.font);
     std::vector<QRectF> taken;
     for (const map::PlacedStation& station : shown_) {
-        const auto point = state().view.toScreen(station.point);
-        if (!point || !state().frame().contains(point->x, point->y)) {
+        const auto point = state_.view.toScreen(station.point);
+        if (!point || !state_.frame().contains(point->x, point->y)) {
             continue;
         }
-        const QString text = shownText(state().stations[station.number].identifier);
+        const QString text = shownText(state_.stations[station.number].identifier);
         const QRectF place(point->x + labelGap, point->y - metrics.height() / 2,
                            metrics.horizontalAdvance(text), metrics.height());
         if (std::none_of(taken.begin(), taken.end(),
                          [&](const QRectF& other) { return other.intersects(place); })) {
             taken.push_back(place);
-            drawHaloed(painter, place, text, state().scheme);
+            drawHaloed(painter, place, text, state_.scheme);
         }
     }
 }
 
 void StationLayer::drawMarker(QPainter& painter) const {
-    if (!state().marker) {
+    if (!state_.marker) {
         return;
     }
-    const auto at = screenPoint(state().marker->location);
+    const auto at = screenPoint(state_.marker->location);
     if (!at) {
         return;
     }
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
     for (const auto& [color, width] :
-         {std::pair(state().scheme.dotRim, 5.0), std::pair(state().scheme.marker, 2.5)}) {
+         {std::pair(state_.scheme.dotRim, 5.0), std::pair(state_.scheme.marker, 2.5)}) {
         painter.setPen(QPen(color, width));
         painter.drawEllipse(*at, 8, 8);
     }
     painter.setPen(Qt::NoPen);
-    painter.setBrush(state().scheme.marker);
+    painter.setBrush(state_.scheme.marker);
     painter.drawEllipse(*at, 2.5, 2.5);
-    drawLabel(painter, *at + QPointF(6, 0), state().marker->identifier);
+    drawLabel(painter, *at + QPointF(6, 0), state_.marker->identifier);
 }
 
 void StationLayer::drawLabel(QPainter& painter, const QPointF& at, const std::string& text) const {
     const QString shown = shownText(text);
-    const QFontMetricsF metrics(state().font);
+    const QFontMetricsF metrics(state_.font);
     QRectF plate(0, 0, metrics.horizontalAdvance(shown) + 8, metrics.height() + 4);
     plate.moveCenter(at);
     plate.moveLeft(at.x() + labelGap);
-    if (plate.right() > state().frame().right()) {
+    if (plate.right() > state_.frame().right()) {
         plate.moveRight(at.x() - labelGap - 12);
     }
-    drawPlate(painter, plate, state().scheme);
+    drawPlate(painter, plate, state_.scheme);
     painter.drawText(plate, Qt::AlignCenter, shown);
 }
 

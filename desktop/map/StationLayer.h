@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "desktop/map/Layer.h"
+#include "desktop/map/MapState.h"
 
 #include <QPixmap>
 
 namespace desktop {
 
 /// The stations as dots, the selected one's marker, and the identifiers that are shown beside them.
-class StationLayer final : public Layer {
+class StationLayer {
 public:
-    explicit StationLayer(const MapState& state) : Layer(state) {}
+    explicit StationLayer(const MapState& state) : state_(state) {}
 
-    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
+    void paint(QPainter& painter);
 
 private:
     void drawDots(QPainter& painter);
@@ -22,6 +22,7 @@ private:
     void drawLabel(QPainter& painter, const QPointF& at, const std::string& text) const;
     [[nodiscard]] std::optional<QPointF> screenPoint(const platform::Location& location) const;
 
+    const MapState& state_;
     /// Kept for its memory.
     std::vector<map::PlacedStation> shown_;
 };

@@ -42,19 +42,18 @@ protected:
                shown().scale();
     }
     void drag(const QPoint& from, const QPoint& to, Qt::KeyboardModifiers modifiers = {}) {
-        QWidget* viewport = view_.viewport();
-        QTest::mousePress(viewport, Qt::LeftButton, modifiers, from);
+        QTest::mousePress(&view_, Qt::LeftButton, modifiers, from);
         for (const QPoint& at : {(2 * from + to) / 3, (from + 2 * to) / 3, to}) {
-            QMouseEvent move(QEvent::MouseMove, at, viewport->mapToGlobal(at), Qt::NoButton,
+            QMouseEvent move(QEvent::MouseMove, at, view_.mapToGlobal(at), Qt::NoButton,
                              Qt::LeftButton, modifiers);
-            QCoreApplication::sendEvent(viewport, &move);
+            QCoreApplication::sendEvent(&view_, &move);
         }
-        QTest::mouseRelease(viewport, Qt::LeftButton, modifiers, to);
+        QTest::mouseRelease(&view_, Qt::LeftButton, modifiers, to);
     }
     void wheel(const QPointF& at, int units) {
-        QWheelEvent event(at, view_.viewport()->mapToGlobal(at), {}, {0, units}, Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(view_.viewport(), &event);
+        QWheelEvent event(at, view_.mapToGlobal(at), {}, {0, units}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&view_, &event);
     }
     [[nodiscard]] QPoint pointOf(const Location& location) const {
         const auto point = shown().toScreen(map::project(location)).value();
@@ -106,11 +105,11 @@ TEST_F(MapInputTest, WheelPinchAndDoubleClickZoomAroundThePointer) {
         EXPECT_NEAR(there.y, at.y(), 0.01);
     };
     zoomed(-1, [&] { wheel(at, -240); });
-    zoomed(1, [&] { QTest::mouseDClick(view_.viewport(), Qt::LeftButton, {}, at.toPoint()); });
+    zoomed(1, [&] { QTest::mouseDClick(&view_, Qt::LeftButton, {}, at.toPoint()); });
     zoomed(std::log2(1.25), [&] {
         QNativeGestureEvent pinch(Qt::ZoomNativeGesture, QPointingDevice::primaryPointingDevice(),
-                                  2, at, at, view_.viewport()->mapToGlobal(at), 0.25, {});
-        QCoreApplication::sendEvent(view_.viewport(), &pinch);
+                                  2, at, at, view_.mapToGlobal(at), 0.25, {});
+        QCoreApplication::sendEvent(&view_, &pinch);
     });
 }
 
@@ -123,16 +122,16 @@ TEST_F(MapInputTest, DotsNameThemselvesAndAreChosenByClicking) {
         SCOPED_TRACE(type);
         clicked.clear();
         view_.setMapType(type);
-        const QImage before = view_.viewport()->grab().toImage();
+        const QImage before = view_.grab().toImage();
         const QPoint at = pointOf(other);
-        QTest::mouseMove(view_.viewport(), at + QPoint(3, 3));
+        QTest::mouseMove(&view_, at + QPoint(3, 3));
         EXPECT_EQ(view_.state().pointed, 2U);
-        EXPECT_NE(view_.viewport()->grab().toImage(), before);
-        QTest::mouseClick(view_.viewport(), Qt::LeftButton, {}, at + QPoint(3, -3));
-        QTest::mouseClick(view_.viewport(), Qt::LeftButton, {}, pointOf(place));
-        QTest::mouseClick(view_.viewport(), Qt::LeftButton, {}, {40, 200});
+        EXPECT_NE(view_.grab().toImage(), before);
+        QTest::mouseClick(&view_, Qt::LeftButton, {}, at + QPoint(3, -3));
+        QTest::mouseClick(&view_, Qt::LeftButton, {}, pointOf(place));
+        QTest::mouseClick(&view_, Qt::LeftButton, {}, {40, 200});
         EXPECT_EQ(clicked, (std::vector<std::size_t>{2, 1}));
-        QTest::mouseMove(view_.viewport(), {40, 200});
+        QTest::mouseMove(&view_, {40, 200});
         EXPECT_FALSE(view_.state().pointed);
     }
     // A drag that begins on a dot is no click, and a list that is gone is not pointed at.
@@ -140,10 +139,10 @@ TEST_F(MapInputTest, DotsNameThemselvesAndAreChosenByClicking) {
     view_.setMapType(0);
     drag(pointOf(place), pointOf(place) + QPoint(50, 0));
     EXPECT_TRUE(clicked.empty());
-    QTest::mouseMove(view_.viewport(), pointOf(place));
+    QTest::mouseMove(&view_, pointOf(place));
     ASSERT_TRUE(view_.state().pointed);
     view_.setStations({});
-    view_.viewport()->grab();
+    view_.grab();
     EXPECT_FALSE(view_.state().pointed);
 }
 
@@ -167,7 +166,7 @@ TEST_F(MapInputTest, FlyoverTurnsWhenDragged) {
 TEST_F(MapInputTest, CreditLeadsToItsPage) {
     std::string page;
     view_.creditClicked = [&](const std::string& address) { page = address; };
-    QTest::mouseClick(view_.viewport(), Qt::LeftButton, {}, {590, 388});
+    QTest::mouseClick(&view_, Qt::LeftButton, {}, {590, 388});
     EXPECT_EQ(page, view_.state().loader->servers().front().creditPage);
     EXPECT_FALSE(page.empty());
 }

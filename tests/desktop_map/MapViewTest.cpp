@@ -61,7 +61,7 @@ int difference(const QImage& one, const QImage& other) {
 }
 
 QImage picture(MapView& view) {
-    return view.viewport()->grab().toImage();
+    return view.grab().toImage();
 }
 
 TEST(MapView, RegionIsReadBackAndFitsEveryShapeOfTheView) {
