@@ -21,17 +21,31 @@ namespace desktop {
 
 namespace {
 
-/// Holds back what the browser engine says of itself, and its warnings when it is made this late:
-/// they concern settings that the module makes in its own way.
+/// Holds back the browser engine's warnings when it is made this late: they concern settings that
+/// the module makes in its own way. And what it says of itself, whatever the user's rules of
+/// logging: it would ask a graphics context that is not there.
 class Quiet {
 public:
-    Quiet() {
-        QLoggingCategory::setFilterRules(
-            QStringLiteral("default.warning=false\nqt.webenginecontext.info=false"));
-    }
-    ~Quiet() { QLoggingCategory::setFilterRules({}); }
+    Quiet() { usual = QLoggingCategory::installFilter(filter); }
+    ~Quiet() { QLoggingCategory::installFilter(usual); }
     Quiet(const Quiet&) = delete;
     Quiet& operator=(const Quiet&) = delete;
+
+private:
+    static void filter(QLoggingCategory* category) {
+        if (usual) {
+            usual(category);
+        }
+        const QLatin1String name(category->categoryName());
+        if (name == QLatin1String("default")) {
+            category->setEnabled(QtWarningMsg, false);
+        } else if (name == QLatin1String("qt.webenginecontext")) {
+            category->setEnabled(QtDebugMsg, false);
+            category->setEnabled(QtInfoMsg, false);
+        }
+    }
+
+    static inline QLoggingCategory::CategoryFilter usual = nullptr;
 };
 
 /// Whether the browser engine can lock its processes in. Where it cannot it would end the program.

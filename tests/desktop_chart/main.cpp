@@ -28,7 +28,8 @@ extern "C" const char* __tsan_default_suppressions() {
 }
 
 /// Web pages without a display, in a home of their own. The browser engine trusts the throwaway
-/// certificate of the test's server, has a camera, and runs as root too, as in containers.
+/// certificate of the test's server, has a camera, and runs as root too, as in containers. It is
+/// asked to tell of itself, which must not happen.
 int main(int argc, char* argv[]) {
     const support::TemporaryFolder home;
     for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
@@ -38,6 +39,7 @@ int main(int argc, char* argv[]) {
     qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
     qputenv("QTWEBENGINE_CHROMIUM_FLAGS",
             "--ignore-certificate-errors --use-fake-device-for-media-stream");
+    qputenv("QT_LOGGING_RULES", "qt.webenginecontext.*=true");
     const QApplication application(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();

@@ -4,9 +4,7 @@
 #include "product/Product.h"
 
 #include <QChildEvent>
-#include <QCoreApplication>
 #include <QMouseEvent>
-#include <QOpenGLContext>
 #include <QQuickWindow>
 #include <QVBoxLayout>
 #include <QWebEngineDownloadRequest>
@@ -16,11 +14,6 @@
 #include <QWebEngineView>
 
 #include <utility>
-
-QT_BEGIN_NAMESPACE
-// Exported by the toolkit for the browser engine, declared in none of its headers.
-Q_GUI_EXPORT void qt_gl_set_global_share_context(QOpenGLContext* context);
-QT_END_NAMESPACE
 
 namespace desktop {
 
@@ -136,9 +129,9 @@ public:
     ChartPlugin() {
         // The engine draws with the processor: the graphics library that it would share with the
         // whole program must be there before the first window, and costs every start 58 MiB and
-        // 80 ms. It still looks up the shared context's format, so there is one that is never used.
+        // 80 ms. The engine asks for its format only to tell of itself: whoever loads the module
+        // sees to it that it does not.
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-        qt_gl_set_global_share_context(new QOpenGLContext(qApp));
     }
 
     [[nodiscard]] ChartPage* makePage(ChartPageSetup setup, QWidget* parent) override {
