@@ -8,8 +8,6 @@
 #include <QPainter>
 #include <QPainterPath>
 
-#include <algorithm>
-
 namespace desktop {
 
 namespace {
@@ -109,14 +107,9 @@ void BasePainter::drawNames(QPainter& painter) {
         const QString text = shownText(name.text);
         QRectF place(0, 0, metrics.horizontalAdvance(text), metrics.height());
         place.moveCenter({middle->x, middle->y});
-        const bool isFree = std::none_of(taken.begin(), taken.end(), [&](const QRectF& other) {
-            return other.intersects(place.adjusted(-6, -3, 6, 3));
-        });
-        if (place.width() * leastRoom > room || !isFree) {
-            continue;
+        if (place.width() * leastRoom <= room && take(taken, place, 6, 3)) {
+            drawHaloed(painter, place, text, state_.scheme);
         }
-        taken.push_back(place);
-        drawHaloed(painter, place, text, state_.scheme);
     }
 }
 

@@ -32,7 +32,7 @@ void FurnitureLayer::paint(QPainter& painter) const {
         painter.setRenderHint(QPainter::Antialiasing, false);
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(state_.scheme.focus, 2));
-        painter.drawRect(state_.frame().adjusted(1, 1, -1, -1));
+        painter.drawRect(grown(state_.frame(), -1, -1));
     }
 }
 
@@ -82,10 +82,10 @@ QRectF FurnitureLayer::creditPlace() const {
     const QRectF frame = state_.frame();
     const double room =
         std::max(frame.width() - longestBar - 4 * padding - 3 * edge, 0.4 * frame.width());
-    QRectF place = QFontMetricsF(smallFont())
-                       .boundingRect(QRectF(0, 0, room - 2 * padding, frame.height()),
-                                     Qt::AlignRight | Qt::TextWordWrap, text)
-                       .adjusted(-padding, -padding / 2, padding, padding / 2);
+    QRectF place = grown(QFontMetricsF(smallFont())
+                             .boundingRect(QRectF(0, 0, room - 2 * padding, frame.height()),
+                                           Qt::AlignRight | Qt::TextWordWrap, text),
+                         padding, padding / 2);
     place.moveBottomRight(frame.bottomRight() - QPointF(edge, edge));
     return place;
 }

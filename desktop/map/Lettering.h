@@ -7,8 +7,27 @@
 #include <QRectF>
 #include <QString>
 
+#include <algorithm>
+#include <vector>
+
 /// Text that can be read on any ground.
 namespace desktop {
+
+[[nodiscard]] inline QRectF grown(const QRectF& place, double across, double along) {
+    return place.adjusted(-across, -along, across, along);
+}
+
+/// Takes a place, grown by so much, unless another one is taken there.
+[[nodiscard]] inline bool take(std::vector<QRectF>& taken, const QRectF& place, double across = 0,
+                               double along = 0) {
+    const QRectF room = grown(place, across, along);
+    const bool isFree = std::none_of(taken.begin(), taken.end(),
+                                     [&](const QRectF& other) { return other.intersects(room); });
+    if (isFree) {
+        taken.push_back(place);
+    }
+    return isFree;
+}
 
 /// Centred, with a thin rim of another colour around its letters.
 inline void drawHaloed(QPainter& painter, const QRectF& place, const QString& text,

@@ -79,8 +79,7 @@ void StationLayer::drawDots(QPainter& painter) {
     const QPixmap dot = dotPicture(view.zoom(), state_.pixelsPerPoint, state_.scheme);
     const QSizeF size = dot.deviceIndependentSize();
     const QPointF middle(size.width() / 2, size.height() / 2);
-    const QRectF frame =
-        state_.frame().adjusted(-size.width(), -size.height(), size.width(), size.height());
+    const QRectF frame = grown(state_.frame(), size.width(), size.height());
     for (const map::PlacedStation& station : shown_) {
         const auto point = view.toScreen(station.point);
         if (point && frame.contains(point->x, point->y)) {
@@ -103,9 +102,7 @@ void StationLayer::drawLabels(QPainter& painter) const {
         const QString text = shownText(state_.stations[station.number].identifier);
         const QRectF place(point->x + labelGap, point->y - metrics.height() / 2,
                            metrics.horizontalAdvance(text), metrics.height());
-        if (std::none_of(taken.begin(), taken.end(),
-                         [&](const QRectF& other) { return other.intersects(place); })) {
-            taken.push_back(place);
+        if (take(taken, place)) {
             drawHaloed(painter, place, text, state_.scheme);
         }
     }
