@@ -3,6 +3,7 @@
 
 #include "desktop/windows/StationsOnMap.h"
 
+#include <QStackedWidget>
 #include <QTableView>
 
 #include <utility>

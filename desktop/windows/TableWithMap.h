@@ -5,7 +5,7 @@
 #include "desktop/map/MapView.h"
 #include "desktop/table/StationTable.h"
 
-#include <QStackedWidget>
+class QStackedWidget;
 
 namespace desktop {
 
