@@ -31,8 +31,8 @@ namespace platform {
 /// Bidi_Control); the line ends that stay are LF and CR. Bytes that are not UTF-8 stay as they are.
 [[nodiscard]] std::string withoutControls(std::string_view utf8);
 /// The same characters, line ends, tabs and backslashes escaped instead, so that the text stands on
-/// one line and can be had back: \t, \n, \r, \\, \u and the four hexadecimal digits of a character,
-/// \x and the two of a byte that is not UTF-8.
+/// one line and can be had back: `\t`, `\n`, `\r`, `\\`, `\u` and the four hexadecimal digits of a
+/// character, `\x` and the two of a byte that is not UTF-8.
 [[nodiscard]] std::string escapedControls(std::string_view utf8);
 
 /// One character a byte; a character that the encoding lacks becomes "?".
