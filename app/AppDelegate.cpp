@@ -23,11 +23,8 @@ AppDelegate::AppDelegate(platform::Host& host, app::Windows& windows)
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
-    for (platform::Button* button : {outlets.saver, outlets.viewer}) {
-        if (button) {
-            button->setEnabled(false);
-        }
-    }
+    outlets.saver->setEnabled(false);
+    outlets.viewer->setEnabled(false);
     makeStationWindow();
     bringToFront(*stationWindow_);
 }

@@ -9,7 +9,7 @@
 #include "browser/SCStationWindowController.h"
 #include "mystations/SCMyStationsWindowController.h"
 #include "platform/host/Host.h"
-#include "platform/views/Views.h"
+#include "platform/views/Outlet.h"
 
 #include <memory>
 #include <optional>
@@ -19,14 +19,14 @@
 /// only.
 class AppDelegate {
 public:
-    /// Controls outside the windows; each is borrowed and may be null.
+    /// Controls outside the windows; one that is left out is absent.
     struct Outlets {
-        platform::TextField* words = nullptr;
-        platform::Button* saver = nullptr;
-        platform::Button* viewer = nullptr;
-        platform::Button* parserIt = nullptr;
+        platform::Outlet<platform::TextField> words{};
+        platform::Outlet<platform::Button> saver{};
+        platform::Outlet<platform::Button> viewer{};
+        platform::Outlet<platform::Button> parserIt{};
         /// The entry that switches the favourites' weather on and off.
-        platform::MenuItem* favwe = nullptr;
+        platform::Outlet<platform::MenuItem> favwe{};
         /// Its choices are recorded and change nothing that is saved, as intended.
         SCSaveOptionsSheetController* so = nullptr;
     };

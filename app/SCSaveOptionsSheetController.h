@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/views/Views.h"
+#include "platform/views/Outlet.h"
 
 /// The logic of a sheet that asks how to save. Nothing shows it. Main thread only.
 class SCSaveOptionsSheetController {
 public:
     struct Outlets {
-        platform::Sheet* window = nullptr;
+        platform::Outlet<platform::Sheet> window{};
     };
 
     Outlets outlets;
@@ -23,9 +23,7 @@ public:
 
 private:
     void end(int returnCode) {
-        if (outlets.window) {
-            outlets.window->orderOut();
-            outlets.window->endSheet(returnCode);
-        }
+        outlets.window->orderOut();
+        outlets.window->endSheet(returnCode);
     }
 };

@@ -15,10 +15,8 @@ SLIBReleaseNotesWindowController::initWithWindowNibName(platform::Host& host, ap
         std::make_shared<SLIBReleaseNotesWindowController>(Private{}, std::move(name));
     controller->window_ = windows.releaseNotesWindow(*controller);
     controller->window_->showWindow();
-    if (controller->outlets.rlText) {
-        controller->outlets.rlText->readRTFDFromFile(
-            SupportLibCat::fileNameInBundle(host, "Release Notes.rtf"));
-    }
+    controller->outlets.rlText->readRTFDFromFile(
+        SupportLibCat::fileNameInBundle(host, "Release Notes.rtf"));
     return controller;
 }
 

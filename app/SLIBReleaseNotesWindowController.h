@@ -3,7 +3,7 @@
 
 #include "app/Windows.h"
 #include "platform/host/Host.h"
-#include "platform/views/Views.h"
+#include "platform/views/Outlet.h"
 
 #include <memory>
 #include <string>
@@ -12,7 +12,7 @@
 class SLIBReleaseNotesWindowController {
 public:
     struct Outlets {
-        platform::RichTextView* rlText = nullptr;
+        platform::Outlet<platform::RichTextView> rlText{};
     };
 
     /// Shows its window at once. What is borrowed outlives the controller.

@@ -17,7 +17,7 @@ std::shared_ptr<slibHelpWindow> slibHelpWindow::initWithWindowNibName(platform::
 void slibHelpWindow::awakeFromNib() {
     const std::string page = SupportLibCat::fileNameInBundle(host_, "index.html");
     std::error_code none;
-    if (outlets.theWebHelp && std::filesystem::exists(page, none)) {
+    if (std::filesystem::exists(page, none)) {
         outlets.theWebHelp->loadRequest(platform::URL::file(page));
     }
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/host/Host.h"
-#include "platform/views/WebView.h"
+#include "platform/views/Outlet.h"
 
 #include <memory>
 #include <string>
@@ -12,7 +12,7 @@
 class slibHelpWindow {
 public:
     struct Outlets {
-        platform::PageView* theWebHelp = nullptr;
+        platform::Outlet<platform::PageView> theWebHelp{};
     };
 
     [[nodiscard]] static std::shared_ptr<slibHelpWindow> initWithWindowNibName(platform::Host& host,

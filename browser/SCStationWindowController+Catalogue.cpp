@@ -14,9 +14,7 @@
 void SCStationWindowController::loadParsedFile(bool flag) {
     const std::string path =
         flag ? std::string() : SupportLibCat::fileNameInBundle(host_, "Stations.STNPKG");
-    if (outlets.dLcikWords) {
-        outlets.dLcikWords->setHidden(true);
-    }
+    outlets.dLcikWords->setHidden(true);
     replaceMaster(catalogue::readPackage(path));
     if (masterCollection()) {
         resetWorkingCollection();
@@ -54,9 +52,7 @@ void SCStationWindowController::parseit() {
     if (!chosen) {
         return;
     }
-    if (outlets.parserIt) {
-        outlets.parserIt->setEnabled(false);
-    }
+    outlets.parserIt->setEnabled(false);
     fileURL_.store(chosen);
     auto parser = stationparser::initWithNSString(host_.notificationCenter, host_.log,
                                                   catalogue::readListFile(chosen->path()));
@@ -100,25 +96,17 @@ void SCStationWindowController::publishParsed() {
 }
 
 void SCStationWindowController::showzTble() {
-    if (outlets.saver) {
-        outlets.saver->setEnabled(true);
-    }
-    if (outlets.parserIt) {
-        outlets.parserIt->setEnabled(true);
-    }
+    outlets.saver->setEnabled(true);
+    outlets.parserIt->setEnabled(true);
     const auto parser = parser_.load();
     const auto parsed = parser ? parser->theCollection() : nullptr;
-    if (outlets.words) {
-        // Plural even for one station, unlike the other count; intended.
-        outlets.words->setText(fmt::format("{} stations", parsed ? parsed->stations->size() : 0));
-    }
+    // Plural even for one station, unlike the other count; intended.
+    outlets.words->setText(fmt::format("{} stations", parsed ? parsed->stations->size() : 0));
     resetWorkingCollection();
     reloadTable();
     // The new list is shown whole, whatever was looked for in the old one.
     saerching_ = false;
-    if (outlets.sf) {
-        outlets.sf->setStringValue("");
-    }
+    outlets.sf->setStringValue("");
     selectAgain(selectedStation);
 }
 

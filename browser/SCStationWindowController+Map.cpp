@@ -13,15 +13,14 @@ void SCStationWindowController::mapStiation(const AviationWeatherStation& statio
         host_.log.line("Invalid center");
         return;
     }
-    if (outlets.mapV) {
-        map::showPlace(*outlets.mapV, centre, currentMapType);
-    }
-    if (outlets.secView && !outlets.secView->view.isHidden()) {
-        loadChart(station.latitude, station.longitude);
-    }
+    map::showPlace(*outlets.mapV, centre, currentMapType);
+    loadChart(station.latitude, station.longitude);
 }
 
 void SCStationWindowController::loadChart(double latitude, double longitude) {
+    if (!outlets.secView || outlets.secView->view.isHidden()) {
+        return;
+    }
     const auto address = [&](int zoom) {
         return fmt::format("https://{}/?ll={:f},{:f}&zoom={}", product::addresses::chartHost,
                            latitude, longitude, zoom);
@@ -35,9 +34,7 @@ void SCStationWindowController::switchieswitcheDu() {
         return;
     }
     currentMapType = outlets.switchieDu->selectedSegment();
-    if (outlets.mapV) {
-        outlets.mapV->setMapType(currentMapType);
-    }
+    outlets.mapV->setMapType(currentMapType);
     if (currentMapType == platform::chartMap) {
         showChart();
     } else {
@@ -48,24 +45,17 @@ void SCStationWindowController::switchieswitcheDu() {
 void SCStationWindowController::showMap() {
     if (outlets.secView && !outlets.secView->view.isHidden()) {
         outlets.secView->view.setHidden(true);
-        if (outlets.dLcikWords) {
-            outlets.dLcikWords->setHidden(true);
-        }
+        outlets.dLcikWords->setHidden(true);
     }
-    if (outlets.mapV && outlets.mapV->isHidden()) {
+    if (outlets.mapV->isHidden()) {
         outlets.mapV->setHidden(false);
     }
 }
 
 void SCStationWindowController::showChart() {
-    platform::Frame place;
-    if (outlets.mapV) {
-        place = outlets.mapV->frame();
-        outlets.mapV->setHidden(true);
-    }
-    if (outlets.dLcikWords) {
-        outlets.dLcikWords->setHidden(false);
-    }
+    const platform::Frame place = outlets.mapV->frame();
+    outlets.mapV->setHidden(true);
+    outlets.dLcikWords->setHidden(false);
     if (!outlets.secView) {
         return;
     }

@@ -110,7 +110,7 @@ void SCStationWindowController::switchieswitche() {
 }
 
 void SCStationWindowController::innnerGetDistant() {
-    const std::int64_t choice = outlets.distButton ? outlets.distButton->indexOfSelectedItem() : -1;
+    const std::int64_t choice = outlets.distButton->indexOfSelectedItem();
     const auto station = stationInRow(nowSelection);
     const auto master = masterCollection();
     if (choice < 0 || choice >= std::ssize(distancesInMiles) || !station || !master) {

@@ -23,25 +23,20 @@ void SCStationWindowController::tableViewSelectionDidChange(const platform::Tabl
 }
 
 void SCStationWindowController::setSelectionControlsEnabled(bool enabled) {
-    if (outlets.metarB) {
-        outlets.metarB->setEnabled(enabled);
-    }
-    if (outlets.distButton) {
-        outlets.distButton->setEnabled(enabled);
-    }
+    outlets.metarB->setEnabled(enabled);
+    outlets.distButton->setEnabled(enabled);
 }
 
 void SCStationWindowController::describeSelection() {
-    if (outlets.stationLine) {
-        outlets.stationLine->setText(
-            selectedStation ? catalogue::stationDescription(*selectedStation) : "");
-    }
-    if (outlets.showSelected) {
-        outlets.showSelected(selectedStation.get());
-    }
+    outlets.stationLine->setText(selectedStation ? catalogue::stationDescription(*selectedStation)
+                                                 : "");
+    outlets.showSelected(selectedStation.get());
 }
 
 void SCStationWindowController::resetTableSelectionAfterFilter() {
+    if (!outlets.table) {
+        return;
+    }
     std::int64_t row = 0;
     if (selectedStation && workingCollection && workingCollection->stations) {
         // The first station of the same name wins, whatever its identifier; intended.
@@ -52,11 +47,9 @@ void SCStationWindowController::resetTableSelectionAfterFilter() {
         });
         row = found - stations.begin();
     }
-    if (outlets.table) {
-        outlets.table->selectRow(row);
-        outlets.table->scrollRowToVisible(row);
-        settleSelection();
-    }
+    outlets.table->selectRow(row);
+    outlets.table->scrollRowToVisible(row);
+    settleSelection();
 }
 
 std::int64_t

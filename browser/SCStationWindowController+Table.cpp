@@ -7,15 +7,11 @@
 #include <utility>
 
 void SCStationWindowController::reloadTable() {
-    if (outlets.table) {
-        outlets.table->reloadData();
-    }
+    outlets.table->reloadData();
 }
 
 void SCStationWindowController::setWordsStringTHing(std::int64_t n) {
-    if (outlets.words) {
-        outlets.words->setText(fmt::format("{} {}", n, n < 2 ? "station" : "stations"));
-    }
+    outlets.words->setText(fmt::format("{} {}", n, n < 2 ? "station" : "stations"));
 }
 
 void SCStationWindowController::showWorkingCollection() {

@@ -15,12 +15,8 @@ void SCStationWindowController::requestWeather(StationArray stations, const std:
     wGrabber->revalidates = freshness == Freshness::revalidated;
     inWorkMetarString_.clear();
     inWorkTafString_.clear();
-    if (outlets.metarBackField) {
-        outlets.metarBackField->setString(metarText);
-    }
-    if (outlets.tafBackFiled) {
-        outlets.tafBackFiled->setString(tafText);
-    }
+    outlets.metarBackField->setString(metarText);
+    outlets.tafBackFiled->setString(tafText);
     wGrabber->getNewMessages(std::move(stations));
 }
 
@@ -41,7 +37,7 @@ void SCStationWindowController::requestSelectedWeather() {
 }
 
 void SCStationWindowController::getFavWeather() {
-    if (alwaysFavWeather_ != 1 || allFavorites().empty() || !outlets.table) {
+    if (alwaysFavWeather_ != 1 || allFavorites().empty()) {
         return;
     }
     const std::int64_t row = outlets.table->selectedRow();
@@ -94,13 +90,9 @@ void SCStationWindowController::updateTafBack(const std::string& text) {
 }
 
 void SCStationWindowController::sealMetarBack(const std::string& /*text*/) {
-    if (outlets.metarBackField) {
-        outlets.metarBackField->setString(inWorkMetarString_);
-    }
+    outlets.metarBackField->setString(inWorkMetarString_);
 }
 
 void SCStationWindowController::sealTafBack(const std::string& /*text*/) {
-    if (outlets.tafBackFiled) {
-        outlets.tafBackFiled->setString(inWorkTafString_);
-    }
+    outlets.tafBackFiled->setString(inWorkTafString_);
 }

@@ -29,17 +29,11 @@ SCStationWindowController::~SCStationWindowController() {
 }
 
 void SCStationWindowController::windowDidLoad() {
-    if (outlets.table) {
-        outlets.table->setDataSource(this);
-        outlets.table->setDelegate(this);
-    }
-    if (outlets.sf) {
-        outlets.sf->setSendsSearchStringImmediately(true);
-        outlets.sf->setSendsWholeSearchString(false);
-    }
-    if (outlets.switchie) {
-        outlets.switchie->setSelectedSegment(0);
-    }
+    outlets.table->setDataSource(this);
+    outlets.table->setDelegate(this);
+    outlets.sf->setSendsSearchStringImmediately(true);
+    outlets.sf->setSendsWholeSearchString(false);
+    outlets.switchie->setSelectedSegment(0);
     observe(stationparser::StationParseDone, &SCStationWindowController::parseIsDone);
     observe(SCWeatherGrabber::updateMetarString, &SCStationWindowController::updateMetarString);
     observe(SCWeatherGrabber::sealMetarString, &SCStationWindowController::sealMetarString);
@@ -50,9 +44,7 @@ void SCStationWindowController::windowDidLoad() {
     if (outlets.secView) {
         outlets.secView->view.setHidden(true);
     }
-    if (outlets.saver) {
-        outlets.saver->setEnabled(false);
-    }
+    outlets.saver->setEnabled(false);
     setSelectionControlsEnabled(false);
     loadParsedFile(false);
     alwaysFavWeather_ = static_cast<std::int32_t>(
@@ -60,26 +52,16 @@ void SCStationWindowController::windowDidLoad() {
     const platform::Value mapType = host_.userDefaults.objectForKey(mapTypeKey);
     currentMapType = std::holds_alternative<std::monostate>(mapType) ? platform::satelliteMap
                                                                      : platform::integerOf(mapType);
-    if (outlets.mapV) {
-        outlets.mapV->setMapType(currentMapType);
-    }
-    if (outlets.table) {
-        catalogue::setStationColumnWidths(*outlets.table);
-    }
+    outlets.mapV->setMapType(currentMapType);
+    catalogue::setStationColumnWidths(*outlets.table);
     nowSelection = -1;
-    if (outlets.distButton) {
-        outlets.distButton->selectItem(0);
-    }
-    if (outlets.table) {
-        // The second row, not the first; intended.
-        outlets.table->selectRow(1);
-    }
+    outlets.distButton->selectItem(0);
+    // The second row, not the first; intended.
+    outlets.table->selectRow(1);
     updateWeatherTimer =
         host_.timers.scheduleRepeating(weatherInterval, [this] { updateWeather(); });
     loadFavorites();
-    if (outlets.alwaysFavItem) {
-        outlets.alwaysFavItem->setState(alwaysFavWeather_ != 0);
-    }
+    outlets.alwaysFavItem->setState(alwaysFavWeather_ != 0);
     getFavWeather();
 }
 

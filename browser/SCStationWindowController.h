@@ -10,6 +10,7 @@
 #include "platform/host/Guarded.h"
 #include "platform/host/Host.h"
 #include "platform/host/OperationQueue.h"
+#include "platform/views/Outlet.h"
 #include "platform/views/Views.h"
 #include "weather/SCWeatherGrabber.h"
 
@@ -29,27 +30,29 @@
 class SCStationWindowController : public catalogue::StationRows,
                                   public std::enable_shared_from_this<SCStationWindowController> {
 public:
-    /// The controls; each is borrowed and may be null.
+    /// The controls; one that is left out is absent.
     struct Outlets {
-        SCMainTable* table = nullptr;
-        platform::SegmentedControl* switchie = nullptr;
-        platform::SegmentedControl* switchieDu = nullptr;
-        platform::SearchField* sf = nullptr;
-        platform::Button* saver = nullptr;
-        platform::Button* parserIt = nullptr;
-        platform::Button* metarB = nullptr;
-        platform::PopUpButton* distButton = nullptr;
-        platform::TextField* words = nullptr;
-        platform::MapView* mapV = nullptr;
+        platform::Outlet<SCMainTable> table{};
+        platform::Outlet<platform::SegmentedControl> switchie{};
+        platform::Outlet<platform::SegmentedControl> switchieDu{};
+        platform::Outlet<platform::SearchField> sf{};
+        platform::Outlet<platform::Button> saver{};
+        platform::Outlet<platform::Button> parserIt{};
+        platform::Outlet<platform::Button> metarB{};
+        platform::Outlet<platform::PopUpButton> distButton{};
+        platform::Outlet<platform::TextField> words{};
+        platform::Outlet<platform::MapView> mapV{};
+        /// Borrowed, and null for none: no mere view, it keeps what it shows.
         SCWebView* secView = nullptr;
-        platform::TextField* dLcikWords = nullptr;
-        platform::TextView* metarBackField = nullptr;
-        platform::TextView* tafBackFiled = nullptr;
+        platform::Outlet<platform::TextField> dLcikWords{};
+        platform::Outlet<platform::TextView> metarBackField{};
+        platform::Outlet<platform::TextView> tafBackFiled{};
         /// Names the selected station in full.
-        platform::TextField* stationLine = nullptr;
+        platform::Outlet<platform::TextField> stationLine{};
         /// Shows the selected station wherever else it is shown; called with null for none.
-        std::function<void(const AviationWeatherStation* station)> showSelected;
-        platform::MenuItem* alwaysFavItem = nullptr;
+        std::function<void(const AviationWeatherStation* station)> showSelected =
+            [](const AviationWeatherStation*) {};
+        platform::Outlet<platform::MenuItem> alwaysFavItem{};
     };
 
     [[nodiscard]] static std::shared_ptr<SCStationWindowController>
@@ -182,6 +185,7 @@ private:
     void showInTable(StationArray stations);
     void showMap();
     void showChart();
+    /// Nothing unless the chart is on show.
     void loadChart(double latitude, double longitude);
     void setSelectionControlsEnabled(bool enabled);
     void describeSelection();

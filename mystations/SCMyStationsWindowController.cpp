@@ -20,22 +20,14 @@ SCMyStationsWindowController::initWithWindowNibName(platform::Host& host, std::s
 }
 
 void SCMyStationsWindowController::windowDidLoad() {
-    if (outlets.mftable) {
-        outlets.mftable->setDataSource(this);
-        outlets.mftable->setDelegate(this);
-    }
-    if (outlets.mfsaver) {
-        outlets.mfsaver->setEnabled(false);
-    }
+    outlets.mftable->setDataSource(this);
+    outlets.mftable->setDelegate(this);
+    outlets.mfsaver->setEnabled(false);
     loadFavoritesFile();
     currentMapType_ = platform::satelliteMap;
-    if (outlets.mfmapV) {
-        outlets.mfmapV->setMapType(currentMapType_);
-    }
-    if (outlets.mftable) {
-        catalogue::setStationColumnWidths(*outlets.mftable);
-        outlets.mftable->reloadData();
-    }
+    outlets.mfmapV->setMapType(currentMapType_);
+    catalogue::setStationColumnWidths(*outlets.mftable);
+    outlets.mftable->reloadData();
 }
 
 std::string SCMyStationsWindowController::file() const {
@@ -51,8 +43,7 @@ void SCMyStationsWindowController::updateFavoritesFile() const {
 }
 
 void SCMyStationsWindowController::tableViewSelectionDidChange(const platform::TableView& table) {
-    const auto station = stationInRow(table.selectedRow());
-    if (station && outlets.mfmapV) {
+    if (const auto station = stationInRow(table.selectedRow())) {
         map::showPlace(*outlets.mfmapV, {station->latitude, station->longitude}, currentMapType_);
     }
 }

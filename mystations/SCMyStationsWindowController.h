@@ -4,7 +4,7 @@
 #include "catalogue/AviationWeatherStationCollection.h"
 #include "catalogue/StationCells.h"
 #include "platform/host/Host.h"
-#include "platform/views/Views.h"
+#include "platform/views/Outlet.h"
 
 #include <cstdint>
 #include <memory>
@@ -18,11 +18,11 @@
 /// Main thread only. Its window fills `outlets` before `windowDidLoad`, and dies before it.
 class SCMyStationsWindowController : public catalogue::StationRows {
 public:
-    /// The controls; each is borrowed and may be null.
+    /// The controls; one that is left out is absent.
     struct Outlets {
-        platform::TableView* mftable = nullptr;
-        platform::Button* mfsaver = nullptr;
-        platform::MapView* mfmapV = nullptr;
+        platform::Outlet<platform::TableView> mftable{};
+        platform::Outlet<platform::Button> mfsaver{};
+        platform::Outlet<platform::MapView> mfmapV{};
     };
 
     [[nodiscard]] static std::shared_ptr<SCMyStationsWindowController>

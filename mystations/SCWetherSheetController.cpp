@@ -6,15 +6,13 @@
 
 void SCWetherSheetController::addStiation(const std::shared_ptr<AviationWeatherStation>& station) {
     thisStation = station;
-    if (station && outlets.mapV) {
+    if (station) {
         map::showPlace(*outlets.mapV, {station->latitude, station->longitude},
                        platform::satelliteMap);
     }
 }
 
 void SCWetherSheetController::doneClicked() {
-    if (outlets.window) {
-        outlets.window->orderOut();
-        outlets.window->endSheet(1);
-    }
+    outlets.window->orderOut();
+    outlets.window->endSheet(1);
 }

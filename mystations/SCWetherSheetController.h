@@ -2,7 +2,7 @@
 #pragma once
 
 #include "catalogue/AviationWeatherStation.h"
-#include "platform/views/Views.h"
+#include "platform/views/Outlet.h"
 
 #include <memory>
 
@@ -10,11 +10,11 @@
 /// Its sheet fills `outlets` and dies before it.
 class SCWetherSheetController {
 public:
-    /// The controls; each is borrowed and may be null.
+    /// The controls; one that is left out is absent.
     struct Outlets {
-        platform::MapView* mapV = nullptr;
-        platform::Button* okB = nullptr;
-        platform::Sheet* window = nullptr;
+        platform::Outlet<platform::MapView> mapV{};
+        platform::Outlet<platform::Button> okB{};
+        platform::Outlet<platform::Sheet> window{};
     };
 
     Outlets outlets;

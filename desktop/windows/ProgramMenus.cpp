@@ -86,9 +86,7 @@ void ProgramMenus::addStationEntries() {
         QStringLiteral("Within 50 Miles"), QStringLiteral("Within 100 Miles")};
     for (int i = 0; i < 4; ++i) {
         addValidated(near_, distances[i], "geMeterDistChanged", {}, [this, i] {
-            if (auto* pop = delegate_->sw->outlets.distButton) {
-                pop->selectItem(i);
-            }
+            delegate_->sw->outlets.distButton->selectItem(i);
             delegate_->sw->geMeterDistChanged();
         });
     }

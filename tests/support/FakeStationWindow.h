@@ -43,7 +43,6 @@ struct FakeStationWindow {
                 .metarBackField = &metarBackField,
                 .tafBackFiled = &tafBackFiled,
                 .stationLine = &stationLine,
-                .showSelected = {},
                 .alwaysFavItem = &alwaysFavItem};
     }
     /// What a row shows in one column.
