@@ -13,10 +13,8 @@ void SCStationWindowController::requestWeather(StationArray stations, const std:
     }
     wGrabber = SCWeatherGrabber::init(host_);
     wGrabber->revalidates = freshness == Freshness::revalidated;
-    inWorkMetarString_.clear();
-    inWorkTafString_.clear();
-    outlets.metarBackField->setString(metarText);
-    outlets.tafBackFiled->setString(tafText);
+    metars_.begin(metarText);
+    tafs_.begin(tafText);
     wGrabber->getNewMessages(std::move(stations));
 }
 
@@ -82,17 +80,17 @@ void SCStationWindowController::handOver(const platform::Notification& notificat
 }
 
 void SCStationWindowController::updateMetarBack(const std::string& text) {
-    inWorkMetarString_ += text + "\n";
+    metars_.add(text);
 }
 
 void SCStationWindowController::updateTafBack(const std::string& text) {
-    inWorkTafString_ += text + "\n";
+    tafs_.add(text);
 }
 
 void SCStationWindowController::sealMetarBack(const std::string& /*text*/) {
-    outlets.metarBackField->setString(inWorkMetarString_);
+    metars_.show();
 }
 
 void SCStationWindowController::sealTafBack(const std::string& /*text*/) {
-    outlets.tafBackFiled->setString(inWorkTafString_);
+    tafs_.show();
 }

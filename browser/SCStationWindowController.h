@@ -2,6 +2,7 @@
 #pragma once
 
 #include "browser/FavoritesFile.h"
+#include "browser/ReportPane.h"
 #include "browser/SCMainTable.h"
 #include "browser/SCWebView.h"
 #include "catalogue/AviationWeatherStationCollection.h"
@@ -229,8 +230,8 @@ private:
     FavoritesFile favoritesFile_;
     /// Favourites that the master lacks. Read and changed while marks are locked.
     FavoritesFile::Identifiers unknownFavorites_;
-    std::string inWorkMetarString_;
-    std::string inWorkTafString_;
+    ReportPane metars_{outlets.metarBackField};
+    ReportPane tafs_{outlets.tafBackFiled};
     std::vector<platform::NotificationCenter::Token> observers_;
     /// The last one runs the current parse; earlier ones stay until their parse has ended.
     std::vector<std::unique_ptr<platform::OperationQueue>> queues_;
