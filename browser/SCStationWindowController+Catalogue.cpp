@@ -71,7 +71,7 @@ void SCStationWindowController::parseIsDone(const platform::Notification& /*noti
     host_.mainThread.perform(weak_from_this(), [this] { showzTble(); });
     if (const auto master = masterCollection(); master && master->stations) {
         for (const auto& station : *master->stations) {
-            if (station && !platform::Location{station->latitude, station->longitude}.isValid()) {
+            if (!platform::Location{station->latitude, station->longitude}.isValid()) {
                 host_.log.line(station->ICAO.value_or(""));
             }
         }

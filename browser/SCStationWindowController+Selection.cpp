@@ -42,7 +42,7 @@ void SCStationWindowController::resetTableSelectionAfterFilter() {
         // The first station of the same name wins, whatever its identifier; intended.
         const auto& stations = *workingCollection->stations;
         const auto found = std::ranges::find_if(stations, [this](const auto& station) {
-            return station && station->stationName && selectedStation->stationName &&
+            return station->stationName && selectedStation->stationName &&
                    *station->stationName == *selectedStation->stationName;
         });
         row = found - stations.begin();
@@ -61,7 +61,7 @@ SCStationWindowController::rowOf(const std::shared_ptr<AviationWeatherStation>& 
     auto found = std::ranges::find(stations, station);
     if (found == stations.end() && !platform::trimmed(station->ICAO.value_or("")).empty()) {
         found = std::ranges::find_if(stations, [&station](const auto& other) {
-            return other && other->ICAO == station->ICAO;
+            return other->ICAO == station->ICAO;
         });
     }
     return found == stations.end() ? -1 : found - stations.begin();

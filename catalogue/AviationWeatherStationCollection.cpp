@@ -121,7 +121,7 @@ StationArray AviationWeatherStationCollection::stationsThat(Keep keep) const {
     StationArray kept;
     if (stations) {
         for (const auto& station : *stations) {
-            if (station && keep(*station)) {
+            if (keep(*station)) {
                 kept.push_back(station);
             }
         }
@@ -143,7 +143,7 @@ std::shared_ptr<AviationWeatherStation> AviationWeatherStationCollection::statio
         return nullptr;
     }
     const auto found = std::ranges::find_if(*stations, [&identifier](const auto& station) {
-        return station && station->ICAO && *station->ICAO == *identifier;
+        return station->ICAO == identifier;
     });
     return found == stations->end() ? nullptr : *found;
 }
@@ -238,7 +238,7 @@ std::shared_ptr<AviationWeatherStation> AviationWeatherStationCollection::statio
     double best = 20037.0;
     const platform::DistanceBound bound(location);
     for (const auto& station : *stations) {
-        if (!station || bound.leastMetres(locationOf(*station), best) >= best) {
+        if (bound.leastMetres(locationOf(*station), best) >= best) {
             continue;
         }
         const double there = distanceMetres(location, locationOf(*station));
@@ -256,7 +256,7 @@ AviationWeatherStationCollection::copyWithZone() const {
     auto copy = copySharingStations();
     if (copy->stations) {
         for (auto& station : *copy->stations) {
-            station = station ? station->copyWithZone() : nullptr;
+            station = station->copyWithZone();
         }
     }
     return copy;
@@ -308,7 +308,7 @@ AviationWeatherStationCollection::markFavorites(const std::vector<std::string>& 
             if (wanted.empty()) {
                 break;
             }
-            if (station && station->ICAO && wanted.erase(*station->ICAO) > 0) {
+            if (station->ICAO && wanted.erase(*station->ICAO) > 0) {
                 station->setFavorite(true);
             }
         }

@@ -11,11 +11,12 @@
 #include <string>
 #include <vector>
 
+/// Records are never null: what an archive holds in a record's place is left out when it is read.
 using StationArray = std::vector<std::shared_ptr<AviationWeatherStation>>;
 
 /// An ordered set of station records and the queries over it. Every query keeps the order of
-/// `stations` and lists a station at most once; absent stations in it are passed over. No locks:
-/// one thread fills a collection and hands it over.
+/// `stations` and lists a station at most once. No locks: one thread fills a collection and hands
+/// it over.
 ///
 /// Distances are whole statute miles: metres are cut to a whole number, multiplied by 0.000621371
 /// and cut again. A station is within a limit when that number is strictly below it. A station

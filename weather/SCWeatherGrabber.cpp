@@ -51,7 +51,7 @@ void SCWeatherGrabber::sendRequest(Walk& walk) {
     const auto station = stationsToCollectWeatherFrom[static_cast<std::size_t>(walk.index)];
     currentString_ = "";
     const auto self = shared_from_this();
-    if (!station || platform::trimmed(station->ICAO.value_or("")).empty()) {
+    if (platform::trimmed(station->ICAO.value_or("")).empty()) {
         host_.urlSessions.perform([self, &walk] { self->handleReply(walk, {}); });
         return;
     }

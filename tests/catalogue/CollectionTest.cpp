@@ -40,7 +40,6 @@ TEST(Collection, SearchesTheFirstPresentArgumentOnly) {
         {"    ", std::nullopt, std::nullopt},
         {std::nullopt, "\xC4\xB0STANBUL \xE2\x84\xAA", std::string(70, 'A') + "KELVIN"},
     });
-    collection->stations->push_back(nullptr);
     using Text = std::optional<std::string>;
     struct {
         Text identifier, name, state;
