@@ -53,7 +53,7 @@ void SCStationWindowController::showMap() {
 }
 
 void SCStationWindowController::showChart() {
-    const platform::Frame place = outlets.mapV->frame();
+    const platform::Rect place = outlets.mapV->frame();
     outlets.mapV->setHidden(true);
     outlets.dLcikWords->setHidden(false);
     if (!outlets.secView) {

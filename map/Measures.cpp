@@ -51,8 +51,8 @@ ScaleMark mark(double metresPerPoint, double longest, double metresPerUnit, cons
 
 } // namespace
 
-Graticule graticule(const View& view, double apart) {
-    const double pointsPerSecond = view.scale() / (360 * degree);
+Graticule graticule(const Camera& camera, double apart) {
+    const double pointsPerSecond = camera.scale() / (360 * degree);
     const auto* found = std::ranges::find_if(steps, [&](std::int64_t step) {
         return static_cast<double>(step) * pointsPerSecond >= apart;
     });
@@ -60,7 +60,7 @@ Graticule graticule(const View& view, double apart) {
     const auto width = static_cast<double>(step);
 
     Graticule lines;
-    const WorldRect seen = view.seen();
+    const WorldRect seen = camera.seen();
     const auto count = [width](double secondsOfArc) {
         return static_cast<std::int64_t>(std::floor(secondsOfArc / width));
     };
@@ -83,9 +83,9 @@ Graticule graticule(const View& view, double apart) {
     return lines;
 }
 
-ScaleBar scaleBar(const View& view, double longest) {
-    const double latitude = unproject(view.centre()).latitude;
-    const double metresPerPoint = metresPerDegreeEast(latitude) * 360 / view.scale();
+ScaleBar scaleBar(const Camera& camera, double longest) {
+    const double latitude = unproject(camera.centre()).latitude;
+    const double metresPerPoint = metresPerDegreeEast(latitude) * 360 / camera.scale();
     return {mark(metresPerPoint, longest, 1000, "km"),
             mark(metresPerPoint, longest, metresPerMile, "mi")};
 }

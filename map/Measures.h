@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "map/View.h"
+#include "map/Camera.h"
 
 #include <string>
 #include <vector>
@@ -22,7 +22,7 @@ struct Graticule {
 };
 
 /// The lines of the least round step that keeps meridians `apart` points from each other.
-[[nodiscard]] Graticule graticule(const View& view, double apart);
+[[nodiscard]] Graticule graticule(const Camera& camera, double apart);
 
 /// A round distance, and its length in points from east to west at the middle of the view.
 struct ScaleMark {
@@ -37,6 +37,6 @@ struct ScaleBar {
 };
 
 /// Each the longest of 1, 2 or 5 times a power of ten that is at most so many points long.
-[[nodiscard]] ScaleBar scaleBar(const View& view, double longest);
+[[nodiscard]] ScaleBar scaleBar(const Camera& camera, double longest);
 
 } // namespace map

@@ -110,12 +110,12 @@ void StationIndex::search(const Quarter& quarter, Query& query) {
     }
 }
 
-std::optional<std::uint32_t> StationIndex::nearest(const View& view, const ScreenPoint& point,
+std::optional<std::uint32_t> StationIndex::nearest(const Camera& camera, const ScreenPoint& point,
                                                    double reach) const {
     WorldRect rect{1e9, 1e9, -1e9, -1e9};
     for (const double right : {-reach, reach}) {
         for (const double down : {-reach, reach}) {
-            const WorldPoint corner = view.toWorld({point.x + right, point.y + down});
+            const WorldPoint corner = camera.toWorld({point.x + right, point.y + down});
             rect = {std::min(rect.left, corner.x), std::min(rect.top, corner.y),
                     std::max(rect.right, corner.x), std::max(rect.bottom, corner.y)};
         }
@@ -126,7 +126,7 @@ std::optional<std::uint32_t> StationIndex::nearest(const View& view, const Scree
     std::optional<std::uint32_t> best;
     double least = reach;
     for (const PlacedStation& station : found) {
-        if (const auto shown = view.toScreen(station.point)) {
+        if (const auto shown = camera.toScreen(station.point)) {
             const double distance = std::hypot(shown->x - point.x, shown->y - point.y);
             if (distance <= least) {
                 least = distance;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "map/View.h"
+#include "map/Camera.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -37,8 +37,8 @@ public:
 
     /// The one that is shown nearest to a point, at most `reach` points away from it; of several at
     /// one place the first of the list.
-    [[nodiscard]] std::optional<std::uint32_t> nearest(const View& view, const ScreenPoint& point,
-                                                       double reach) const;
+    [[nodiscard]] std::optional<std::uint32_t>
+    nearest(const Camera& camera, const ScreenPoint& point, double reach) const;
 
     [[nodiscard]] std::size_t size() const { return entries_.size(); }
 

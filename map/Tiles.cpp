@@ -40,16 +40,16 @@ Tile Tile::parent() const {
     return {zoom - 1, x >> 1, y >> 1};
 }
 
-int tileZoom(const View& view, int highest, double pixelsPerPoint) {
-    const double exact = view.zoom() + std::log2(std::max(pixelsPerPoint, 0.125));
+int tileZoom(const Camera& camera, int highest, double pixelsPerPoint) {
+    const double exact = camera.zoom() + std::log2(std::max(pixelsPerPoint, 0.125));
     return std::clamp(static_cast<int>(std::lround(exact)), 0,
                       std::clamp(highest, 0, highestLevel));
 }
 
-std::vector<Tile> tilesIn(const View& view, int zoom, std::size_t most) {
+std::vector<Tile> tilesIn(const Camera& camera, int zoom, std::size_t most) {
     zoom = std::clamp(zoom, 0, highestLevel);
     const int count = 1 << zoom;
-    const WorldRect seen = view.seen();
+    const WorldRect seen = camera.seen();
     const auto index = [count](double part) { return static_cast<int>(std::floor(part * count)); };
     const int top = std::max(index(seen.top), 0);
     const int bottom = std::min(index(seen.bottom), count - 1);
@@ -63,15 +63,15 @@ std::vector<Tile> tilesIn(const View& view, int zoom, std::size_t most) {
     }
     for (int y = top; y <= bottom; ++y) {
         for (int x = left; x <= right; ++x) {
-            if (const Tile tile{zoom, x, y}; view.maySee(tile.rect())) {
+            if (const Tile tile{zoom, x, y}; camera.maySee(tile.rect())) {
                 tiles.push_back(tile);
             }
         }
     }
     std::ranges::sort(tiles, {}, [&](const Tile& tile) {
         const WorldRect rect = tile.rect();
-        return std::hypot((rect.left + rect.right) / 2 - view.centre().x,
-                          (rect.top + rect.bottom) / 2 - view.centre().y);
+        return std::hypot((rect.left + rect.right) / 2 - camera.centre().x,
+                          (rect.top + rect.bottom) / 2 - camera.centre().y);
     });
     tiles.resize(std::min(tiles.size(), most));
     return tiles;
@@ -92,12 +92,12 @@ std::string tileAddress(std::string_view pattern, const Tile& tile) {
     return address;
 }
 
-bool TileServer::covers(const View& view) const {
+bool TileServer::covers(const Camera& camera) const {
     if (coverage.empty()) {
         return true;
     }
-    std::vector<platform::Location> places{unproject(view.centre())};
-    for (const WorldPoint& corner : view.corners()) {
+    std::vector<platform::Location> places{unproject(camera.centre())};
+    for (const WorldPoint& corner : camera.corners()) {
         places.push_back(unproject(corner));
     }
     return std::ranges::any_of(coverage, [&](const auto& polygon) {
@@ -107,9 +107,9 @@ bool TileServer::covers(const View& view) const {
 }
 
 std::optional<std::size_t> serverFor(std::span<const TileServer> servers, Imagery imagery,
-                                     const View& view) {
+                                     const Camera& camera) {
     const auto found = std::ranges::find_if(servers, [&](const TileServer& server) {
-        return server.imagery == imagery && server.covers(view);
+        return server.imagery == imagery && server.covers(camera);
     });
     return found == servers.end()
                ? std::nullopt

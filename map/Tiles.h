@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "map/View.h"
+#include "map/Camera.h"
 
 #include <cstddef>
 #include <optional>
@@ -31,10 +31,10 @@ struct Tile {
 };
 
 /// The level whose pixels come nearest to the screen's, from 0 to `highest`.
-[[nodiscard]] int tileZoom(const View& view, int highest, double pixelsPerPoint);
+[[nodiscard]] int tileZoom(const Camera& camera, int highest, double pixelsPerPoint);
 
 /// What of a level a view shows, nearest to its centre first; no more than `most`.
-[[nodiscard]] std::vector<Tile> tilesIn(const View& view, int zoom, std::size_t most);
+[[nodiscard]] std::vector<Tile> tilesIn(const Camera& camera, int zoom, std::size_t most);
 
 /// `pattern` with "{z}", "{x}" and "{y}" replaced by the numbers of the tile on the first turn.
 [[nodiscard]] std::string tileAddress(std::string_view pattern, const Tile& tile);
@@ -55,7 +55,7 @@ struct TileServer {
     std::vector<std::vector<platform::Location>> coverage;
 
     /// Whether the middle and all corners of the view lie in one of the polygons.
-    [[nodiscard]] bool covers(const View& view) const;
+    [[nodiscard]] bool covers(const Camera& camera) const;
 };
 
 /// The servers of the address table. Of those that cover a view the first is meant.
@@ -63,6 +63,6 @@ struct TileServer {
 
 /// The index of the one for a view; nothing when there is none.
 [[nodiscard]] std::optional<std::size_t> serverFor(std::span<const TileServer> servers,
-                                                   Imagery imagery, const View& view);
+                                                   Imagery imagery, const Camera& camera);
 
 } // namespace map

@@ -150,7 +150,7 @@ platform::ViewAnimation SLibObject::prepViewAnimationRectMove_start_dest_howLong
 
 void SLibObject::logRect(platform::Host& host, const platform::Rect& rect) {
     host.log.line(fmt::format("Rect origin x {:f} y {:f}   size width {:f} size height {:f}",
-                              rect.origin.x, rect.origin.y, rect.width, rect.height));
+                              rect.x, rect.y, rect.width, rect.height));
 }
 
 void SLibObject::logPoint(platform::Host& host, platform::Point point) {

@@ -84,7 +84,7 @@ void ChartView::setHidden(bool hidden) {
     QWidget::setHidden(hidden);
 }
 
-void ChartView::setFrame(const platform::Frame& frame) {
+void ChartView::setFrame(const platform::Rect& frame) {
     setGeometry(QRectF(frame.x, frame.y, frame.width, frame.height).toRect());
 }
 

@@ -34,7 +34,7 @@ public:
 
     [[nodiscard]] bool isHidden() const override { return QWidget::isHidden(); }
     void setHidden(bool hidden) override;
-    void setFrame(const platform::Frame& frame) override;
+    void setFrame(const platform::Rect& frame) override;
     void setUIDelegate(platform::WebViewUIDelegate* delegate) override { delegate_ = delegate; }
     /// Before the view is first shown the address is kept until then.
     void loadRequest(const platform::URL& address) override;

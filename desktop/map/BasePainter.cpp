@@ -19,7 +19,7 @@ constexpr double margin = 8;
 constexpr double leastRoom = 0.9;
 
 QPolygonF polygonOf(const map::Lines& lines, std::size_t begin, std::size_t end,
-                    const map::View& view) {
+                    const map::Camera& view) {
     QPolygonF polygon;
     polygon.reserve(static_cast<qsizetype>(end - begin));
     for (std::size_t i = begin; i < end; ++i) {

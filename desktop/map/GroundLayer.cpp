@@ -22,12 +22,12 @@ constexpr double graticuleStep = 110;
 constexpr int coarsest = 5;
 
 /// From points east and south of the view's centre to the screen.
-QTransform groundTransform(const map::View& view) {
+QTransform groundTransform(const map::Camera& view) {
     const auto m = view.matrix();
     return {m[0], m[1], m[2], m[3], m[4], m[5], m[6], m[7], m[8]};
 }
 
-QRectF groundRect(const map::WorldRect& rect, const map::View& view) {
+QRectF groundRect(const map::WorldRect& rect, const map::Camera& view) {
     const map::WorldPoint& centre = view.centre();
     return {QPointF(rect.left - centre.x, rect.top - centre.y) * view.scale(),
             QPointF(rect.right - centre.x, rect.bottom - centre.y) * view.scale()};
@@ -83,7 +83,7 @@ GroundLayer::Picture GroundLayer::pictureFor(const map::Tile& tile) const {
 }
 
 void GroundLayer::drawTiles(QPainter& painter) const {
-    const map::View& view = state_.view;
+    const map::Camera& view = state_.view;
     const double pixels = state_.pixelsPerPoint;
     // Flat tiles meet at whole pixels of the screen; tilted ones overlap a little instead.
     const QPointF middle(view.size().width / 2, view.size().height / 2);
@@ -108,7 +108,7 @@ void GroundLayer::drawTiles(QPainter& painter) const {
 }
 
 void GroundLayer::drawGraticule(QPainter& painter) const {
-    const map::View& view = state_.view;
+    const map::Camera& view = state_.view;
     const map::Graticule lines = map::graticule(view, graticuleStep);
     QPen pen(state_.scheme.graticule, 1);
     pen.setCosmetic(true);
@@ -126,7 +126,7 @@ void GroundLayer::drawGraticule(QPainter& painter) const {
 }
 
 void GroundLayer::drawGraticuleLabels(QPainter& painter) const {
-    const map::View& view = state_.view;
+    const map::Camera& view = state_.view;
     const map::Graticule lines = map::graticule(view, graticuleStep);
     QFont font = state_.font;
     font.setPointSizeF(font.pointSizeF() * 0.8);

@@ -4,9 +4,9 @@
 #include "desktop/map/MapScheme.h"
 #include "desktop/map/TileLoader.h"
 #include "map/BaseMap.h"
+#include "map/Camera.h"
 #include "map/StationIndex.h"
 #include "map/Tiles.h"
-#include "map/View.h"
 #include "platform/views/MapType.h"
 
 #include <QFont>
@@ -20,7 +20,7 @@ namespace desktop {
 
 /// What the map's layers draw. Written by the map view only; positions are in its points.
 struct MapState {
-    map::View view;
+    map::Camera view;
     /// One that is drawn, which the chart is not.
     std::int64_t type = platform::standardMap;
     MapScheme scheme;

@@ -70,7 +70,7 @@ void MapView::setHidden(bool hidden) {
     setVisible(!hidden);
 }
 
-platform::Frame MapView::frame() const {
+platform::Rect MapView::frame() const {
     return {static_cast<double>(x()), static_cast<double>(y()), static_cast<double>(width()),
             static_cast<double>(height())};
 }

@@ -50,7 +50,7 @@ public:
 
     [[nodiscard]] bool isHidden() const override;
     void setHidden(bool hidden) override;
-    [[nodiscard]] platform::Frame frame() const override;
+    [[nodiscard]] platform::Rect frame() const override;
     void setMapType(std::int64_t type) override;
     void setCenterCoordinate(const platform::Location& centre) override;
     [[nodiscard]] platform::Region regionThatFits(const platform::Region& region) const override;

@@ -73,7 +73,7 @@ std::optional<QPointF> StationLayer::screenPoint(const platform::Location& locat
 }
 
 void StationLayer::drawDots(QPainter& painter) {
-    const map::View& view = state_.view;
+    const map::Camera& view = state_.view;
     shown_.clear();
     state_.index.add(view.seen(), leastApart / view.scale(), shown_);
     const QPixmap dot = dotPicture(view.zoom(), state_.pixelsPerPoint, state_.scheme);

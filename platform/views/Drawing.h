@@ -27,6 +27,16 @@ struct Point {
     friend bool operator==(const Point&, const Point&) = default;
 };
 
+/// In points; like a point it is read as whoever keeps it says.
+struct Rect {
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+
+    friend bool operator==(const Rect&, const Rect&) = default;
+};
+
 struct Font {
     enum Trait : unsigned { italic = 1, bold = 2 };
 

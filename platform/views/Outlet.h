@@ -77,7 +77,7 @@ template <>
 struct Absent<MapView> final : MapView {
     [[nodiscard]] bool isHidden() const override { return true; }
     void setHidden(bool /*hidden*/) override {}
-    [[nodiscard]] Frame frame() const override { return {}; }
+    [[nodiscard]] Rect frame() const override { return {}; }
     void setMapType(std::int64_t /*type*/) override {}
     void setCenterCoordinate(const Location& /*centre*/) override {}
     [[nodiscard]] Region regionThatFits(const Region& region) const override { return region; }

@@ -7,15 +7,6 @@
 
 namespace platform {
 
-/// In points.
-struct Rect {
-    Point origin;
-    double width = 0;
-    double height = 0;
-
-    friend bool operator==(const Rect&, const Rect&) = default;
-};
-
 /// Anything on the screen that can be moved. Main thread only.
 class View {
 public:

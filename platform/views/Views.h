@@ -91,23 +91,14 @@ public:
     virtual void readRTFDFromFile(const std::string& path) = 0;
 };
 
-/// Where a control lies in the window, in points from the upper left corner.
-struct Frame {
-    double x = 0;
-    double y = 0;
-    double width = 0;
-    double height = 0;
-
-    friend bool operator==(const Frame&, const Frame&) = default;
-};
-
 /// A map of the world; an invalid coordinate or region changes nothing.
 class MapView {
 public:
     virtual ~MapView() = default;
     [[nodiscard]] virtual bool isHidden() const = 0;
     virtual void setHidden(bool hidden) = 0;
-    [[nodiscard]] virtual Frame frame() const = 0;
+    /// Where it lies in the window, from the upper left corner.
+    [[nodiscard]] virtual Rect frame() const = 0;
     /// A `MapType`, of which it draws the drawn type; any other number changes nothing.
     virtual void setMapType(std::int64_t type) = 0;
     /// A place beyond the edge of the map is moved onto it, here and in regions.

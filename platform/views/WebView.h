@@ -28,7 +28,7 @@ class WebView : public PageView {
 public:
     [[nodiscard]] virtual bool isHidden() const = 0;
     virtual void setHidden(bool hidden) = 0;
-    virtual void setFrame(const Frame& frame) = 0;
+    virtual void setFrame(const Rect& frame) = 0;
     /// Borrowed; null lets go of it.
     virtual void setUIDelegate(WebViewUIDelegate* delegate) = 0;
 };

@@ -34,7 +34,7 @@ protected:
         setup.tiles = std::make_shared<desktop::TileLoader>(sources);
         return setup;
     }
-    [[nodiscard]] const map::View& shown() const { return view_.state().view; }
+    [[nodiscard]] const map::Camera& shown() const { return view_.state().view; }
     /// How far the middle of the view has moved, in points.
     [[nodiscard]] QPointF moved() const {
         const map::WorldPoint before = map::project(place);

@@ -8,11 +8,11 @@ namespace {
 
 using testing::ElementsAre;
 
-map::View viewOf(const platform::Region& region) {
-    map::View view;
-    view.setSize({600, 400});
-    view.show(region);
-    return view;
+map::Camera cameraOf(const platform::Region& region) {
+    map::Camera camera;
+    camera.setSize({600, 400});
+    camera.show(region);
+    return camera;
 }
 
 std::vector<std::string> labels(const std::vector<map::GraticuleLine>& lines) {
@@ -24,17 +24,17 @@ std::vector<std::string> labels(const std::vector<map::GraticuleLine>& lines) {
 }
 
 TEST(Graticule, LabelsRoundAngles) {
-    const auto world = map::graticule(viewOf({{0, 0}, 100, 360}), 100);
+    const auto world = map::graticule(cameraOf({{0, 0}, 100, 360}), 100);
     EXPECT_THAT(labels(world.meridians),
                 ElementsAre("120°W", "60°W", "0°", "60°E", "120°E", "180°"));
     EXPECT_THAT(labels(world.parallels), ElementsAre("60°S", "0°", "60°N"));
 
-    const auto station = map::graticule(viewOf({{47.505, -122.25}, 0.02, 0.03}), 200);
+    const auto station = map::graticule(cameraOf({{47.505, -122.25}, 0.02, 0.03}), 200);
     EXPECT_THAT(labels(station.meridians), ElementsAre("122°16′W", "122°15′W", "122°14′W"));
     EXPECT_THAT(labels(station.parallels), ElementsAre("47°30′N"));
 
     // On to the next turn of the earth, where the lines stand in their places.
-    const map::View fiji = viewOf({{-17, 180}, 3, 3});
+    const map::Camera fiji = cameraOf({{-17, 180}, 3, 3});
     const auto dateLine = map::graticule(fiji, 100);
     EXPECT_THAT(labels(dateLine.meridians),
                 ElementsAre("178°E", "179°E", "180°", "179°W", "178°W"));
@@ -53,16 +53,16 @@ TEST(ScaleBar, IsRoundAndTrue) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.kilometres);
-        const map::View view = viewOf(row.region);
-        const map::ScaleBar bar = map::scaleBar(view, 120);
+        const map::Camera camera = cameraOf(row.region);
+        const map::ScaleBar bar = map::scaleBar(camera, 120);
         EXPECT_EQ(bar.kilometres.label, row.kilometres);
         EXPECT_EQ(bar.statuteMiles.label, row.miles);
         for (const auto& [mark, unit] :
              {std::pair(bar.kilometres, 1000.0), std::pair(bar.statuteMiles, 1609.344)}) {
             EXPECT_LE(mark.length, 120.001);
             EXPECT_GT(mark.length, 47);
-            const auto west = map::unproject(view.toWorld({300, 200}));
-            const auto east = map::unproject(view.toWorld({301, 200}));
+            const auto west = map::unproject(camera.toWorld({300, 200}));
+            const auto east = map::unproject(camera.toWorld({301, 200}));
             EXPECT_NEAR(platform::distanceMetres(west, east) * mark.length / unit /
                             std::stod(mark.label),
                         1, 1e-3);

@@ -8,23 +8,23 @@
 
 namespace {
 
+using map::Camera;
 using map::Imagery;
 using map::Tile;
-using map::View;
 
-View viewAt(const platform::Location& place, double metres, double width = 700,
-            double height = 450) {
-    View view;
-    view.setSize({width, height});
-    view.show(map::regionWithDistance(place, metres, metres));
-    return view;
+Camera cameraAt(const platform::Location& place, double metres, double width = 700,
+                double height = 450) {
+    Camera camera;
+    camera.setSize({width, height});
+    camera.show(map::regionWithDistance(place, metres, metres));
+    return camera;
 }
 
-/// Every ninth point of the view lies in one of the tiles, and every tile meets the view.
-void expectToCover(const View& view, const std::vector<Tile>& tiles) {
-    for (double x = 0.5; x < view.size().width; x += 9) {
-        for (double y = 0.5; y < view.size().height; y += 9) {
-            const map::WorldPoint point = view.toWorld({x, y});
+/// Every ninth point of the view lies in one of the tiles, and every tile meets it.
+void expectToCover(const Camera& camera, const std::vector<Tile>& tiles) {
+    for (double x = 0.5; x < camera.size().width; x += 9) {
+        for (double y = 0.5; y < camera.size().height; y += 9) {
+            const map::WorldPoint point = camera.toWorld({x, y});
             const auto holds = [&](const Tile& tile) {
                 return tile.rect().overlaps({point.x, point.y, point.x, point.y});
             };
@@ -33,43 +33,43 @@ void expectToCover(const View& view, const std::vector<Tile>& tiles) {
         }
     }
     for (const Tile& tile : tiles) {
-        EXPECT_TRUE(view.maySee(tile.rect()));
+        EXPECT_TRUE(camera.maySee(tile.rect()));
     }
 }
 
 TEST(Tiles, CoverTheViewAndNoMore) {
     const struct {
         const char* what;
-        View view;
+        Camera camera;
         int zoom;
         std::size_t most;
     } rows[] = {
-        {"station", viewAt({48.35, 11.79}, 2000), 15, 20},
-        {"date line", viewAt({-17.7, 179.999}, 50'000), 10, 20},
-        {"edge", viewAt({85.05, 0}, 2000), 12, 16},
-        {"large screen", viewAt({0, 0}, 1e8, 3840, 2160), 4, 170},
+        {"station", cameraAt({48.35, 11.79}, 2000), 15, 20},
+        {"date line", cameraAt({-17.7, 179.999}, 50'000), 10, 20},
+        {"edge", cameraAt({85.05, 0}, 2000), 12, 16},
+        {"large screen", cameraAt({0, 0}, 1e8, 3840, 2160), 4, 170},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
-        EXPECT_EQ(map::tileZoom(row.view, 19, 1), row.zoom);
-        const auto tiles = map::tilesIn(row.view, row.zoom, 1000);
-        expectToCover(row.view, tiles);
+        EXPECT_EQ(map::tileZoom(row.camera, 19, 1), row.zoom);
+        const auto tiles = map::tilesIn(row.camera, row.zoom, 1000);
+        expectToCover(row.camera, tiles);
         EXPECT_LE(tiles.size(), row.most);
 
-        View tilted = row.view;
+        Camera tilted = row.camera;
         tilted.setAttitude(33, 50);
         expectToCover(tilted, map::tilesIn(tilted, row.zoom, 1000));
     }
 }
 
 TEST(Tiles, NearestFirstAndNeverTooMany) {
-    const View view = viewAt({48.35, 11.79}, 2000);
-    const auto tiles = map::tilesIn(view, 15, 5);
+    const Camera camera = cameraAt({48.35, 11.79}, 2000);
+    const auto tiles = map::tilesIn(camera, 15, 5);
     ASSERT_EQ(tiles.size(), 5U);
-    const map::WorldPoint centre = view.centre();
+    const map::WorldPoint centre = camera.centre();
     EXPECT_TRUE(tiles.front().rect().overlaps({centre.x, centre.y, centre.x, centre.y}));
     // A level far too fine for the view is not even counted out.
-    EXPECT_TRUE(map::tilesIn(viewAt({0, 0}, 1e8), 30, 100).empty());
+    EXPECT_TRUE(map::tilesIn(cameraAt({0, 0}, 1e8), 30, 100).empty());
 }
 
 TEST(Tiles, AddressesUseTheFirstTurn) {
@@ -93,15 +93,16 @@ TEST(Tiles, UnitedStatesHaveTheirOwnImagery) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
-        const auto found = map::serverFor(servers, Imagery::satellite, viewAt(row.place, 2000));
+        const auto found = map::serverFor(servers, Imagery::satellite, cameraAt(row.place, 2000));
         ASSERT_TRUE(found);
         EXPECT_EQ(servers[*found].highestZoom == 16, row.unitedStates);
     }
     // A view that reaches beyond the border takes the world's.
-    const auto wide = map::serverFor(servers, Imagery::satellite, viewAt({42.21, -83.35}, 200'000));
+    const auto wide =
+        map::serverFor(servers, Imagery::satellite, cameraAt({42.21, -83.35}, 200'000));
     EXPECT_EQ(servers[wide.value()].highestZoom, 14);
-    EXPECT_EQ(map::serverFor(servers, Imagery::standard, viewAt({0, 0}, 1e8)), 0U);
-    EXPECT_FALSE(map::serverFor({}, Imagery::standard, viewAt({0, 0}, 1e8)));
+    EXPECT_EQ(map::serverFor(servers, Imagery::standard, cameraAt({0, 0}, 1e8)), 0U);
+    EXPECT_FALSE(map::serverFor({}, Imagery::standard, cameraAt({0, 0}, 1e8)));
 }
 
 } // namespace

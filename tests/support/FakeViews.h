@@ -90,7 +90,7 @@ struct FakeSearchField final : platform::SearchField {
 struct FakeMapView final : platform::MapView {
     [[nodiscard]] bool isHidden() const override { return hidden; }
     void setHidden(bool value) override { hidden = value; }
-    [[nodiscard]] platform::Frame frame() const override { return place; }
+    [[nodiscard]] platform::Rect frame() const override { return place; }
     void setMapType(std::int64_t value) override { mapType = value; }
     void setCenterCoordinate(const platform::Location& value) override { centre = value; }
     [[nodiscard]] platform::Region regionThatFits(const platform::Region& asked) const override {
@@ -98,7 +98,7 @@ struct FakeMapView final : platform::MapView {
     }
     void setRegion(const platform::Region& value) override { region = value; }
     bool hidden = false;
-    platform::Frame place{10, 20, 300, 200};
+    platform::Rect place{10, 20, 300, 200};
     std::int64_t mapType = -1;
     std::optional<platform::Location> centre;
     std::optional<platform::Region> region;
@@ -107,7 +107,7 @@ struct FakeMapView final : platform::MapView {
 struct FakeWebView final : platform::WebView {
     [[nodiscard]] bool isHidden() const override { return hidden; }
     void setHidden(bool value) override { hidden = value; }
-    void setFrame(const platform::Frame& /*value*/) override {}
+    void setFrame(const platform::Rect& /*value*/) override {}
     void setUIDelegate(platform::WebViewUIDelegate* /*value*/) override {}
     void loadRequest(const platform::URL& value) override { loaded.push_back(value.text); }
     bool hidden = false;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "map/View.h"
+#include "map/Camera.h"
 
 #include <gtest/gtest.h>
 
@@ -7,14 +7,14 @@
 
 namespace {
 
-using map::View;
+using map::Camera;
 using platform::Location;
 using platform::Region;
 
-View viewOf(double width, double height) {
-    View view;
-    view.setSize({width, height});
-    return view;
+Camera cameraOf(double width, double height) {
+    Camera camera;
+    camera.setSize({width, height});
+    return camera;
 }
 
 double metresNorth(const Region& region) {
@@ -28,7 +28,7 @@ double metresEast(const Region& region) {
                                     {region.centre.latitude, region.longitudeSpan});
 }
 
-TEST(View, FittedRegionOfTwoKilometresIsWhatItShows) {
+TEST(Camera, FittedRegionOfTwoKilometresIsWhatItShows) {
     const struct {
         const char* where;
         Location asked;
@@ -42,12 +42,12 @@ TEST(View, FittedRegionOfTwoKilometresIsWhatItShows) {
     for (const auto& place : places) {
         for (const auto& size : {map::ScreenSize{700, 450}, {300, 900}, {400, 400}}) {
             SCOPED_TRACE(place.where);
-            View view = viewOf(size.width, size.height);
+            Camera camera = cameraOf(size.width, size.height);
             const Region asked = map::regionWithDistance(place.asked, 2000, 2000);
-            const Region fitted = view.fitted(asked);
-            view.setCentre(place.asked);
-            view.show(fitted);
-            const Region shown = view.region();
+            const Region fitted = camera.fitted(asked);
+            camera.setCentre(place.asked);
+            camera.show(fitted);
+            const Region shown = camera.region();
 
             EXPECT_NEAR(shown.centre.latitude, place.latitude, 1e-4);
             EXPECT_NEAR(std::remainder(shown.centre.longitude - place.asked.longitude, 360), 0,
@@ -65,58 +65,58 @@ TEST(View, FittedRegionOfTwoKilometresIsWhatItShows) {
     }
 }
 
-TEST(View, ZoomsWithinItsLimits) {
-    View view = viewOf(800, 500);
-    view.zoomBy(1e-9, {});
-    EXPECT_EQ(view.scale(), 800);
-    view.zoomBy(1e30, {});
-    EXPECT_EQ(view.zoom(), 20);
+TEST(Camera, ZoomsWithinItsLimits) {
+    Camera camera = cameraOf(800, 500);
+    camera.zoomBy(1e-9, {});
+    EXPECT_EQ(camera.scale(), 800);
+    camera.zoomBy(1e30, {});
+    EXPECT_EQ(camera.zoom(), 20);
 }
 
-TEST(View, MovesAcrossTheDateLineAndStopsAtTheEdges) {
-    View view = viewOf(800, 500);
-    view.show({{0, 179.9}, 1, 1});
-    view.move(-500, 0);
-    EXPECT_LT(view.region().centre.longitude, -179);
+TEST(Camera, MovesAcrossTheDateLineAndStopsAtTheEdges) {
+    Camera camera = cameraOf(800, 500);
+    camera.show({{0, 179.9}, 1, 1});
+    camera.move(-500, 0);
+    EXPECT_LT(camera.region().centre.longitude, -179);
 
-    view.zoomBy(1e-9, {});
-    view.move(0, 1e6);
-    EXPECT_NEAR(view.seen().top, 0, 1e-9);
+    camera.zoomBy(1e-9, {});
+    camera.move(0, 1e6);
+    EXPECT_NEAR(camera.seen().top, 0, 1e-9);
     // A place at the edge may be looked at, but the void beyond it does not grow.
-    view.show({{85.05, 0}, 1, 1});
-    const double edge = view.centre().y;
-    view.move(0, 50);
-    EXPECT_EQ(view.centre().y, edge);
-    view.move(0, -50);
-    EXPECT_GT(view.centre().y, edge);
+    camera.show({{85.05, 0}, 1, 1});
+    const double edge = camera.centre().y;
+    camera.move(0, 50);
+    EXPECT_EQ(camera.centre().y, edge);
+    camera.move(0, -50);
+    EXPECT_GT(camera.centre().y, edge);
 }
 
-TEST(View, ScreenAndWorldAreInversesHoweverItIsTurned) {
+TEST(Camera, ScreenAndWorldAreInversesHoweverItIsTurned) {
     for (const double tilt : {0.0, 20.0, 50.0, 80.0}) {
         for (const double heading : {0.0, 45.0, 190.0, -90.0}) {
             SCOPED_TRACE(testing::Message() << tilt << ' ' << heading);
-            View view = viewOf(700, 450);
-            view.show(map::regionWithDistance({47.26, 11.34}, 2000, 2000));
-            view.setAttitude(heading, tilt);
+            Camera camera = cameraOf(700, 450);
+            camera.show(map::regionWithDistance({47.26, 11.34}, 2000, 2000));
+            camera.setAttitude(heading, tilt);
             for (const map::ScreenPoint& point :
                  {map::ScreenPoint{0, 0}, {700, 0}, {350, 225}, {10, 449}, {700, 450}}) {
-                const auto back = view.toScreen(view.toWorld(point)).value();
+                const auto back = camera.toScreen(camera.toWorld(point)).value();
                 EXPECT_NEAR(back.x, point.x, 1e-4);
                 EXPECT_NEAR(back.y, point.y, 1e-4);
             }
         }
     }
-    View view = viewOf(700, 450);
-    view.show(map::regionWithDistance({47.26, 11.34}, 2000, 2000));
-    view.setAttitude(90, 45);
+    Camera camera = cameraOf(700, 450);
+    camera.show(map::regionWithDistance({47.26, 11.34}, 2000, 2000));
+    camera.setAttitude(90, 45);
     // East is ahead, and what is ahead is smaller than what is near.
-    const map::WorldPoint middle = view.centre();
-    const auto ahead = view.toScreen({middle.x + 100 / view.scale(), middle.y}).value();
-    const auto behind = view.toScreen({middle.x - 100 / view.scale(), middle.y}).value();
+    const map::WorldPoint middle = camera.centre();
+    const auto ahead = camera.toScreen({middle.x + 100 / camera.scale(), middle.y}).value();
+    const auto behind = camera.toScreen({middle.x - 100 / camera.scale(), middle.y}).value();
     EXPECT_LT(ahead.y, 225);
     EXPECT_NEAR(ahead.x, 350, 1e-6);
     EXPECT_GT(behind.y - 225, 225 - ahead.y);
-    EXPECT_FALSE(view.toScreen({middle.x - 1000 / view.scale(), middle.y}));
+    EXPECT_FALSE(camera.toScreen({middle.x - 1000 / camera.scale(), middle.y}));
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "map/View.h"
+#include "map/Camera.h"
 
 #include <algorithm>
 #include <cmath>
@@ -37,39 +37,39 @@ WorldRect rectOf(const platform::Region& region) {
 
 } // namespace
 
-double View::zoom() const {
+double Camera::zoom() const {
     return std::log2(scale_ / 256);
 }
 
-void View::setSize(const ScreenSize& size) {
+void Camera::setSize(const ScreenSize& size) {
     size_ = {std::max(size.width, 0.0), std::max(size.height, 0.0)};
     setScale(scale_);
 }
 
-void View::setScale(double scale) {
+void Camera::setScale(double scale) {
     const double least = std::max({size_.width, size_.height, 1.0});
     // In this order, so that no number gives the least.
     scale_ = std::min(std::max(least, scale), std::max(least, greatestScale));
 }
 
-void View::setCentrePoint(WorldPoint centre) {
+void Camera::setCentrePoint(WorldPoint centre) {
     centre_ = {centre.x - std::floor(centre.x), std::clamp(centre.y, 0.0, 1.0)};
 }
 
-void View::setCentre(const platform::Location& centre) {
+void Camera::setCentre(const platform::Location& centre) {
     if (centre.isValid()) {
         setCentrePoint(project(centre));
     }
 }
 
-void View::setAttitude(double heading, double tilt) {
+void Camera::setAttitude(double heading, double tilt) {
     if (std::isfinite(heading) && std::isfinite(tilt)) {
         heading_ = heading - 360 * std::floor(heading / 360);
         tilt_ = std::clamp(tilt, 0.0, steepestTilt);
     }
 }
 
-platform::Region View::region() const {
+platform::Region Camera::region() const {
     const double halfHeight = size_.height / 2 / scale_;
     const double north = unproject({centre_.x, centre_.y - halfHeight}).latitude;
     const double south = unproject({centre_.x, centre_.y + halfHeight}).latitude;
@@ -78,13 +78,13 @@ platform::Region View::region() const {
             360 * size_.width / scale_};
 }
 
-platform::Region View::fitted(const platform::Region& region) const {
-    View there = *this;
+platform::Region Camera::fitted(const platform::Region& region) const {
+    Camera there = *this;
     const bool hasSize = size_.width > 0 && size_.height > 0;
     return hasSize && there.show(region) ? there.region() : region;
 }
 
-bool View::show(const platform::Region& region) {
+bool Camera::show(const platform::Region& region) {
     if (!isUsable(region)) {
         return false;
     }
@@ -95,7 +95,7 @@ bool View::show(const platform::Region& region) {
     return true;
 }
 
-void View::move(double right, double down) {
+void Camera::move(double right, double down) {
     const ScreenPoint middle{size_.width / 2, size_.height / 2};
     const WorldPoint there = toWorld({middle.x - right, middle.y - down});
     // No further beyond the map's edges than where the view already is.
@@ -104,7 +104,7 @@ void View::move(double right, double down) {
                                         std::max(1 - margin, centre_.y))});
 }
 
-void View::zoomBy(double factor, const ScreenPoint& fixed) {
+void Camera::zoomBy(double factor, const ScreenPoint& fixed) {
     if (!(factor > 0) || !std::isfinite(factor)) {
         return;
     }
@@ -114,7 +114,7 @@ void View::zoomBy(double factor, const ScreenPoint& fixed) {
     setCentrePoint({centre_.x + before.x - after.x, centre_.y + before.y - after.y});
 }
 
-std::array<double, 9> View::matrix() const {
+std::array<double, 9> Camera::matrix() const {
     const double sine = std::sin(heading_ * radiansPerDegree);
     const double cosine = std::cos(heading_ * radiansPerDegree);
     const double height = std::cos(tilt_ * radiansPerDegree);
@@ -136,7 +136,7 @@ std::array<double, 9> View::matrix() const {
             1};
 }
 
-std::optional<ScreenPoint> View::toScreen(const WorldPoint& point) const {
+std::optional<ScreenPoint> Camera::toScreen(const WorldPoint& point) const {
     const double east = point.x - centre_.x;
     const double x = (east - std::round(east)) * scale_;
     const double y = (point.y - centre_.y) * scale_;
@@ -148,7 +148,7 @@ std::optional<ScreenPoint> View::toScreen(const WorldPoint& point) const {
     return ScreenPoint{(m[0] * x + m[3] * y + m[6]) / w, (m[1] * x + m[4] * y + m[7]) / w};
 }
 
-WorldPoint View::toWorld(const ScreenPoint& point) const {
+WorldPoint Camera::toWorld(const ScreenPoint& point) const {
     const double sine = std::sin(heading_ * radiansPerDegree);
     const double cosine = std::cos(heading_ * radiansPerDegree);
     const double depth =
@@ -161,12 +161,12 @@ WorldPoint View::toWorld(const ScreenPoint& point) const {
             centre_.y + (u * sine + v * cosine) / scale_};
 }
 
-std::array<WorldPoint, 4> View::corners() const {
+std::array<WorldPoint, 4> Camera::corners() const {
     return {toWorld({0, 0}), toWorld({size_.width, 0}), toWorld({size_.width, size_.height}),
             toWorld({0, size_.height})};
 }
 
-WorldRect View::seen() const {
+WorldRect Camera::seen() const {
     WorldRect rect{centre_.x, centre_.y, centre_.x, centre_.y};
     for (const WorldPoint& corner : corners()) {
         rect = {std::min(rect.left, corner.x), std::min(rect.top, corner.y),
@@ -175,7 +175,7 @@ WorldRect View::seen() const {
     return rect;
 }
 
-bool View::maySee(const WorldRect& rect) const {
+bool Camera::maySee(const WorldRect& rect) const {
     const std::array<WorldPoint, 4> inside = corners();
     const std::array<WorldPoint, 4> points{{{rect.left, rect.top},
                                             {rect.right, rect.top},

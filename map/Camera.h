@@ -21,14 +21,14 @@ struct ScreenSize {
     friend bool operator==(const ScreenSize&, const ScreenSize&) = default;
 };
 
-/// What part of the world a rectangle of the screen shows: a plain value. Flat, north is up and the
-/// scale is the same everywhere in it; tilted, the middle of the view keeps its scale, what lies
-/// ahead shrinks and what is near grows.
+/// What part of the world a rectangle of the screen, its view, shows: a plain value. Flat, north is
+/// up and the scale is the same everywhere in it; tilted, the middle of the view keeps its scale,
+/// what lies ahead shrinks and what is near grows.
 ///
 /// It never shows less than a few metres, nor more than one turn of the earth (tilted, a little
 /// more toward the horizon, which itself stays out of sight). What is asked beyond that is moved to
 /// the nearest that is possible; what is no number is ignored.
-class View {
+class Camera {
 public:
     [[nodiscard]] const WorldPoint& centre() const { return centre_; }
     /// Points by turn of the earth.
