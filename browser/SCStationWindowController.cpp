@@ -50,8 +50,8 @@ void SCStationWindowController::windowDidLoad() {
     alwaysFavWeather_ = static_cast<std::int32_t>(
         platform::integerOf(host_.userDefaults.objectForKey(favoriteWeatherKey)));
     const platform::Value mapType = host_.userDefaults.objectForKey(mapTypeKey);
-    currentMapType = std::holds_alternative<std::monostate>(mapType) ? platform::satelliteMap
-                                                                     : platform::integerOf(mapType);
+    currentMapType =
+        platform::isAbsent(mapType) ? platform::satelliteMap : platform::integerOf(mapType);
     outlets.mapV->setMapType(currentMapType);
     catalogue::setStationColumnWidths(*outlets.table);
     nowSelection = -1;

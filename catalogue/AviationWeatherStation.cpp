@@ -57,7 +57,7 @@ std::shared_ptr<platform::Dictionary> decodedMarks(platform::KeyedUnarchiver& co
         }
         return *dictionary;
     }
-    if (!std::holds_alternative<std::monostate>(marks)) {
+    if (!platform::isAbsent(marks)) {
         coder.misread("is no dictionary");
     }
     return nullptr;

@@ -46,14 +46,11 @@ public:
         if (text->size() > lowered.size()) {
             return isInLowered(platform::lowerCased(*text));
         }
-        unsigned char seen = 0;
-        for (std::size_t i = 0; i < text->size(); ++i) {
-            const auto c = static_cast<unsigned char>((*text)[i]);
-            seen |= c;
-            lowered[i] = static_cast<char>(c + ((c >= 'A' && c <= 'Z') ? 'a' - 'A' : 0));
+        if (!platform::isAscii(*text)) {
+            return isInLowered(platform::lowerCased(*text));
         }
-        return isInLowered(seen < 0x80 ? std::string_view(lowered.data(), text->size())
-                                       : std::string_view(platform::lowerCased(*text)));
+        std::ranges::transform(*text, lowered.begin(), platform::asciiLower);
+        return isInLowered(std::string_view(lowered.data(), text->size()));
     }
 
 private:
@@ -67,7 +64,7 @@ private:
 /// What could not be made an object was counted when that was tried.
 void misreadUnlessAbsent(platform::KeyedUnarchiver& coder, const platform::Value& value,
                          const char* reason) {
-    if (!std::holds_alternative<std::monostate>(value)) {
+    if (!platform::isAbsent(value)) {
         coder.misread(reason);
     }
 }
@@ -142,9 +139,8 @@ std::shared_ptr<AviationWeatherStation> AviationWeatherStationCollection::statio
     if (!identifier || !stations) {
         return nullptr;
     }
-    const auto found = std::ranges::find_if(*stations, [&identifier](const auto& station) {
-        return station->ICAO == identifier;
-    });
+    const auto found = std::ranges::find_if(
+        *stations, [&identifier](const auto& station) { return station->ICAO == identifier; });
     return found == stations->end() ? nullptr : *found;
 }
 

@@ -224,8 +224,7 @@ std::optional<BaseMap> BaseMap::read(std::span<const std::byte> bytes) {
 void BaseMap::Shapes::add(std::span<const WorldPoint> line, double distance) {
     WorldRect box{line.front().x, line.front().y, line.front().x, line.front().y};
     for (const WorldPoint& point : line) {
-        box = {std::min(box.left, point.x), std::min(box.top, point.y),
-               std::max(box.right, point.x), std::max(box.bottom, point.y)};
+        box = box.with(point);
     }
     if (box.right - box.left < distance && box.bottom - box.top < distance) {
         return;

@@ -169,8 +169,7 @@ std::array<WorldPoint, 4> Camera::corners() const {
 WorldRect Camera::seen() const {
     WorldRect rect{centre_.x, centre_.y, centre_.x, centre_.y};
     for (const WorldPoint& corner : corners()) {
-        rect = {std::min(rect.left, corner.x), std::min(rect.top, corner.y),
-                std::max(rect.right, corner.x), std::max(rect.bottom, corner.y)};
+        rect = rect.with(corner);
     }
     return rect;
 }

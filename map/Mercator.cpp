@@ -13,9 +13,7 @@ constexpr double pi = std::numbers::pi;
 constexpr double radiansPerDegree = pi / 180;
 constexpr double nearestToPole = 89.99;
 
-constexpr double equatorialRadius = 6378137;
-constexpr double flattening = 1 / 298.257223563;
-constexpr double eccentricitySquared = flattening * (2 - flattening);
+using namespace platform::wgs84;
 
 double onTheMap(double latitude) {
     return std::clamp(latitude, -highestLatitude, highestLatitude);

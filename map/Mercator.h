@@ -3,6 +3,8 @@
 
 #include "platform/values/Geodesy.h"
 
+#include <algorithm>
+
 /// Web Mercator (EPSG:3857), with the whole world as the unit square.
 namespace map {
 
@@ -31,6 +33,11 @@ struct WorldRect {
     }
     [[nodiscard]] WorldRect movedEast(double turns) const {
         return {left + turns, top, right + turns, bottom};
+    }
+    /// Grown as far as it must to hold the point too.
+    [[nodiscard]] WorldRect with(const WorldPoint& point) const {
+        return {std::min(left, point.x), std::min(top, point.y), std::max(right, point.x),
+                std::max(bottom, point.y)};
     }
 };
 

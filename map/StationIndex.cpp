@@ -115,9 +115,7 @@ std::optional<std::uint32_t> StationIndex::nearest(const Camera& camera, const S
     WorldRect rect{1e9, 1e9, -1e9, -1e9};
     for (const double right : {-reach, reach}) {
         for (const double down : {-reach, reach}) {
-            const WorldPoint corner = camera.toWorld({point.x + right, point.y + down});
-            rect = {std::min(rect.left, corner.x), std::min(rect.top, corner.y),
-                    std::max(rect.right, corner.x), std::max(rect.bottom, corner.y)};
+            rect = rect.with(camera.toWorld({point.x + right, point.y + down}));
         }
     }
     std::vector<PlacedStation> found;

@@ -15,7 +15,7 @@ public:
     std::mutex mutex;
 
     [[nodiscard]] bool contains(std::uint64_t identifier) const {
-        return index_.find(hashOf(identifier), [&](std::uint32_t number) {
+        return index_.find(platform::hashOf(identifier), [&](std::uint32_t number) {
             return issued_[number - 1] == identifier;
         }) != 0;
     }
@@ -25,15 +25,11 @@ public:
             return false;
         }
         issued_.push_back(identifier);
-        index_.insert(hashOf(identifier), static_cast<std::uint32_t>(issued_.size()));
+        index_.insert(platform::hashOf(identifier), static_cast<std::uint32_t>(issued_.size()));
         return true;
     }
 
 private:
-    static std::uint32_t hashOf(std::uint64_t identifier) {
-        return static_cast<std::uint32_t>((identifier * 0x9E3779B97F4A7C15U) >> 32);
-    }
-
     std::vector<std::uint64_t> issued_;
     platform::HashIndex index_;
 };

@@ -25,18 +25,6 @@ std::string idValKey(std::size_t index) {
     return fmt::format("idVal{}", index);
 }
 
-struct IsAbsent {
-    bool operator()(std::monostate) const { return true; }
-    template <typename T>
-    bool operator()(const std::shared_ptr<T>& object) const {
-        return !object;
-    }
-    template <typename T>
-    bool operator()(const T&) const {
-        return false;
-    }
-};
-
 std::uint64_t decodeUnsigned(platform::KeyedUnarchiver& coder, const char* key) {
     return static_cast<std::uint64_t>(coder.decodeInteger(key));
 }
@@ -87,7 +75,7 @@ void SLibObject::encodeWithCoder(platform::KeyedArchiver& coder) const {
     encodeUnsigned(coder, slibID->GRACompare.compare1, compare1Key);
     encodeUnsigned(coder, slibID->GRACompare.compare2, compare2Key);
     encodeUnsigned(coder, slibID->GRACompare.compare3, compare3Key);
-    if (!std::visit(IsAbsent{}, thing)) {
+    if (!platform::isAbsent(thing)) {
         coder.encodeObject(thing, thingKey);
     }
     for (std::size_t i = 0; i < slibID->idVal.size(); ++i) {

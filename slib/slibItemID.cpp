@@ -7,7 +7,7 @@ slibTextBlock::slibTextBlock(std::string_view text) : text_(platform::repairedUt
     bytes_.reserve(text_.size());
     for (const char unit : text_) {
         const auto byte = static_cast<unsigned char>(unit);
-        if (byte < 0x80) {
+        if (platform::isAscii(unit)) {
             bytes_ += unit;
         } else if (byte >= 0xC0) { // the first byte of a longer character
             bytes_ += '?';

@@ -6,29 +6,13 @@
 #include <fmt/format.h>
 #include <uriparser/Uri.h>
 
-#include <iterator>
 #include <type_traits>
 #include <utility>
 
 namespace {
 
-bool isKept(char byte) {
-    constexpr std::string_view escaped = "\"#%<>[\\]^`{|}";
-    return byte > ' ' && byte < '\x7F' && escaped.find(byte) == escaped.npos;
-}
-
-std::string percentEscaped(std::string_view text) {
-    std::string escaped;
-    for (const char byte : text) {
-        if (isKept(byte)) {
-            escaped += byte;
-        } else {
-            fmt::format_to(std::back_inserter(escaped), "%{:02X}",
-                           static_cast<unsigned char>(byte));
-        }
-    }
-    return escaped;
-}
+/// What may stand in an address as it is, beside letters and digits.
+constexpr std::string_view addressMarks = "!$&'()*+,-./:;=?@_~";
 
 bool isUriReference(const std::string& text) {
     UriUriA uri;
@@ -69,7 +53,7 @@ slibUtility::slibNSStringToNSURL(const std::optional<std::string>& text) {
     if (!text) {
         return std::nullopt;
     }
-    std::string escaped = percentEscaped(platform::repairedUtf8(*text));
+    std::string escaped = platform::percentEscaped(platform::repairedUtf8(*text), addressMarks);
     return isUriReference(escaped) ? std::optional(platform::URL{std::move(escaped)})
                                    : std::nullopt;
 }

@@ -7,7 +7,6 @@
 
 #include <fmt/format.h>
 
-#include <iterator>
 #include <string>
 
 namespace weather {
@@ -29,30 +28,19 @@ platform::URL request(platform::Host& host, std::string_view scheme, std::string
                         latest)};
 }
 
-/// All bytes but the unreserved ones of RFC 3986.
-std::string percentEscaped(std::string_view text) {
-    constexpr std::string_view unreserved = "ABCDEFGHIJKLMNOPQRSTUVWXYZ"
-                                            "abcdefghijklmnopqrstuvwxyz0123456789-._~";
-    std::string escaped;
-    for (const char byte : text) {
-        if (unreserved.find(byte) != unreserved.npos) {
-            escaped += byte;
-        } else {
-            fmt::format_to(std::back_inserter(escaped), "%{:02X}",
-                           static_cast<unsigned char>(byte));
-        }
-    }
-    return escaped;
+/// Kept, beside letters and digits: what RFC 3986 does not reserve.
+std::string queryValue(std::string_view text) {
+    return platform::percentEscaped(text, "-._~");
 }
 
 } // namespace
 
 platform::URL metarRequest(platform::Host& host, std::string_view identifier) {
-    return request(host, "https", "metars", percentEscaped(identifier), "mostRecentForEachStation");
+    return request(host, "https", "metars", queryValue(identifier), "mostRecentForEachStation");
 }
 
 platform::URL tafRequest(platform::Host& host, std::string_view identifier) {
-    return request(host, "https", "TAFs", percentEscaped(identifier), "mostRecent");
+    return request(host, "https", "TAFs", queryValue(identifier), "mostRecent");
 }
 
 platform::URL fixedTafRequest(platform::Host& host, std::string_view latest) {

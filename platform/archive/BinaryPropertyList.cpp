@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/archive/BinaryPropertyList.h"
 
+#include "platform/text/Text.h"
+
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
@@ -12,19 +14,6 @@ namespace platform::plist {
 namespace {
 
 constexpr UChar32 replacementCode = 0xFFFD;
-
-bool isAscii(std::string_view text) {
-    std::uint64_t bits = 0;
-    std::uint64_t block = 0;
-    for (; text.size() >= sizeof block; text.remove_prefix(sizeof block)) {
-        std::memcpy(&block, text.data(), sizeof block);
-        bits |= block;
-    }
-    for (const char unit : text) {
-        bits |= static_cast<unsigned char>(unit);
-    }
-    return (bits & 0x8080808080808080) == 0;
-}
 
 void appendUtf8(std::string& text, UChar32 code) {
     char units[U8_MAX_LENGTH];
@@ -189,7 +178,7 @@ std::string Reader::text(const Element& element) const {
         }
         std::string text;
         for (const char unit : raw) {
-            appendUtf8(text, static_cast<unsigned char>(unit) < 0x80 ? unit : replacementCode);
+            appendUtf8(text, isAscii(unit) ? unit : replacementCode);
         }
         return text;
     }

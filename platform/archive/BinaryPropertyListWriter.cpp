@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/archive/BinaryPropertyListWriter.h"
 
+#include "platform/text/Text.h"
+
 #include "platform/archive/BinaryPropertyList.h"
 
 #include <unicode/utf16.h>
@@ -118,11 +120,10 @@ std::u16string utf16Of(std::string_view utf8) {
 }
 
 std::uint32_t hashOf(std::span<const std::byte> bytes, std::uint64_t seed) {
-    constexpr std::uint64_t factor = 0x9E3779B97F4A7C15;
     std::uint64_t hash = seed ^ bytes.size();
     std::uint64_t block = 0;
     const auto mix = [&] {
-        hash = (hash ^ block) * factor;
+        hash = (hash ^ block) * hashFactor;
         hash ^= hash >> 32;
     };
     for (; bytes.size() >= sizeof block; bytes = bytes.subspan(sizeof block)) {
@@ -184,8 +185,7 @@ Ref Writer::sharedObject() {
 }
 
 Ref Writer::text(std::string_view utf8) {
-    const auto isAscii = [](char unit) { return static_cast<unsigned char>(unit) < 0x80; };
-    if (std::ranges::all_of(utf8, isAscii)) {
+    if (isAscii(utf8)) {
         auto* at = room(headSize(utf8.size()) + utf8.size());
         putBytes(putHead(at, asciiType, utf8.size()), std::as_bytes(std::span(utf8)));
     } else {

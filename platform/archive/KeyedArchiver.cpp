@@ -32,18 +32,6 @@ const ClassNames mutableSetClass{"NSMutableSet", "NSSet", "NSObject"};
 const ClassNames dictionaryClass{"NSDictionary", "NSObject"};
 const ClassNames mutableDictionaryClass{"NSMutableDictionary", "NSDictionary", "NSObject"};
 
-bool isAbsent(const Value& value) {
-    return std::visit(
-        [](const auto& held) {
-            if constexpr (requires { held.use_count(); }) {
-                return !held;
-            } else {
-                return std::is_same_v<decltype(held), const std::monostate&>;
-            }
-        },
-        value);
-}
-
 double secondsSinceReference(Date date) {
     // Subtracted as doubles: the most distant dates are out of each other's reach in whole numbers.
     const auto microseconds = [](Date instant) {
@@ -138,7 +126,7 @@ struct KeyedArchiver::State {
             return 0;
         }
         const auto address = reinterpret_cast<std::uintptr_t>(object.get());
-        const auto hash = static_cast<std::uint32_t>((address * 0x9E3779B97F4A7C15U) >> 32);
+        const auto hash = hashOf(address);
         const auto number = identityIndex.find(
             hash, [&](std::uint32_t known) { return identities[known - 1].second == object; });
         if (number != 0) {

@@ -69,7 +69,7 @@ std::optional<std::string> KeyedUnarchiver::decodeText(std::string_view key) {
     if (auto* text = std::get_if<std::string>(&value)) {
         return std::move(*text);
     }
-    if (!std::holds_alternative<std::monostate>(value)) {
+    if (!isAbsent(value)) {
         state_.misread("is not text");
     }
     return {};

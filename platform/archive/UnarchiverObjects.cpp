@@ -19,10 +19,6 @@ namespace {
 /// A slot's state; from `firstObject` on, the places in the vector of made objects.
 enum SlotState : std::uint32_t { untouched, beingMade, unreadable, firstObject };
 
-bool isAbsent(const Value& value) {
-    return std::holds_alternative<std::monostate>(value);
-}
-
 /// Whether the object is one of which there must not be two.
 bool isShared(const Value& value) {
     return std::visit(

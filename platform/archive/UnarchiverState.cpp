@@ -73,7 +73,7 @@ void KeyedUnarchiver::State::readRoot() {
     result.root = object(slotOf(root));
     if (isBroken) {
         result.root = {};
-    } else if (std::holds_alternative<std::monostate>(result.root)) {
+    } else if (isAbsent(result.root)) {
         breakOff(result.misreadings.empty() ? "The archive's root object is absent."
                                             : result.misreadings.front());
     }

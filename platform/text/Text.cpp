@@ -24,10 +24,6 @@ namespace {
 constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
 constexpr char32_t replacementCode = 0xFFFD;
 
-bool isAscii(char unit) {
-    return static_cast<unsigned char>(unit) < 0x80;
-}
-
 /// How many bytes at the start are ASCII, looked at eight at a time.
 std::size_t asciiPrefix(std::string_view text) {
     constexpr std::uint64_t highBits = 0x8080808080808080;
@@ -42,10 +38,6 @@ std::size_t asciiPrefix(std::string_view text) {
         ++length;
     }
     return length;
-}
-
-bool isAscii(std::string_view text) {
-    return asciiPrefix(text) == text.size();
 }
 
 /// The next character and how many bytes it takes. A malformed one is U+FFFD and takes the longest
@@ -76,10 +68,6 @@ void append(std::string& text, char32_t code) {
     std::size_t length = 0;
     U8_APPEND_UNSAFE(bytes.data(), length, static_cast<UChar32>(code));
     text.append(bytes.data(), length);
-}
-
-char asciiLower(char unit) {
-    return unit >= 'A' && unit <= 'Z' ? static_cast<char>(unit - 'A' + 'a') : unit;
 }
 
 /// Runs a conversion of ICU, which counts bytes in 32 bits, over text of any length.
@@ -155,6 +143,10 @@ std::size_t graphemeBoundary(std::string_view text, std::size_t index) {
 }
 
 } // namespace
+
+bool isAscii(std::string_view bytes) {
+    return asciiPrefix(bytes) == bytes.size();
+}
 
 bool isValidUtf8(std::string_view bytes) {
     for (std::size_t i = asciiPrefix(bytes); i < bytes.size(); i += asciiPrefix(bytes.substr(i))) {
@@ -292,6 +284,20 @@ std::string escapedControls(std::string_view utf8) {
         }
     }
     return text;
+}
+
+std::string percentEscaped(std::string_view text, std::string_view kept) {
+    const auto isKept = [kept](char byte) {
+        const char lower = asciiLower(byte);
+        return (lower >= 'a' && lower <= 'z') || (byte >= '0' && byte <= '9') ||
+               kept.find(byte) != kept.npos;
+    };
+    std::string escaped;
+    for (const char byte : text) {
+        escaped += isKept(byte) ? std::string(1, byte)
+                                : fmt::format("%{:02X}", static_cast<unsigned char>(byte));
+    }
+    return escaped;
 }
 
 std::string macRomanFromUtf8(std::string_view text) {

@@ -11,6 +11,15 @@
 /// and contracts of the program do.
 namespace platform {
 
+[[nodiscard]] constexpr bool isAscii(char byte) {
+    return static_cast<unsigned char>(byte) < 0x80;
+}
+[[nodiscard]] bool isAscii(std::string_view bytes);
+/// A letter from A to Z in lower case; any other byte as it is.
+[[nodiscard]] constexpr char asciiLower(char byte) {
+    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+}
+
 [[nodiscard]] bool isValidUtf8(std::string_view bytes);
 /// Each byte sequence that is not UTF-8 becomes one U+FFFD, cut as Unicode recommends.
 [[nodiscard]] std::string repairedUtf8(std::string_view bytes);
@@ -34,6 +43,9 @@ namespace platform {
 /// one line and can be had back: `\t`, `\n`, `\r`, `\\`, `\u` and the four hexadecimal digits of a
 /// character, `\x` and the two of a byte that is not UTF-8.
 [[nodiscard]] std::string escapedControls(std::string_view utf8);
+
+/// All bytes but ASCII letters, digits and those of `kept` as "%" and two hexadecimal digits.
+[[nodiscard]] std::string percentEscaped(std::string_view text, std::string_view kept);
 
 /// One character a byte; a character that the encoding lacks becomes "?".
 [[nodiscard]] std::string macRomanFromUtf8(std::string_view text);

@@ -55,16 +55,14 @@ double DistanceBound::leastMetres(const Location& to, double enough) const {
 }
 
 DistanceBound::Point DistanceBound::pointAt(const Location& location) {
-    constexpr double a = 6378137;
-    constexpr double f = 1 / 298.257223563;
-    constexpr double e2 = f * (2 - f);
+    using namespace wgs84;
     const double latitude = location.latitude * radiansPerDegree;
     const double longitude = location.longitude * radiansPerDegree;
     const double sine = std::sin(latitude);
     const double cosine = std::cos(latitude);
-    const double normal = a / std::sqrt(1 - e2 * sine * sine);
+    const double normal = equatorialRadius / std::sqrt(1 - eccentricitySquared * sine * sine);
     return {normal * cosine * std::cos(longitude), normal * cosine * std::sin(longitude),
-            normal * (1 - e2) * sine};
+            normal * (1 - eccentricitySquared) * sine};
 }
 
 } // namespace platform

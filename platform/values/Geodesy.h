@@ -3,6 +3,14 @@
 
 namespace platform {
 
+/// The ellipsoid that positions refer to.
+namespace wgs84 {
+/// In metres.
+inline constexpr double equatorialRadius = 6378137;
+inline constexpr double flattening = 1 / 298.257223563;
+inline constexpr double eccentricitySquared = flattening * (2 - flattening);
+} // namespace wgs84
+
 /// A position on the earth in degrees, north and east positive.
 struct Location {
     double latitude = 0;

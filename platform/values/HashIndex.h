@@ -8,6 +8,14 @@
 
 namespace platform {
 
+/// 2^64 by the golden ratio: numbers times it, alike as they may be, differ in their high bits.
+inline constexpr std::uint64_t hashFactor = 0x9E3779B97F4A7C15;
+
+/// Of an identifier or an address.
+[[nodiscard]] constexpr std::uint32_t hashOf(std::uint64_t number) {
+    return static_cast<std::uint32_t>((number * hashFactor) >> 32);
+}
+
 /// Finds numbers above 0 again by what they stand for, which the caller hashes and compares: one
 /// flat table, no memory of its own for an entry.
 class HashIndex {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/values/Value.h"
 
+#include "platform/text/Text.h"
+
 #include <uriparser/Uri.h>
 
 #include <charconv>
@@ -71,13 +73,6 @@ std::string_view textOf(const UriTextRangeA& range) {
                        : std::string_view();
 }
 
-bool equalIgnoringAsciiCase(std::string_view text, std::string_view lower) {
-    return std::equal(
-        text.begin(), text.end(), lower.begin(), lower.end(), [](char one, char other) {
-            return (one >= 'A' && one <= 'Z' ? static_cast<char>(one + ('a' - 'A')) : one) == other;
-        });
-}
-
 } // namespace
 
 URL URL::file(const std::string& path) {
@@ -97,11 +92,11 @@ URL URL::file(const std::string& path) {
 
 std::string URL::path() const {
     ParsedAddress address(text);
-    if (!address.isValid() || !equalIgnoringAsciiCase(textOf(address.uri().scheme), "file")) {
+    if (!address.isValid() || !equalIgnoringCase(textOf(address.uri().scheme), "file")) {
         return {};
     }
     const auto host = textOf(address.uri().hostText);
-    if (!host.empty() && !equalIgnoringAsciiCase(host, "localhost")) {
+    if (!host.empty() && !equalIgnoringCase(host, "localhost")) {
         return {};
     }
     std::string path;
@@ -157,6 +152,18 @@ double Number::doubleValue() const {
 
 bool Number::isReal() const {
     return std::holds_alternative<float>(storage_) || std::holds_alternative<double>(storage_);
+}
+
+bool isAbsent(const Value& value) {
+    return std::visit(
+        [](const auto& held) {
+            if constexpr (requires { held.use_count(); }) {
+                return !held;
+            } else {
+                return std::is_same_v<decltype(held), const std::monostate&>;
+            }
+        },
+        value);
 }
 
 std::int64_t wholeNumber(double value) {

@@ -101,6 +101,10 @@ struct Dictionary {
     std::map<std::string, Value, std::less<>> entries;
 };
 
+/// Whether it is the absent value, or a null container or object, which archives do not tell from
+/// it.
+[[nodiscard]] bool isAbsent(const Value& value);
+
 /// Truncates toward zero; saturates at the ends of the 64-bit range; NaN gives 0.
 [[nodiscard]] std::int64_t wholeNumber(double value);
 /// The same for the 32-bit range.
