@@ -14,23 +14,20 @@ class Registry {
 public:
     std::mutex mutex;
 
-    [[nodiscard]] bool contains(std::uint64_t identifier) const {
-        return index_.find(platform::hashOf(identifier), [&](std::uint32_t number) {
-            return issued_[number - 1] == identifier;
-        }) != 0;
-    }
     /// False when it was there.
-    bool insert(std::uint64_t identifier) {
-        if (contains(identifier)) {
+    bool insert(std::uint32_t identifier) {
+        const auto hash = platform::hashOf(identifier);
+        const auto isSame = [&](std::uint32_t number) { return issued_[number - 1] == identifier; };
+        if (index_.find(hash, isSame) != 0) {
             return false;
         }
         issued_.push_back(identifier);
-        index_.insert(platform::hashOf(identifier), static_cast<std::uint32_t>(issued_.size()));
+        index_.insert(hash, static_cast<std::uint32_t>(issued_.size()));
         return true;
     }
 
 private:
-    std::vector<std::uint64_t> issued_;
+    std::vector<std::uint32_t> issued_;
     platform::HashIndex index_;
 };
 
@@ -41,26 +38,16 @@ Registry& registry() {
 
 } // namespace
 
-std::uint64_t issueIdentifier(std::optional<std::uint64_t> kept) {
+std::uint64_t issueIdentifier() {
     auto& generator = randomGenerator();
     auto& issued = registry();
     const std::scoped_lock lock(issued.mutex);
-    if (kept) {
-        issued.insert(*kept);
-        return *kept;
-    }
     while (true) {
         const auto drawn = static_cast<std::uint32_t>(generator());
         if (issued.insert(drawn)) {
             return drawn;
         }
     }
-}
-
-bool wasIssued(std::uint64_t identifier) {
-    auto& issued = registry();
-    const std::scoped_lock lock(issued.mutex);
-    return issued.contains(identifier);
 }
 
 } // namespace slib
