@@ -2,8 +2,6 @@
 #include "catalogue/Packages.h"
 #include "tests/support/ShownCatalogue.h"
 
-#include <thread>
-
 namespace {
 
 const std::string line =
@@ -63,12 +61,12 @@ TEST_F(Catalogue, MarksAndReadsGoOnWhileAParseReplacesTheMaster) {
     choose(host.folder.write("long.txt", text));
     controller->parseit();
     bool mark = false;
-    while (host.mainThread.queued() == 0) {
+    support::waitUntil("the end of the parse", [&] {
         const auto master = controller->masterCollection();
         master->stations->front()->setFavorite(mark = !mark);
         (void)window.cell(0, "3");
-        std::this_thread::yield();
-    }
+        return host.mainThread.queued() > 0;
+    });
     const bool last = controller->masterCollection()->stations->front()->isFavorite();
     host.mainThread.run();
     EXPECT_EQ(window.table.rows, 2000);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/host/OperationQueue.h"
+#include "tests/support/Waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -69,9 +70,8 @@ TEST(OperationQueue, MayEndOnItsOwnThread) {
     queue.reset();
     EXPECT_FALSE(watched.expired());
     mayStart.set_value();
-    while (!watched.expired() || !operation.expired()) {
-        std::this_thread::yield();
-    }
+    support::waitUntil("the end of the queue",
+                       [&] { return watched.expired() && operation.expired(); });
 }
 
 } // namespace

@@ -6,12 +6,12 @@
 #include "tests/support/FakeHost.h"
 #include "tests/support/FakeStationWindow.h"
 #include "tests/support/Stations.h"
+#include "tests/support/Waiting.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace support {
@@ -36,9 +36,7 @@ struct ShownCatalogue : testing::Test {
     }
     /// Waits for the end of a parse, and lets the main thread take its part.
     void settle() {
-        while (host.mainThread.queued() == 0) {
-            std::this_thread::yield();
-        }
+        waitUntil("the end of a parse", [this] { return host.mainThread.queued() > 0; });
         host.mainThread.run();
     }
     void parse(const std::string& listText) {

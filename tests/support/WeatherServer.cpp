@@ -60,9 +60,7 @@ WeatherServer::WeatherServer(Answer answer, Kind kind)
 WeatherServer::~WeatherServer() {
     gates.openAll();
     // Stopping a server that has not begun to listen leaves it listening for ever.
-    while (!server_->is_running()) {
-        std::this_thread::yield();
-    }
+    waitUntil("the server", [this] { return server_->is_running(); });
     server_->stop();
     thread_.join();
 }

@@ -3,10 +3,10 @@
 
 #include "platform/net/URLSession.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Waiting.h"
 
 #include <httplib.h>
 
-#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -18,9 +18,6 @@
 #include <vector>
 
 namespace support {
-
-/// How long tests wait for what must come.
-inline constexpr std::chrono::seconds patience(60);
 
 /// Named doors: whoever comes to one waits until the test has opened it.
 class Gates {

@@ -18,10 +18,12 @@ struct Posts {
             }));
         }
     }
-    /// What has come when it is so many, or the patience at an end.
+    /// What has come when it is so many; fails where it is not.
     std::vector<std::string> waitFor(std::size_t count) {
         std::unique_lock lock(mutex);
-        changed.wait_for(lock, support::patience, [&] { return texts.size() >= count; });
+        EXPECT_TRUE(
+            changed.wait_for(lock, support::patience, [&] { return texts.size() >= count; }))
+            << texts.size() << " posts instead of " << count;
         return texts;
     }
 
