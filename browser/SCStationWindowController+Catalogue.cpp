@@ -90,7 +90,8 @@ void SCStationWindowController::publishParsed() {
     master->numberOfStations = static_cast<std::int64_t>(parsed->size());
     master->lastUpdated = host_.clock.now();
     master->fromURL = fileURL_.load();
-    // The groups are discarded with the copy; intended.
+    // Kept: the groups go with the copy. A master that was parsed has none, like one that was read;
+    // who wants them makes them.
     master->copySharingStations()->createStateCollections();
     replaceMaster(std::move(master));
 }
@@ -100,7 +101,8 @@ void SCStationWindowController::showzTble() {
     outlets.parserIt->setEnabled(true);
     const auto parser = parser_.load();
     const auto parsed = parser ? parser->theCollection() : nullptr;
-    // Plural even for one station, unlike the other count; intended.
+    // Kept: plural even for one station, unlike the other count, as users know it and the help
+    // says.
     outlets.words->setText(fmt::format("{} stations", parsed ? parsed->stations->size() : 0));
     resetWorkingCollection();
     reloadTable();

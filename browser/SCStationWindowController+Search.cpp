@@ -46,8 +46,8 @@ void SCStationWindowController::filterIt(const std::string& text) {
     const auto master = masterCollection();
     StationArray matches;
     if (master) {
-        // The last term's matches come first, and a station that two terms match comes twice;
-        // intended.
+        // Kept: users know it so, and the help says it. The last term's matches come first, and a
+        // station that two terms match comes twice.
         auto terms = searchTerms(text);
         std::ranges::reverse(terms);
         for (const std::string& term : terms) {
@@ -56,7 +56,8 @@ void SCStationWindowController::filterIt(const std::string& text) {
         }
     }
     if (showingFavs) {
-        // Favourites are added to the matches, which they do not restrict; intended.
+        // Kept: users know it so, and the help says it. The matches are not restricted to
+        // favourites.
         const StationArray favorites = allFavorites();
         matches.insert(matches.end(), favorites.begin(), favorites.end());
     }
@@ -95,7 +96,8 @@ void SCStationWindowController::searchFieldDidStartSearching() {
 }
 
 void SCStationWindowController::searchFieldDidEndSearching() {
-    // Lists every station even in favourites mode, and leaves the selection alone; intended.
+    // Kept: users know it so, and the help says it. Every station is listed, in favourites mode
+    // too. The selection is left to the window, which may select again.
     saerching_ = false;
     resetWorkingCollection();
     showWorkingCollection();

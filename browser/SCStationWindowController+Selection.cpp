@@ -39,7 +39,8 @@ void SCStationWindowController::resetTableSelectionAfterFilter() {
     }
     std::int64_t row = 0;
     if (selectedStation && workingCollection && workingCollection->stations) {
-        // The first station of the same name wins, whatever its identifier; intended.
+        // Kept: users know it so, and the help says it. The first station of the same name wins,
+        // whatever its identifier.
         const auto& stations = *workingCollection->stations;
         const auto found = std::ranges::find_if(stations, [this](const auto& station) {
             return station->stationName && selectedStation->stationName &&
@@ -60,9 +61,8 @@ SCStationWindowController::rowOf(const std::shared_ptr<AviationWeatherStation>& 
     const auto& stations = *workingCollection->stations;
     auto found = std::ranges::find(stations, station);
     if (found == stations.end() && !platform::trimmed(station->ICAO.value_or("")).empty()) {
-        found = std::ranges::find_if(stations, [&station](const auto& other) {
-            return other->ICAO == station->ICAO;
-        });
+        found = std::ranges::find_if(
+            stations, [&station](const auto& other) { return other->ICAO == station->ICAO; });
     }
     return found == stations.end() ? -1 : found - stations.begin();
 }

@@ -6,8 +6,9 @@
 
 void SCStationWindowController::requestWeather(StationArray stations, const std::string& metarText,
                                                const std::string& tafText, Freshness freshness) {
-    // A grabber whose replies are still to come is released, not stopped: what it delivers goes
-    // into the new texts; intended. But it no longer keeps the new one waiting.
+    // Kept: users know it so, and the help says it. A grabber whose replies are still to come is
+    // released, not stopped, and what it delivers goes into the new texts. But it no longer keeps
+    // the new one waiting.
     if (wGrabber) {
         wGrabber->supersede();
     }
@@ -21,7 +22,8 @@ void SCStationWindowController::requestWeather(StationArray stations, const std:
 StationArray SCStationWindowController::selectedAndFavorites() const {
     StationArray stations{selectedStation};
     if (alwaysFavWeather_ == 1) {
-        // A favourite that is selected is in the list twice; intended.
+        // Kept: a favourite that is selected is in the list twice, so that what stands below the
+        // heading is every favourite.
         const StationArray favorites = allFavorites();
         stations.insert(stations.end(), favorites.begin(), favorites.end());
     }

@@ -38,8 +38,9 @@ void SCStationWindowController::windowDidLoad() {
     observe(SCWeatherGrabber::updateMetarString, &SCStationWindowController::updateMetarString);
     observe(SCWeatherGrabber::sealMetarString, &SCStationWindowController::sealMetarString);
     observe(SCWeatherGrabber::updateTafString, &SCStationWindowController::updateTAFString);
-    // The METARs' seal, once more, seals the TAF pane; the TAFs' own seal is not observed. A TAF
-    // that comes after the METARs are complete is gathered, but not shown; intended.
+    // Kept: users know it so, and the help says it. The METARs' seal, once more, seals the TAF
+    // pane, and the TAFs' own seal is not observed. A TAF that comes after the METARs are complete
+    // is gathered, but not shown.
     observe(SCWeatherGrabber::sealMetarString, &SCStationWindowController::sealTafString);
     if (outlets.secView) {
         outlets.secView->view.setHidden(true);
@@ -56,7 +57,7 @@ void SCStationWindowController::windowDidLoad() {
     catalogue::setStationColumnWidths(*outlets.table);
     nowSelection = -1;
     outlets.distButton->selectItem(0);
-    // The second row, not the first; intended.
+    // Kept: users know it so, and the help says it. The second row, not the first.
     outlets.table->selectRow(1);
     updateWeatherTimer =
         host_.timers.scheduleRepeating(weatherInterval, [this] { updateWeather(); });
@@ -93,6 +94,7 @@ bool SCStationWindowController::validateMenuItem(platform::MenuItem& item) {
         item.setTitle(showingFavs ? "Show all" : "Show favorites");
         return true;
     }
-    // Everything else is disabled, whatever it may be; intended.
+    // Kept: everything else is disabled. Who adds a command to the menus of this window must name
+    // it here, and has seen to it that it may be chosen.
     return action == "geMeterDistChanged" || action == "alwaysShowFavWeatherMenu";
 }

@@ -100,7 +100,8 @@ public:
     [[nodiscard]] bool hasCatalogue() const;
     void saveoptionsDidEnd_returnCode_contextInfo(int returnCode);
     void wetDidEnd_returnCode_contextInfo(int returnCode);
-    /// Writes the count label; 0 and 1 take the singular, as intended.
+    /// Writes the count label.
+    /// Kept: users know it so, and the help says it. 0 takes the singular too.
     void setWordsStringTHing(std::int64_t n);
 
     /// Fills the table with what a search text finds in the catalogue, in the search mode in force:

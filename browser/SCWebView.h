@@ -28,8 +28,9 @@ public:
     /// Opens the larger chart as a double click does; without an address it does nothing.
     void openLargerChart();
     /// Looks at the current event only: the second of two releases of the left button within the
-    /// double-click interval opens the larger chart. Each release starts the interval anew, so a
-    /// third one opens it again; intended.
+    /// double-click interval opens the larger chart.
+    /// Kept: each release starts the interval anew, so a third one opens it again; the system's
+    /// count of clicks is not known here.
     void webView_mouseDidMoveOverElement_modifierFlags() override;
 
 private:

@@ -145,7 +145,8 @@ void AviationWeatherStation::encodeWithCoder(platform::KeyedArchiver& coder) con
     coder.encodeDouble(longitude, "longitude");
     coder.encodeInteger(ELEV, "ELEV");
     for (const auto& [key, code] : codes) {
-        // Boxed, unlike the whole numbers above: intended, archives have always mixed the two.
+        // Kept: boxed, unlike the whole numbers above. Archives have always mixed the two, and
+        // their other readers ask for a boxed one here.
         coder.encodeObject(platform::Number(std::int32_t{static_cast<signed char>(this->*code)}),
                            key);
     }

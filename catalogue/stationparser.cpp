@@ -134,7 +134,8 @@ void stationparser::walk(std::string_view text, StationArray& stations) {
             }
             const auto length = static_cast<std::size_t>(digit - header.begin());
             at = start + 1 + length;
-            // A header at one odd place, told by the text's first byte, is ignored; intended.
+            // Kept: a header at one odd place, told by the text's first byte, is ignored. Packages
+            // made from the same list must not differ.
             if (static_cast<signed char>(text.front()) + static_cast<std::int64_t>(at) - 1 != 32) {
                 const std::string_view name = header.substr(0, length);
                 currentState_ =

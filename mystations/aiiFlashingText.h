@@ -20,11 +20,13 @@ public:
     /// Set-up, once the window is loaded.
     void awakeFromNib();
     void applyColor(const platform::Color& color);
-    /// 0 is fast, 2 slow; starts blinking even a field that stands still, as intended. Any other
-    /// index changes nothing.
+    /// 0 is fast, 2 slow.
+    /// Kept: it starts even a field that stands still; windows count on it to set a hint blinking
+    /// that is still hidden. Any other index changes nothing.
     void setFlashSpeed(int index);
-    /// Starts or stops blinking. A second start leaves two timers blinking the field, of which the
-    /// next stop ends the later one; intended.
+    /// Starts or stops blinking.
+    /// Kept: a second start leaves two timers blinking the field, of which the next stop ends the
+    /// later one; windows stop it before they start it again.
     void flash(bool on);
     /// One blink step.
     void doFlashie();

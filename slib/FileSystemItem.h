@@ -34,8 +34,9 @@ public:
     [[nodiscard]] std::int64_t numberOfChildren();
 
     [[nodiscard]] const std::string& relativePath() const { return relativePath_; }
-    /// The names from the topmost parent down. A node without a parent has its name alone, as
-    /// intended: only below the node for "/" is it an absolute path.
+    /// The names from the topmost parent down.
+    /// Kept: a node without a parent has its name alone, so that only below the node for "/" is it
+    /// an absolute path; programs put their own folder in front of others.
     [[nodiscard]] std::string fullPath() const;
 
 private:

@@ -22,9 +22,10 @@ void encodeUInt64_forKey(platform::KeyedArchiver& coder, std::uint64_t value, st
 [[nodiscard]] std::uint64_t decodeUInt64ForKey(platform::KeyedUnarchiver& coder,
                                                std::string_view key);
 
-/// One raw byte. It has no counterpart, as intended: `KeyedUnarchiver::decodeBytes` reads it.
+/// One raw byte.
+/// Kept: other programs read it by `KeyedUnarchiver::decodeBytes`, and it has no counterpart here.
 void encodeChar_forKey(platform::KeyedArchiver& coder, char value, std::string_view key);
-/// Writes nothing, as intended.
+/// Kept: archives of other programs lack the key. Writes nothing.
 void encodeCGPoint_forKey(platform::KeyedArchiver& coder, platform::Point point,
                           std::string_view key);
 

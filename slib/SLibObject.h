@@ -16,9 +16,10 @@
 /// a description, a related object and an archived form. One thread at a time may use an object;
 /// any thread may make one.
 ///
-/// Whatever an initialiser is given as the fourth comparison value, the object gets an identifier
-/// of its own, as intended. An absent comparison record means zeros, an absent name or description
-/// one blank. Those that take a name and no comparison record make the unit type "????".
+/// Kept: programs tell objects apart by it. Whatever an initialiser is given as the fourth
+/// comparison value, the object gets an identifier of its own. An absent comparison record means
+/// zeros, an absent name or description one blank. Those that take a name and no comparison record
+/// make the unit type "????".
 ///
 /// To read objects back, enter each class's `initWithCoder` in a `platform::ClassTable` under the
 /// class's name.
@@ -47,8 +48,9 @@ public:
     [[nodiscard]] static std::shared_ptr<SLibObject>
     initWithGRAAndNameAndThing_nameIn_andThing(const Compare& compare, const Text& name,
                                                platform::Value thing);
-    /// A missing key reads as 0, false or absent. The identifier is a new one, as intended: the
-    /// archived one is never read.
+    /// A missing key reads as 0, false or absent.
+    /// Kept: the identifier is a new one, since the archived one may be another object's in this
+    /// process; it is never read.
     [[nodiscard]] static std::shared_ptr<SLibObject>
     initWithCoder(platform::KeyedUnarchiver& coder);
 
@@ -87,11 +89,11 @@ public:
     /// neither locked nor dirty. All else stays.
     void reset();
 
-    /// Always 0, as intended.
+    /// Kept: other programs call it. Always 0.
     [[nodiscard]] std::uint64_t calculateChecksum() const { return 0; }
-    /// Does nothing, as intended.
+    /// Kept: other programs call it. Does nothing.
     void addUniqueID() {}
-    /// Always nothing, as intended.
+    /// Kept: other programs call it. Always nothing.
     [[nodiscard]] std::optional<platform::URL> urlToFileTracker(const platform::Value& url) const;
 
     /// The panels of `SupportLibCat`, main thread only; both ways to choose a file are the same.

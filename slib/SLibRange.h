@@ -13,7 +13,8 @@ class SLibRange : public SLibObject {
 public:
     [[nodiscard]] static std::shared_ptr<SLibRange>
     initWithValues_rangeEnd_startSpan(std::uint64_t start, std::uint64_t end, std::uint64_t span);
-    /// The unit type becomes "GRLS", as intended: a range that was never archived has none.
+    /// Kept: other programs tell by it which ranges were archived. The unit type becomes "GRLS",
+    /// and a range that never was has none.
     [[nodiscard]] static std::shared_ptr<SLibRange> initWithCoder(platform::KeyedUnarchiver& coder);
 
     std::uint64_t start = 0;
@@ -26,8 +27,9 @@ public:
                                   std::uint64_t newSpan);
     /// Another range of the same figures, with an identity, name and description of its own.
     [[nodiscard]] std::shared_ptr<SLibRange> copy() const;
-    /// Any of `span` numbers from `start` on, each as likely. Only the low 16 bits of the span
-    /// count, as intended; where they are 0 it is `start`.
+    /// Any of `span` numbers from `start` on, each as likely.
+    /// Kept: other programs count on the reach. Only the low 16 bits of the span count; where they
+    /// are 0 it is `start`.
     [[nodiscard]] std::uint64_t getRandomRangeVal() const;
 
     [[nodiscard]] const platform::ClassNames& archivedClass() const override;

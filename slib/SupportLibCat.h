@@ -35,7 +35,7 @@ simpleGetFile_ofThese(platform::Host& host, const std::vector<std::string>& type
 [[nodiscard]] std::optional<platform::URL>
 getAPuttingURL(platform::Host& host,
                const std::function<std::string(const std::string&)>& writtenPath = {});
-/// Always nothing, as intended.
+/// Kept: other programs call it. Always nothing.
 [[nodiscard]] std::optional<platform::URL> urlToFileTracker(const platform::Value& url);
 
 /// A colour and a bold font of the given size in points.
@@ -54,7 +54,8 @@ fileNameInDocDirectory(platform::Host& host, const std::optional<std::string>& n
 /// never made; the path comes back even when the folder could not be.
 std::optional<std::string> createOrReturnAppSupportFolder(platform::Host& host,
                                                           std::string_view name);
-/// The same folder: application support, not documents, as intended.
+/// Kept: other programs find their files there. The same folder, application support, not
+/// documents.
 std::optional<std::string> createOrReturnDocumentsFolder(platform::Host& host,
                                                          std::string_view name);
 
@@ -65,11 +66,11 @@ std::optional<std::string> createOrReturnDocumentsFolder(platform::Host& host,
 [[nodiscard]] std::string slibReturnTrucatedNSString_maxLen_withElip(std::string_view text,
                                                                      std::int64_t maximum,
                                                                      bool ellipsis);
-/// Always nothing, as intended.
+/// Kept: other programs call it. Always nothing.
 [[nodiscard]] std::optional<std::string> stripAlphaCharsFromString(std::string_view text);
 /// Logs one line, the number right behind the text.
 void slibLogAStringAndNum_num(platform::Host& host, std::string_view text, std::int32_t number);
-/// Always a new, empty dictionary, whatever the file, as intended.
+/// Kept: other programs call it. Always a new, empty dictionary, whatever the file.
 [[nodiscard]] std::shared_ptr<platform::Dictionary>
 slibNSStringsFromFile(const platform::Value& file);
 
@@ -80,9 +81,9 @@ slibNSStringsFromFile(const platform::Value& file);
 /// The bytes of all pairs of digits, half as many as the text has UTF-16 units; an odd last digit
 /// is ignored. The count is the size of the result.
 [[nodiscard]] platform::Data slibextractAllHexBytes_count(std::string_view text);
-/// The first `length` bytes in lower-case hex digits, without leading zeros, as intended: 0x0A
-/// gives "a". The first byte is always written, even for a length below 1, as intended; bytes that
-/// are not there are not.
+/// The first `length` bytes in lower-case hex digits.
+/// Kept: other programs have stored such texts. Without leading zeros, so that 0x0A gives "a", and
+/// the first byte even for a length below 1. Bytes that are not there are not written.
 [[nodiscard]] std::string makeStringOfHexValues_ofLength(std::span<const std::byte> bytes,
                                                          std::int64_t length);
 
@@ -97,7 +98,7 @@ void encodeSInt16_value_forKey(platform::KeyedArchiver& coder, std::int16_t valu
                                std::string_view key);
 [[nodiscard]] std::int16_t decodeSInt16_forKey(platform::KeyedUnarchiver& coder,
                                                std::string_view key);
-/// Writes nothing, as intended.
+/// Kept: archives of other programs lack the key. Writes nothing.
 void encodeNSRange_value_forKey(platform::KeyedArchiver& coder, const Range& range,
                                 std::string_view key);
 
@@ -106,7 +107,7 @@ void slibPostNotification_object_withInfo(platform::Host& host, std::string name
                                           platform::Value object,
                                           std::shared_ptr<const platform::Dictionary> info);
 
-/// Nothing is ever enciphered or deciphered, as intended: always null.
+/// Kept: other programs call it. Nothing is ever enciphered or deciphered, always null.
 [[nodiscard]] std::shared_ptr<const platform::Data>
 slibEncryptData_secKey(const platform::Data& data, const platform::Data& key);
 [[nodiscard]] std::shared_ptr<const platform::Data>

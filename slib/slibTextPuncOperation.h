@@ -14,16 +14,17 @@ class slibTextPuncRecord;
 /// A punctuation mark and where it stands.
 struct slibPuncToken {
     signed char mark = 0;
-    /// Bytes from the mark to the end of its text, the mark included: counted from the end, as
-    /// intended. The mark's index is the length of the text minus this.
+    /// Bytes from the mark to the end of its text, the mark included: counted from the end.
+    /// Kept: other programs store it so. The mark's index is the length of the text minus this.
     std::int64_t position = 0;
 
     friend bool operator==(const slibPuncToken&, const slibPuncToken&) = default;
 };
 
 /// Finds the punctuation marks of a text and appends them to a record. A mark is one of the twelve
-/// bytes carriage return ! " ( ) , . : ; ? { }, as intended: neither line feed nor apostrophe nor
-/// hyphen is one.
+/// bytes carriage return ! " ( ) , . : ; ? { }.
+/// Kept: other programs compare counts of long ago. Neither line feed nor apostrophe nor hyphen is
+/// one.
 ///
 /// At every 1,576th mark it posts the notification `parseUpdate` with the number of marks found so
 /// far, on the thread that scans, and looks whether it was cancelled: nowhere else does it do so.

@@ -21,7 +21,8 @@ void AviationWeatherRecord::getNewMessages() {
                                             platform::parseXML(*reply, *self);
                                         }
                                     });
-    // The other form of the question is made and never sent, as intended.
+    // Kept: hosts of other programs see the setting asked for twice. The other form of the question
+    // is made and never sent.
     static_cast<void>(weather::fixedTafRequest(host_, "mostRecent"));
 }
 
@@ -37,6 +38,6 @@ void AviationWeatherRecord::parser_foundCharacters(std::string_view text) {
 
 void AviationWeatherRecord::parser_didEndElement(std::string_view /*name*/) {
     iCare_ = false;
-    // The path is looked up and left unused, as intended.
+    // Kept: hosts of other programs see it asked for. The path is left unused.
     static_cast<void>(SupportLibCat::fileNameInDocDirectory(host_, "free"));
 }

@@ -11,11 +11,12 @@
 #include <string_view>
 
 /// A single request to the weather data server, always the same one; its reply is read and comes to
-/// nothing, as intended. Lives at least until the reply has been handled.
+/// nothing.
+/// Kept: other programs make one. Lives at least until the reply has been handled.
 class AviationWeatherRecord final : public platform::XMLParserDelegate,
                                     public std::enable_shared_from_this<AviationWeatherRecord> {
 public:
-    /// The station is ignored, as intended; the options become `requestedData`.
+    /// Kept: other programs make one. The station is ignored; the options become `requestedData`.
     [[nodiscard]] static std::shared_ptr<AviationWeatherRecord>
     initWithStation_options(platform::Host& host,
                             const std::shared_ptr<AviationWeatherStation>& station,

@@ -28,7 +28,7 @@ platform::URL request(platform::Host& host, std::string_view scheme, std::string
                         latest)};
 }
 
-/// Kept, beside letters and digits: what RFC 3986 does not reserve.
+/// What RFC 3986 does not reserve stays as it is.
 std::string queryValue(std::string_view text) {
     return platform::percentEscaped(text, "-._~");
 }

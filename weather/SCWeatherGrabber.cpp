@@ -74,7 +74,7 @@ void SCWeatherGrabber::handleReply(Walk& walk, const platform::Data& reply) {
         walk.text = currentString_->substr(0, *walk.captured);
     }
     if (!walk.text) {
-        // Never so, as intended: a reply without a report has the empty text.
+        // Kept: never so. A reply without a report has the empty text, which observers know.
         walk.text = walk.kind.notAvailable;
     }
     walk.text = SuportLib::removeLeadingSpaces(walk.text);

@@ -24,8 +24,9 @@
 /// until its last reply has been handled, whoever else lets it go; it cannot be stopped, but its
 /// requests can be made to yield to other grabbers'. Its operations may be called on any thread.
 ///
-/// Both walks capture into one text, which each request of either empties: what a reply captured
-/// stands ahead of the next one's capture unless a request was sent in between. This is intended.
+/// Kept: users know it so, and the help says it. Both walks capture into one text, which each
+/// request of either empties; what a reply captured stands ahead of the next one's capture unless a
+/// request was sent in between.
 class SCWeatherGrabber final : public platform::XMLParserDelegate,
                                public std::enable_shared_from_this<SCWeatherGrabber> {
 public:
@@ -54,7 +55,7 @@ public:
     /// From now on every request, those on their way included, yields to those of grabbers that
     /// are not superseded. The walks go on all the same.
     void supersede() { *superseded_ = true; }
-    /// Do nothing, as intended.
+    /// Kept: other programs call them. Do nothing.
     void doMetars() {}
     void doTAFs() {}
 
