@@ -26,7 +26,9 @@ std::string_view localName(const XML_Char* name) {
     return full.substr(full.rfind(separator) + 1);
 }
 
-class Parse {
+} // namespace
+
+class XMLStream::Parse {
 public:
     explicit Parse(XMLParserDelegate& delegate) : delegate_(delegate) {
         XML_Parser parser = parser_.get();
@@ -37,22 +39,32 @@ public:
         XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser, mostAmplification);
     }
 
-    bool run(std::span<const std::byte> document) {
-        const auto* text = reinterpret_cast<const char*>(document.data());
-        const bool isWhole = XML_Parse(parser_.get(), text, static_cast<int>(document.size()),
-                                       XML_TRUE) == XML_STATUS_OK;
-        flush();
-        return isWhole;
+    bool feed(std::span<const std::byte> bytes, bool isLast) {
+        if (bytes.size() > std::numeric_limits<int>::max()) {
+            stop();
+        }
+        const auto* text = reinterpret_cast<const char*>(bytes.data());
+        const bool isSound =
+            !isStopped_ && XML_Parse(parser_.get(), text, static_cast<int>(bytes.size()),
+                                     isLast ? XML_TRUE : XML_FALSE) == XML_STATUS_OK;
+        isStopped_ |= !isSound;
+        if (isStopped_ || isLast) {
+            flush();
+        }
+        return isSound;
     }
 
 private:
-    static void startElement(void* self, const XML_Char* name, const XML_Char** /*attributes*/) {
+    static void startElement(void* self, const XML_Char* name, const XML_Char** attributes) {
         auto& parse = *static_cast<Parse*>(self);
         parse.flush();
         if (++parse.depth_ > deepest) {
             parse.stop();
         } else {
             parse.delegate_.parser_didStartElement(localName(name));
+            for (; *attributes; attributes += 2) {
+                parse.delegate_.parser_foundAttribute(localName(attributes[0]), attributes[1]);
+            }
         }
     }
 
@@ -104,10 +116,21 @@ private:
     bool isStopped_ = false;
 };
 
-} // namespace
+XMLStream::XMLStream(XMLParserDelegate& delegate) : parse_(std::make_unique<Parse>(delegate)) {}
+
+XMLStream::~XMLStream() = default;
+
+bool XMLStream::feed(std::span<const std::byte> bytes) {
+    return parse_->feed(bytes, false);
+}
+
+bool XMLStream::finish() {
+    return parse_->feed({}, true);
+}
 
 bool parseXML(std::span<const std::byte> document, XMLParserDelegate& delegate) {
-    return document.size() <= std::numeric_limits<int>::max() && Parse(delegate).run(document);
+    XMLStream stream(delegate);
+    return stream.feed(document) && stream.finish();
 }
 
 } // namespace platform

@@ -1,0 +1,355 @@
+// SPDX-License-Identifier: MIT
+#include "reports/Reader.h"
+#include "reports/Category.h"
+
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+
+namespace reports {
+namespace {
+
+struct Found final : Receiver {
+    void receive(Metar&& metar) override { metars.push_back(std::move(metar)); }
+    void receive(Taf&& taf) override { tafs.push_back(std::move(taf)); }
+
+    std::vector<Metar> metars;
+    std::vector<Taf> tafs;
+    Understanding understanding = Understanding::none;
+    std::size_t passedOver = 0;
+};
+
+/// Reads a text in parts of a size.
+Found read(std::string_view text, std::size_t part = std::string_view::npos) {
+    Found found;
+    Reader reader(found);
+    while (!text.empty()) {
+        const std::string_view next = text.substr(0, part);
+        text.remove_prefix(next.size());
+        reader.feed(std::as_bytes(std::span(next)));
+    }
+    found.understanding = reader.finish();
+    found.passedOver = reader.passedOver();
+    return found;
+}
+
+std::string metar(const std::string& elements, const std::string& raw = "KAAA 010000Z") {
+    return "<response><data><METAR><raw_text>" + raw +
+           "</raw_text><station_id>KAAA</station_id><observation_time>2026-11-21T12:51:00Z"
+           "</observation_time>" +
+           elements + "</METAR></data></response>";
+}
+
+Date at(int day, int hour, int minute = 0) {
+    using namespace std::chrono;
+    return Date(sys_days(year(2026) / 11 / day)) + hours(hour) + minutes(minute);
+}
+
+std::string timeText(int day, int hour) {
+    char text[32];
+    std::snprintf(text, sizeof text, "2026-11-%02dT%02d:00:00.000Z", day, hour);
+    return text;
+}
+
+std::string forecast(const std::string& kind, int from, int to, const std::string& elements) {
+    return "<forecast><fcst_time_from>" + timeText(21, from) + "</fcst_time_from><fcst_time_to>" +
+           timeText(21, to) + "</fcst_time_to>" +
+           (kind.empty() ? "" : "<change_indicator>" + kind + "</change_indicator>") + elements +
+           "</forecast>";
+}
+
+std::string taf(const std::string& forecasts, const std::string& raw = "TAF KAAA 211120Z") {
+    return "<response><data><TAF><raw_text><![CDATA[" + raw + "]]></raw_text>" +
+           "<station_id>KAAA</station_id><issue_time>" + timeText(21, 11) +
+           "</issue_time><valid_time_from>" + timeText(21, 12) + "</valid_time_from>" +
+           "<valid_time_to>" + timeText(22, 12) + "</valid_time_to>" + forecasts +
+           "</TAF></data></response>";
+}
+
+std::string sky(const std::string& cover, int base) {
+    return "<sky_condition sky_cover=\"" + cover + "\" cloud_base_ft_agl=\"" +
+           std::to_string(base) + "\"/>";
+}
+
+std::string visibility(const std::string& miles) {
+    return "<visibility_statute_mi>" + miles + "</visibility_statute_mi>";
+}
+
+TEST(Reader, TakesWhatAMetarSaysAndLeavesOutWhatCannotBeRead) {
+    const Found found = read(metar(
+        "<temp_c>-5.6</temp_c><dewpoint_c>x</dewpoint_c><wind_dir_degrees>230</wind_dir_degrees>"
+        "<wind_speed_kt>12</wind_speed_kt><wind_gust_kt>22</wind_gust_kt>" +
+            visibility("10+") +
+            "<altim_in_hg>29.95</altim_in_hg><quality_control_flags><corrected>TRUE</corrected>"
+            "<auto>TRUE</auto></quality_control_flags><wx_string>-RA BR</wx_string>" +
+            sky("FEW", 2500) + sky("BKN", 26000) +
+            "<flight_category>VFR</flight_category><metar_type>SPECI</metar_type>"
+            "<elevation_m>9999</elevation_m>",
+        "SPECI KAAA 211251Z AUTO 23012G22KT 10SM"));
+    const Metar expected{
+        .station = "KAAA",
+        .observed = at(21, 12, 51),
+        .raw = "SPECI KAAA 211251Z AUTO 23012G22KT 10SM",
+        .conditions = {.wind = Wind{230, false, 12, 22},
+                       .visibility = Visibility{10, true},
+                       .weather = "-RA BR",
+                       .layers = {{Cover::few, 2500, ""}, {Cover::broken, 26000, ""}},
+                       .verticalVisibility = {}},
+        .temperature = -5.6,
+        .dewPoint = {},
+        .altimeter = 29.95,
+        .elevation = {},
+        .category = Category::VFR,
+        .revision = Revision::corrected,
+        .isSpecial = true,
+        .isAutomatic = true,
+    };
+    ASSERT_EQ(found.metars.size(), 1U);
+    EXPECT_EQ(found.metars.front(), expected);
+    EXPECT_EQ(found.understanding, Understanding::whole);
+
+    const struct {
+        const char* elements;
+        std::optional<Wind> wind;
+    } winds[] = {
+        {"", {}},
+        {"<wind_dir_degrees>120</wind_dir_degrees>", {}},
+        {"<wind_speed_kt>7</wind_speed_kt>", Wind{{}, false, 7, {}}},
+        {"<wind_speed_kt>3</wind_speed_kt><wind_dir_degrees>VRB</wind_dir_degrees>",
+         Wind{{}, true, 3, {}}},
+        {"<wind_dir_degrees>0</wind_dir_degrees><wind_speed_kt>3</wind_speed_kt>",
+         Wind{{}, true, 3, {}}},
+        {"<wind_dir_degrees>0</wind_dir_degrees><wind_speed_kt>0</wind_speed_kt>",
+         Wind{0, false, 0, {}}},
+        {"<wind_dir_degrees>361</wind_dir_degrees><wind_speed_kt>10</wind_speed_kt>",
+         Wind{{}, false, 10, {}}},
+        {"<wind_dir_degrees>90</wind_dir_degrees><wind_speed_kt>-1</wind_speed_kt>", {}},
+        {"<wind_dir_degrees>90</wind_dir_degrees><wind_speed_kt>inf</wind_speed_kt>", {}},
+    };
+    for (const auto& [elements, wind] : winds) {
+        const Found one = read(metar(elements));
+        ASSERT_EQ(one.metars.size(), 1U) << elements;
+        EXPECT_EQ(one.metars.front().conditions.wind, wind) << elements;
+    }
+}
+
+TEST(Reader, PassesOverWhatIsNoReport) {
+    const std::string whole = metar("");
+    const auto without = [&whole](std::string_view element) {
+        const std::string end = "</" + std::string(element) + ">";
+        std::string text = whole;
+        const std::size_t from = text.find("<" + std::string(element) + ">");
+        return text.erase(from, text.find(end) + end.size() - from);
+    };
+    const struct {
+        std::string reply;
+        Understanding understanding;
+        std::size_t passedOver;
+    } cases[] = {
+        {"", Understanding::nothing, 0},
+        {"<response><data num_results=\"0\"/></response>", Understanding::nothing, 0},
+        {without("station_id"), Understanding::nothing, 1},
+        {without("observation_time"), Understanding::nothing, 1},
+        {without("raw_text"), Understanding::nothing, 1},
+        {metar("", "KAAA 010000Z AUTO NIL="), Understanding::nothing, 1},
+        {metar("", std::string(100'000, 'A')), Understanding::nothing, 1},
+        {"<html><METAR></METAR></html>", Understanding::none, 1},
+        {"<!DOCTYPE html><p>Too many requests", Understanding::none, 0},
+        {"<response><errors><error>Invalid station string</error></errors></response>",
+         Understanding::none, 0},
+        {"no XML", Understanding::none, 0},
+        {whole.substr(0, whole.size() - 1), Understanding::none, 0},
+    };
+    for (const auto& [reply, understanding, passedOver] : cases) {
+        SCOPED_TRACE(reply.substr(0, 200));
+        const Found found = read(reply);
+        EXPECT_EQ(found.understanding, understanding);
+        EXPECT_EQ(found.passedOver, passedOver);
+    }
+    for (const char* time : {"2026-13-21T12:51:00Z", "2026-02-30T12:51:00Z", "2026-11-21T24:00:00Z",
+                             "2026-11-21 12:51:00Z", "2026-11-21T12:51:00", "yesterday"}) {
+        std::string text = whole;
+        text.replace(text.find("2026-11-21T12:51:00Z"), 20, time);
+        EXPECT_EQ(read(text).passedOver, 1U) << time;
+    }
+}
+
+TEST(Reader, PutsATafInOrderAndLetsChangesInherit) {
+    const Found found = read(taf(
+        forecast("TEMPO", 14, 16, visibility("0.5") + "<wx_string>FG</wx_string>") +
+        forecast("FM", 18, 23, visibility("6+") + sky("BKN", 2000)) +
+        forecast("", 12, 18,
+                 "<wind_dir_degrees>180</wind_dir_degrees><wind_speed_kt>10</wind_speed_kt>" +
+                     visibility("4") + "<wx_string>RA</wx_string>" + sky("OVC", 2500)) +
+        forecast("BECMG", 14, 18,
+                 "<time_becoming>" + timeText(21, 15) + "</time_becoming>" +
+                     "<wx_string>NSW</wx_string>" + visibility("6+")) +
+        forecast("PROB", 20, 22, "<probability>40</probability>" + sky("BKN", 300)) +
+        forecast("TEMPO", 22, 23, "<probability>30</probability>") + forecast("FM", 22, 20, "")));
+    ASSERT_EQ(found.tafs.size(), 1U);
+    const Taf& only = found.tafs.front();
+    EXPECT_EQ(only.begins, at(21, 12));
+    EXPECT_EQ(only.ends, at(22, 12));
+    using Kind = Forecast::Kind;
+    const struct {
+        Kind kind;
+        int from;
+        const char* category;
+        const char* weather;
+        std::optional<Wind> wind;
+        std::optional<int> probability;
+    } expected[] = {
+        {Kind::base, 12, "MVFR", "RA", Wind{180, false, 10, {}}, {}},
+        {Kind::becoming, 14, "MVFR", "", Wind{180, false, 10, {}}, {}},
+        {Kind::temporary, 14, "LIFR", "FG", Wind{180, false, 10, {}}, {}},
+        {Kind::from, 18, "MVFR", "", {}, {}},
+        {Kind::probable, 20, "LIFR", "", {}, 40},
+        {Kind::temporary, 22, "MVFR", "", {}, 30},
+    };
+    ASSERT_EQ(only.forecasts.size(), std::size(expected));
+    for (std::size_t i = 0; i < std::size(expected); ++i) {
+        SCOPED_TRACE(i);
+        const Forecast& part = only.forecasts[i];
+        EXPECT_EQ(part.kind, expected[i].kind);
+        EXPECT_EQ(part.begins, at(21, expected[i].from));
+        EXPECT_EQ(nameOf(part.category), expected[i].category);
+        EXPECT_EQ(part.expected.weather, expected[i].weather);
+        EXPECT_EQ(part.expected.wind, expected[i].wind);
+        EXPECT_EQ(part.probability, expected[i].probability);
+    }
+    EXPECT_EQ(only.forecasts[1].complete, at(21, 15));
+
+    // CAVOK stays until an element of its own ends it, and then only as far as that says.
+    const Found cavok =
+        read(taf(forecast("", 12, 14, visibility("6+") + "<sky_condition sky_cover=\"CAVOK\"/>") +
+                 forecast("BECMG", 14, 16, "<wind_speed_kt>17</wind_speed_kt>") +
+                 forecast("BECMG", 16, 18, visibility("2"))));
+    ASSERT_EQ(cavok.tafs.size(), 1U);
+    const auto& parts = cavok.tafs.front().forecasts;
+    EXPECT_EQ(parts[1].expected.layers, parts[0].expected.layers);
+    EXPECT_EQ(nameOf(parts[1].category), "VFR");
+    EXPECT_EQ(nameOf(parts[2].category), "IFR");
+
+    EXPECT_TRUE(read(taf("", "TAF VTBD 281000Z 2812/2912 CNL=")).tafs.at(0).isCancelled);
+}
+
+TEST(Reader, LaterAndRevisedReportsTakeTheOthersPlace) {
+    Metar early;
+    early.observed = at(21, 11);
+    Metar late = early;
+    late.observed = at(21, 12);
+    Metar corrected = late;
+    corrected.revision = Revision::corrected;
+    EXPECT_TRUE(replaces(late, early) && replaces(corrected, late) && replaces(late, late) &&
+                replaces(corrected, corrected));
+    EXPECT_FALSE(replaces(early, late) || replaces(late, corrected) || replaces(early, corrected));
+}
+
+std::filesystem::path shared(const char* name) {
+    return std::filesystem::path(NOSIG_SHARED_DATA) / name;
+}
+
+std::string contentsOf(const std::filesystem::path& path) {
+    std::string text;
+    gzFile file = gzopen(path.c_str(), "rb");
+    char part[1 << 16];
+    for (int size = 0; file && (size = gzread(file, part, sizeof part)) > 0;) {
+        text.append(part, static_cast<std::size_t>(size));
+    }
+    gzclose(file);
+    return text;
+}
+
+/// Whether a cut reply gave the first of what the whole one gives, by its last one.
+template <typename T>
+bool begins(const std::vector<T>& some, const std::vector<T>& all) {
+    return some.empty() || (some.size() <= all.size() && some.back() == all[some.size() - 1]);
+}
+
+TEST(Reader, GivesTheSameWhereverARealReplyIsCut) {
+    if (!std::filesystem::exists(shared("world"))) {
+        GTEST_SKIP() << "no recorded replies";
+    }
+    int samples = 0;
+    for (const char* folder : {"replies", "replies-present", "world"}) {
+        for (const auto& entry : std::filesystem::directory_iterator(shared(folder))) {
+            if (entry.path().extension() != ".xml") {
+                continue;
+            }
+            SCOPED_TRACE(entry.path().filename());
+            const std::string text = contentsOf(entry.path());
+            const Found whole = read(text);
+            EXPECT_EQ(read(text, 1).metars, whole.metars);
+            EXPECT_EQ(read(text, 7).tafs, whole.tafs);
+            for (std::size_t end = 0; end < text.size(); ++end) {
+                const Found cut = read(std::string_view(text).substr(0, end));
+                ASSERT_TRUE(begins(cut.metars, whole.metars) && begins(cut.tafs, whole.tafs))
+                    << end;
+            }
+            ++samples;
+        }
+    }
+    EXPECT_EQ(samples, 11);
+}
+
+TEST(Reader, ReadsRealReplies) {
+    if (!std::filesystem::exists(shared("world"))) {
+        GTEST_SKIP() << "no recorded replies";
+    }
+    const struct {
+        const char* name;
+        Understanding understanding;
+        std::size_t metars;
+        std::size_t tafs;
+    } cases[] = {
+        {"replies/empty-rebuilt.xml", Understanding::nothing, 0, 0},
+        {"replies/error-no-time-rebuilt.xml", Understanding::none, 0, 0},
+        {"replies/metar-ksfo-2019-05-22.xml", Understanding::whole, 2, 0},
+        {"replies/taf-phto-2019-06-01.xml", Understanding::whole, 0, 9},
+        {"replies-present/metar-kbeh-2025-09-20-element-only.xml", Understanding::whole, 1, 0},
+        {"replies-present/taf-rjtt-2026-09-16-trimmed.xml", Understanding::whole, 0, 1},
+        {"world/metars-cache-2025-10-19-trimmed.xml", Understanding::whole, 11, 0},
+        {"world/tafs-cache-2025-10-15-trimmed.xml", Understanding::whole, 0, 4},
+    };
+    for (const auto& [name, understanding, metars, tafs] : cases) {
+        SCOPED_TRACE(name);
+        const Found found = read(contentsOf(shared(name)));
+        EXPECT_EQ(found.understanding, understanding);
+        EXPECT_EQ(found.metars.size(), metars);
+        EXPECT_EQ(found.tafs.size(), tafs);
+    }
+}
+
+TEST(Reader, GivesAWholeWorldItsCategories) {
+    const std::filesystem::path path = shared("world/metars-world-2014-12-18-rebuilt.xml.gz");
+    if (!std::filesystem::exists(path)) {
+        GTEST_SKIP() << "no recorded world";
+    }
+    const std::string text = contentsOf(path);
+    const Found whole = read(text);
+    EXPECT_EQ(whole.metars.size() + whole.passedOver, 4538U);
+    // The closer together, the nearer the beginning: each cut reads all that stands before it.
+    for (std::size_t i = 1; i <= 200; ++i) {
+        const std::size_t end = text.size() * i * i / (201 * 201);
+        const Found cut = read(std::string_view(text).substr(0, end), 4096);
+        ASSERT_TRUE(begins(cut.metars, whole.metars)) << end;
+    }
+    std::map<std::string_view, int> counts;
+    for (const Metar& metar : whole.metars) {
+        ++counts[nameOf(metar.category)];
+    }
+    // 639 reports come without the service's word: one is none, and 197 leave no doubt.
+    EXPECT_EQ(counts, (std::map<std::string_view, int>{{"VFR", 2251 + 79},
+                                                       {"MVFR", 908 + 67},
+                                                       {"IFR", 391 + 20},
+                                                       {"LIFR", 349 + 30},
+                                                       {"", 442}}));
+}
+
+} // namespace
+} // namespace reports
