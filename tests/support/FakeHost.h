@@ -174,9 +174,10 @@ private:
 };
 
 struct FakeClock final : platform::Clock {
-    [[nodiscard]] platform::Date now() const override {
-        return std::chrono::sys_days(std::chrono::year(2024) / 3 / 1);
-    }
+    [[nodiscard]] platform::Date now() const override { return time; }
+
+    std::atomic<platform::Date> time =
+        platform::Date(std::chrono::sys_days(std::chrono::year(2024) / 3 / 1));
 };
 
 class FakeLog final : public platform::Log {

@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+#include "reports/Codec.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace reports {
+namespace {
+
+using nlohmann::json;
+
+// Arrays rather than objects: the fields' names would take more room than their values. Fields are
+// only ever added at the end.
+
+template <typename T>
+json orNull(const std::optional<T>& value) {
+    return value ? json(*value) : json();
+}
+
+template <typename T>
+std::optional<T> optionalAt(const json& fields, std::size_t index) {
+    const json& field = fields.at(index);
+    return field.is_null() ? std::nullopt : std::optional(field.get<T>());
+}
+
+json dateOut(Date date) {
+    return date.time_since_epoch().count();
+}
+
+Date dateIn(const json& field) {
+    return Date(Date::duration(field.get<Date::rep>()));
+}
+
+template <typename Enum>
+Enum enumIn(const json& field, Enum last) {
+    const auto value = field.get<unsigned>();
+    if (value > static_cast<unsigned>(last)) {
+        throw std::out_of_range("no such value");
+    }
+    return static_cast<Enum>(value);
+}
+
+template <typename Enum>
+json enumOut(Enum value) {
+    return static_cast<unsigned>(value);
+}
+
+json out(const Conditions& conditions) {
+    json wind;
+    if (conditions.wind) {
+        const Wind& w = *conditions.wind;
+        wind = json::array({orNull(w.direction), w.isVariable, w.speed, orNull(w.gust)});
+    }
+    json visibility;
+    if (conditions.visibility) {
+        visibility = json::array({conditions.visibility->miles, conditions.visibility->isOrMore});
+    }
+    json layers = json::array();
+    for (const Layer& layer : conditions.layers) {
+        layers.push_back(json::array({enumOut(layer.cover), orNull(layer.base), layer.kind}));
+    }
+    return json::array({std::move(wind), std::move(visibility), conditions.weather,
+                        std::move(layers), orNull(conditions.verticalVisibility)});
+}
+
+Conditions conditionsIn(const json& fields) {
+    Conditions conditions;
+    if (const json& wind = fields.at(0); !wind.is_null()) {
+        conditions.wind = Wind{optionalAt<int>(wind, 0), wind.at(1).get<bool>(),
+                               wind.at(2).get<int>(), optionalAt<int>(wind, 3)};
+    }
+    if (const json& visibility = fields.at(1); !visibility.is_null()) {
+        conditions.visibility =
+            Visibility{visibility.at(0).get<double>(), visibility.at(1).get<bool>()};
+    }
+    conditions.weather = fields.at(2).get<std::string>();
+    for (const json& layer : fields.at(3)) {
+        conditions.layers.push_back({enumIn(layer.at(0), Cover::obscured),
+                                     optionalAt<int>(layer, 1), layer.at(2).get<std::string>()});
+    }
+    conditions.verticalVisibility = optionalAt<int>(fields, 4);
+    return conditions;
+}
+
+platform::Data bytesOf(const json& value) {
+    const std::vector<std::uint8_t> cbor = json::to_cbor(value);
+    const auto bytes = std::as_bytes(std::span(cbor));
+    return {bytes.begin(), bytes.end()};
+}
+
+/// Calls `read` with what the bytes hold; nothing where they are not its fields.
+template <typename Report, typename Read>
+std::optional<Report> decoded(std::span<const std::byte> bytes, Read read) {
+    try {
+        const auto* first = reinterpret_cast<const std::uint8_t*>(bytes.data());
+        return read(json::from_cbor(first, first + bytes.size()));
+    } catch (const json::exception&) {
+    } catch (const std::out_of_range&) {
+    }
+    return {};
+}
+
+} // namespace
+
+platform::Data encoded(const Metar& metar) {
+    return bytesOf(
+        json::array({metar.station, dateOut(metar.observed), metar.raw, out(metar.conditions),
+                     orNull(metar.temperature), orNull(metar.dewPoint), orNull(metar.altimeter),
+                     orNull(metar.elevation), enumOut(metar.category), enumOut(metar.revision),
+                     metar.isSpecial, metar.isAutomatic}));
+}
+
+std::optional<Metar> decodedMetar(std::span<const std::byte> bytes) {
+    return decoded<Metar>(bytes, [](const json& fields) {
+        return Metar{fields.at(0).get<std::string>(),
+                     dateIn(fields.at(1)),
+                     fields.at(2).get<std::string>(),
+                     conditionsIn(fields.at(3)),
+                     optionalAt<double>(fields, 4),
+                     optionalAt<double>(fields, 5),
+                     optionalAt<double>(fields, 6),
+                     optionalAt<double>(fields, 7),
+                     enumIn(fields.at(8), Category::LIFR),
+                     enumIn(fields.at(9), Revision::corrected),
+                     fields.at(10).get<bool>(),
+                     fields.at(11).get<bool>()};
+    });
+}
+
+platform::Data encoded(const Taf& taf) {
+    json forecasts = json::array();
+    for (const Forecast& forecast : taf.forecasts) {
+        forecasts.push_back(json::array(
+            {enumOut(forecast.kind), dateOut(forecast.begins), dateOut(forecast.ends),
+             forecast.complete ? dateOut(*forecast.complete) : json(), orNull(forecast.probability),
+             out(forecast.stated), out(forecast.expected), enumOut(forecast.category)}));
+    }
+    return bytesOf(
+        json::array({taf.station, dateOut(taf.issued), dateOut(taf.begins), dateOut(taf.ends),
+                     taf.raw, std::move(forecasts), enumOut(taf.revision), taf.isCancelled}));
+}
+
+std::optional<Taf> decodedTaf(std::span<const std::byte> bytes) {
+    return decoded<Taf>(bytes, [](const json& fields) {
+        Taf taf{fields.at(0).get<std::string>(),
+                dateIn(fields.at(1)),
+                dateIn(fields.at(2)),
+                dateIn(fields.at(3)),
+                fields.at(4).get<std::string>(),
+                {},
+                enumIn(fields.at(6), Revision::corrected),
+                fields.at(7).get<bool>()};
+        for (const json& forecast : fields.at(5)) {
+            taf.forecasts.push_back(
+                {enumIn(forecast.at(0), Forecast::Kind::probable), dateIn(forecast.at(1)),
+                 dateIn(forecast.at(2)),
+                 forecast.at(3).is_null() ? std::nullopt : std::optional(dateIn(forecast.at(3))),
+                 optionalAt<int>(forecast, 4), conditionsIn(forecast.at(5)),
+                 conditionsIn(forecast.at(6)), enumIn(forecast.at(7), Category::LIFR)});
+        }
+        return taf;
+    });
+}
+
+} // namespace reports

@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+#include "reports/Store.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace reports {
+namespace {
+
+constexpr std::chrono::hours historyKept{48};
+constexpr std::chrono::hours historyShown{24};
+/// How far ahead of our clock a report may be and still keep later ones out. Clocks differ; but one
+/// report from next year must not be the last for good.
+constexpr std::chrono::hours mostAhead{3};
+
+class Work final : public platform::Operation {
+public:
+    explicit Work(std::function<void()> work) : work_(std::move(work)) {}
+    void main() override { work_(); }
+
+private:
+    std::function<void()> work_;
+};
+
+/// Puts a report in its place; false where the one that is there stays.
+template <typename Report>
+bool put(std::shared_ptr<const Report>& kept, const std::shared_ptr<const Report>& report,
+         Date keptTime, Date now) {
+    if (kept && !replaces(*report, *kept) && keptTime <= now + mostAhead) {
+        return false;
+    }
+    kept = report;
+    return true;
+}
+
+} // namespace
+
+Store::Store(platform::NotificationCenter& center, platform::Clock& clock, platform::Log& log,
+             std::filesystem::path file)
+    : center_(center), clock_(clock) {
+    perform([this, &log, path = std::move(file)] {
+        database_ = std::make_unique<Database>(path, log);
+        Batch kept = database_->latest();
+        if (merge(kept)) {
+            post({});
+        }
+    });
+}
+
+Store::~Store() {
+    flush();
+}
+
+StationReports Store::reportsOf(const std::string& station) const {
+    const std::scoped_lock lock(mutex_);
+    const auto found = stations_.find(station);
+    return found == stations_.end() ? StationReports() : found->second;
+}
+
+std::vector<std::shared_ptr<const Metar>> Store::allMetars() const {
+    const std::scoped_lock lock(mutex_);
+    std::vector<std::shared_ptr<const Metar>> all;
+    for (const auto& [station, reports] : stations_) {
+        if (reports.metar) {
+            all.push_back(reports.metar);
+        }
+    }
+    return all;
+}
+
+void Store::take(Batch batch) {
+    std::set<std::string> stations;
+    for (const auto& [metar, keepsHistory] : batch.metars) {
+        stations.insert(metar->station);
+    }
+    for (const auto& taf : batch.tafs) {
+        stations.insert(taf->station);
+    }
+    for (const auto& asked : batch.answers) {
+        stations.insert(asked.station);
+    }
+    if (!merge(batch)) {
+        return;
+    }
+    post(stations.size() == 1 ? std::optional(*stations.begin()) : std::nullopt);
+    keep(std::move(batch));
+}
+
+bool Store::merge(Batch& batch) {
+    const Date now = clock_.now();
+    const std::scoped_lock lock(mutex_);
+    std::erase_if(batch.metars, [&](const Batch::Entry& entry) {
+        auto& kept = stations_[entry.report->station].metar;
+        // An older one may still fill a gap of the history.
+        return !put(kept, entry.report, kept ? kept->observed : now, now) && !entry.keepsHistory;
+    });
+    std::erase_if(batch.tafs, [&](const std::shared_ptr<const Taf>& taf) {
+        auto& kept = stations_[taf->station].taf;
+        return !put(kept, taf, kept ? kept->issued : now, now);
+    });
+    std::erase_if(batch.answers, [&](const Batch::Asked& asked) {
+        StationReports& reports = stations_[asked.station];
+        auto& kept = asked.kind == Kind::metar ? reports.metarAnswer : reports.tafAnswer;
+        if (kept && asked.answer.asked < kept->asked && kept->asked <= now + mostAhead) {
+            return true;
+        }
+        kept = asked.answer;
+        return false;
+    });
+    return !batch.metars.empty() || !batch.tafs.empty() || !batch.answers.empty();
+}
+
+void Store::keep(Batch batch) {
+    // By the reports' own time where that is earlier: a clock that jumps ahead must not empty the
+    // history.
+    Date newest = Date::min() + historyKept;
+    for (const auto& [metar, keepsHistory] : batch.metars) {
+        newest = std::max(newest, metar->observed);
+    }
+    newest = std::min(newest, clock_.now());
+    perform([this, batch = std::move(batch), newest] {
+        database_->write(batch);
+        database_->prune(newest - historyKept);
+    });
+}
+
+void Store::history(std::string station, std::function<void(std::vector<Metar>)> then) {
+    perform([this, station = std::move(station), then = std::move(then)] {
+        const auto last = reportsOf(station).metar;
+        const Date until = last ? last->observed : clock_.now();
+        then(database_->history(station, until - historyShown));
+    });
+}
+
+void Store::flush() {
+    queue_.waitUntilAllOperationsAreFinished();
+}
+
+void Store::perform(std::function<void()> work) {
+    queue_.addOperation(std::make_shared<Work>(std::move(work)));
+}
+
+void Store::post(std::optional<std::string> station) {
+    center_.post(
+        {didChange, station ? platform::Value(std::move(*station)) : platform::Value(), nullptr});
+}
+
+} // namespace reports

@@ -1,0 +1,264 @@
+// SPDX-License-Identifier: MIT
+#include "reports/Store.h"
+#include "reports/Codec.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <fstream>
+#include <future>
+
+namespace reports {
+namespace {
+
+using namespace std::chrono_literals;
+using Ending = Answer::Ending;
+
+const Date noon = Date(std::chrono::sys_days(std::chrono::year(2026) / 11 / 21)) + 12h;
+
+std::shared_ptr<const Metar> metar(const std::string& station, Date observed,
+                                   const std::string& raw = "raw") {
+    Metar made;
+    made.station = station;
+    made.observed = observed;
+    made.raw = raw;
+    made.conditions = {Wind{{}, true, 3, 12},
+                       Visibility{6.21, true},
+                       "-RA",
+                       {{Cover::broken, {}, "CB"}, {Cover::obscured, 200, ""}},
+                       200};
+    made.temperature = -5.6;
+    made.altimeter = 29.92;
+    made.category = Category::IFR;
+    made.revision = Revision::corrected;
+    made.isAutomatic = true;
+    return std::make_shared<const Metar>(made);
+}
+
+std::shared_ptr<const Taf> taf(const std::string& station, Date issued) {
+    Taf made;
+    made.station = station;
+    made.issued = made.begins = issued;
+    made.ends = issued + 24h;
+    made.raw = "TAF";
+    const Conditions conditions{Wind{270, false, 10, {}}, Visibility{4, false}, "", {}, {}};
+    made.forecasts = {
+        {Forecast::Kind::base, issued, issued + 6h, {}, {}, conditions, conditions, Category::MVFR},
+        {Forecast::Kind::becoming,
+         issued,
+         issued + 6h,
+         issued + 2h,
+         40,
+         {},
+         conditions,
+         Category::unknown}};
+    made.isCancelled = true;
+    return std::make_shared<const Taf>(made);
+}
+
+struct StoreTest : testing::Test {
+    void SetUp() override {
+        host.clock.time = noon;
+        open();
+    }
+    /// Ends the store, if there is one, and starts it anew.
+    void open() {
+        store.reset();
+        store = std::make_unique<Store>(host.notificationCenter, host.clock, host.log, file);
+        store->flush();
+    }
+    std::vector<Metar> history(const std::string& station) {
+        std::promise<std::vector<Metar>> promise;
+        store->history(station, [&](std::vector<Metar> found) { promise.set_value(found); });
+        return promise.get_future().get();
+    }
+    [[nodiscard]] std::string rawOf(const std::string& station) const {
+        const auto kept = store->reportsOf(station).metar;
+        return kept ? kept->raw : "";
+    }
+
+    support::TemporaryFolder folder;
+    std::filesystem::path file = folder / "cache/reports.sqlite";
+    support::FakeHost host;
+    std::unique_ptr<Store> store;
+};
+
+TEST(Codec, GivesBackWhatItTookAndNothingElse) {
+    const auto kept = metar("KAAA", noon);
+    const auto forecast = taf("KAAA", noon);
+    const platform::Data bytes = encoded(*kept);
+    const platform::Data forecastBytes = encoded(*forecast);
+    EXPECT_EQ(decodedMetar(bytes), *kept);
+    EXPECT_EQ(decodedTaf(forecastBytes), *forecast);
+    EXPECT_FALSE(decodedMetar(forecastBytes) || decodedTaf(bytes));
+    for (std::size_t size = 0; size < forecastBytes.size(); ++size) {
+        EXPECT_FALSE(decodedTaf(std::span(forecastBytes).first(size))) << size;
+    }
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        platform::Data other = bytes;
+        other[at] ^= std::byte{0xff};
+        static_cast<void>(decodedMetar(other));
+    }
+}
+
+TEST_F(StoreTest, KeepsTheLastOfEachStationOverARestart) {
+    store->take({{{metar("KAAA", noon, "first"), false}, {metar("KBBB", noon), false}},
+                 {taf("KAAA", noon)},
+                 {{"KAAA", Kind::taf, {noon, Ending::refused, 429}}}});
+    store->take({{{metar("KAAA", noon + 1h, "later"), false}}, {}, {}});
+    store->take({{{metar("KAAA", noon, "earlier"), false}}, {taf("KAAA", noon - 1h)}, {}});
+    for (int start = 0; start < 2; ++start) {
+        EXPECT_EQ(rawOf("KAAA"), "later");
+        const StationReports kept = store->reportsOf("KAAA");
+        EXPECT_EQ(*kept.taf, *taf("KAAA", noon));
+        EXPECT_EQ(kept.tafAnswer, (Answer{noon, Ending::refused, 429}));
+        EXPECT_FALSE(kept.metarAnswer);
+        EXPECT_EQ(*store->reportsOf("KBBB").metar, *metar("KBBB", noon));
+        EXPECT_EQ(store->allMetars().size(), 2U);
+        open();
+    }
+    EXPECT_EQ(host.log.lines(), std::vector<std::string>());
+}
+
+TEST_F(StoreTest, TellsWhatChanged) {
+    std::vector<std::string> told;
+    const auto token = host.notificationCenter.addObserver(
+        Store::didChange, [&](const platform::Notification& notification) {
+            const auto* station = std::get_if<std::string>(&notification.object);
+            told.push_back(station ? *station : "many");
+        });
+    store->take({{{metar("KAAA", noon), false}}, {}, {}});
+    store->take({{{metar("KAAA", noon - 1h), false}}, {}, {}});
+    store->take({{{metar("KBBB", noon), false}, {metar("KCCC", noon), false}}, {}, {}});
+    store->take({});
+    EXPECT_EQ(told, (std::vector<std::string>{"KAAA", "many"}));
+}
+
+TEST_F(StoreTest, KeepsHistoryOfStationsThatWereAskedForWhateverTheClockDoes) {
+    const auto take = [&](Date observed, bool keepsHistory) {
+        store->take(
+            {{{metar("KAAA", observed, std::to_string((observed - noon) / 1h)), keepsHistory}},
+             {},
+             {}});
+    };
+    for (int hour = -60; hour <= 0; hour += 10) {
+        take(noon + std::chrono::hours(hour), true);
+    }
+    const auto raws = [&] {
+        std::vector<std::string> found;
+        for (const Metar& one : history("KAAA")) {
+            found.push_back(one.raw);
+        }
+        return found;
+    };
+    const std::vector<std::string> day{"-20", "-10", "0"};
+    EXPECT_EQ(raws(), day);
+    store.reset();
+    EXPECT_EQ(Database(file, host.log).history("KAAA", noon - 100h).size(), 5U) << "of 48 hours";
+    open();
+    // A gap is filled later, and the last one stays the last.
+    take(noon - 15h, true);
+    EXPECT_EQ(raws(), (std::vector<std::string>{"-20", "-15", "-10", "0"}));
+    EXPECT_EQ(rawOf("KAAA"), "0");
+    // Our clock jumps by days, forth and back.
+    for (const auto jump : {72h, -72h}) {
+        host.clock.time = noon + jump;
+        store->take({{{metar("KBBB", noon), false}}, {}, {}});
+        open();
+        EXPECT_EQ(raws().size(), 4U);
+        EXPECT_EQ(rawOf("KAAA"), "0");
+    }
+    host.clock.time = noon;
+    // A report from next year does not keep later ones out.
+    take(noon + 9000h, false);
+    EXPECT_EQ(rawOf("KAAA"), "9000");
+    take(noon + 1h, false);
+    EXPECT_EQ(rawOf("KAAA"), "1");
+    open();
+    EXPECT_EQ(rawOf("KAAA"), "1") << "without history only the last one stays";
+    EXPECT_EQ(raws(), std::vector<std::string>{"1"});
+}
+
+TEST_F(StoreTest, BeginsAnewWhereTheFileIsDamaged) {
+    store->take({{{metar("KAAA", noon), false}}, {taf("KAAA", noon)}, {}});
+    store.reset();
+    std::ifstream written(file, std::ios::binary);
+    const std::string good(std::istreambuf_iterator<char>(written), {});
+    ASSERT_GT(good.size(), 8192U);
+    std::string otherVersion = good;
+    otherVersion[63] = 99;
+    std::vector<std::string> damaged{"no database at all, but some text of some length. " + good,
+                                     good.substr(0, 100), otherVersion};
+    for (std::size_t page = 4096; page < good.size(); page += 4096) {
+        std::string one = good;
+        std::fill_n(one.begin() + static_cast<std::ptrdiff_t>(page), 64, '\xff');
+        damaged.push_back(one);
+    }
+    for (const std::string& bytes : damaged) {
+        SCOPED_TRACE(&bytes - damaged.data());
+        std::filesystem::remove(file.string() + ".damaged");
+        std::ofstream(file, std::ios::binary | std::ios::trunc) << bytes;
+        const std::size_t linesBefore = host.log.lines().size();
+        for (int start = 0; start < 2; ++start) {
+            open();
+            store->take({{{metar("KBBB", noon), false}}, {taf("KBBB", noon)}, {}});
+        }
+        open();
+        EXPECT_TRUE(store->reportsOf("KBBB").metar && store->reportsOf("KBBB").taf);
+        EXPECT_TRUE(std::filesystem::exists(file.string() + ".damaged"));
+        EXPECT_EQ(host.log.lines().size(), linesBefore + 1);
+        store.reset();
+    }
+}
+
+TEST_F(StoreTest, WorksOnInMemoryWhereNothingCanBeWritten) {
+    // A folder that is none.
+    file = folder.write("plain", "") / "reports.sqlite";
+    for (int start = 0; start < 2; ++start) {
+        open();
+        EXPECT_EQ(rawOf("KAAA"), "");
+        store->take({{{metar("KAAA", noon), false}}, {}, {}});
+        store->flush();
+        EXPECT_EQ(rawOf("KAAA"), "raw");
+        EXPECT_EQ(history("KAAA").size(), 0U);
+    }
+    EXPECT_EQ(host.log.lines().size(), 2U);
+}
+
+TEST_F(StoreTest, WaitsForAnotherProgramAndGoesOnWithoutIt) {
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(file.c_str(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+    store->take({{{metar("KAAA", noon), false}}, {}, {}});
+    store->flush();
+    EXPECT_EQ(rawOf("KAAA"), "raw");
+    EXPECT_EQ(sqlite3_close(other), SQLITE_OK);
+    store->take({{{metar("KBBB", noon), false}}, {}, {}});
+    open();
+    EXPECT_EQ(rawOf("KBBB"), "raw");
+    EXPECT_EQ(host.log.lines(), std::vector<std::string>());
+}
+
+TEST_F(StoreTest, LetsHistoryGoWhereTheFileIsFull) {
+    const std::filesystem::path small = folder / "small.sqlite";
+    Database database(small, host.log, 256 * 1024);
+    for (int hour = 0; hour < 48; ++hour) {
+        Batch batch;
+        for (char letter = 'A'; letter <= 'Z'; ++letter) {
+            batch.metars.push_back({metar(std::string("KA") + letter + letter,
+                                          noon + std::chrono::hours(hour), std::string(300, 'x')),
+                                    true});
+        }
+        EXPECT_TRUE(database.write(batch)) << hour;
+    }
+    EXPECT_EQ(database.latest().metars.size(), 26U);
+    EXPECT_EQ(database.history("KAAA", noon + 47h).size(), 1U);
+    EXPECT_EQ(host.log.lines().size(), 1U);
+    EXPECT_LE(std::filesystem::file_size(small), 256U * 1024);
+}
+
+} // namespace
+} // namespace reports
