@@ -4,6 +4,7 @@
 #include "platform/text/Text.h"
 #include "product/Addresses.h"
 #include "slib/slibUtility.h"
+#include "weather/Query.h"
 
 #include <fmt/format.h>
 
@@ -45,6 +46,26 @@ platform::URL tafRequest(platform::Host& host, std::string_view identifier) {
 
 platform::URL fixedTafRequest(platform::Host& host, std::string_view latest) {
     return request(host, "http", "TAFs", "KSFO", latest);
+}
+
+std::optional<reports::Question> questionIn(const platform::URL& address) {
+    const std::string_view text = address.text;
+    const std::size_t start = text.find('?');
+    const std::string_view place = text.substr(0, start);
+    const std::string_view query = start == text.npos ? std::string_view() : text.substr(start + 1);
+    const bool isClassic = place.ends_with(product::addresses::dataServerPath);
+    const std::string_view source = valueOf(query, "dataSource");
+    const std::string_view station = valueOf(query, isClassic ? "stationString" : "ids");
+    const bool isMetar = isClassic ? platform::equalIgnoringCase(source, "metars")
+                                   : place.ends_with(product::addresses::metarPath);
+    const bool isTaf = isClassic ? platform::equalIgnoringCase(source, "tafs")
+                                 : place.ends_with(product::addresses::tafPath);
+    // Several stations have a comma between them; what is escaped is no identifier of the service.
+    if (station.empty() || station.find_first_of(",%") != station.npos || isMetar == isTaf) {
+        return {};
+    }
+    return reports::Question{isMetar ? reports::Kind::metar : reports::Kind::taf,
+                             std::string(station)};
 }
 
 } // namespace weather

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "platform/host/Host.h"
+#include "reports/Sessions.h"
 
+#include <optional>
 #include <string_view>
 
 /// The questions put to the weather data server, in its classic form. They go to the server that
@@ -16,5 +18,9 @@ namespace weather {
 /// The TAF of station KSFO over plain http; `latest` is the key that asks for the latest one,
 /// "mostRecent" or "mostRecentForEachStation".
 [[nodiscard]] platform::URL fixedTafRequest(platform::Host& host, std::string_view latest);
+
+/// What an address asks for, in the classic form or the present one; nothing for one that is no
+/// question for a single station's METAR or TAF. The station as it is named, unescaped.
+[[nodiscard]] std::optional<reports::Question> questionIn(const platform::URL& address);
 
 } // namespace weather

@@ -3,6 +3,7 @@
 
 #include "platform/text/Text.h"
 #include "product/Addresses.h"
+#include "weather/Query.h"
 
 #include <fmt/format.h>
 
@@ -29,18 +30,6 @@ std::optional<std::string_view> retiredQuery(std::string_view address) {
         return std::nullopt;
     }
     return address.substr(0, address.find('#'));
-}
-
-/// The value of a query's first entry of that key, escaped as it is; empty without one.
-std::string_view valueOf(std::string_view query, std::string_view key) {
-    while (!query.empty()) {
-        const std::string_view entry = query.substr(0, query.find('&'));
-        query.remove_prefix(std::min(entry.size() + 1, query.size()));
-        if (entry.starts_with(key) && entry.substr(key.size()).starts_with('=')) {
-            return entry.substr(key.size() + 1);
-        }
-    }
-    return {};
 }
 
 } // namespace

@@ -137,6 +137,16 @@ public:
 /// returns, and handlers that share a transfer are called one after another, as they asked.
 class URLSessions {
 public:
+    /// How a transfer ended.
+    struct Ending {
+        /// Of the HTTP reply; 0 where the transfer did not complete.
+        int status = 0;
+        /// When the server was asked: of a reply that is reused, when that was asked for.
+        Date asked;
+        /// What the handler is given.
+        const std::optional<Data>& data;
+    };
+
     struct Request {
         URL address;
         /// Has the server asked even where a kept reply may still be reused.
@@ -145,6 +155,9 @@ public:
         /// is made all the same. A transfer yields when all who share it do. Never back to false;
         /// null for a request that never yields.
         std::shared_ptr<const std::atomic<bool>> superseded = nullptr;
+        /// For who wants to know more than a handler is told: called right before the handler, on
+        /// the same thread. May be empty.
+        std::function<void(const Ending& ending)> ended = nullptr;
     };
 
     /// The body of a complete reply, whatever its status; absent when the transfer did not

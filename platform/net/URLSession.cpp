@@ -25,11 +25,8 @@ using Transfer = std::unique_ptr<URLTransfer>;
 using TimePoint = URLTransfer::TimePoint;
 using Rank = RequestPacer::Rank;
 
-/// A request on its way to the thread.
-struct Task {
-    URLSessions::Request request;
-    URLSessions::CompletionHandler handler;
-};
+/// A request, also on its way to the thread.
+using Task = URLTransfer::Asker;
 
 Rank rankOf(const URLTransfer& transfer) {
     return transfer.isSuperseded() ? Rank::superseded : Rank::current;
@@ -123,16 +120,16 @@ struct CurlURLSessions::State {
         const URL& asked = task.request.address;
         const std::string address = options.successor ? options.successor(asked).text : asked.text;
         if (URLTransfer* shared = transferOf(address)) {
-            shared->join(task.request, std::move(task.handler));
+            shared->join(std::move(task));
             return;
         }
         HTTPCache::Kept kept = cache.find(address);
         if (kept && !task.request.revalidates && HTTPCache::isFresh(*kept, options.date())) {
-            complete(std::move(task.handler), kept->body);
+            complete(std::move(task), {static_cast<int>(kept->status), kept->asked, kept->body});
             return;
         }
         auto transfer = std::make_unique<URLTransfer>(address, options);
-        transfer->join(task.request, std::move(task.handler));
+        transfer->join(std::move(task));
         transfer->setKept(std::move(kept));
         begin(std::move(transfer));
     }
@@ -230,10 +227,12 @@ struct CurlURLSessions::State {
         case URLTransfer::Outcome::failed:
             break;
         }
-        std::vector<CompletionHandler> handlers = transfer->takeHandlers();
+        const Ending ending{data ? static_cast<int>(transfer->reply().status) : 0,
+                            transfer->reply().asked, data};
+        std::vector<Task> askers = transfer->takeAskers();
         transfer.reset();
-        for (CompletionHandler& handler : handlers) {
-            complete(std::move(handler), data);
+        for (Task& asker : askers) {
+            complete(std::move(asker), ending);
         }
     }
 
@@ -247,6 +246,7 @@ struct CurlURLSessions::State {
             transfer.setKept(nullptr);
             if (kept) {
                 data = kept->body;
+                reply.status = kept->status;
             }
             return kept != nullptr;
         }
@@ -257,11 +257,14 @@ struct CurlURLSessions::State {
         return true;
     }
 
-    void complete(CompletionHandler handler, const std::optional<Data>& data) {
+    void complete(Task task, const Ending& ending) {
         if (!isStopped) {
-            handler(data);
+            if (task.request.ended) {
+                task.request.ended(ending);
+            }
+            task.handler(ending.data);
             // What it holds goes before the end is told.
-            handler = nullptr;
+            task = {};
             --openRequests;
             postOpenRequests();
         }

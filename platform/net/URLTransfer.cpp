@@ -44,23 +44,15 @@ URLTransfer::URLTransfer(std::string address, const URLSessionOptions& options)
       options_(options),
       timeLeft_(options.totalLimit) {}
 
-void URLTransfer::join(const URLSessions::Request& request,
-                       URLSessions::CompletionHandler handler) {
-    revalidates_ |= request.revalidates;
-    askers_.push_back({request.superseded, std::move(handler)});
+void URLTransfer::join(Asker asker) {
+    revalidates_ |= asker.request.revalidates;
+    askers_.push_back(std::move(asker));
 }
 
 bool URLTransfer::isSuperseded() const {
-    return std::ranges::all_of(
-        askers_, [](const Asker& asker) { return asker.superseded && *asker.superseded; });
-}
-
-std::vector<URLSessions::CompletionHandler> URLTransfer::takeHandlers() {
-    std::vector<URLSessions::CompletionHandler> handlers;
-    for (Asker& asker : std::exchange(askers_, {})) {
-        handlers.push_back(std::move(asker.handler));
-    }
-    return handlers;
+    return std::ranges::all_of(askers_, [](const Asker& asker) {
+        return asker.request.superseded && *asker.request.superseded;
+    });
 }
 
 void* URLTransfer::begin() {

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace platform {
@@ -18,6 +19,11 @@ class URLTransfer {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
     enum class Outcome { complete, redirected, failed };
+    /// Who asks for a transfer, and hears of its end.
+    struct Asker {
+        URLSessions::Request request;
+        URLSessions::CompletionHandler handler;
+    };
 
     /// `options` outlive the transfer.
     URLTransfer(std::string address, const URLSessionOptions& options);
@@ -25,11 +31,11 @@ public:
     /// What was asked for, wherever redirects lead.
     [[nodiscard]] const std::string& address() const { return address_; }
     /// One more who asks. A sending that has begun is not changed by it.
-    void join(const URLSessions::Request& request, URLSessions::CompletionHandler handler);
+    void join(Asker asker);
     /// Whether all who ask have been superseded.
     [[nodiscard]] bool isSuperseded() const;
-    /// Of all who ask, in the order in which they joined; nobody asks any more.
-    [[nodiscard]] std::vector<URLSessions::CompletionHandler> takeHandlers();
+    /// All who ask, in the order in which they joined; nobody asks any more.
+    [[nodiscard]] std::vector<Asker> takeAskers() { return std::exchange(askers_, {}); }
 
     /// The reply that is asked after rather than for, as long as no redirect leads elsewhere; null
     /// for none.
@@ -64,11 +70,6 @@ private:
     void setHeaderLines();
     void readHead();
     [[nodiscard]] bool mayGoTo(const std::string& target);
-
-    struct Asker {
-        std::shared_ptr<const std::atomic<bool>> superseded;
-        URLSessions::CompletionHandler handler;
-    };
 
     const std::string address_;
     /// Where the next sending goes, or the one under way.

@@ -249,21 +249,24 @@ public:
     /// Answers the oldest request whose address contains `part`, and with it all that are equal to
     /// it; false when none does.
     bool answer(std::string_view part, const std::optional<std::string_view>& body) {
-        const std::vector<CompletionHandler> handlers = take(part);
+        const std::vector<Open> asked = take(part);
         std::optional<platform::Data> data;
         if (body) {
             const auto bytes = std::as_bytes(std::span(*body));
             data.emplace(bytes.begin(), bytes.end());
         }
-        for (const CompletionHandler& handler : handlers) {
-            handler(data);
+        for (const Open& one : asked) {
+            if (one.request.ended) {
+                one.request.ended({data ? 200 : 0, {}, data});
+            }
+            one.handler(data);
             {
                 const std::scoped_lock lock(mutex_);
                 --answered_;
             }
             center_.post({openRequestsDidChange, {}, nullptr});
         }
-        return !handlers.empty();
+        return !asked.empty();
     }
     /// Runs what was handed over, and what that hands over in turn.
     void runWork() {
@@ -283,10 +286,10 @@ private:
         CompletionHandler handler;
     };
 
-    /// The handlers of one transfer; they count as open until they have returned.
-    std::vector<CompletionHandler> take(std::string_view part) {
+    /// Who asked for one transfer; they count as open until their handlers have returned.
+    std::vector<Open> take(std::string_view part) {
         const std::scoped_lock lock(mutex_);
-        std::vector<CompletionHandler> handlers;
+        std::vector<Open> asked;
         const auto found = std::ranges::find_if(open_, [part](const Open& one) {
             return one.request.address.text.find(part) != std::string::npos;
         });
@@ -294,13 +297,13 @@ private:
             const platform::URL address = found->request.address;
             for (Open& one : open_) {
                 if (one.request.address == address) {
-                    handlers.push_back(std::move(one.handler));
+                    asked.push_back(one);
                 }
             }
             std::erase_if(open_, [&](const Open& one) { return one.request.address == address; });
-            answered_ += handlers.size();
+            answered_ += asked.size();
         }
-        return handlers;
+        return asked;
     }
 
     platform::NotificationCenter& center_;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "weather/DataServerRequests.h"
 #include "weather/RetiredAddresses.h"
 
 #include <gtest/gtest.h>
@@ -28,6 +29,35 @@ TEST(RetiredAddresses, LeadMetarAndTafQuestionsOfTheDefaultServerToTheirSuccesso
     for (const auto& [address, successor] : cases) {
         SCOPED_TRACE(address);
         EXPECT_EQ(successorOf({address}).text, successor.empty() ? address : successor);
+    }
+}
+
+TEST(Questions, AreToldByTheirAddresses) {
+    const std::string classic = "https://data.example:8443/adds/dataserver_current/httpparam";
+    const struct {
+        std::string address;
+        std::optional<reports::Kind> kind;
+    } cases[] = {
+        {classic + "?dataSource=metars&requestType=retrieve&stationString=KJFK",
+         reports::Kind::metar},
+        {classic + "?dataSource=TAFs&stationString=KJFK", reports::Kind::taf},
+        {"https://aviationweather.gov/api/data/metar?ids=KJFK&hours=24", reports::Kind::metar},
+        {"https://aviationweather.gov/api/data/taf?ids=KJFK", reports::Kind::taf},
+        {classic + "?dataSource=TAFs&stationString=KJFK,KLGA", {}},
+        {classic + "?dataSource=TAFs&stationString=K%20K", {}},
+        {classic + "?dataSource=TAFs", {}},
+        {classic, {}},
+        {"https://aviationweather.gov/other?ids=KJFK", {}},
+        {"", {}},
+    };
+    for (const auto& [address, kind] : cases) {
+        SCOPED_TRACE(address);
+        const auto question = questionIn({address});
+        ASSERT_EQ(question.has_value(), kind.has_value());
+        if (kind) {
+            EXPECT_EQ(question->kind, *kind);
+            EXPECT_EQ(question->station, "KJFK");
+        }
     }
 }
 

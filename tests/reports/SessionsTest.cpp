@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+#include "reports/Sessions.h"
+#include "platform/net/URLSession.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/WeatherServer.h"
+
+#include <gtest/gtest.h>
+
+#include <future>
+#include <thread>
+
+namespace reports {
+namespace {
+
+using Ending = Answer::Ending;
+using support::WeatherServer;
+
+std::string metarOf(const std::string& station, const std::string& raw) {
+    return "<response><data><METAR><raw_text>" + raw + "</raw_text><station_id>" + station +
+           "</station_id><observation_time>2024-03-01T12:00:00Z</observation_time></METAR></data>"
+           "</response>";
+}
+
+std::string tafOf(const std::string& station) {
+    return "<response><data><TAF><raw_text>TAF</raw_text><station_id>" + station +
+           "</station_id><issue_time>2024-03-01T12:00:00Z</issue_time></TAF></data></response>";
+}
+
+/// Sessions in front of real ones, for which the last five characters of an address are kind and
+/// station.
+struct SessionsTest : testing::Test {
+    static std::optional<Question> questionIn(const platform::URL& address) {
+        const std::string last = address.text.substr(address.text.rfind('/') + 1);
+        if (last.size() != 5) {
+            return {};
+        }
+        return Question{last.front() == 'm' ? Kind::metar : Kind::taf, last.substr(1)};
+    }
+    std::string get(const std::string& path) {
+        return support::fetch(sessions, "https://" + server.authority() + path);
+    }
+
+    WeatherServer server{[](const httplib::Request& request, httplib::Response& response) {
+        const std::string station = request.path.substr(2);
+        std::string body = request.path[1] == 'm' ? metarOf(station, "raw") : tafOf(station);
+        if (station == "K429") {
+            response.status = 429;
+        } else if (station == "K204") {
+            response.status = 204;
+            body.clear();
+        } else if (station == "KHTM") {
+            body = "<html><p>Busy</html>";
+        } else if (station == "KNIL") {
+            body = "<response><data num_results=\"0\"/></response>";
+        } else if (station == "KOTH") {
+            body = metarOf("KAAA", "of another question");
+        } else if (station == "KCUT") {
+            body.resize(body.size() - 3);
+        }
+        response.set_content(body, "text/xml");
+        response.status = station == "K429" ? 429 : response.status;
+    }};
+    support::TemporaryFolder folder;
+    support::FakeHost host;
+    Store store{host.notificationCenter, host.clock, host.log, folder / "reports.sqlite"};
+    platform::CurlURLSessions real{host.notificationCenter, server.options()};
+    Sessions sessions{real, store, questionIn};
+};
+
+TEST_F(SessionsTest, GiveTheStoreWhatRepliesBringAndHandThemOn) {
+    const struct {
+        const char* path;
+        Ending ending;
+        int status;
+        bool hasReport;
+    } cases[] = {
+        {"/mKAAA", Ending::whole, 200, true},          {"/tKAAA", Ending::whole, 200, true},
+        {"/mK429", Ending::refused, 429, false},       {"/mK204", Ending::nothing, 204, false},
+        {"/mKHTM", Ending::notUnderstood, 200, false}, {"/mKNIL", Ending::nothing, 200, false},
+        {"/tKOTH", Ending::nothing, 200, false},       {"/mKOTH", Ending::nothing, 200, false},
+        {"/mKCUT", Ending::whole, 200, true},
+    };
+    for (const auto& [path, ending, status, hasReport] : cases) {
+        SCOPED_TRACE(path);
+        const std::string plain = support::fetch(real, "https://" + server.authority() + path);
+        EXPECT_EQ(get(path), plain);
+        const bool isMetar = path[1] == 'm';
+        const StationReports kept = store.reportsOf(path + 2);
+        const auto& answer = isMetar ? kept.metarAnswer : kept.tafAnswer;
+        ASSERT_TRUE(answer);
+        EXPECT_EQ(answer->ending, ending);
+        EXPECT_EQ(answer->status, status);
+        EXPECT_EQ(isMetar ? kept.metar != nullptr : kept.taf != nullptr, hasReport);
+    }
+    EXPECT_EQ(store.reportsOf("KAAA").metar->raw, "of another question");
+    EXPECT_EQ(get("/other"), support::fetch(real, "https://" + server.authority() + "/other"));
+    EXPECT_EQ(support::fetch(sessions, "https://localhost:1/mKOFF"), "(no data)");
+    EXPECT_EQ(store.reportsOf("KOFF").metarAnswer->ending, Ending::notReached);
+}
+
+TEST_F(SessionsTest, TellTheStoreBeforeTheHandlerFromAnyThread) {
+    std::vector<std::jthread> threads;
+    std::atomic<int> early = 0;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([&, thread] {
+            for (int i = 0; i < 10; ++i) {
+                const std::string station = "K" + std::to_string(100 + 10 * thread + i);
+                std::promise<void> handled;
+                sessions.startDataTask({{"https://" + server.authority() + "/m" + station}},
+                                       [&](const auto&) {
+                                           early += store.reportsOf(station).metar ? 0 : 1;
+                                           handled.set_value();
+                                       });
+                EXPECT_EQ(handled.get_future().wait_for(support::patience),
+                          std::future_status::ready)
+                    << station;
+            }
+        });
+    }
+    threads.clear();
+    EXPECT_EQ(early, 0);
+    EXPECT_EQ(store.allMetars().size(), 40U);
+}
+
+} // namespace
+} // namespace reports

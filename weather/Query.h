@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <algorithm>
+#include <string_view>
+
+namespace weather {
+
+/// The value of a query's first entry of that key, escaped as it is; empty without one.
+[[nodiscard]] inline std::string_view valueOf(std::string_view query, std::string_view key) {
+    while (!query.empty()) {
+        const std::string_view entry = query.substr(0, query.find('&'));
+        query.remove_prefix(std::min(entry.size() + 1, query.size()));
+        if (entry.starts_with(key) && entry.substr(key.size()).starts_with('=')) {
+            return entry.substr(key.size() + 1);
+        }
+    }
+    return {};
+}
+
+} // namespace weather
