@@ -114,11 +114,15 @@ std::optional<Visibility> visibilityOf(std::string_view word) {
     return {};
 }
 
+bool isVariation(std::string_view word) {
+    return word.size() == 7 && word[3] == 'V' && isDigits(word.substr(0, 3)) &&
+           isDigits(word.substr(4));
+}
+
 /// After which the visibility stands: "22010KT", "180V240", "/////KT".
 bool isWind(std::string_view word) {
-    const bool isVariation = word.size() == 7 && word[3] == 'V' && isDigits(word.substr(0, 3)) &&
-                             isDigits(word.substr(4));
-    return isVariation || (word.size() >= 7 && (word.ends_with("KT") || word.ends_with("MPS")));
+    return isVariation(word) ||
+           (word.size() >= 7 && (word.ends_with("KT") || word.ends_with("MPS")));
 }
 
 } // namespace
@@ -169,6 +173,18 @@ Conditions rawConditions(std::string_view metar) {
         isAfterWind = isWind(text);
     }
     return found;
+}
+
+std::optional<std::pair<int, int>> rawWindVariation(std::string_view metar) {
+    for (const std::string_view word : wordsOf(metar)) {
+        if (word == "RMK" || isChange(word)) {
+            break;
+        }
+        if (isVariation(word)) {
+            return std::pair(number(word.substr(0, 3)), number(word.substr(4)));
+        }
+    }
+    return {};
 }
 
 std::vector<std::string> brokenTaf(std::string_view taf) {

@@ -3,8 +3,10 @@
 
 #include "reports/Report.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 /// What is read from a report's text as it was sent, because the service's elements do not tell it.
@@ -25,6 +27,10 @@ struct RawFlags {
 /// remarks. Only forms that leave no doubt are read: CAVOK, "9999" and other metres, whole miles;
 /// and layers with or without their heights.
 [[nodiscard]] Conditions rawConditions(std::string_view metar);
+
+/// Between which directions the wind varies ("180V240"), in degrees; nothing where a METAR does not
+/// say so.
+[[nodiscard]] std::optional<std::pair<int, int>> rawWindVariation(std::string_view metar);
 
 /// A TAF's text in lines for the eye: its head with what holds at first, then each group of a
 /// change, then the remarks. Put together with blanks the lines are the words of the text in their

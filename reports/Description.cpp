@@ -1,0 +1,342 @@
+// SPDX-License-Identifier: MIT
+#include "reports/Description.h"
+
+#include "reports/RawText.h"
+#include "reports/Words.h"
+
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+
+#include <array>
+#include <cmath>
+#include <iterator>
+#include <utility>
+
+namespace reports {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr double metresInMile = 1609.344;
+constexpr double metresInNauticalMile = 1852;
+constexpr double metresInFoot = 0.3048;
+constexpr double hectopascalsInInch = 33.863886;
+
+/// Digits in groups of three.
+std::string grouped(int number) {
+    std::string text = std::to_string(std::abs(number));
+    for (std::size_t at = text.size(); at > 3; at -= 3) {
+        text.insert(at - 3, ",");
+    }
+    return (number < 0 ? "-" : "") + text;
+}
+
+/// With as few decimals as it takes, two at most.
+std::string plain(double number) {
+    std::string text = fmt::format("{:.2f}", number);
+    text.erase(text.find_last_not_of('0') + 1);
+    if (text.ends_with('.')) {
+        text.pop_back();
+    }
+    return text == "-0" ? "0" : text;
+}
+
+std::string timeOf(Date date) {
+    return fmt::format("{:%H:%M}", std::chrono::floor<std::chrono::seconds>(date));
+}
+
+std::string dayOf(Date date) {
+    return fmt::format("{:%d %b}", std::chrono::floor<std::chrono::seconds>(date));
+}
+
+auto startOfDay(Date date) {
+    return std::chrono::floor<std::chrono::days>(date);
+}
+
+std::string counted(std::int64_t count, const char* one) {
+    return fmt::format("{} {}{}", count, one, count == 1 ? "" : "s");
+}
+
+std::string duration(Date::duration length) {
+    const auto minutes = std::chrono::floor<std::chrono::minutes>(length);
+    if (minutes < 2h) {
+        return counted(minutes.count(), "minute");
+    }
+    const auto hours = std::chrono::floor<std::chrono::hours>(length);
+    return hours < 48h ? counted(hours.count(), "hour")
+                       : counted(std::chrono::floor<std::chrono::days>(length).count(), "day");
+}
+
+/// "21 Nov 18:00 to 23:00 UTC", the second day only where it is another one.
+std::string spanOf(Date begins, Date ends) {
+    const std::string day =
+        startOfDay(begins) == startOfDay(ends) ? std::string() : dayOf(ends) + " ";
+    return fmt::format("{} {} to {}{} UTC", dayOf(begins), timeOf(begins), day, timeOf(ends));
+}
+
+std::string layerInWords(const Layer& layer) {
+    static constexpr std::array<std::string_view, 8> covers{
+        "clouds",   "no significant clouds", "no significant clouds", "few", "scattered", "broken",
+        "overcast", "sky obscured"};
+    std::string text(covers[static_cast<std::size_t>(layer.cover)]);
+    const bool isLayer = layer.cover >= Cover::few || layer.cover == Cover::unknown;
+    if (layer.base) {
+        text += fmt::format(" at {} ft", grouped(*layer.base));
+    } else if (isLayer && layer.cover != Cover::obscured) {
+        text += " at an unknown height";
+    }
+    return text + (layer.kind == "CB"    ? ", cumulonimbus"
+                   : layer.kind == "TCU" ? ", towering cumulus"
+                                         : "");
+}
+
+std::string cloudsInWords(const Conditions& conditions) {
+    std::string text;
+    for (const Layer& layer : conditions.layers) {
+        text += (text.empty() ? "" : "; ") + layerInWords(layer);
+    }
+    if (conditions.verticalVisibility) {
+        text += fmt::format("{}vertical visibility {} ft", text.empty() ? "" : "; ",
+                            grouped(*conditions.verticalVisibility));
+    }
+    return text;
+}
+
+/// Vapour pressure in hPa at a dew point, or saturation at a temperature, in degrees Celsius.
+double vapourPressure(double celsius) {
+    return 6.1094 * std::exp(17.625 * celsius / (celsius + 243.04));
+}
+
+std::string temperatureInWords(double celsius) {
+    return fmt::format("{} °C ({:.0f} °F)", plain(celsius), celsius * 9 / 5 + 32);
+}
+
+std::string temperaturesInWords(const Metar& metar) {
+    if (!metar.temperature) {
+        return metar.dewPoint ? "dew point " + temperatureInWords(*metar.dewPoint) : "";
+    }
+    std::string text = temperatureInWords(*metar.temperature);
+    if (metar.dewPoint) {
+        text += ", dew point " + temperatureInWords(*metar.dewPoint);
+        const double humidity =
+            100 * vapourPressure(*metar.dewPoint) / vapourPressure(*metar.temperature);
+        if (humidity <= 100.5) {
+            text += fmt::format(", humidity {:.0f} %", humidity);
+        }
+    }
+    return text;
+}
+
+/// In feet; nothing where the report lacks what it takes.
+std::optional<double> densityAltitude(const Metar& metar) {
+    if (!metar.temperature || !metar.altimeter || !metar.elevation) {
+        return {};
+    }
+    const double stationInches =
+        *metar.altimeter * std::pow((288 - 0.0065 * *metar.elevation) / 288, 5.2561);
+    const double kelvin = *metar.temperature + 273.15;
+    const double vapour = metar.dewPoint ? vapourPressure(*metar.dewPoint) : 0;
+    const double virtualKelvin =
+        kelvin / (1 - vapour / (stationInches * hectopascalsInInch) * (1 - 0.622));
+    const double rankine = virtualKelvin * 9 / 5;
+    return 145442.16 * (1 - std::pow(17.326 * stationInches / rankine, 0.235));
+}
+
+void add(std::vector<Fact>& facts, std::string_view name, std::string text) {
+    if (!text.empty()) {
+        facts.push_back({name, std::move(text)});
+    }
+}
+
+} // namespace
+
+bool isOld(Date observed, Date now) {
+    return now - observed >= oldAge;
+}
+
+std::string ageInWords(Date observed, Date now) {
+    const std::string day =
+        startOfDay(observed) == startOfDay(now) ? std::string() : dayOf(observed) + " ";
+    const std::string time = fmt::format("{}{} UTC", day, timeOf(observed));
+    // A minute is as exact as clocks are.
+    if (observed - now >= 1min) {
+        return fmt::format("{}, {} ahead of this computer's clock", time, duration(observed - now));
+    }
+    const Date::duration age = std::max(now - observed, Date::duration::zero());
+    return fmt::format("{}, {} ago{}", time, duration(age), isOld(observed, now) ? ", old" : "");
+}
+
+std::string windInWords(const std::optional<Wind>& wind) {
+    if (!wind) {
+        return {};
+    }
+    const auto speed = [](int knots) {
+        return fmt::format("{} kt ({:.0f} m/s)", knots, knots * metresInNauticalMile / 3600);
+    };
+    if (wind->speed == 0 && !wind->gust) {
+        return "calm";
+    }
+    std::string text = wind->isVariable ? "variable, " + speed(wind->speed)
+                       : wind->direction
+                           ? fmt::format("from {}° at {}", *wind->direction, speed(wind->speed))
+                           : speed(wind->speed) + ", direction not reported";
+    if (wind->gust) {
+        text += ", gusts " + speed(*wind->gust);
+    }
+    return text;
+}
+
+std::string_view windArrow(const std::optional<Wind>& wind) {
+    static constexpr std::array<std::string_view, 8> arrows{"↓", "↙", "←", "↖", "↑", "↗", "→", "↘"};
+    if (!wind || !wind->direction || wind->speed == 0) {
+        return {};
+    }
+    return arrows[static_cast<std::size_t>((*wind->direction + 22) / 45 % 8)];
+}
+
+std::string visibilityInWords(const std::optional<Visibility>& visibility) {
+    if (!visibility) {
+        return {};
+    }
+    const double metres = visibility->miles * metresInMile;
+    // As the reports of most countries give it.
+    const int step = metres < 800 ? 50 : metres < 5000 ? 100 : 1000;
+    const int rounded = static_cast<int>(std::lround(metres / step)) * step;
+    const std::string metric =
+        rounded < 5000 ? grouped(rounded) + " m" : fmt::format("{} km", rounded / 1000);
+    return fmt::format("{} statute mile{}{} ({})", plain(visibility->miles),
+                       visibility->miles == 1 ? "" : "s", visibility->isOrMore ? " or more" : "",
+                       metric);
+}
+
+std::string ceilingInWords(const Ceiling& ceiling) {
+    switch (ceiling.state) {
+    case Ceiling::State::none:
+        return "no ceiling";
+    case Ceiling::State::known:
+        return fmt::format("ceiling {} ft{}", grouped(ceiling.feet),
+                           ceiling.mayBeLower ? ", perhaps lower: a height is missing" : "");
+    case Ceiling::State::unknown:
+        break;
+    }
+    return "ceiling unknown";
+}
+
+std::vector<Fact> factsOf(const Conditions& conditions) {
+    std::vector<Fact> facts;
+    add(facts, "Wind", windInWords(conditions.wind));
+    add(facts, "Visibility", visibilityInWords(conditions.visibility));
+    add(facts, "Weather", weatherInWords(conditions.weather));
+    add(facts, "Clouds", cloudsInWords(conditions));
+    return facts;
+}
+
+std::vector<Fact> factsOf(const Metar& metar) {
+    std::vector<Fact> facts = factsOf(metar.conditions);
+    if (const auto variation = rawWindVariation(metar.raw);
+        variation && !facts.empty() && facts.front().name == "Wind") {
+        facts.front().text +=
+            fmt::format(", varying {}° to {}°", variation->first, variation->second);
+    }
+    if (!metar.conditions.layers.empty() || metar.conditions.verticalVisibility) {
+        add(facts, "Ceiling", ceilingInWords(ceilingOf(metar.conditions)));
+    }
+    add(facts, "Temperature", temperaturesInWords(metar));
+    if (metar.altimeter) {
+        add(facts, "Pressure",
+            fmt::format("{:.0f} hPa ({:.2f} inHg)", *metar.altimeter * hectopascalsInInch,
+                        *metar.altimeter));
+    }
+    if (const auto altitude = densityAltitude(metar)) {
+        const int feet = static_cast<int>(std::lround(*altitude / 100)) * 100;
+        add(facts, "Density altitude",
+            fmt::format("{} ft, at an elevation of {} ft", grouped(feet),
+                        grouped(static_cast<int>(std::lround(*metar.elevation / metresInFoot)))));
+    }
+    return facts;
+}
+
+std::string partInWords(const Forecast& forecast) {
+    const std::string chance =
+        forecast.probability ? fmt::format("Probability {} %, ", *forecast.probability) : "";
+    const std::string span = spanOf(forecast.begins, forecast.ends);
+    switch (forecast.kind) {
+    case Forecast::Kind::from:
+        return fmt::format("From {} {} UTC", dayOf(forecast.begins), timeOf(forecast.begins));
+    case Forecast::Kind::becoming:
+        return "Becoming " + spanOf(forecast.begins, forecast.complete.value_or(forecast.ends));
+    case Forecast::Kind::temporary:
+        return chance.empty() ? "Temporarily " + span : chance + "temporarily " + span;
+    case Forecast::Kind::probable:
+        return chance.empty() ? "Perhaps " + span : chance + span;
+    case Forecast::Kind::base:
+        break;
+    }
+    return "At first, " + span;
+}
+
+std::string tafInWords(const Taf& taf, Date now) {
+    std::string text = taf.isCancelled ? "Cancelled. " : taf.ends <= now ? "Expired. " : "";
+    if (taf.revision != Revision::none) {
+        text += taf.revision == Revision::amended ? "Amended. " : "Corrected. ";
+    }
+    return text + fmt::format("Issued {} {} UTC, valid {}", dayOf(taf.issued), timeOf(taf.issued),
+                              spanOf(taf.begins, taf.ends));
+}
+
+std::string statusInWords(Kind kind, std::string_view station, const std::optional<Answer>& answer,
+                          std::string_view server, std::optional<Date> kept) {
+    const char* name = kind == Kind::metar ? "METAR" : "TAF";
+    if (!answer) {
+        return fmt::format("No {} of {} has been asked for yet.", name, station);
+    }
+    const std::string shown =
+        kept ? fmt::format("; this is what it sent at {} UTC", timeOf(*kept)) : std::string();
+    const std::string when = timeOf(answer->asked) + " UTC";
+    switch (answer->ending) {
+    case Answer::Ending::notReached:
+        return fmt::format("{} could not be reached at {}{}.", server, when, shown);
+    case Answer::Ending::refused:
+        return fmt::format("{} refused at {} ({}){}.", server, when, answer->status, shown);
+    case Answer::Ending::notUnderstood:
+        return fmt::format("{} sent something that is no report at {}{}.", server, when, shown);
+    case Answer::Ending::nothing:
+        return kind == Kind::metar
+                   ? fmt::format("{} has sent no METAR in the last hours; asked at {}.", station,
+                                 when)
+                   : fmt::format("No TAF of {} is in force; asked at {}.", station, when);
+    case Answer::Ending::whole:
+        break;
+    }
+    return fmt::format("Asked {} at {}.", server, when);
+}
+
+std::string reportAsText(std::string_view heading, const Metar* metar, const Taf* taf, Date now) {
+    std::string text(heading);
+    text += '\n';
+    if (metar) {
+        const std::string_view category = nameOf(metar->category);
+        text += fmt::format("\n{}{}{}\n{}\n", category, category.empty() ? "" : ", ",
+                            ageInWords(metar->observed, now), metar->raw);
+        for (const Fact& fact : factsOf(*metar)) {
+            text += fmt::format("{}: {}\n", fact.name, fact.text);
+        }
+    }
+    if (taf) {
+        text += fmt::format("\n{}\n", tafInWords(*taf, now));
+        for (const std::string& line : brokenTaf(taf->raw)) {
+            text += line + "\n";
+        }
+        for (const Forecast& part : taf->forecasts) {
+            text += partInWords(part);
+            std::string facts;
+            for (const Fact& fact : factsOf(part.stated)) {
+                facts += fmt::format("{} {}: {}", facts.empty() ? ":" : ";", fact.name, fact.text);
+            }
+            text += facts + "\n";
+        }
+    }
+    return text;
+}
+
+} // namespace reports

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "reports/Category.h"
+#include "reports/Database.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Reports in English, for those who do not read their codes. A value that a report lacks is not
+/// mentioned.
+namespace reports {
+
+/// A report that is no younger than this is called old.
+inline constexpr std::chrono::minutes oldAge{75};
+[[nodiscard]] bool isOld(Date observed, Date now);
+
+/// "21:51 UTC, 12 minutes ago"; with its date where that is not today's, and "old" from `oldAge`
+/// on. A time in the future is said to be ahead of this computer's clock.
+[[nodiscard]] std::string ageInWords(Date observed, Date now);
+
+/// One fact of a report, such as "Wind" and "from 230° at 12 kt".
+struct Fact {
+    std::string_view name;
+    std::string text;
+
+    friend bool operator==(const Fact&, const Fact&) = default;
+};
+
+/// Wind, visibility, weather, clouds, ceiling, temperature, pressure and density altitude, as far
+/// as the report has them.
+///
+/// Humidity by the Magnus formula with the constants of Alduchov and Eskridge (1996); density
+/// altitude by the formulas of the US National Weather Service, for moist air, and only where the
+/// report itself gives the station's elevation.
+[[nodiscard]] std::vector<Fact> factsOf(const Metar& metar);
+/// Those of conditions alone.
+[[nodiscard]] std::vector<Fact> factsOf(const Conditions& conditions);
+
+/// "from 230° at 12 kt (6 m/s), gusts 22 kt"; empty for no wind.
+[[nodiscard]] std::string windInWords(const std::optional<Wind>& wind);
+/// Where the wind blows to, as one of eight arrows; empty where it has no direction.
+[[nodiscard]] std::string_view windArrow(const std::optional<Wind>& wind);
+/// "1.24 statute miles (2,000 m)"; empty for none.
+[[nodiscard]] std::string visibilityInWords(const std::optional<Visibility>& visibility);
+/// "ceiling 2,500 ft", "no ceiling", "ceiling unknown".
+[[nodiscard]] std::string ceilingInWords(const Ceiling& ceiling);
+
+/// "From 21 Nov 18:00 UTC", "Becoming 21 Nov 14:00 to 15:00 UTC", "Probability 40 %, temporarily
+/// …".
+[[nodiscard]] std::string partInWords(const Forecast& forecast);
+/// "Issued …, valid …", with "expired" or "cancelled" before it where it is so.
+[[nodiscard]] std::string tafInWords(const Taf& taf, Date now);
+
+/// How the last question for a report ended, in one sentence: of whom and when it was asked, and
+/// what is shown instead where it brought nothing. `kept` is the time of the report that is shown.
+[[nodiscard]] std::string statusInWords(Kind kind, std::string_view station,
+                                        const std::optional<Answer>& answer,
+                                        std::string_view server, std::optional<Date> kept);
+
+/// The whole of a station's reports as text, raw and in words.
+[[nodiscard]] std::string reportAsText(std::string_view heading, const Metar* metar, const Taf* taf,
+                                       Date now);
+
+} // namespace reports

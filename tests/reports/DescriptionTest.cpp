@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: MIT
+#include "reports/Description.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace reports {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+
+const Date noon = Date(std::chrono::sys_days(std::chrono::year(2026) / 11 / 21)) + 12h;
+
+TEST(Description, Age) {
+    const std::pair<Date::duration, const char*> cases[] = {
+        {0min, "12:00 UTC, 0 minutes ago"},
+        {-30s, "12:00 UTC, 0 minutes ago"},
+        {1min, "11:59 UTC, 1 minute ago"},
+        {74min, "10:46 UTC, 74 minutes ago"},
+        {75min, "10:45 UTC, 75 minutes ago, old"},
+        {3h, "09:00 UTC, 3 hours ago, old"},
+        {13h, "20 Nov 23:00 UTC, 13 hours ago, old"},
+        {72h, "18 Nov 12:00 UTC, 3 days ago, old"},
+        {-5min, "12:05 UTC, 5 minutes ahead of this computer's clock"},
+        {-13h, "22 Nov 01:00 UTC, 13 hours ahead of this computer's clock"},
+    };
+    for (const auto& [age, words] : cases) {
+        EXPECT_EQ(ageInWords(noon - age, noon), words);
+    }
+}
+
+TEST(Description, WindsWithArrowsToWhereTheyBlow) {
+    const struct {
+        std::optional<Wind> wind;
+        const char* words;
+        const char* arrow;
+    } cases[] = {
+        {{}, "", ""},
+        {Wind{0, false, 0, {}}, "calm", ""},
+        {Wind{{}, true, 3, {}}, "variable, 3 kt (2 m/s)", ""},
+        {Wind{{}, true, 3, 40}, "variable, 3 kt (2 m/s), gusts 40 kt (21 m/s)", ""},
+        {Wind{{}, false, 12, {}}, "12 kt (6 m/s), direction not reported", ""},
+        {Wind{360, false, 10, {}}, "from 360° at 10 kt (5 m/s)", "↓"},
+        {Wind{22, false, 10, {}}, "from 22° at 10 kt (5 m/s)", "↓"},
+        {Wind{23, false, 10, {}}, "from 23° at 10 kt (5 m/s)", "↙"},
+        {Wind{270, false, 10, {}}, "from 270° at 10 kt (5 m/s)", "→"},
+        {Wind{338, false, 10, {}}, "from 338° at 10 kt (5 m/s)", "↓"},
+    };
+    for (const auto& [wind, words, arrow] : cases) {
+        EXPECT_EQ(windInWords(wind), words);
+        EXPECT_EQ(windArrow(wind), arrow) << words;
+    }
+}
+
+TEST(Description, VisibilityInMilesAndMetres) {
+    const std::pair<Visibility, const char*> cases[] = {
+        {{10, true}, "10 statute miles or more (16 km)"},
+        {{1, false}, "1 statute mile (1,600 m)"},
+        {{0.99, false}, "0.99 statute miles (1,600 m)"},
+        {{2.98, false}, "2.98 statute miles (4,800 m)"},
+        {{4.97, false}, "4.97 statute miles (8 km)"},
+        {{0.06, false}, "0.06 statute miles (100 m)"},
+        {{0, false}, "0 statute miles (0 m)"},
+    };
+    for (const auto& [visibility, words] : cases) {
+        EXPECT_EQ(visibilityInWords(visibility), words);
+    }
+    EXPECT_EQ(visibilityInWords({}), "");
+}
+
+TEST(Description, FactsOfAMetarAreThoseThatItHas) {
+    Metar metar;
+    EXPECT_EQ(factsOf(metar), std::vector<Fact>());
+    metar.raw = "METAR KDEN 211200Z 21010G20KT 180V240 2SM -SHRA BKN020CB 30/10 A2992";
+    metar.conditions = {
+        Wind{210, false, 10, 20},
+        Visibility{2, false},
+        "-SHRA BR",
+        {{Cover::few, 800, ""}, {Cover::broken, 2000, "CB"}, {Cover::overcast, {}, ""}},
+        {}};
+    metar.temperature = 30;
+    metar.dewPoint = 10;
+    metar.altimeter = 29.92;
+    metar.elevation = 1656;
+    const std::vector<Fact> expected{
+        {"Wind", "from 210° at 10 kt (5 m/s), gusts 20 kt (10 m/s), varying 180° to 240°"},
+        {"Visibility", "2 statute miles (3,200 m)"},
+        {"Weather", "light showers of rain, mist"},
+        {"Clouds",
+         "few at 800 ft; broken at 2,000 ft, cumulonimbus; overcast at an unknown height"},
+        {"Ceiling", "ceiling 2,000 ft, perhaps lower: a height is missing"},
+        {"Temperature", "30 °C (86 °F), dew point 10 °C (50 °F), humidity 29 %"},
+        {"Pressure", "1013 hPa (29.92 inHg)"},
+        // Dry air would make it 8,350 ft.
+        {"Density altitude", "8,500 ft, at an elevation of 5,433 ft"},
+    };
+    EXPECT_EQ(factsOf(metar), expected);
+    metar.elevation.reset();
+    metar.dewPoint.reset();
+    metar.conditions.layers = {{Cover::CAVOK, {}, ""}};
+    EXPECT_THAT(factsOf(metar), testing::Contains(Fact{"Ceiling", "no ceiling"}));
+    EXPECT_THAT(factsOf(metar), testing::Contains(Fact{"Temperature", "30 °C (86 °F)"}));
+    metar.conditions = {{}, {}, "", {{Cover::obscured, {}, ""}}, 200};
+    EXPECT_EQ(factsOf(metar.conditions),
+              (std::vector<Fact>{{"Clouds", "sky obscured; vertical visibility 200 ft"}}));
+    // Density altitude of the standard atmosphere is the altitude itself.
+    Metar standard;
+    standard.temperature = 15;
+    standard.altimeter = 29.92;
+    standard.elevation = 0;
+    EXPECT_EQ(factsOf(standard).back(),
+              (Fact{"Density altitude", "0 ft, at an elevation of 0 ft"}));
+}
+
+TEST(Description, PartsOfATaf) {
+    using Kind = Forecast::Kind;
+    const auto part = [](Kind kind, Date::duration length, std::optional<int> probability) {
+        Forecast made;
+        made.kind = kind;
+        made.begins = noon;
+        made.ends = noon + length;
+        made.probability = probability;
+        if (kind == Kind::becoming) {
+            made.complete = noon + 2h;
+        }
+        return partInWords(made);
+    };
+    EXPECT_EQ(part(Kind::base, 6h, {}), "At first, 21 Nov 12:00 to 18:00 UTC");
+    EXPECT_EQ(part(Kind::from, 6h, {}), "From 21 Nov 12:00 UTC");
+    EXPECT_EQ(part(Kind::becoming, 6h, {}), "Becoming 21 Nov 12:00 to 14:00 UTC");
+    EXPECT_EQ(part(Kind::temporary, 12h, {}), "Temporarily 21 Nov 12:00 to 22 Nov 00:00 UTC");
+    EXPECT_EQ(part(Kind::temporary, 1h, 30),
+              "Probability 30 %, temporarily 21 Nov 12:00 to 13:00 UTC");
+    EXPECT_EQ(part(Kind::probable, 1h, 40), "Probability 40 %, 21 Nov 12:00 to 13:00 UTC");
+
+    Taf taf;
+    taf.issued = noon;
+    taf.begins = noon;
+    taf.ends = noon + 6h;
+    EXPECT_EQ(tafInWords(taf, noon + 1h),
+              "Issued 21 Nov 12:00 UTC, valid 21 Nov 12:00 to 18:00 UTC");
+    taf.revision = Revision::amended;
+    EXPECT_THAT(tafInWords(taf, noon + 6h), testing::StartsWith("Expired. Amended. Issued"));
+    taf.isCancelled = true;
+    EXPECT_THAT(tafInWords(taf, noon + 6h), testing::StartsWith("Cancelled. "));
+}
+
+TEST(Description, StatusSaysWhatWasAskedAndWhatIsShownInstead) {
+    using Ending = Answer::Ending;
+    const auto status = [](Ending ending, Kind kind, std::optional<Date> kept) {
+        return statusInWords(kind, "KXYZ", Answer{noon, ending, 429}, "data.example", kept);
+    };
+    EXPECT_EQ(status(Ending::whole, Kind::metar, noon), "Asked data.example at 12:00 UTC.");
+    EXPECT_EQ(status(Ending::notReached, Kind::metar, noon - 2h),
+              "data.example could not be reached at 12:00 UTC; this is what it sent at 10:00 UTC.");
+    EXPECT_EQ(status(Ending::notReached, Kind::metar, {}),
+              "data.example could not be reached at 12:00 UTC.");
+    EXPECT_THAT(status(Ending::refused, Kind::taf, {}), HasSubstr("refused at 12:00 UTC (429)"));
+    EXPECT_THAT(status(Ending::notUnderstood, Kind::taf, {}),
+                HasSubstr("sent something that is no report"));
+    EXPECT_THAT(status(Ending::nothing, Kind::metar, {}),
+                HasSubstr("KXYZ has sent no METAR in the last hours"));
+    EXPECT_THAT(statusInWords(Kind::taf, "KXYZ", {}, "data.example", {}), HasSubstr("No TAF"));
+}
+
+TEST(Description, TheWholeReportAsText) {
+    Metar metar;
+    metar.raw = "METAR KXYZ 211200Z";
+    metar.observed = noon;
+    metar.category = Category::VFR;
+    Taf taf;
+    taf.raw = "TAF KXYZ 211120Z 2112/2212 CAVOK TEMPO 2114/2116 3000";
+    taf.issued = taf.begins = noon;
+    taf.ends = noon + 24h;
+    Forecast part;
+    part.begins = noon;
+    part.ends = noon + 24h;
+    part.stated.visibility = Visibility{6.21, true};
+    taf.forecasts = {part};
+    EXPECT_EQ(reportAsText("KXYZ, Somewhere", &metar, &taf, noon),
+              "KXYZ, Somewhere\n\nVFR, 12:00 UTC, 0 minutes ago\nMETAR KXYZ 211200Z\n\n"
+              "Issued 21 Nov 12:00 UTC, valid 21 Nov 12:00 to 22 Nov 12:00 UTC\n"
+              "TAF KXYZ 211120Z 2112/2212 CAVOK\nTEMPO 2114/2116 3000\n"
+              "At first, 21 Nov 12:00 to 22 Nov 12:00 UTC: Visibility: 6.21 statute miles or more "
+              "(10 km)\n");
+    EXPECT_EQ(reportAsText("KXYZ", nullptr, nullptr, noon), "KXYZ\n");
+}
+
+} // namespace
+} // namespace reports
