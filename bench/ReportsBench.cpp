@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include "platform/host/System.h"
+#include "reports/Reader.h"
+#include "reports/Store.h"
+
+#include <benchmark/benchmark.h>
+#include <fmt/format.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+
+namespace {
+
+using namespace reports;
+
+struct Collector final : Receiver {
+    void receive(Metar&& metar) override {
+        batch.metars.push_back({std::make_shared<const Metar>(std::move(metar)), false});
+    }
+    void receive(Taf&& taf) override {
+        batch.tafs.push_back(std::make_shared<const Taf>(std::move(taf)));
+    }
+    Batch batch;
+};
+
+/// A reply of the service with as many made-up METARs; all of them have the usual elements.
+std::string reply(int metars) {
+    std::mt19937 random(1);
+    const auto number = [&random](int least, int most) {
+        return std::uniform_int_distribution(least, most)(random);
+    };
+    std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?><response version=\"2.0\"><data>";
+    for (int i = 0; i < metars; ++i) {
+        const std::string station =
+            fmt::format("K{}{}{}", static_cast<char>('A' + i / 676 % 26),
+                        static_cast<char>('A' + i / 26 % 26), static_cast<char>('A' + i % 26));
+        text += fmt::format(
+            "<METAR><raw_text>METAR {0} 180758Z {1:02}0{2:02}KT 10SM BKN{3:03} 02/M06 A3008 RMK "
+            "AO2 "
+            "SLP191 T00221056</raw_text><station_id>{0}</station_id><observation_time>"
+            "2014-12-18T07:58:00.000Z</observation_time><latitude>38.8200</latitude><longitude>"
+            "-76.8700</longitude><temp_c>2.2</temp_c><dewpoint_c>-5.6</"
+            "dewpoint_c><wind_dir_degrees>"
+            "{1}0</wind_dir_degrees><wind_speed_kt>{2}</wind_speed_kt><visibility_statute_mi>10+"
+            "</visibility_statute_mi><altim_in_hg>30.08</altim_in_hg><sea_level_pressure_mb>1019.1"
+            "</sea_level_pressure_mb><quality_control_flags><auto_station>TRUE</auto_station>"
+            "</quality_control_flags><sky_condition sky_cover=\"BKN\" cloud_base_ft_agl=\"{3}00\"/>"
+            "<flight_category>VFR</flight_category><metar_type>METAR</metar_type><elevation_m>86"
+            "</elevation_m></METAR>",
+            station, number(1, 36), number(1, 30), number(1, 250));
+    }
+    return text + "</data></response>";
+}
+
+void readReports(benchmark::State& state) {
+    const std::string text = reply(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        Collector collector;
+        Reader reader(collector);
+        reader.feed(std::as_bytes(std::span(text)));
+        benchmark::DoNotOptimize(reader.finish());
+        benchmark::DoNotOptimize(collector.batch);
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+}
+BENCHMARK(readReports)->Arg(1)->Arg(4538)->Unit(benchmark::kMillisecond);
+
+/// A store's file in a new folder, with one batch of reports ready.
+struct Stage {
+    Stage() {
+        Reader reader(collector);
+        reader.feed(std::as_bytes(std::span(text)));
+        static_cast<void>(reader.finish());
+    }
+    ~Stage() { std::filesystem::remove_all(folder); }
+
+    std::string text = reply(4538);
+    Collector collector;
+    std::string folder = [] {
+        std::string name = (std::filesystem::temp_directory_path() / "nosig-XXXXXX").string();
+        return std::string(mkdtemp(name.data()));
+    }();
+    platform::NotificationCenter center;
+    platform::SystemClock clock;
+    platform::StandardErrorLog log;
+    std::filesystem::path file = folder + "/reports.sqlite";
+};
+
+void storeReports(benchmark::State& state) {
+    Stage stage;
+    Store store(stage.center, stage.clock, stage.log, stage.file);
+    for (auto _ : state) {
+        store.take(stage.collector.batch);
+        store.flush();
+    }
+}
+BENCHMARK(storeReports)->Unit(benchmark::kMillisecond);
+
+/// What the caller waits for is the first figure; `toTheLast` is until all reports are there.
+void openStore(benchmark::State& state) {
+    Stage stage;
+    {
+        Store store(stage.center, stage.clock, stage.log, stage.file);
+        store.take(stage.collector.batch);
+    }
+    const bool toTheLast = state.range(0) != 0;
+    for (auto _ : state) {
+        Store store(stage.center, stage.clock, stage.log, stage.file);
+        if (toTheLast) {
+            store.flush();
+        }
+        state.PauseTiming();
+        store.flush();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(openStore)->ArgName("toTheLast")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+} // namespace
