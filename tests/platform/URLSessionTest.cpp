@@ -131,7 +131,7 @@ TEST(URLSession, RunsEverythingOnOneThreadInOrderOfCompletionAndCountsOpenReques
         threads.push_back(std::this_thread::get_id());
     };
     const auto start = [&](const std::string& path, const std::string& opensNext) {
-        sessions.startDataTask({"https://" + server.authority() + path},
+        sessions.startDataTask({{"https://" + server.authority() + path}},
                                [=, &server, &sessions](auto&) {
                                    note(path + " of " + std::to_string(sessions.openRequests()));
                                    sessions.perform([=] { note("after " + path); });
@@ -163,7 +163,7 @@ TEST(URLSession, StoppingDropsHandlersAndWhatIsHandedOverLater) {
     std::atomic<int> calls = 0;
     const auto held = std::make_shared<int>();
     const auto start = [&](const std::string& path) {
-        sessions.startDataTask({"https://" + server.authority() + path},
+        sessions.startDataTask({{"https://" + server.authority() + path}},
                                [&calls, held](const auto&) { ++calls; });
     };
     start("/1");
@@ -200,7 +200,7 @@ TEST(URLSession, SendsTheDefaultServerNoMoreThanItBearsAMinuteTheNewestFirst) {
         EXPECT_EQ(fetch(sessions, defaultServer + number), "text");
     }
     for (const char* number : {"4", "5", "6", "7", "8"}) {
-        sessions.startDataTask({defaultServer + number}, [](const auto&) {});
+        sessions.startDataTask({{defaultServer + number}}, [](const auto&) {});
     }
     // Other hosts go ahead meanwhile; and their sending wakes the sessions up.
     const std::string other = "https://localhost/";
