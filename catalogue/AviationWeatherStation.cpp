@@ -14,7 +14,7 @@ constexpr const char* favoriteKey = "RQFavorite";
 using Text = std::optional<std::string> AviationWeatherStation::*;
 using Code = char AviationWeatherStation::*;
 
-// In the order in which archives hold them, before and after the two whole numbers.
+// In archive order; the texts come before the numbers, the codes after them.
 constexpr std::pair<const char*, Text> leadingTexts[] = {
     {"stateName", &AviationWeatherStation::stateName},
     {"stateAbbreviation", &AviationWeatherStation::stateAbbreviation},
@@ -32,13 +32,13 @@ constexpr std::pair<const char*, Code> codes[] = {
     {"plottingPriority", &AviationWeatherStation::plottingPriority},
 };
 
-/// 0 for what is no character: other writers box signed and unsigned ones.
+/// Returns 0 for anything that is not a character. Other writers box signed or unsigned ones.
 char decodedCode(platform::KeyedUnarchiver& coder, const char* key) {
     const auto number = coder.decodeNumber(key);
     if (!number) {
         return 0;
     }
-    // Wide enough for any storage, whose integers would wrap.
+    // A double holds any stored number, where an integer would wrap.
     const double value = number->doubleValue();
     if (!(value >= -128 && value <= 255) || std::trunc(value) != value) {
         coder.misread("is no character");
@@ -145,8 +145,8 @@ void AviationWeatherStation::encodeWithCoder(platform::KeyedArchiver& coder) con
     coder.encodeDouble(longitude, "longitude");
     coder.encodeInteger(ELEV, "ELEV");
     for (const auto& [key, code] : codes) {
-        // Kept: boxed, unlike the whole numbers above. Archives have always mixed the two, and
-        // their other readers ask for a boxed one here.
+        // Kept: other readers of these archives expect boxed numbers here, unlike the whole numbers
+        // above. Archives have always mixed the two.
         coder.encodeObject(platform::Number(std::int32_t{static_cast<signed char>(this->*code)}),
                            key);
     }

@@ -17,13 +17,13 @@ namespace {
 constexpr std::size_t mostGroups = 300;
 constexpr double milesPerMetre = 0.000621371;
 
-/// Whole statute miles of a distance, cut twice.
+/// Converts a distance to whole statute miles, truncating before and after.
 std::int64_t statuteMiles(double metres) {
     return platform::wholeNumber(static_cast<double>(platform::wholeNumber(metres)) *
                                  milesPerMetre);
 }
 
-/// Metres that lie beyond a limit of so many miles.
+/// Returns a distance in metres that exceeds a limit of `miles` even after truncation.
 double metresBeyond(double miles) {
     return (miles + 1) / milesPerMetre + 1;
 }
@@ -32,7 +32,7 @@ platform::Location locationOf(const AviationWeatherStation& station) {
     return {station.latitude, station.longitude};
 }
 
-/// Finds one term in many texts, in whatever case.
+/// Looks for one term in many texts, ignoring case.
 class TermFinder {
 public:
     explicit TermFinder(std::string_view term) : term_(platform::lowerCased(term)) {}
@@ -41,7 +41,7 @@ public:
         if (!text || text->empty() || term_.empty()) {
             return false;
         }
-        // Almost every text is short and ASCII: lower-cased here, without an allocation.
+        // Almost every text is short and ASCII, and is lower-cased here without an allocation.
         std::array<char, 64> lowered;
         if (text->size() > lowered.size()) {
             return isInLowered(platform::lowerCased(*text));
@@ -61,7 +61,8 @@ private:
     std::string term_;
 };
 
-/// What could not be made an object was counted when that was tried.
+/// An absent value needs no count: the decoder has already counted objects that it could not
+/// create.
 void misreadUnlessAbsent(platform::KeyedUnarchiver& coder, const platform::Value& value,
                          const char* reason) {
     if (!platform::isAbsent(value)) {
@@ -180,7 +181,7 @@ void AviationWeatherStationCollection::createStateCollections() {
         if (groups->size() == mostGroups) {
             continue;
         }
-        // Kept: the first station of a group is not counted; others who read the groups know it so.
+        // Kept: others who read the groups expect it. The count omits the first station of a group.
         auto group = init();
         group->stateName = station->stateName;
         group->stations = std::make_shared<StationArray>(1, station);
@@ -230,8 +231,8 @@ std::shared_ptr<AviationWeatherStation> AviationWeatherStationCollection::statio
     if (!stations) {
         return closest;
     }
-    // Kept: in metres, although the number looks like half the earth's girth in kilometres. Callers
-    // take an answer for a station close by.
+    // Kept: callers treat any result as a station close by. This is in metres, although the number
+    // looks like half the earth's circumference in kilometres.
     double best = 20037.0;
     const platform::DistanceBound bound(location);
     for (const auto& station : *stations) {

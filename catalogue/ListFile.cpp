@@ -19,7 +19,7 @@ using namespace std::string_view_literals;
 constexpr std::uint64_t longestFile = std::uint64_t{1} << 30;
 constexpr std::size_t shortestStationLine = 83;
 
-// Columns of the parser. `synopEnd` is the first one behind the index.
+// The parser's columns. `synopEnd` is one past the index.
 constexpr std::size_t name = 3;
 constexpr std::size_t nameWidth = 16;
 constexpr std::size_t icao = 20;
@@ -35,7 +35,8 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-/// Calls `take(line, isStation)` with each line and whether the parser takes it for a station's.
+/// Calls `take(line, isStation)` for each line, where `isStation` says whether the parser takes it
+/// for a station's.
 template <typename Text, typename Take>
 void forEachLine(Text& text, Take take) {
     bool followsBlank = false;
@@ -50,7 +51,7 @@ void forEachLine(Text& text, Take take) {
     }
 }
 
-/// The same for the lines of stations only, those too short for one left out.
+/// The same for station lines only, without those that are too short to be one.
 template <typename Text, typename Take>
 void forEachStationLine(Text& text, Take take) {
     forEachLine(text, [&](auto line, bool isStation) {
@@ -70,8 +71,8 @@ bool isContinuation(char unit) {
     return (static_cast<unsigned char>(unit) & 0xC0) == 0x80;
 }
 
-/// How many bytes more than columns the name takes in a line that was laid out by characters; 0
-/// for any other line.
+/// Returns how many more bytes than columns the name takes if the line was laid out by characters;
+/// 0 for any other line.
 std::size_t pushOfName(std::string_view line) {
     if (hasPosition(line)) {
         return 0;
@@ -86,7 +87,7 @@ std::size_t pushOfName(std::string_view line) {
     return push > 0 && hasPosition(line.substr(push)) ? push : 0;
 }
 
-/// The text with a byte a column in the lines that were laid out by characters.
+/// Returns the text with one byte per column, even in lines that were laid out by characters.
 std::string inByteColumns(std::string_view text) {
     std::string result;
     result.reserve(text.size());
@@ -132,7 +133,7 @@ bool fits(std::string_view line) {
            line[synopEnd] == ' ';
 }
 
-/// Carriage returns before a line feed belong to it; others end lines themselves.
+/// Carriage returns before a line feed are part of it; each of the others ends a line.
 void useLineFeeds(std::string& text) {
     std::size_t length = text.find('\r');
     for (std::size_t at = length; at < text.size();) {
@@ -167,7 +168,7 @@ std::optional<std::string> readListFile(const std::filesystem::path& path) {
 }
 
 std::string decodedList(std::span<const std::byte> bytes) {
-    // The mark of UTF-32LE begins with that of UTF-16LE, so it is tried first.
+    // UTF-32LE is tried first because its mark begins with that of UTF-16LE.
     static constexpr std::array<std::pair<std::string_view, const char*>, 5> marks{{
         {"\xEF\xBB\xBF"sv, "UTF-8"},
         {"\xFF\xFE\0\0"sv, "UTF-32LE"},
@@ -208,7 +209,7 @@ ListText alignedList(std::string text) {
         });
     }
     forEachLine(list.text, [&](std::span<const char> line, bool isStation) {
-        // The parser passes over the first line, whatever it is.
+        // The parser skips the first line, whatever it is.
         const bool isRead = isStation && line.data() != list.text.data();
         list.oddLines += isRead && !fits({line.data(), line.size()}) ? 1 : 0;
     });

@@ -9,25 +9,25 @@
 #include <optional>
 #include <string>
 
-/// Package files: keyed archives of one station collection, extension "STNPKG". They are written
-/// by archiving the collection itself.
+/// Package files: keyed archives of one station collection, with the extension "STNPKG". To write
+/// one, archive the collection.
 namespace catalogue {
 
-/// The classes of this folder, for reading archives of them.
+/// The classes of this folder that archives may contain.
 [[nodiscard]] const platform::ClassTable& archivedClasses();
 
-/// The collection in a package file; null when the file is missing, broken, holds anything else or
-/// more than memory does.
+/// Reads the collection in a package file; null if the file is missing, broken, holds anything else
+/// or does not fit into memory.
 [[nodiscard]] std::shared_ptr<AviationWeatherStationCollection>
 readPackage(const std::filesystem::path& path);
 
-/// The path under which a package is saved when the user chose `path`: its extension is "STNPKG",
-/// in capitals, in place of any other one.
+/// The path that a package is saved under when the user chose `path`: its extension is replaced by
+/// "STNPKG", in capitals.
 [[nodiscard]] std::string packagePath(const std::string& path);
 
-/// Asks the user where to, and saves a collection there as a package; a null one is not written.
-/// `savehere` becomes the user's answer and `savePath` the path that is written; both are absent
-/// after a cancelled panel.
+/// Asks the user where to save a collection, and writes it there as a package; null is not written.
+/// `savehere` becomes the user's answer and `savePath` the path that is written; both are absent if
+/// the panel was cancelled.
 void savePackage(platform::Host& host,
                  const std::shared_ptr<AviationWeatherStationCollection>& collection,
                  std::optional<platform::URL>& savehere, std::optional<std::string>& savePath);

@@ -41,7 +41,8 @@ Text codeOf(const Station& station) {
     return platform::textOfCode(station.*member);
 }
 
-/// The longitude, too, prints in the latitude's form; intended.
+/// Kept: users expect this, and the help describes it. Longitudes, too, are printed in the form of
+/// latitudes, with N for east and S for west.
 template <auto member>
 Text angleOf(const Station& station) {
     return SuportLib::latitudeString(station.*member);

@@ -13,16 +13,16 @@
 
 namespace {
 
-/// A text shorter than this is no list.
+/// A text shorter than this is not a list.
 constexpr std::size_t leastText = 90;
-/// With fewer bytes than this from a line's start to the end of the text, the text is over.
+/// The parse ends at a line that starts fewer bytes than this before the end of the text.
 constexpr std::size_t leastRest = 84;
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-/// One line's fields, at fixed columns; a byte past the end is a blank.
+/// The fields of one line, at fixed columns; bytes past the end read as blanks.
 class Columns {
 public:
     explicit Columns(stationparser::Field line) : line_(line.data(), line.size()) {}
@@ -31,7 +31,7 @@ public:
         return column < line_.size() ? line_[column] : ' ';
     }
 
-    /// Absent when a column border cuts a character, or the bytes are no UTF-8 at all.
+    /// Absent if a column boundary splits a character, or if the bytes are not UTF-8.
     [[nodiscard]] std::optional<std::string> text(std::size_t column, std::size_t width) const {
         std::string text(column < line_.size() ? line_.substr(column, width) : std::string_view());
         text.resize(width, ' ');
@@ -41,8 +41,8 @@ public:
         return text;
     }
 
-    /// The whole part of a number: an optional minus sign, digits and an optional fraction, between
-    /// blanks. 0 for anything else.
+    /// Returns the whole part of a number: an optional minus sign, digits and an optional fraction,
+    /// between blanks. Returns 0 for anything else.
     [[nodiscard]] int number(std::size_t column, std::size_t width) const {
         const std::size_t end = column + width;
         std::size_t at = column;
@@ -74,8 +74,8 @@ private:
     std::string_view line_;
 };
 
-/// A coordinate whose degrees take `width` columns, its minutes the two after the next, and its
-/// hemisphere letter the one behind.
+/// Reads a coordinate: `width` columns of degrees, a separator, two columns of minutes, and the
+/// hemisphere letter right after them.
 double coordinate(const Columns& field, std::size_t width, char negative) {
     const double degrees = stationparser::ConvertDegreeAngleToDouble_mins_secs(
         field.number(0, width), field.number(width + 1, 2), 0);
@@ -120,7 +120,7 @@ void stationparser::parse() try {
 }
 
 void stationparser::walk(std::string_view text, StationArray& stations) {
-    // Only what follows a line feed is classified: the first line is never looked at.
+    // Only lines that follow a line feed are classified, so the first line is never read.
     std::size_t at = text.find('\n');
     for (; at < text.size(); at = text.find('\n', at)) {
         const std::size_t start = at + 1;
@@ -134,8 +134,8 @@ void stationparser::walk(std::string_view text, StationArray& stations) {
             }
             const auto length = static_cast<std::size_t>(digit - header.begin());
             at = start + 1 + length;
-            // Kept: a header at one odd place, told by the text's first byte, is ignored. Packages
-            // made from the same list must not differ.
+            // Kept: packages made from the same list must not differ. A header at one particular
+            // offset, which depends on the text's first byte, is ignored.
             if (static_cast<signed char>(text.front()) + static_cast<std::int64_t>(at) - 1 != 32) {
                 const std::string_view name = header.substr(0, length);
                 currentState_ =

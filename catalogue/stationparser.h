@@ -14,13 +14,13 @@
 #include <string>
 #include <string_view>
 
-/// Reads the text of a station list into records: an operation that ends with the notification
-/// `StationParseDone`, posted on the thread that ran it. Results are published whole, so that any
-/// thread may ask for them at any time.
+/// Reads the text of a station list into records: an operation that ends by posting the
+/// notification `StationParseDone` on the thread that ran it. Results are published only when
+/// complete, so any thread may ask for them at any time.
 ///
-/// A list has one station a line, in fixed columns; the first line is not looked at. A blank line
-/// makes the next one a region header, whose text up to the first digit names the region of the
-/// stations that follow. Lines that begin with "!" or "CD" are passed over.
+/// A list has one station per line, in fixed columns; its first line is ignored. The line after a
+/// blank line is a region header: its text up to the first digit names the region of the stations
+/// that follow. Lines that begin with "!" or "CD" are skipped.
 class stationparser final : public platform::Operation {
 public:
     static constexpr const char* StationParseDone = "StationParseDone";
@@ -30,32 +30,33 @@ public:
     initWithNSString(platform::NotificationCenter& center, platform::Log& log,
                      std::optional<std::string> text);
 
-    /// The whole list, given at creation. Must not change while a parse runs.
+    /// The whole list, given at creation. It must not change while a parse runs.
     std::optional<std::string> masterString;
-    /// Not used by the parse.
+    /// The parse does not use it.
     platform::Guarded<std::shared_ptr<const platform::Data>> fileConents;
 
-    /// The stations in the order of their lines; null before the first parse has ended.
+    /// The stations in line order; null before the first parse has ended.
     [[nodiscard]] std::shared_ptr<StationArray> stationArray() const {
         return stationArray_.load();
     }
-    /// A collection whose `stations` is that very array; null when the text was too short or memory
+    /// A collection whose `stations` is that same array; null if the text was too short or memory
     /// ran out.
     [[nodiscard]] std::shared_ptr<AviationWeatherStationCollection> theCollection() const {
         return theCollection_.load();
     }
-    /// The text ended in the middle of something, or memory ran out: there is no collection then.
+    /// Whether the text ended in the middle of something, or memory ran out; in the latter case
+    /// there is no collection.
     [[nodiscard]] bool error() const { return error_; }
 
     /// Parses, then posts the notification.
     void main() override;
     void parse();
 
-    /// Appends the record of the line that `text` begins with; bytes that are missing read as
-    /// blanks. A station whose position lies outside the globe is logged and left out.
+    /// Appends the record of the line at the start of `text`; missing bytes read as blanks. A
+    /// station whose position is not on the globe is logged and left out.
     void captureStation(Field text, StationArray& stations) const;
 
-    /// Signed degrees of a field that holds degrees, minutes and a hemisphere letter; only a
+    /// Returns the signed degrees of a field of degrees, minutes and a hemisphere letter; only a
     /// capital "S" or "W" makes them negative.
     [[nodiscard]] static double latitudeFromText(Field field);
     [[nodiscard]] static double longitudeFromText(Field field);
