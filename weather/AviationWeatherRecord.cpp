@@ -21,8 +21,8 @@ void AviationWeatherRecord::getNewMessages() {
                                             platform::parseXML(*reply, *self);
                                         }
                                     });
-    // Kept: hosts of other programs see the setting asked for twice. The other form of the question
-    // is made and never sent.
+    // Kept: other programs' hosts see the setting read twice. The other form of the request is
+    // built but never sent.
     static_cast<void>(weather::fixedTafRequest(host_, "mostRecent"));
 }
 
@@ -38,6 +38,6 @@ void AviationWeatherRecord::parser_foundCharacters(std::string_view text) {
 
 void AviationWeatherRecord::parser_didEndElement(std::string_view /*name*/) {
     iCare_ = false;
-    // Kept: hosts of other programs see it asked for. The path is left unused.
+    // Kept: other programs' hosts see this path requested. It is not used.
     static_cast<void>(SupportLibCat::fileNameInDocDirectory(host_, "free"));
 }

@@ -10,13 +10,13 @@
 #include <string>
 #include <string_view>
 
-/// A single request to the weather data server, always the same one; its reply is read and comes to
-/// nothing.
-/// Kept: other programs make one. Lives at least until the reply has been handled.
+/// A single, fixed request to the weather data server; its reply is parsed, but nothing is done
+/// with it.
+/// Kept: other programs create one. It lives at least until the reply has been handled.
 class AviationWeatherRecord final : public platform::XMLParserDelegate,
                                     public std::enable_shared_from_this<AviationWeatherRecord> {
 public:
-    /// Kept: other programs make one. The station is ignored; the options become `requestedData`.
+    /// Kept: other programs create one. The station is ignored; the options become `requestedData`.
     [[nodiscard]] static std::shared_ptr<AviationWeatherRecord>
     initWithStation_options(platform::Host& host,
                             const std::shared_ptr<AviationWeatherStation>& station,
@@ -24,7 +24,7 @@ public:
 
     std::uint64_t requestedData = 0;
 
-    /// Sends the request and returns at once. Any thread.
+    /// Sends the request and returns at once. May be called on any thread.
     void getNewMessages();
 
     void parser_didStartElement(std::string_view name) override;
@@ -40,7 +40,7 @@ public:
 
 private:
     platform::Host& host_;
-    /// The latest chunk of characters, while they matter.
+    /// The latest chunk of characters inside an element of interest.
     std::string currentString_;
     bool iCare_ = false;
 };

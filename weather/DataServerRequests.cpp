@@ -20,7 +20,7 @@ std::string serverOf(platform::Host& host) {
     return std::string(named.empty() ? product::addresses::dataServerHost : named);
 }
 
-/// The keys stand in the order in which the server's users always gave them.
+/// The keys are in the order in which clients of this server have always sent them.
 platform::URL request(platform::Host& host, std::string_view scheme, std::string_view source,
                       std::string_view station, std::string_view latest) {
     return {fmt::format("{}://{}{}?dataSource={}&requestType=retrieve&format=xml&stationString={}"
@@ -29,7 +29,7 @@ platform::URL request(platform::Host& host, std::string_view scheme, std::string
                         latest)};
 }
 
-/// What RFC 3986 does not reserve stays as it is.
+/// Escapes everything but the characters that RFC 3986 calls unreserved.
 std::string queryValue(std::string_view text) {
     return platform::percentEscaped(text, "-._~");
 }

@@ -7,16 +7,17 @@
 #include <optional>
 #include <string_view>
 
-/// The questions put to the weather data server, in its classic form. They go to the server that
-/// the setting "dataserverhost" names, or to the default one. Any thread.
+/// Requests to the weather data server, in its classic form. They go to the server that the setting
+/// "dataserverhost" names, or else to the default one. May be called on any thread.
 namespace weather {
 
-/// The latest METAR and TAF of one station; its identifier is percent-escaped.
+/// Requests for the latest METAR and the latest TAF of one station. `identifier` is percent-escaped
+/// here.
 [[nodiscard]] platform::URL metarRequest(platform::Host& host, std::string_view identifier);
 [[nodiscard]] platform::URL tafRequest(platform::Host& host, std::string_view identifier);
 
-/// The TAF of station KSFO over plain http; `latest` is the key that asks for the latest one,
-/// "mostRecent" or "mostRecentForEachStation".
+/// Request for the TAF of station KSFO over plain http. `latest` is the key that asks for the
+/// latest report: "mostRecent" or "mostRecentForEachStation".
 [[nodiscard]] platform::URL fixedTafRequest(platform::Host& host, std::string_view latest);
 
 /// What an address asks for, in the classic form or the present one; nothing for one that is no

@@ -11,7 +11,7 @@ platform::URLSessionOptions sessionOptions() {
     platform::URLSessionOptions options;
     options.userAgent = product::userAgent;
     options.successor = successorOf;
-    // The service asks for no more than 100 requests a minute of one program.
+    // The service asks each program to send at most 100 requests per minute.
     options.hostLimits = {
         {.host = std::string(product::addresses::dataServerHost), .perMinute = 100, .atOnce = 4}};
     return options;

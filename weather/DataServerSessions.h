@@ -5,8 +5,8 @@
 
 namespace weather {
 
-/// How this program asks web servers: by its name, the default data server no more than that one
-/// bears, and at the successors of the addresses that it gave up.
+/// How this program talks to web servers: it sends its name, stays within the default data server's
+/// limits, and uses the successors of that server's retired addresses.
 [[nodiscard]] platform::URLSessionOptions sessionOptions();
 
 } // namespace weather

@@ -6,7 +6,7 @@
 
 namespace weather {
 
-/// The value of a query's first entry of that key, escaped as it is; empty without one.
+/// Returns the value of the first entry with this key, still escaped; empty if there is none.
 [[nodiscard]] inline std::string_view valueOf(std::string_view query, std::string_view key) {
     while (!query.empty()) {
         const std::string_view entry = query.substr(0, query.find('&'));

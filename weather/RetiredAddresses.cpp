@@ -13,7 +13,7 @@
 namespace weather {
 namespace {
 
-/// What follows the retired path's question mark, or nothing when this is another address.
+/// Returns what follows the question mark of a retired address; absent for any other address.
 std::optional<std::string_view> retiredQuery(std::string_view address) {
     // Scheme and host are case-insensitive, the path is not (RFC 3986).
     const auto take = [&address](std::string_view start, bool isExact) {

@@ -5,9 +5,9 @@
 
 namespace weather {
 
-/// Where to ask instead of an address that the default data server gave up: its METAR and TAF
-/// questions for stations, over http or https alike, go to their https successors. Every other
-/// address, another host's and another port's included, is answered as it stands.
+/// Returns the address to use in place of `address`. The METAR and TAF requests for stations that
+/// the default data server has retired, over http or https, become their https successors. Any
+/// other address, such as one with another host or port, is returned unchanged.
 [[nodiscard]] platform::URL successorOf(const platform::URL& address);
 
 } // namespace weather

@@ -68,13 +68,14 @@ void SCWeatherGrabber::handleReply(Walk& walk, const platform::Data& reply) {
     const std::scoped_lock lock(mutex_);
     walk.text = "";
     walk.captured.reset();
-    // What was captured before a fault stands.
+    // Text captured before a parse error is kept.
     platform::parseXML(reply, *this);
     if (walk.captured) {
         walk.text = currentString_->substr(0, *walk.captured);
     }
     if (!walk.text) {
-        // Kept: never so. A reply without a report has the empty text, which observers know.
+        // Kept: observers expect the empty text for a reply without a report, so this never
+        // happens.
         walk.text = walk.kind.notAvailable;
     }
     walk.text = SuportLib::removeLeadingSpaces(walk.text);
@@ -111,7 +112,7 @@ void SCWeatherGrabber::parser_didEndElement(std::string_view name) {
     if (!currentString_) {
         return;
     }
-    // A length stands for a copy: a reply of many reports would be copied over and over.
+    // A length, not a copy: a reply with many reports would be copied again and again.
     if (name == "METAR") {
         metars_.captured = currentString_->size();
     } else if (name == "TAF") {

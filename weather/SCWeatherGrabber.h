@@ -14,19 +14,20 @@
 #include <string>
 #include <string_view>
 
-/// Fetches the latest METARs and TAFs of a list of stations: two walks side by side, each with one
-/// request on its way at a time. Every station's text is posted as soon as it is there, as the
-/// object of a notification; a walk that has come to the end of the list seals itself with its last
-/// text. A request that fails ends its walk without a seal.
+/// Fetches the latest METARs and TAFs of a list of stations in two walks side by side, each with
+/// one request in flight at a time. Each station's text is posted as soon as it arrives, as the
+/// object of a notification; a walk that reaches the end of the list posts its last text once more,
+/// as its seal. A request that fails ends its walk without a seal.
 ///
 /// The first requests start on the caller's thread; replies are handled, further requests started
 /// and notifications posted on the thread of the host's URL sessions. A grabber lives at least
-/// until its last reply has been handled, whoever else lets it go; it cannot be stopped, but its
-/// requests can be made to yield to other grabbers'. Its operations may be called on any thread.
+/// until its last reply has been handled, even if its owner has released it. It cannot be stopped,
+/// but its requests can be made to yield to those of other grabbers. Its operations may be called
+/// on any thread.
 ///
-/// Kept: users know it so, and the help says it. Both walks capture into one text, which each
-/// request of either empties; what a reply captured stands ahead of the next one's capture unless a
-/// request was sent in between.
+/// Kept: users expect this, and the help describes it. Both walks capture into one text, which each
+/// request of either walk empties; what one reply captured precedes the next reply's capture unless
+/// a request was sent in between.
 class SCWeatherGrabber final : public platform::XMLParserDelegate,
                                public std::enable_shared_from_this<SCWeatherGrabber> {
 public:
@@ -37,25 +38,25 @@ public:
 
     [[nodiscard]] static std::shared_ptr<SCWeatherGrabber> init(platform::Host& host);
 
-    /// Not to be changed from outside while a walk is under way.
+    /// Must not be changed from outside while a walk is under way.
     StationArray stationsToCollectWeatherFrom;
-    /// Not used by the walks.
+    /// The walks do not use it.
     std::int64_t indexIntoStations = 0;
-    /// Whether the server is asked even where a kept reply may be reused. Set before the walks
+    /// Whether to ask the server even if a cached reply may be reused. Must be set before the walks
     /// start.
     bool revalidates = false;
 
-    /// Starts both walks over a list: the selected station, then, under a header of their own, the
-    /// favourites. A station without an identifier has an empty text. An empty list does nothing.
-    /// Walks that are already under way go on from the start of the new list.
+    /// Starts both walks over a list: the selected station, then the favourites under a header of
+    /// their own. The text of a station without an identifier is empty. Does nothing if the list is
+    /// empty. Walks that are already under way continue at the start of the new list.
     void getNewMessages(StationArray stations);
-    /// Sends the request of a walk's current position; past the end of the list, nothing.
+    /// Sends the request for a walk's current position; does nothing past the end of the list.
     void nextStationMetar();
     void nextStationTAF();
-    /// From now on every request, those on their way included, yields to those of grabbers that
-    /// are not superseded. The walks go on all the same.
+    /// From now on all its requests, including those in flight, yield to requests of grabbers that
+    /// are not superseded. The walks continue.
     void supersede() { *superseded_ = true; }
-    /// Kept: other programs call them. Do nothing.
+    /// Kept: other programs call them. They do nothing.
     void doMetars() {}
     void doTAFs() {}
 
@@ -83,7 +84,8 @@ private:
         const Kind& kind;
         std::int64_t index = 0;
         std::optional<std::string> text;
-        /// How much of the capture text an element of this kind has closed off.
+        /// The length of the captured text when the latest element of this kind ended; absent if
+        /// none has.
         std::optional<std::size_t> captured;
     };
 
@@ -97,7 +99,8 @@ private:
     platform::Host& host_;
     const std::shared_ptr<std::atomic<bool>> superseded_ =
         std::make_shared<std::atomic<bool>>(false);
-    /// Held while a reply is handled and while a request is sent, which happens within that too.
+    /// Held while a reply is handled and while a request is sent. Recursive, because handling a
+    /// reply sends the next request.
     std::recursive_mutex mutex_;
     std::optional<std::string> currentString_;
     bool iCare_ = false;
