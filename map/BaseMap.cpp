@@ -14,11 +14,11 @@ namespace {
 
 constexpr std::string_view signature = "nosigmap1";
 
-/// Levels 0 to 9: the last is as fine as the outlines themselves.
+/// Levels 0 to 9; the last is as fine as the outlines themselves.
 constexpr int levelCount = 10;
 
-/// The numbers of the resource; see resources/map/README.md. Reading beyond the end, or a number
-/// that nobody could mean, spoils it for good.
+/// Reads the numbers of the resource; see resources/map/README.md. Reading past the end, or an
+/// impossible number, makes the reader unsound for good.
 class Reader {
 public:
     explicit Reader(std::string_view bytes) : rest_(bytes) {}
@@ -50,7 +50,7 @@ public:
         return 0;
     }
 
-    /// How many things follow that take so many bytes at least.
+    /// Reads how many items follow, each of which takes at least `leastBytes`.
     std::size_t count(std::size_t leastBytes) {
         const std::size_t number = whole();
         if (number > rest_.size() / leastBytes) {
@@ -75,13 +75,13 @@ private:
     bool sound_ = true;
 };
 
-/// A point of the resource's grid; each is written as the steps from the one before.
+/// A point on the resource's grid; each is stored as the steps from the one before.
 struct Position {
     std::int64_t x = 0;
     std::int64_t y = 0;
 };
 
-/// Where points of the grid lie.
+/// Converts grid points to world points.
 class Grid {
 public:
     explicit Grid(std::uint32_t stepsByDegree) : steps_(stepsByDegree) {}
@@ -89,7 +89,7 @@ public:
     [[nodiscard]] bool holds(const Position& at) const {
         return std::abs(at.x) <= 180 * steps_ && std::abs(at.y) <= 90 * steps_;
     }
-    /// Beyond the map's edges too, so that the edge of a polygon there stays out of sight.
+    /// Goes beyond the map's edges, so that a polygon's edge there stays out of sight.
     [[nodiscard]] WorldPoint point(const Position& at) const {
         const auto steps = static_cast<double>(steps_);
         return {0.5 + static_cast<double>(at.x) / (360 * steps),
@@ -103,7 +103,7 @@ private:
     std::int64_t steps_;
 };
 
-/// Rings end with the point that they begin with. False when the section is not sound.
+/// Rings are closed by repeating their first point. Returns false if the section is unsound.
 bool readLines(Reader& reader, const Grid& grid, Position& at, bool areRings, Lines& lines) {
     for (std::size_t left = reader.count(1); left > 0; --left) {
         const std::size_t begin = lines.points.size();
@@ -137,7 +137,7 @@ bool readNames(Reader& reader, const Grid& grid, std::vector<CountryName>& names
     return reader.isSound();
 }
 
-/// Calls `add(turn)` for each turn of the earth on which a shape meets the rectangle.
+/// Calls `add(turn)` for each turn of the earth on which a shape overlaps the rectangle.
 template <typename Add>
 void onEachTurn(const WorldRect& shape, const WorldRect& rect, Add add) {
     const auto first = static_cast<int>(std::ceil(rect.left - shape.right));
@@ -148,7 +148,7 @@ void onEachTurn(const WorldRect& shape, const WorldRect& rect, Add add) {
     }
 }
 
-/// Moves what was added to `lines` since it had so many points.
+/// Moves the points of `lines` from index `from` on.
 void moveEast(Lines& lines, std::size_t from, double turns) {
     for (std::size_t i = from; i < lines.points.size(); ++i) {
         lines.points[i].x += turns;
@@ -165,7 +165,7 @@ void addLine(std::span<const WorldPoint> line, const WorldRect& bounds, const Wo
     }
 }
 
-/// Adds a closed ring's outline, but for the sides along the date line, where it was cut.
+/// Adds the outline of a closed ring, except for the sides along the date line, where it was cut.
 void addOutline(std::span<const WorldPoint> ring, const WorldRect& bounds, const WorldRect& rect,
                 Lines& to) {
     const auto isCut = [](const WorldPoint& a, const WorldPoint& b) {

@@ -15,26 +15,27 @@ namespace map {
 struct CountryName {
     std::string text;
     WorldPoint middle;
-    /// Room for the text, as a part of the world's width.
+    /// The room for the text, as a fraction of the world's width.
     double width = 0;
 };
 
-/// The outlines of the world that the program ships: land, borders between countries and their
-/// names. Kept once for each of some scales, without what would be too small to see there.
+/// The outlines of the world that ship with the program: land, borders between countries, and their
+/// names. Outlines are stored once for each of several scales, without what would be too small to
+/// see there.
 class BaseMap {
 public:
-    /// Reads the resource "world.map". Nothing when the bytes are no such map; takes time and
-    /// memory in proportion to their number at most.
+    /// Reads the resource "world.map". Absent if the bytes are not such a map. Takes time and
+    /// memory at most in proportion to their number.
     [[nodiscard]] static std::optional<BaseMap> read(std::span<const std::byte> bytes);
 
-    /// Adds what lies inside a rectangle, which may run on over several turns of the earth, as
-    /// exactly as a scale of so many points by turn can show it.
+    /// Adds what lies inside a rectangle, which may extend over several turns of the earth, as
+    /// exactly as a scale of so many points per turn can show it.
     void addLand(const WorldRect& rect, double scale, Lines& polygons) const;
-    /// Where land ends, without the cuts at the date line.
+    /// The edges of the land, without the cuts at the date line.
     void addCoasts(const WorldRect& rect, double scale, Lines& lines) const;
     void addBorders(const WorldRect& rect, double scale, Lines& lines) const;
 
-    /// The greatest country first.
+    /// The largest country first.
     [[nodiscard]] const std::vector<CountryName>& names() const { return names_; }
 
 private:

@@ -11,8 +11,8 @@ namespace {
 
 constexpr double radiansPerDegree = std::numbers::pi / 180;
 constexpr double greatestScale = 256.0 * (1 << 20);
-/// With the eye as far from the middle of a tilted view as this many of its heights, no tilt up to
-/// the steepest one brings the horizon into it.
+/// With the eye this many view heights away from the middle of a tilted view, no tilt up to the
+/// steepest one brings the horizon into the view.
 constexpr double eyeDistance = 1.5;
 constexpr double steepestTilt = 50;
 
@@ -21,11 +21,11 @@ bool isUsable(const platform::Region& region) {
            std::isfinite(region.latitudeSpan) && std::isfinite(region.longitudeSpan);
 }
 
-/// Regions are cut here, some kilometres beyond the map's edge: the surroundings of a place at the
-/// edge are shown whole, and those of half the earth do not reach for the pole, which is far away.
+/// Regions are cut off here, some kilometres beyond the map's edge: the surroundings of a place at
+/// the edge are shown whole, but those of half the earth do not extend to the far-away pole.
 constexpr double lastShown = highestLatitude + 0.1;
 
-/// The upright rectangle of a region, east and west of the unit square too.
+/// The upright rectangle of a region; it may extend beyond the unit square to the east or west.
 WorldRect rectOf(const platform::Region& region) {
     const auto y = [&](double side) {
         return projectedLatitude(std::clamp(region.centre.latitude + side * region.latitudeSpan / 2,
@@ -48,7 +48,7 @@ void Camera::setSize(const ScreenSize& size) {
 
 void Camera::setScale(double scale) {
     const double least = std::max({size_.width, size_.height, 1.0});
-    // In this order, so that no number gives the least.
+    // In this order, so that NaN gives the smallest scale.
     scale_ = std::min(std::max(least, scale), std::max(least, greatestScale));
 }
 
@@ -98,7 +98,7 @@ bool Camera::show(const platform::Region& region) {
 void Camera::move(double right, double down) {
     const ScreenPoint middle{size_.width / 2, size_.height / 2};
     const WorldPoint there = toWorld({middle.x - right, middle.y - down});
-    // No further beyond the map's edges than where the view already is.
+    // No further beyond the map's edges than the view already is.
     const double margin = std::min(size_.height / 2 / scale_, 0.5);
     setCentrePoint({there.x, std::clamp(there.y, std::min(margin, centre_.y),
                                         std::max(1 - margin, centre_.y))});
@@ -120,7 +120,8 @@ std::array<double, 9> Camera::matrix() const {
     const double height = std::cos(tilt_ * radiansPerDegree);
     const double depth =
         std::sin(tilt_ * radiansPerDegree) / std::max(eyeDistance * size_.height, 1.0);
-    // Toward the eye is -sine x + cosine y; each point of it takes `depth` off the distance.
+    // The direction toward the eye is -sine x + cosine y; each point in it reduces the distance by
+    // `depth`.
     const double wx = depth * sine;
     const double wy = -depth * cosine;
     const double halfWidth = size_.width / 2;
@@ -154,7 +155,7 @@ WorldPoint Camera::toWorld(const ScreenPoint& point) const {
     const double depth =
         std::sin(tilt_ * radiansPerDegree) / std::max(eyeDistance * size_.height, 1.0);
     const double down = point.y - size_.height / 2;
-    // Points above the horizon, which are outside the view, come to lie far ahead.
+    // Points above the horizon, which are outside the view, are mapped to places far ahead.
     const double v = down / std::max(std::cos(tilt_ * radiansPerDegree) + down * depth, 0.01);
     const double u = (point.x - size_.width / 2) * (1 - v * depth);
     return {centre_.x + (u * cosine - v * sine) / scale_,
@@ -183,7 +184,8 @@ bool Camera::maySee(const WorldRect& rect) const {
     for (std::size_t side = 0; side < 4; ++side) {
         const WorldPoint& from = inside[side];
         const WorldPoint& to = inside[(side + 1) % 4];
-        // Clockwise on the screen, where y grows downward: what is outside lies to the left.
+        // The corners run clockwise on the screen, where y grows downward: the outside is to the
+        // left of each side.
         if (std::ranges::all_of(points, [&](const WorldPoint& p) {
                 return (to.x - from.x) * (p.y - from.y) < (to.y - from.y) * (p.x - from.x);
             })) {

@@ -11,18 +11,18 @@ namespace map {
 
 namespace {
 
-/// One side of a rectangle, and the half plane that the rectangle lies in.
+/// One side of a rectangle, and the half plane in which the rectangle lies.
 struct Side {
     double WorldPoint::*across;
     double WorldPoint::*along;
     double at;
     double inward;
 
-    /// Not negative inside.
+    /// Negative outside.
     [[nodiscard]] double depth(const WorldPoint& point) const {
         return (point.*across - at) * inward;
     }
-    /// Where a line between two points on either side crosses it.
+    /// Where the line between two points, one on each side, crosses it.
     [[nodiscard]] WorldPoint crossing(const WorldPoint& a, const WorldPoint& b) const {
         WorldPoint point;
         point.*across = at;
@@ -60,7 +60,7 @@ std::optional<std::pair<WorldPoint, WorldPoint>> clipped(WorldPoint a, WorldPoin
 } // namespace
 
 void addClippedPolygon(std::span<const WorldPoint> polygon, const WorldRect& rect, Lines& to) {
-    // One side after the other (Sutherland and Hodgman).
+    // Clips at one side after another (Sutherland-Hodgman).
     std::vector<WorldPoint> part(polygon.begin(), polygon.end());
     std::vector<WorldPoint> next;
     for (const Side& side : sidesOf(rect)) {

@@ -43,7 +43,7 @@ std::string angleText(std::int64_t seconds, char positive, char negative) {
 ScaleMark mark(double metresPerPoint, double longest, double metresPerUnit, const char* unit) {
     const double most = longest * metresPerPoint / metresPerUnit;
     const double power = std::pow(10, std::floor(std::log10(most)));
-    // A hair's breadth of tolerance: 0.3 times ten is not always three.
+    // Tolerates rounding: 0.3 times ten is not always three.
     const double part = most / power * (1 + 1e-9);
     const double value = (part >= 5 ? 5 : part >= 2 ? 2 : 1) * power;
     return {fmt::format("{:.6g} {}", value, unit), value * metresPerUnit / metresPerPoint};

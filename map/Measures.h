@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-/// What helps the eye to judge where and how far: the graticule and the scale bar.
+/// What helps the user to judge places and distances: the graticule and the scale bar.
 namespace map {
 
 struct GraticuleLine {
-    /// x of a meridian, which may lie on another turn of the earth, or y of a parallel.
+    /// x of a meridian, which may be on another turn of the earth, or y of a parallel.
     double at = 0;
     /// Such as "47°30′N".
     std::string label;
@@ -21,7 +21,7 @@ struct Graticule {
     std::vector<GraticuleLine> parallels;
 };
 
-/// The lines of the least round step that keeps meridians `apart` points from each other.
+/// The lines at the smallest round step that keeps meridians at least `apart` points apart.
 [[nodiscard]] Graticule graticule(const Camera& camera, double apart);
 
 /// A round distance, and its length in points from east to west at the middle of the view.
@@ -36,7 +36,7 @@ struct ScaleBar {
     ScaleMark statuteMiles;
 };
 
-/// Each the longest of 1, 2 or 5 times a power of ten that is at most so many points long.
+/// Each mark is 1, 2 or 5 times a power of ten: the longest that takes at most `longest` points.
 [[nodiscard]] ScaleBar scaleBar(const Camera& camera, double longest);
 
 } // namespace map

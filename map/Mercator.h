@@ -8,8 +8,8 @@
 /// Web Mercator (EPSG:3857), with the whole world as the unit square.
 namespace map {
 
-/// x grows eastward from the date line, y southward from the northern edge. x may run on beyond 0
-/// and 1: the same places again, one turn of the earth further.
+/// x grows eastward from the date line, y southward from the northern edge. Values of x outside 0
+/// to 1 are the same places, whole turns of the earth away.
 struct WorldPoint {
     double x = 0;
     double y = 0;
@@ -34,30 +34,32 @@ struct WorldRect {
     [[nodiscard]] WorldRect movedEast(double turns) const {
         return {left + turns, top, right + turns, bottom};
     }
-    /// Grown as far as it must to hold the point too.
+    /// Extended if necessary to contain the point too.
     [[nodiscard]] WorldRect with(const WorldPoint& point) const {
         return {std::min(left, point.x), std::min(top, point.y), std::max(right, point.x),
                 std::max(bottom, point.y)};
     }
 };
 
-/// Degrees north and south of which there is no map.
+/// The map ends at this many degrees north and south.
 inline constexpr double highestLatitude = 85.051128779806592;
 
-/// Places beyond the map's edge come to lie on it, longitudes beyond 180 degrees beyond the square.
+/// Places beyond the map's edge are moved onto it; longitudes beyond 180 degrees give points
+/// outside the unit square.
 [[nodiscard]] WorldPoint project(const platform::Location& location);
-/// Longitudes from -180 up to, but not including, 180.
+/// Returns longitudes from -180 up to, but excluding, 180.
 [[nodiscard]] platform::Location unproject(const WorldPoint& point);
-/// y of a parallel, even beyond the map's edge; a pole, which is infinitely far, comes to lie at
-/// 89.99 degrees.
+/// Returns y of a parallel, even beyond the map's edge. A pole, which is infinitely far away, is
+/// placed at 89.99 degrees.
 [[nodiscard]] double projectedLatitude(double latitude);
 
-/// Metres by degrees on the WGS84 ellipsoid, along the meridian and along the parallel, at a
-/// latitude; beyond the map's edge, those at the edge.
+/// Metres per degree on the WGS84 ellipsoid, along the meridian and along the parallel, at a
+/// latitude; beyond the map's edge, the values at the edge.
 [[nodiscard]] double metresPerDegreeNorth(double latitude);
 [[nodiscard]] double metresPerDegreeEast(double latitude);
 
-/// The region of so many metres around a place. A centre beyond the map's edge is moved onto it.
+/// The region that spans so many metres around a place. A centre beyond the map's edge is moved
+/// onto it.
 [[nodiscard]] platform::Region regionWithDistance(const platform::Location& centre,
                                                   double northSouthMetres, double eastWestMetres);
 

@@ -8,8 +8,8 @@
 
 namespace map {
 
-/// Shows two by two kilometres around a place in a map of that type. An invalid place changes the
-/// type alone.
+/// Shows two by two kilometres around a place, in a map of the given type. If the place is invalid,
+/// only the type changes.
 void showPlace(platform::MapView& view, const platform::Location& place, std::int64_t mapType);
 
 } // namespace map

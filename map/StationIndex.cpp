@@ -9,10 +9,10 @@ namespace map {
 
 namespace {
 
-/// Of each coordinate; the finest square is less than a centimetre wide.
+/// Per coordinate; the finest square is less than a centimetre wide.
 constexpr int bits = 32;
 
-/// Puts a zero between any two bits.
+/// Inserts a zero between adjacent bits.
 std::uint64_t spread(std::uint64_t value) {
     value = (value | value << 16) & 0x0000FFFF0000FFFF;
     value = (value | value << 8) & 0x00FF00FF00FF00FF;
@@ -43,7 +43,7 @@ struct StationIndex::Query {
     std::vector<PlacedStation>& found;
 };
 
-/// A square of the world and the entries in it.
+/// A square of the world, and the entries in it.
 struct StationIndex::Quarter {
     std::span<const Entry> entries;
     std::uint64_t code = 0;

@@ -17,34 +17,34 @@ struct Station {
     platform::Location location;
 };
 
-/// A station by its number in the list that an index was made from.
+/// A station, by its position in the list that the index was built from.
 struct PlacedStation {
     std::uint32_t number = 0;
     WorldPoint point;
 };
 
-/// Finds stations by where they lie, in time that depends on how many are asked for rather than on
-/// how many there are. Those without a valid location are not found.
+/// Finds stations by location, in time that depends on how many are asked for rather than on how
+/// many there are. Stations without a valid location are never found.
 class StationIndex {
 public:
     StationIndex() = default;
     explicit StationIndex(std::span<const Station> stations);
 
-    /// Adds those inside a rectangle, which may run on over several turns of the earth; of those
-    /// that share a square of side `cell`, and of those at the same place, only one. The squares
-    /// stay where they are when the rectangle moves.
+    /// Adds the stations inside a rectangle, which may extend over several turns of the earth; only
+    /// one of those that share a square of side `cell`, or the same place. The squares do not move
+    /// with the rectangle.
     void add(const WorldRect& rect, double cell, std::vector<PlacedStation>& found) const;
 
-    /// The one that is shown nearest to a point, at most `reach` points away from it; of several at
-    /// one place the first of the list.
+    /// Returns the station shown nearest to a point, at most `reach` points away from it; of
+    /// several at one place, the first in the list.
     [[nodiscard]] std::optional<std::uint32_t>
     nearest(const Camera& camera, const ScreenPoint& point, double reach) const;
 
     [[nodiscard]] std::size_t size() const { return entries_.size(); }
 
 private:
-    /// The bits of x and y in turn, the highest first: every quarter of a quarter of the world is
-    /// one run of entries.
+    /// `code` interleaves the bits of x and y, the highest first, so that every quarter of the
+    /// world, every quarter of that, and so on, is one run of entries.
     struct Entry {
         std::uint64_t code;
         std::uint32_t number;

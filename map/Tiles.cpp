@@ -8,10 +8,10 @@ namespace map {
 
 namespace {
 
-/// Levels beyond this have more tiles than an `int` counts.
+/// Higher levels have more tiles than an `int` can count.
 constexpr int highestLevel = 30;
 
-/// Whether a polygon holds a place, by counting the sides east of it.
+/// Returns whether a polygon contains a place, by counting the sides to the east of it.
 bool holds(std::span<const platform::Location> polygon, const platform::Location& place) {
     bool inside = false;
     for (std::size_t i = 0; i < polygon.size(); ++i) {

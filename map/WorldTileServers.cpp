@@ -6,7 +6,8 @@ namespace map {
 
 namespace {
 
-/// The United States, each part in one polygon: the borders to some kilometres, the sea generously.
+/// The United States, one polygon for each part. Land borders are accurate to some kilometres; the
+/// sea is included generously.
 const std::vector<std::vector<platform::Location>> unitedStates{
     {{49.0, -123.3},   {49.0, -95.2},    {49.38, -95.15},  {48.72, -94.6},   {48.57, -93.0},
      {48.06, -91.5},   {48.2, -90.9},    {48.0, -89.5},    {48.3, -88.4},    {46.9, -84.9},
