@@ -25,7 +25,7 @@ bool write(const FavoritesFile::Identifiers& identifiers, const std::string& pat
     return platform::KeyedArchiver::archiveRootObject(array, path);
 }
 
-/// A name beside `path` that nothing has yet.
+/// Returns a name beside `path` that is not in use.
 std::string nameAside(const std::string& path) {
     std::string aside = path + ".unreadable";
     for (int i = 2; std::filesystem::exists(std::filesystem::symlink_status(aside)); ++i) {
@@ -90,6 +90,6 @@ void FavoritesFile::setAside(const std::string& path) {
     std::error_code error;
     std::filesystem::rename(path, aside, error);
     isBarred_ |= static_cast<bool>(error);
-    host_.log.line(error ? fmt::format("{} cannot be read, nor renamed, and is left as it is", path)
-                         : fmt::format("{} cannot be read, and is now {}", path, aside));
+    host_.log.line(error ? fmt::format("{} can be neither read nor renamed and is unchanged", path)
+                         : fmt::format("{} cannot be read and is now called {}", path, aside));
 }

@@ -7,35 +7,35 @@
 #include <string>
 #include <vector>
 
-/// The user's favourites on the disk: a keyed archive of ICAO identifiers. It is written at the end
-/// of a run; until then a second file beside it, the draft, holds the whole set as of the last
-/// change, so that a program that is killed loses nothing. Main thread only.
+/// The user's favourites on disk: a keyed archive of ICAO identifiers, written at the end of a run.
+/// Until then a second file beside it, the draft, holds the whole set as of the last change, so
+/// that nothing is lost if the program is killed. Main thread only.
 class FavoritesFile {
 public:
     using Identifiers = std::vector<std::string>;
 
-    /// The host outlives it.
+    /// The host must outlive it.
     explicit FavoritesFile(platform::Host& host) : host_(host) {}
 
-    /// Reads what was kept: the draft where a run before did not come to its end, else the file.
-    /// One that is no list of texts is renamed, not lost, with one line in the log. Nothing is
-    /// written before this was called.
+    /// Reads the stored favourites: the draft if an earlier run was cut short, else the file. A
+    /// file that is not a list of texts is renamed, not lost, with one line in the log. Nothing is
+    /// written before this has been called.
     [[nodiscard]] Identifiers load();
 
-    /// Writes the draft. The first time that fails one line is in the log.
+    /// Writes the draft. Only the first failure is logged, in one line.
     void keep(const Identifiers& identifiers);
-    /// Writes the file, and removes the draft once that is done.
+    /// Writes the file and, if that succeeds, removes the draft.
     void save(const Identifiers& identifiers);
 
 private:
     [[nodiscard]] std::string path(const char* name) const;
-    /// Nothing when there is no such file, or none that can be read.
+    /// Absent if the file does not exist or cannot be read.
     [[nodiscard]] std::optional<Identifiers> read(const std::string& path);
     void setAside(const std::string& path);
 
     platform::Host& host_;
     bool isLoaded_ = false;
-    /// Whether a file that could not be read is still in its place.
+    /// Set if an unreadable file could not be renamed, and so must not be overwritten.
     bool isBarred_ = false;
     bool hasFailedToKeep_ = false;
 };

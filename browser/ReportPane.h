@@ -5,19 +5,19 @@
 
 #include <string>
 
-/// A pane of reports: gathers the texts of a walk over stations and shows them together, once they
+/// A pane of reports: collects the texts of a walk over stations, and shows them together once they
 /// are complete. Main thread only.
 class ReportPane {
 public:
-    /// Shows in whatever view `outlet` holds by then. The outlet outlives it.
+    /// Shows text in whatever view `outlet` holds at the time. The outlet must outlive the pane.
     explicit ReportPane(const platform::Outlet<platform::TextView>& outlet) : outlet_(outlet) {}
 
-    /// Forgets what was gathered, and shows `text` until there is something to show.
+    /// Discards what was collected, and shows `text` until `show` is called.
     void begin(const std::string& text) {
         gathered_.clear();
         outlet_->setString(text);
     }
-    /// Takes a station's report, or the heading of those that follow, as lines of its own.
+    /// Appends a station's report, or the heading of the reports that follow, on lines of its own.
     void add(const std::string& text) { gathered_ += text + "\n"; }
     void show() { outlet_->setString(gathered_); }
 

@@ -31,7 +31,7 @@ void SCStationWindowController::addCollection(
 
 void SCStationWindowController::replaceMaster(
     std::shared_ptr<AviationWeatherStationCollection> collection) {
-    // Marks stand still until the new master is the one that later marks go to.
+    // No mark may change until marks are set in the new master.
     const auto lock = AviationWeatherStation::lockMarks();
     if (collection != masterCollection()) {
         auto identifiers = favoriteIdentifiers();
@@ -63,7 +63,7 @@ void SCStationWindowController::parseit() {
 }
 
 void SCStationWindowController::parseIsDone(const platform::Notification& /*notification*/) {
-    // Where memory runs out the catalogue stays, and the window hears of the end all the same.
+    // If memory runs out, the catalogue stays as it was and the window still hears of the end.
     try {
         publishParsed();
     } catch (const std::bad_alloc&) {
@@ -81,7 +81,7 @@ void SCStationWindowController::parseIsDone(const platform::Notification& /*noti
 void SCStationWindowController::publishParsed() {
     const auto parser = parser_.load();
     const auto parsed = parser ? parser->stationArray() : nullptr;
-    // A parse that was superseded while it ran has nothing to show.
+    // If this parse was superseded while it ran, the current parser has no result yet.
     if (!parsed) {
         return;
     }
@@ -90,8 +90,8 @@ void SCStationWindowController::publishParsed() {
     master->numberOfStations = static_cast<std::int64_t>(parsed->size());
     master->lastUpdated = host_.clock.now();
     master->fromURL = fileURL_.load();
-    // Kept: the groups go with the copy. A master that was parsed has none, like one that was read;
-    // who wants them makes them.
+    // Kept: a parsed master has no groups, like one that was read; whoever wants them creates them.
+    // The groups created here vanish with the copy.
     master->copySharingStations()->createStateCollections();
     replaceMaster(std::move(master));
 }
@@ -101,12 +101,12 @@ void SCStationWindowController::showzTble() {
     outlets.parserIt->setEnabled(true);
     const auto parser = parser_.load();
     const auto parsed = parser ? parser->theCollection() : nullptr;
-    // Kept: plural even for one station, unlike the other count, as users know it and the help
-    // says.
+    // Kept: users expect this, and the help describes it. Unlike the other count, this one is
+    // plural even for one station.
     outlets.words->setText(fmt::format("{} stations", parsed ? parsed->stations->size() : 0));
     resetWorkingCollection();
     reloadTable();
-    // The new list is shown whole, whatever was looked for in the old one.
+    // The new list is shown whole, whatever was searched for in the old one.
     saerching_ = false;
     outlets.sf->setStringValue("");
     selectAgain(selectedStation);
@@ -122,8 +122,8 @@ void SCStationWindowController::innerSave() {
 }
 
 void SCStationWindowController::saveCatalogue() {
-    // Saving drops the filter without a word to the table: shown before the panel opens, so that
-    // the table behind it is not of another catalogue, and after it.
+    // Saving drops the filter without telling the table. Every station is therefore shown before
+    // the panel opens, so that the table behind it matches the catalogue, and again afterwards.
     showAll();
     saveDocument();
     showAll();

@@ -16,7 +16,7 @@ void SCStationWindowController::favMenuItem() {
 }
 
 void SCStationWindowController::setFavInMaster(const AviationWeatherStation& station) {
-    // By a blank identifier, which several stations have, a stranger would be marked.
+    // Several stations have a blank identifier, by which the wrong one would be marked.
     const auto master = masterCollection();
     if (!master || platform::trimmed(station.ICAO.value_or("")).empty()) {
         return;

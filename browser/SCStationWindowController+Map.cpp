@@ -61,8 +61,8 @@ void SCStationWindowController::showChart() {
     }
     outlets.secView->view.setFrame(place);
     outlets.secView->view.setHidden(false);
-    // Kept: users know it so, and the help says it. With the first row selected the chart comes at
-    // the next selection only. Without any selected row it shows latitude 0, longitude 0.
+    // Kept: users expect this, and the help describes it. If the first row is selected, the chart
+    // loads only at the next selection. If no row is selected, it shows latitude 0, longitude 0.
     if (nowSelection != 0) {
         loadChart(selectedStation ? selectedStation->latitude : 0,
                   selectedStation ? selectedStation->longitude : 0);

@@ -8,12 +8,12 @@
 
 namespace {
 
-/// Of the distance pop-up's items.
+/// In the order of the distance pop-up's items.
 constexpr std::array<std::int64_t, 4> distancesInMiles{10, 25, 50, 100};
 
 enum SearchMode : std::int64_t { identifiers, names, regions };
 
-/// Split at every blank and every comma; empty terms are kept.
+/// Splits at every blank and comma; empty terms are kept.
 std::vector<std::string> searchTerms(const std::string& text) {
     std::vector<std::string> terms(1);
     for (const char c : text) {
@@ -46,8 +46,8 @@ void SCStationWindowController::filterIt(const std::string& text) {
     const auto master = masterCollection();
     StationArray matches;
     if (master) {
-        // Kept: users know it so, and the help says it. The last term's matches come first, and a
-        // station that two terms match comes twice.
+        // Kept: users expect this, and the help describes it. The last term's matches come first,
+        // and a station that two terms match is listed twice.
         auto terms = searchTerms(text);
         std::ranges::reverse(terms);
         for (const std::string& term : terms) {
@@ -56,7 +56,7 @@ void SCStationWindowController::filterIt(const std::string& text) {
         }
     }
     if (showingFavs) {
-        // Kept: users know it so, and the help says it. The matches are not restricted to
+        // Kept: users expect this, and the help describes it. The matches are not restricted to
         // favourites.
         const StationArray favorites = allFavorites();
         matches.insert(matches.end(), favorites.begin(), favorites.end());
@@ -68,7 +68,7 @@ void SCStationWindowController::searchTextDidChange() {
     if (!saerching_) {
         searchFieldDidStartSearching();
     }
-    // The empty text finds nothing, which loses the selection, before the search ends.
+    // Empty text finds nothing, so the selection is lost before the search ends.
     const auto selected = selectedStation;
     searchIt();
     if (outlets.sf && outlets.sf->stringValue().empty()) {
@@ -96,15 +96,15 @@ void SCStationWindowController::searchFieldDidStartSearching() {
 }
 
 void SCStationWindowController::searchFieldDidEndSearching() {
-    // Kept: users know it so, and the help says it. Every station is listed, in favourites mode
-    // too. The selection is left to the window, which may select again.
+    // Kept: users expect this, and the help describes it. Every station is listed, even in
+    // favourites mode. Restoring the selection is left to the caller.
     saerching_ = false;
     resetWorkingCollection();
     showWorkingCollection();
 }
 
 void SCStationWindowController::switchieswitche() {
-    // Applies from the next keystroke on; the shown rows stay.
+    // The new mode applies from the next keystroke; the rows shown stay.
     if (outlets.switchie) {
         searchingOn_ = outlets.switchie->selectedSegment();
     }
@@ -118,7 +118,7 @@ void SCStationWindowController::innnerGetDistant() {
     if (choice < 0 || choice >= std::ssize(distancesInMiles) || !station || !master) {
         return;
     }
-    // Always from the whole catalogue: distance filters do not narrow one another.
+    // Always searches the whole catalogue: distance filters do not narrow one another.
     showInTable(master->stationsWithinDistanceFromStation_within(
         station, distancesInMiles[static_cast<std::size_t>(choice)]));
 }

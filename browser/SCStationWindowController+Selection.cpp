@@ -39,8 +39,8 @@ void SCStationWindowController::resetTableSelectionAfterFilter() {
     }
     std::int64_t row = 0;
     if (selectedStation && workingCollection && workingCollection->stations) {
-        // Kept: users know it so, and the help says it. The first station of the same name wins,
-        // whatever its identifier.
+        // Kept: users expect this, and the help describes it. The first station of the same name is
+        // selected, whatever its identifier.
         const auto& stations = *workingCollection->stations;
         const auto found = std::ranges::find_if(stations, [this](const auto& station) {
             return station->stationName && selectedStation->stationName &&
@@ -89,7 +89,7 @@ void SCStationWindowController::selectAgain(
 }
 
 void SCStationWindowController::settleSelection() {
-    // The table tells of another row, not of another station in the same row.
+    // The table reports a change of row, but not another station in the same row.
     if (stationInRow(outlets.table->selectedRow()) != selectedStation) {
         tableViewSelectionDidChange(*outlets.table);
     }

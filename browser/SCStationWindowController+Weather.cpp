@@ -6,9 +6,9 @@
 
 void SCStationWindowController::requestWeather(StationArray stations, const std::string& metarText,
                                                const std::string& tafText, Freshness freshness) {
-    // Kept: users know it so, and the help says it. A grabber whose replies are still to come is
-    // released, not stopped, and what it delivers goes into the new texts. But it no longer keeps
-    // the new one waiting.
+    // Kept: users expect this, and the help describes it. A grabber that still awaits replies is
+    // released, not stopped, and its reports go into the new texts. Superseded, it no longer keeps
+    // the new grabber waiting.
     if (wGrabber) {
         wGrabber->supersede();
     }
@@ -22,8 +22,7 @@ void SCStationWindowController::requestWeather(StationArray stations, const std:
 StationArray SCStationWindowController::selectedAndFavorites() const {
     StationArray stations{selectedStation};
     if (alwaysFavWeather_ == 1) {
-        // Kept: a favourite that is selected is in the list twice, so that what stands below the
-        // heading is every favourite.
+        // Kept: every favourite appears below the heading, so a selected favourite is listed twice.
         const StationArray favorites = allFavorites();
         stations.insert(stations.end(), favorites.begin(), favorites.end());
     }

@@ -24,7 +24,7 @@ SCStationWindowController::initWithWindowNibName(platform::Host& host, std::stri
 }
 
 SCStationWindowController::~SCStationWindowController() {
-    // Waits for a parse that is just announcing its end.
+    // Waits for a parse that is still announcing its end.
     observers_.clear();
 }
 
@@ -38,9 +38,9 @@ void SCStationWindowController::windowDidLoad() {
     observe(SCWeatherGrabber::updateMetarString, &SCStationWindowController::updateMetarString);
     observe(SCWeatherGrabber::sealMetarString, &SCStationWindowController::sealMetarString);
     observe(SCWeatherGrabber::updateTafString, &SCStationWindowController::updateTAFString);
-    // Kept: users know it so, and the help says it. The METARs' seal, once more, seals the TAF
-    // pane, and the TAFs' own seal is not observed. A TAF that comes after the METARs are complete
-    // is gathered, but not shown.
+    // Kept: users expect this, and the help describes it. The METARs' seal also seals the TAF pane,
+    // and the TAFs' own seal is not observed. A TAF that arrives after the METARs are complete is
+    // collected but not shown.
     observe(SCWeatherGrabber::sealMetarString, &SCStationWindowController::sealTafString);
     if (outlets.secView) {
         outlets.secView->view.setHidden(true);
@@ -57,7 +57,8 @@ void SCStationWindowController::windowDidLoad() {
     catalogue::setStationColumnWidths(*outlets.table);
     nowSelection = -1;
     outlets.distButton->selectItem(0);
-    // Kept: users know it so, and the help says it. The second row, not the first.
+    // Kept: users expect this, and the help describes it. The second row is selected, not the
+    // first.
     outlets.table->selectRow(1);
     updateWeatherTimer =
         host_.timers.scheduleRepeating(weatherInterval, [this] { updateWeather(); });
@@ -67,7 +68,8 @@ void SCStationWindowController::windowDidLoad() {
 }
 
 void SCStationWindowController::observe(const char* name, Observation observation) {
-    // The observer may run on any thread; dropping its token waits for it, so `this` is safe.
+    // The observer may run on any thread. `this` stays valid because dropping the token waits for
+    // it.
     observers_.push_back(host_.notificationCenter.addObserver(
         name, [this, observation](const platform::Notification& notification) {
             (this->*observation)(notification);
@@ -94,7 +96,7 @@ bool SCStationWindowController::validateMenuItem(platform::MenuItem& item) {
         item.setTitle(showingFavs ? "Show all" : "Show favorites");
         return true;
     }
-    // Kept: everything else is disabled. Who adds a command to the menus of this window must name
-    // it here, and has seen to it that it may be chosen.
+    // Kept: all other commands are disabled. Whoever adds one to this window's menus must name it
+    // here, having made sure that it may be chosen.
     return action == "geMeterDistChanged" || action == "alwaysShowFavWeatherMenu";
 }

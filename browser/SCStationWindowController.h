@@ -23,15 +23,16 @@
 #include <vector>
 
 /// The main window's logic: the station table, the catalogue behind it and the controls around it.
-/// It owns a master collection, every station of the catalogue, and a working collection, what the
-/// table shows: always another object than the master, sharing the master's station records.
+/// It owns a master collection, which holds every station of the catalogue, and a working
+/// collection, which the table shows. The two are never the same object, but share the master's
+/// station records.
 ///
 /// Main thread only, except for `parseIsDone`, which runs on the thread of a parse. Its window
-/// fills `outlets` before `windowDidLoad`, and dies before it.
+/// fills `outlets` before `windowDidLoad`, and is destroyed before it.
 class SCStationWindowController : public catalogue::StationRows,
                                   public std::enable_shared_from_this<SCStationWindowController> {
 public:
-    /// The controls; one that is left out is absent.
+    /// The controls; any that is left unset is absent.
     struct Outlets {
         platform::Outlet<SCMainTable> table{};
         platform::Outlet<platform::SegmentedControl> switchie{};
@@ -43,14 +44,15 @@ public:
         platform::Outlet<platform::PopUpButton> distButton{};
         platform::Outlet<platform::TextField> words{};
         platform::Outlet<platform::MapView> mapV{};
-        /// Borrowed, and null for none: no mere view, it keeps what it shows.
+        /// Borrowed; null if there is none. Not an outlet, because it is more than a view: it has
+        /// state.
         SCWebView* secView = nullptr;
         platform::Outlet<platform::TextField> dLcikWords{};
         platform::Outlet<platform::TextView> metarBackField{};
         platform::Outlet<platform::TextView> tafBackFiled{};
-        /// Names the selected station in full.
+        /// Describes the selected station in full.
         platform::Outlet<platform::TextField> stationLine{};
-        /// Shows the selected station wherever else it is shown; called with null for none.
+        /// Shows the selected station in any other place; called with null if there is none.
         std::function<void(const AviationWeatherStation* station)> showSelected =
             [](const AviationWeatherStation*) {};
         platform::Outlet<platform::MenuItem> alwaysFavItem{};
@@ -68,91 +70,96 @@ public:
     bool showingFavs = false;
     std::unique_ptr<platform::Timer> updateWeatherTimer;
     std::shared_ptr<SCWeatherGrabber> wGrabber;
-    /// The user's last answer to where to save, and the path written; absent when cancelled.
+    /// Where the user last chose to save, and the path written; absent if the panel was cancelled.
     std::optional<platform::URL> savehere;
     std::optional<std::string> savePath;
 
-    /// The name of the interface file that the window is made from.
+    /// The name of the interface file from which the window is built.
     [[nodiscard]] const std::string& windowNibName() const { return windowNibName_; }
     /// Every station of the catalogue, or null. Any thread may read it while a parse replaces it.
     [[nodiscard]] std::shared_ptr<AviationWeatherStationCollection> masterCollection() const {
         return masterCollection_.load();
     }
 
-    /// Start-up, once the outlets are filled.
+    /// Sets the window up, once the outlets are filled.
     void windowDidLoad();
-    /// Stores what outlives the run; called once, at the end of it.
+    /// Saves favourites and settings. Called once, at the end of the run.
     void quitting();
 
     /// Reads the shipped package into the master (`flag` false) or empties the master (true).
     void loadParsedFile(bool flag);
-    /// Makes `collection` the master and shows a copy of it at the next reload.
+    /// Makes `collection` the master; the next reload of the table shows a copy of it.
     void addCollection(const std::shared_ptr<AviationWeatherStationCollection>& collection);
-    /// Lets the user choose a station list and parses it in the background.
+    /// Lets the user choose a station list, and parses it in the background.
     void parseit();
-    /// Saves the master collection as a package, where the user says.
+    /// Saves the master collection as a package, where the user chooses.
     void saveDocument();
     void innerSave();
-    /// What the save button does: saves with every station on show, before the panel opens and
-    /// after it, and the selected one selected.
+    /// The action of the save button: saves, listing every station both before the panel opens and
+    /// afterwards, and keeps the selected one selected.
     void saveCatalogue();
-    /// Whether there is any station to look for.
+    /// Whether the catalogue has any station.
     [[nodiscard]] bool hasCatalogue() const;
     void saveoptionsDidEnd_returnCode_contextInfo(int returnCode);
     void wetDidEnd_returnCode_contextInfo(int returnCode);
     /// Writes the count label.
-    /// Kept: users know it so, and the help says it. 0 takes the singular too.
+    /// Kept: users expect this, and the help describes it. 0 takes the singular, too.
     void setWordsStringTHing(std::int64_t n);
 
-    /// Fills the table with what a search text finds in the catalogue, in the search mode in force:
-    /// terms between blanks and commas, the last one's matches first.
+    /// Fills the table with the stations of the catalogue that match a search text in the current
+    /// search mode. Its terms are separated by blanks and commas; the last term's matches come
+    /// first.
     void filterIt(const std::string& text);
-    /// Whatever the user changes in the search field: the first text starts a search, each change
-    /// sends the action, and the empty text ends the search and selects the selected station again.
+    /// Handles every change that the user makes in the search field: the first text starts a
+    /// search, each change sends the action, and empty text ends the search and selects the
+    /// selected station again.
     void searchTextDidChange();
-    /// Empties the search field and shows every station, the selected one selected again.
+    /// Empties the search field and lists every station, with the selected one selected again.
     void showAll();
     /// The action of the search field, sent on every change of its text.
     void searchIt();
     void searchFieldDidStartSearching();
-    /// Shows every station again.
+    /// Lists every station again.
     void searchFieldDidEndSearching();
-    /// The action of the search mode.
+    /// The action of the search mode control.
     void switchieswitche();
-    /// Fills the table with the stations near the selected one, as far as the distance pop-up says.
+    /// Fills the table with the stations near the selected one, within the distance chosen in the
+    /// pop-up.
     void innnerGetDistant();
     void geMeterDistChanged();
     void geMeter();
-    /// Selects the station that was selected before the table's rows changed, by its name.
+    /// Selects the station that was selected before the table's rows changed, found by its name.
     void resetTableSelectionAfterFilter();
 
-    /// Centres the map on a station, in the map type in force, and the chart while it shows. An
-    /// invalid position is logged and changes nothing.
+    /// Centres the map on a station, in the current map type, and also the chart while it is shown.
+    /// An invalid position is logged and changes nothing.
     void mapStiation(const AviationWeatherStation& station);
-    /// The action of the map types, of which the last one shows the chart in the map's place.
+    /// The action of the map type control, whose last type shows the chart in place of the map.
     void switchieswitcheDu();
 
-    /// Marks the selected station as a favourite, or no longer.
+    /// Marks the selected station as a favourite, or removes the mark.
     void favMenuItem();
-    /// Copies a station's mark onto the master's first record of the same identifier.
+    /// Copies a station's mark to the master's first record with the same identifier.
     void setFavInMaster(const AviationWeatherStation& station);
     /// Switches between the favourites and all stations.
     void showFavsMenu();
     /// Switches the favourites' weather on or off.
     void alwaysShowFavWeatherMenu(platform::MenuItem& sender);
-    /// Rows whose mark goes with the selected station's: its own, which a search may list more than
-    /// once, and those of its namesakes by identifier, of which the first is marked with it.
+    /// Returns the rows whose mark changes with the selected station's: its own, of which a search
+    /// may list several, and those of other records with its identifier, the first of which is
+    /// marked with it.
     [[nodiscard]] std::vector<std::int64_t> rowsMarkedWithSelected() const;
     /// In catalogue order.
     [[nodiscard]] StationArray allFavorites() const;
-    /// Requests the weather of the selected station and of all favourites, if that is switched on.
+    /// Requests the weather of the selected station and of all favourites, if the latter is
+    /// switched on.
     void getFavWeather();
-    /// Asks for the selected station's weather again, and for the favourites' while that is
-    /// switched on. Nothing else changes.
+    /// Requests the selected station's weather again, and the favourites' if that is switched on.
+    /// Changes nothing else.
     void requestSelectedWeather();
     void saveFavorites();
     void loadFavorites();
-    /// Sets a menu item's title and tells whether it is enabled.
+    /// Sets a menu item's title and returns whether the item is enabled.
     [[nodiscard]] bool validateMenuItem(platform::MenuItem& item);
 
     void tableViewSelectionDidChange(const platform::TableView& table) override;
@@ -173,41 +180,42 @@ private:
 
     void observe(const char* name, Observation observation);
     void parseIsDone(const platform::Notification& notification);
-    /// Makes what the parser has read the master.
+    /// Makes the parser's result the master.
     void publishParsed();
     void showzTble();
     void reloadTable();
-    /// Publishes a new master that has taken over the favourites of the one it replaces. Any
-    /// thread.
+    /// Publishes a new master, after it has taken over the favourites of the one that it replaces.
+    /// May be called on any thread.
     void replaceMaster(std::shared_ptr<AviationWeatherStationCollection> collection);
     /// Makes the working collection a fresh copy of the master that shares its station records.
     void resetWorkingCollection();
-    /// Counts the working collection and reloads the table.
+    /// Counts the working collection's stations and reloads the table.
     void showWorkingCollection();
     void showInTable(StationArray stations);
     void showMap();
     void showChart();
-    /// Nothing unless the chart is on show.
+    /// Does nothing unless the chart is shown.
     void loadChart(double latitude, double longitude);
     void setSelectionControlsEnabled(bool enabled);
     void describeSelection();
-    /// Highlights the row of `station`, which was selected before other rows came: by its record,
-    /// else by its identifier, else none. The record itself is only highlighted; nothing is asked
-    /// for it and the map stays.
+    /// Highlights the row of `station`, which was selected before the rows changed: the row of the
+    /// same record, else of the same identifier, else none. The same record is only highlighted: no
+    /// weather is requested, and the map stays.
     void selectAgain(const std::shared_ptr<AviationWeatherStation>& station);
-    /// Takes the highlighted row's station for the selected one, if another one is.
+    /// Makes the highlighted row's station the selected one, if it is a different one.
     void settleSelection();
-    /// -1 where no row is this station's.
+    /// Returns -1 if no row shows this station.
     [[nodiscard]] std::int64_t rowOf(const std::shared_ptr<AviationWeatherStation>& station) const;
 
     [[nodiscard]] FavoritesFile::Identifiers favoriteIdentifiers() const;
     [[nodiscard]] StationArray selectedAndFavorites() const;
     void updateWeather();
-    /// Whether a kept reply will do, or the server is asked whether it still holds.
+    /// Whether a cached reply is good enough, or the server must confirm that it is still current.
     enum class Freshness { asKept, revalidated };
     void requestWeather(StationArray stations, const std::string& metarText,
                         const std::string& tafText, Freshness freshness = Freshness::asKept);
-    // These observe, on whatever thread, and hand the text over to the handlers below them.
+    // These observers run on any thread, and pass the text to the handlers below on the main
+    // thread.
     void updateMetarString(const platform::Notification& notification);
     void sealMetarString(const platform::Notification& notification);
     void updateTAFString(const platform::Notification& notification);
@@ -226,10 +234,10 @@ private:
     std::int32_t alwaysFavWeather_ = 0;
     std::int64_t searchingOn_ = 0;
     bool saerching_ = false;
-    /// Set while a row is highlighted whose station is known to be the selected one.
+    /// Set while highlighting a row whose station is known to be the selected one.
     bool isSelectingAgain_ = false;
     FavoritesFile favoritesFile_;
-    /// Favourites that the master lacks. Read and changed while marks are locked.
+    /// Favourites that the master lacks. Accessed only while the marks are locked.
     FavoritesFile::Identifiers unknownFavorites_;
     ReportPane metars_{outlets.metarBackField};
     ReportPane tafs_{outlets.tafBackFiled};

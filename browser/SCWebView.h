@@ -8,29 +8,29 @@
 #include <string>
 
 /// The main window's chart page: a web view that opens a larger chart in the user's browser when
-/// it is clicked twice. Main thread only.
+/// double-clicked. Main thread only.
 class SCWebView final : public platform::WebViewUIDelegate {
 public:
-    /// Both are borrowed and outlive it.
+    /// Both are borrowed and must outlive it.
     SCWebView(platform::Host& host, platform::WebView& view);
     ~SCWebView() override;
     SCWebView(const SCWebView&) = delete;
     SCWebView& operator=(const SCWebView&) = delete;
 
     platform::WebView& view;
-    /// The full address of the larger chart; absent before any chart was loaded.
+    /// The full address of the larger chart; absent until a chart has been loaded.
     std::optional<std::string> feedingURLString;
 
-    /// Set-up, once the window is loaded.
+    /// Sets the view up, once the window is loaded.
     void awakeFromNib();
-    /// Whether a chart is on show that has a larger one.
+    /// Whether a chart that has a larger one is shown.
     [[nodiscard]] bool hasLargerChart() const { return feedingURLString && !view.isHidden(); }
-    /// Opens the larger chart as a double click does; without an address it does nothing.
+    /// Opens the larger chart, as a double click does; does nothing without an address.
     void openLargerChart();
     /// Looks at the current event only: the second of two releases of the left button within the
     /// double-click interval opens the larger chart.
-    /// Kept: each release starts the interval anew, so a third one opens it again; the system's
-    /// count of clicks is not known here.
+    /// Kept: the system's count of clicks is not known here. Each release restarts the interval, so
+    /// a third one opens the chart again.
     void webView_mouseDidMoveOverElement_modifierFlags() override;
 
 private:
