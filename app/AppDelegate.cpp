@@ -33,7 +33,7 @@ void AppDelegate::showReleaseNotesOnce() {
     const auto before = host_.userDefaults.objectForKey(versionKey);
     host_.userDefaults.setObject(host_.bundle.infoValue("CFBundleShortVersionString").value_or(""),
                                  versionKey);
-    // Compared as it is kept, which may not be as a text.
+    // Compared as stored, since the settings may not store it as text.
     const bool isFirstRun = std::holds_alternative<std::monostate>(before);
     if (!isFirstRun && before != host_.userDefaults.objectForKey(versionKey)) {
         doReleaseNotes();

@@ -19,30 +19,32 @@
 /// only.
 class AppDelegate {
 public:
-    /// Controls outside the windows; one that is left out is absent.
+    /// Controls outside the windows; any that is left unset is absent.
     struct Outlets {
         platform::Outlet<platform::TextField> words{};
         platform::Outlet<platform::Button> saver{};
         platform::Outlet<platform::Button> viewer{};
         platform::Outlet<platform::Button> parserIt{};
-        /// The entry that switches the favourites' weather on and off.
+        /// The menu item that switches the favourites' weather on and off.
         platform::Outlet<platform::MenuItem> favwe{};
-        /// Its choices are recorded and change nothing that is saved, as intended.
+        /// Kept: interface files connect it. Its choices are recorded, but change nothing that is
+        /// saved.
         SCSaveOptionsSheetController* so = nullptr;
     };
 
-    /// Both are borrowed and outlive the delegate.
+    /// Both are borrowed and must outlive the delegate.
     AppDelegate(platform::Host& host, app::Windows& windows);
     ~AppDelegate();
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
 
     Outlets outlets;
-    /// What `innerSave` saves; nobody fills it, as intended: the main window saves its own.
+    /// What `innerSave` saves.
+    /// Kept: the main window saves its own collection, so nobody fills this one.
     std::shared_ptr<AviationWeatherStationCollection> masterCollection;
-    /// A copy of it, stations included, as of the last `innerSave`.
+    /// A copy of `masterCollection`, stations included, as of the last `innerSave`.
     std::shared_ptr<AviationWeatherStationCollection> workingCollection;
-    /// The user's last answer to where to save, and the path written; absent when cancelled.
+    /// Where the user last chose to save, and the path written; absent if the panel was cancelled.
     std::optional<platform::URL> savehere;
     std::optional<std::string> savePath;
     std::shared_ptr<SCStationWindowController> sw;
@@ -51,24 +53,25 @@ public:
     std::shared_ptr<slibHelpWindow> h;
     std::shared_ptr<SLIBReleaseNotesWindowController> releaseNotes;
 
-    /// Makes and shows the main window.
+    /// Creates and shows the main window.
     void applicationDidFinishLaunching();
-    /// Shows what is new, once after each change of the program's version.
+    /// Shows the release notes, once after each change of the program's version.
     void showReleaseNotesOnce();
-    /// Stores what outlives the run; called once, at the end of it.
+    /// Saves favourites and settings. Called once, at the end of the run.
     void applicationWillTerminate();
     void openStations();
     void openMyStations();
     /// Shows a collection in the main window.
     void showTble(const std::shared_ptr<AviationWeatherStationCollection>& collection);
-    /// Makes a new about window at every call, as intended.
+    /// Kept: the window opens afresh, whatever became of the last one. Every call creates a new
+    /// one.
     void doAbout();
     void doHelp();
     void doReleaseNotes();
-    /// What the about window's buttons do, without the window.
+    /// The actions of the about window's buttons, available without the window.
     void doEmailFeedback();
     void doGoToWebsite();
-    /// Do nothing, as intended.
+    /// Kept: interface files may name them as actions. They do nothing.
     void saveDocument() {}
     void dumb() {}
     void zzsaveoptionsDidEnd_returnCode(int returnCode);
@@ -80,7 +83,7 @@ private:
 
     platform::Host& host_;
     app::Windows& windows_;
-    // Each goes before its controller.
+    // Each is destroyed before its controller.
     std::unique_ptr<platform::Window> stationWindow_;
     std::unique_ptr<platform::Window> myStationsWindow_;
     std::unique_ptr<platform::Window> aboutWindow_;

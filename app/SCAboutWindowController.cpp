@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Asked in the letter, so that its readers need not ask back.
+/// Questions that the message already asks, so that its readers need not.
 constexpr std::string_view whatHelps =
     "What I did:\r\n\r\n"
     "What I saw, and what I had expected:\r\n\r\n"

@@ -12,11 +12,11 @@ public:
     [[nodiscard]] static std::shared_ptr<SCAboutWindowController>
     initWithWindowNibName(platform::Host& host, std::string name);
 
-    /// The name of the interface file that the window is made from.
+    /// The name of the interface file from which the window is built.
     [[nodiscard]] const std::string& windowNibName() const { return windowNibName_; }
 
-    /// Opens a letter to the makers in the user's mail program. Its subject names the program and
-    /// its version; its body asks for what a report needs.
+    /// Opens a message to the developers in the user's mail program. Its subject names the program
+    /// and its version; its body asks for what a report needs.
     void doEmailFeedback();
     /// Opens the product's page in the user's browser.
     void doGoToWebsite();

@@ -3,7 +3,7 @@
 
 #include "platform/views/Outlet.h"
 
-/// The logic of a sheet that asks how to save. Nothing shows it. Main thread only.
+/// The logic of a sheet that asks how to save, which nothing shows. Main thread only.
 class SCSaveOptionsSheetController {
 public:
     struct Outlets {
@@ -16,9 +16,9 @@ public:
 
     void usonlyclicked(const platform::CheckBox& sender) { usOnly = sender.state(); }
     void nonamesclicked(const platform::CheckBox& sender) { noNames = sender.state(); }
-    /// Ends the sheet with 1.
+    /// Ends the sheet with code 1.
     void saveCliked() { end(1); }
-    /// Ends the sheet with 0.
+    /// Ends the sheet with code 0.
     void cancelClicked() { end(0); }
 
 private:

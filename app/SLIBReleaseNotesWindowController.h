@@ -8,23 +8,23 @@
 #include <memory>
 #include <string>
 
-/// The release notes' logic. Main thread only.
+/// The release notes window's logic. Main thread only.
 class SLIBReleaseNotesWindowController {
 public:
     struct Outlets {
         platform::Outlet<platform::RichTextView> rlText{};
     };
 
-    /// Shows its window at once. What is borrowed outlives the controller.
+    /// Shows the window at once. The borrowed arguments must outlive the controller.
     [[nodiscard]] static std::shared_ptr<SLIBReleaseNotesWindowController>
     initWithWindowNibName(platform::Host& host, app::Windows& windows, std::string name);
 
     Outlets outlets;
 
-    /// The name of the interface file that the window is made from.
+    /// The name of the interface file from which the window is built.
     [[nodiscard]] const std::string& windowNibName() const { return windowNibName_; }
 
-    /// Shows the window before all others, again if it was closed.
+    /// Brings the window to the front, reopening it if it was closed.
     void bringToFront();
 
 private:

@@ -13,8 +13,9 @@ class slibHelpWindow;
 
 namespace app {
 
-/// Makes the program's windows, hidden at first, from their interface files. Each factory fills
-/// the outlets of its controller, which the window borrows and which outlives it. Main thread only.
+/// Creates the program's windows from their interface files, hidden at first. Each factory fills
+/// the outlets of its controller, which the window borrows and which must outlive it. Main thread
+/// only.
 class Windows {
 public:
     virtual ~Windows() = default;

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// What is left to do before the program ends.
+/// What remains to be done before the program ends.
 std::function<void()> ending;
 
 void endOnce() {
@@ -34,14 +34,14 @@ int main(int argc, char* argv[]) {
     QApplication::setDesktopFileName(QStringLiteral("nosig"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/nosig.svg")));
 
-    // From here on a signal waits for the event loop.
+    // From here on, a signal to end waits for the event loop.
     const desktop::EndSignals endSignals([] { QCoreApplication::exit(); });
     desktop::DesktopHost host(weather::sessionOptions());
     desktop::SingleInstance instance(host.programFolder(), host.services().log);
     if (!instance.isFirst()) {
         return EXIT_SUCCESS;
     }
-    // The delegate owns the windows, which carry the menus.
+    // The menus must outlive the delegate, whose windows carry them.
     desktop::ProgramMenus menus;
     desktop::ProgramWindows windows(host.services(), host.mapSetup(), host.settingsFile(), menus);
     AppDelegate delegate(host.services(), windows);
@@ -54,7 +54,7 @@ int main(int argc, char* argv[]) {
         delegate.applicationWillTerminate();
         host.urlSessions().stop();
     };
-    // The toolkit leaves the event loop by std::exit when the display server goes before us.
+    // The toolkit leaves the event loop through std::exit if the display server ends first.
     std::atexit(endOnce);
     const int status = QApplication::exec();
 

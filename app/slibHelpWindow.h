@@ -7,8 +7,8 @@
 #include <memory>
 #include <string>
 
-/// The help window's logic: shows the program's own pages, and nothing of the network. Main thread
-/// only.
+/// The help window's logic: shows the program's own pages, and nothing from the network. Main
+/// thread only.
 class slibHelpWindow {
 public:
     struct Outlets {
@@ -20,10 +20,11 @@ public:
 
     Outlets outlets;
 
-    /// The name of the interface file that the window is made from.
+    /// The name of the interface file from which the window is built.
     [[nodiscard]] const std::string& windowNibName() const { return windowNibName_; }
 
-    /// Loads the first page, once the outlet is filled. Without that page the view stays empty.
+    /// Loads the first page, once the outlet is filled. If there is no such page, the view stays
+    /// empty.
     void awakeFromNib();
 
 private:
