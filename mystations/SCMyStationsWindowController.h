@@ -15,10 +15,10 @@
 /// The My Stations window's logic: a table of the stations in the user's own package,
 /// "MyStations.STNPKG" in the application support folder, and a map of the selected one.
 ///
-/// Main thread only. Its window fills `outlets` before `windowDidLoad`, and dies before it.
+/// Main thread only. Its window fills `outlets` before `windowDidLoad`, and is destroyed before it.
 class SCMyStationsWindowController : public catalogue::StationRows {
 public:
-    /// The controls; one that is left out is absent.
+    /// The controls; any that is left unset is absent.
     struct Outlets {
         platform::Outlet<platform::TableView> mftable{};
         platform::Outlet<platform::Button> mfsaver{};
@@ -29,16 +29,16 @@ public:
     initWithWindowNibName(platform::Host& host, std::string name);
 
     Outlets outlets;
-    /// The stations shown; null without a readable package.
+    /// The stations shown; null if there is no readable package.
     std::shared_ptr<AviationWeatherStationCollection> myFavotires;
 
-    /// The name of the interface file that the window is made from.
+    /// The name of the interface file from which the window is built.
     [[nodiscard]] const std::string& windowNibName() const { return windowNibName_; }
 
-    /// Start-up, once the outlets are filled.
+    /// Sets the window up, once the outlets are filled.
     void windowDidLoad();
     void loadFavoritesFile();
-    /// Writes the stations back; without any nothing is written.
+    /// Writes the stations back to the package; does nothing if `myFavotires` is null.
     void updateFavoritesFile() const;
 
     /// Centres the map on the selected station.

@@ -7,10 +7,10 @@
 #include <memory>
 
 /// The station sheet's logic: one station on a satellite map, and a Done button. Main thread only.
-/// Its sheet fills `outlets` and dies before it.
+/// Its sheet fills `outlets`, and is destroyed before it.
 class SCWetherSheetController {
 public:
-    /// The controls; one that is left out is absent.
+    /// The controls; any that is left unset is absent.
     struct Outlets {
         platform::Outlet<platform::MapView> mapV{};
         platform::Outlet<platform::Button> okB{};
@@ -20,8 +20,8 @@ public:
     Outlets outlets;
     std::shared_ptr<AviationWeatherStation> thisStation;
 
-    /// Keeps the station and centres the map on it.
+    /// Stores the station and centres the map on it.
     void addStiation(const std::shared_ptr<AviationWeatherStation>& station);
-    /// The action of the Done button: ends the sheet with 1.
+    /// The action of the Done button: ends the sheet with code 1.
     void doneClicked();
 };

@@ -10,29 +10,29 @@
 #include <vector>
 
 /// A text that can blink at one of three speeds, visible and invisible for one interval each. It
-/// stands still until `flash` or `setFlashSpeed`. Main thread only.
+/// does not blink until `flash` or `setFlashSpeed` is called. Main thread only.
 class aiiFlashingText final : public platform::TextField {
 public:
-    /// Over a field that stands where its interface file puts it. Both are borrowed.
+    /// Wraps a field that its interface file has laid out. Both arguments are borrowed.
     [[nodiscard]] static std::shared_ptr<aiiFlashingText>
     initWithFrame(platform::Host& host, platform::FadingTextField& field);
 
-    /// Set-up, once the window is loaded.
+    /// Sets the text up, once the window is loaded.
     void awakeFromNib();
     void applyColor(const platform::Color& color);
-    /// 0 is fast, 2 slow.
-    /// Kept: it starts even a field that stands still; windows count on it to set a hint blinking
-    /// that is still hidden. Any other index changes nothing.
+    /// 0 is fast, 2 is slow; any other index changes nothing.
+    /// Kept: windows rely on it to make a hint blink that is still hidden. It starts even a field
+    /// that is not blinking.
     void setFlashSpeed(int index);
     /// Starts or stops blinking.
-    /// Kept: a second start leaves two timers blinking the field, of which the next stop ends the
-    /// later one; windows stop it before they start it again.
+    /// Kept: windows stop it before they start it again. A second start leaves two timers blinking
+    /// the field, and the next stop ends only the later one.
     void flash(bool on);
-    /// One blink step.
+    /// Performs one blink step.
     void doFlashie();
 
     void setText(const std::string& text) override;
-    /// Hiding stops the blinking; showing brings back what was before.
+    /// Hiding stops the blinking; showing restores what it was before.
     void setHidden(bool hidden) override;
 
 private:
@@ -54,9 +54,9 @@ private:
     /// Whether the next step hides the text.
     bool onoff_ = false;
     bool flashing_ = false;
-    /// Whether it was blinking when it was hidden.
+    /// Whether the text was blinking when it was hidden.
     bool oldFlashing_ = false;
     std::unique_ptr<platform::Timer> timit_;
-    /// Those that a second start has left running.
+    /// The timers that a second start has left running.
     std::vector<std::unique_ptr<platform::Timer>> leftRunning_;
 };
