@@ -44,8 +44,8 @@ public:
     [[nodiscard]] std::shared_ptr<AviationWeatherStationCollection> theCollection() const {
         return theCollection_.load();
     }
-    /// Whether the text ended in the middle of something, or memory ran out; in the latter case
-    /// there is no collection.
+    /// Whether the text ended within a header or a station line, or memory ran out; in the latter
+    /// case there is no collection.
     [[nodiscard]] bool error() const { return error_; }
 
     /// Parses, then posts the notification.

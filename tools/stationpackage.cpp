@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Makes, prints and checks station package files, with the program's own libraries.
+// Makes, prints and checks station package files, using the program's own libraries.
 #include "catalogue/ListFile.h"
 #include "catalogue/Packages.h"
 #include "catalogue/stationparser.h"
@@ -23,11 +23,13 @@ namespace {
 
 using platform::escapedControls;
 
-constexpr const char* usage = "usage: stationpackage make LIST FILE   make a package from a list\n"
-                              "       stationpackage print FILE       one line a station\n"
-                              "       stationpackage check FILE       say what is wrong with it\n";
+constexpr const char* usage =
+    "usage: stationpackage make LIST FILE   make a package from a list\n"
+    "       stationpackage print FILE       print one line per station\n"
+    "       stationpackage check FILE       report what is wrong with it\n";
 
-/// A message about a file: what is not fit for a screen is escaped, in names and texts alike.
+/// Prints a message about a file. Whatever is not fit for a screen is escaped, in the name and in
+/// the text alike.
 void say(const std::string& file, const std::string& message) {
     const auto line =
         fmt::format("stationpackage: {}: {}\n", escapedControls(file), escapedControls(message));
@@ -57,7 +59,7 @@ std::string collectionLine(const AviationWeatherStationCollection& collection) {
                        collection.stations ? collection.stations->size() : 0);
 }
 
-/// Every field, in the order in which packages hold them; the marks as the favourite flag.
+/// Every field, in the order of a package; the marks appear as the favourite flag.
 std::string stationLine(const AviationWeatherStation& station) {
     const std::vector<std::string> columns{
         column(station.stateName),
@@ -99,7 +101,7 @@ int make(const std::string& list, const std::string& file) {
         return fail(list, "holds no station");
     }
     if (parser->error()) {
-        return fail(list, "ends in the middle of something");
+        return fail(list, "ends unexpectedly");
     }
     collection->numberOfStations = static_cast<std::int64_t>(collection->stations->size());
     collection->lastUpdated = platform::SystemClock().now();

@@ -106,7 +106,7 @@ TEST_F(StationPackage, MakesPackagesAndSaysWhatTheListNeeded) {
              std::string(station).replace(20, 21, "K\xC2\x9BZ ZZQ   72999   99") + "\n",
          0, "stations: 2, lines realigned: 0, lines that do not fit: 0\n", "KZ\n"},
         {"no station", "!\n", 1, "", "list: holds no station\n"},
-        {"cut", list + "ZZ SAM", 1, "", "Errored out\nlist: ends in the middle of something\n"},
+        {"cut", list + "ZZ SAM", 1, "", "Errored out\nlist: ends unexpectedly\n"},
         {"no folder", list, 1, "", "no/made: cannot be written\n", "no/made"},
     };
     for (const auto& row : rows) {
