@@ -3,7 +3,7 @@
 
 #include "platform/views/Outlet.h"
 
-/// The logic of a sheet that asks how to save, which nothing shows. Main thread only.
+/// The logic of a sheet that asks how to save; nothing shows the sheet. Main thread only.
 class SCSaveOptionsSheetController {
 public:
     struct Outlets {

@@ -98,7 +98,7 @@ public:
     /// The action of the save button: saves, listing every station both before the panel opens and
     /// afterwards, and keeps the selected one selected.
     void saveCatalogue();
-    /// Whether the catalogue has any station.
+    /// Whether the catalogue has any stations.
     [[nodiscard]] bool hasCatalogue() const;
     void saveoptionsDidEnd_returnCode_contextInfo(int returnCode);
     void wetDidEnd_returnCode_contextInfo(int returnCode);
@@ -141,7 +141,7 @@ public:
     void favMenuItem();
     /// Copies a station's mark to the master's first record with the same identifier.
     void setFavInMaster(const AviationWeatherStation& station);
-    /// Switches between the favourites and all stations.
+    /// Switches between listing the favourites and listing all stations.
     void showFavsMenu();
     /// Switches the favourites' weather on or off.
     void alwaysShowFavWeatherMenu(platform::MenuItem& sender);
@@ -151,8 +151,8 @@ public:
     [[nodiscard]] std::vector<std::int64_t> rowsMarkedWithSelected() const;
     /// In catalogue order.
     [[nodiscard]] StationArray allFavorites() const;
-    /// Requests the weather of the selected station and of all favourites, if the latter is
-    /// switched on.
+    /// If the favourites' weather is switched on, requests the weather of the selected station and
+    /// of all favourites.
     void getFavWeather();
     /// Requests the selected station's weather again, and the favourites' if that is switched on.
     /// Changes nothing else.

@@ -18,7 +18,7 @@ struct Side {
     double at;
     double inward;
 
-    /// Negative outside.
+    /// Negative for a point outside.
     [[nodiscard]] double depth(const WorldPoint& point) const {
         return (point.*across - at) * inward;
     }

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::int64_t degree = 3600;
 constexpr std::int64_t minute = 60;
-/// In seconds of arc.
+/// The steps of the graticule, in seconds of arc.
 constexpr std::array<std::int64_t, 19> steps{
     1,           2,           5,           10,          30,         minute,     2 * minute,
     5 * minute,  10 * minute, 30 * minute, degree,      2 * degree, 5 * degree, 10 * degree,
