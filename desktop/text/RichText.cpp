@@ -14,7 +14,7 @@ namespace desktop {
 
 namespace {
 
-/// RTF measures lengths in twentieths of a point and letters in halves.
+/// RTF gives lengths in twentieths of a point and font sizes in half-points.
 constexpr double twipsInAPoint = 20;
 constexpr double halfPoints = 2;
 constexpr std::size_t deepestGroup = 100;
@@ -22,7 +22,7 @@ constexpr std::size_t deepestGroup = 100;
 /// Groups whose content is not shown.
 constexpr std::string_view hiddenGroups[] = {"fonttbl", "colortbl", "stylesheet", "info"};
 
-/// From 0x80 to 0x9f; those that stand for nothing are as in Latin-1.
+/// The characters from 0x80 to 0x9f; unassigned codes are as in Latin-1.
 constexpr char16_t windows1252Signs[] = u"\u20ac\u0081\u201a\u0192\u201e\u2026\u2020\u2021\u02c6"
                                         u"\u2030\u0160\u2039\u0152\u008d\u017d\u008f"
                                         u"\u0090\u2018\u2019\u201c\u201d\u2022\u2013\u2014\u02dc"
@@ -33,19 +33,19 @@ QChar windows1252(int code) {
     return isSign ? QChar(windows1252Signs[code - 0x80]) : QChar(static_cast<char16_t>(code));
 }
 
-/// What a group inherits and its end takes back.
+/// What a group inherits; changes end with the group.
 struct Style {
     QTextCharFormat letters;
     QTextBlockFormat paragraph;
     bool isHidden = false;
-    /// Characters that stand behind a character by code, for readers that do not know it.
+    /// Number of fallback characters after a character given by code, for readers that lack it.
     int substitutes = 1;
 };
 
 class Reader {
 public:
     Reader(QTextDocument& document, std::string_view rtf) : cursor_(&document), rest_(rtf) {
-        // For the text's own group, with whose end all ends.
+        // The outermost group: reading stops where it ends.
         styles_.emplace_back();
         take();
     }
@@ -206,7 +206,8 @@ private:
         if (paragraphEnded_) {
             cursor_.insertBlock(QTextBlockFormat());
         }
-        // The next one begins with its first character, so that none follows the last.
+        // The next paragraph starts with its first character, so that no empty one follows the
+        // last.
         paragraphEnded_ = true;
     }
 

@@ -10,24 +10,24 @@
 #include <string>
 #include <string_view>
 
-/// Text crosses into Qt and back here. Bytes that are not UTF-8 become U+FFFD.
+/// Converts text to Qt's and back. Bytes that are not UTF-8 become U+FFFD.
 namespace desktop {
 
-/// Every character kept: for addresses, settings and whatever else the program works with.
+/// Keeps every character: for addresses, settings and whatever else the program works with.
 [[nodiscard]] inline QString exactText(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-/// Lines for the user's eyes. Without control characters and those that change the direction of
-/// writing, with which a file or a reply could make a text look like another one; line ends and
+/// Lines to show to the user, without control characters and characters that change the direction
+/// of writing: with these a file or a reply could make one text look like another. Line ends and
 /// tabs stay.
 [[nodiscard]] inline QString shownLines(std::string_view utf8) {
     return exactText(platform::withoutControls(utf8));
 }
 
-/// The same in one line: a line end or a tab shows as a blank.
+/// The same on one line: line ends and tabs become spaces.
 [[nodiscard]] inline QString shownText(std::string_view utf8) {
-    // Most cells of the tables.
+    // The fast path for most table cells.
     if (std::all_of(utf8.begin(), utf8.end(), [](char c) { return c >= ' ' && c < '\x7F'; })) {
         return QString::fromLatin1(utf8.data(), static_cast<qsizetype>(utf8.size()));
     }
@@ -42,13 +42,13 @@ namespace desktop {
     return text;
 }
 
-/// A path as the file system has it.
+/// Decodes a path of the file system.
 [[nodiscard]] inline QString pathText(const std::string& path) {
     return QFile::decodeName(path.c_str());
 }
 
-/// A line of parts between middle dots, as stations are described. Letters that run from right to
-/// left do not carry the parts beside theirs along.
+/// Isolates the parts between the middle dots of a line such as a station's description, so that
+/// right-to-left letters in one do not reorder the others.
 [[nodiscard]] inline QString isolatedParts(const QString& line) {
     const bool mixes = std::any_of(line.begin(), line.end(), [](QChar c) {
         return c.direction() == QChar::DirR || c.direction() == QChar::DirAL;
@@ -62,7 +62,7 @@ namespace desktop {
     return open + line.split(dot).join(close + dot + open) + close;
 }
 
-/// A path as the file system takes it.
+/// Encodes a path for the file system.
 [[nodiscard]] inline std::string filePath(const QString& path) {
     return QFile::encodeName(path).toStdString();
 }
