@@ -7,11 +7,11 @@
 #include <array>
 #include <cmath>
 
-/// Colours that can be told apart, whatever palette the user has. The measure is that of WCAG 2.1:
-/// from 1, no difference, to 21, black on white. Colours count as opaque.
+/// Colours that can be told apart in any palette the user may have. Contrast is as in WCAG 2.1:
+/// from 1 (no difference) to 21 (black on white). Colours are treated as opaque.
 namespace desktop {
 
-/// Of letters on their ground, and of what else must be seen against what lies beside it.
+/// The least contrast of letters with their ground, and of any other shape with what is beside it.
 inline constexpr double contrastOfText = 4.5;
 inline constexpr double contrastOfShapes = 3;
 
@@ -30,12 +30,12 @@ inline constexpr double contrastOfShapes = 3;
     return (lighter + 0.05) / (darker + 0.05);
 }
 
-/// Black or white, whichever is further from a colour: more than 4.5 from any.
+/// Black or white, whichever contrasts more with a colour; the contrast is always above 4.5.
 [[nodiscard]] inline QColor oppositeOf(const QColor& color) {
     return contrast(color, Qt::black) > contrast(color, Qt::white) ? Qt::black : Qt::white;
 }
 
-/// `share` of the second colour, from 0 to 1.
+/// `share`, from 0 to 1, is that of the second colour.
 [[nodiscard]] inline QColor mixed(const QColor& one, const QColor& other, double share) {
     const auto part = [share](int first, int second) {
         return static_cast<int>(std::lround(first + share * (second - first)));
@@ -44,7 +44,7 @@ inline constexpr double contrastOfShapes = 3;
             part(one.blue(), other.blue())};
 }
 
-/// The colour, darkened or lightened as little as makes it stand out from another one.
+/// The colour, darkened or lightened just enough to have at least the contrast `least` with `from`.
 [[nodiscard]] inline QColor standingOut(const QColor& color, const QColor& from, double least) {
     constexpr int steps = 64;
     for (int step = 0; step < steps; ++step) {
@@ -56,14 +56,14 @@ inline constexpr double contrastOfShapes = 3;
     return oppositeOf(from);
 }
 
-/// A filled shape with letters on it.
+/// Colours of a filled shape with letters on it.
 struct Filling {
     QColor ground;
     QColor letters;
 };
 
-/// The ground, darkened or lightened as little as lets it stand out from what lies around it and
-/// its letters from it. Where these letters cannot, they are black or white.
+/// The ground, darkened or lightened just enough to stand out from what is around it, and its
+/// letters from it. Letters for which no ground does become black or white.
 [[nodiscard]] inline Filling legible(const QColor& ground, const QColor& letters,
                                      const QColor& around) {
     constexpr int steps = 64;

@@ -14,7 +14,7 @@
 #include <QPushButton>
 #include <QScopedValueRollback>
 
-/// Plain controls of the logic on Qt widgets, which they borrow.
+/// The logic's simple controls on Qt widgets, which they borrow.
 namespace desktop {
 
 class PushButton final : public platform::Button {
@@ -27,7 +27,7 @@ private:
     QPushButton& button_;
 };
 
-/// Text that the user reads and cannot change.
+/// Text that the user can read but not change.
 class Label final : public platform::TextField {
 public:
     explicit Label(QLabel& label) : label_(label) { label_.setTextFormat(Qt::PlainText); }
@@ -41,7 +41,7 @@ private:
     QLabel& label_;
 };
 
-/// Text of any length that the user scrolls, selects and copies.
+/// Text of any length that the user can scroll, select and copy.
 class TextPane final : public platform::TextView {
 public:
     explicit TextPane(QPlainTextEdit& pane) : pane_(pane) {}
@@ -52,7 +52,7 @@ private:
     QPlainTextEdit& pane_;
 };
 
-/// Buttons of which one is down; their ids in the group are the segments.
+/// Buttons of which one is down; a button's id in the group is its segment.
 class Segments final : public platform::SegmentedControl {
 public:
     explicit Segments(QButtonGroup& buttons) : buttons_(buttons) {}
@@ -60,7 +60,7 @@ public:
     void setSelectedSegment(int segment) override {
         if (auto* button = buttons_.button(segment)) {
             button->setChecked(true);
-            // The Tab key leads to the one that is down, the arrow keys to the others.
+            // Tab moves the focus to the button that is down, the arrow keys to the others.
             for (QAbstractButton* other : buttons_.buttons()) {
                 other->setFocusPolicy(other == button ? Qt::StrongFocus : Qt::ClickFocus);
             }
@@ -88,7 +88,8 @@ private:
     QComboBox& box_;
 };
 
-/// The action is sent on every keystroke, as the logic asks; the field knows no other way.
+/// Always sends its action on every keystroke, as the logic asks, so the two setters for this do
+/// nothing.
 class SearchLine final : public platform::SearchField {
 public:
     explicit SearchLine(QLineEdit& line) : line_(line) {}
@@ -96,12 +97,12 @@ public:
     void setSendsSearchStringImmediately(bool /*immediately*/) override {}
     void setSendsWholeSearchString(bool /*whole*/) override {}
     [[nodiscard]] std::string stringValue() const override { return line_.text().toStdString(); }
-    /// The line's own clear button hears of it, unlike with its signals blocked.
+    /// Does not block the line's signals: its own clear button needs them.
     void setStringValue(const std::string& text) override {
         const QScopedValueRollback guard(isSetByLogic_, true);
         line_.setText(exactText(text));
     }
-    /// Whether the text changes just now, and not by the user.
+    /// Whether the logic, rather than the user, is changing the text right now.
     [[nodiscard]] bool isSetByLogic() const { return isSetByLogic_; }
 
 private:
@@ -109,7 +110,7 @@ private:
     bool isSetByLogic_ = false;
 };
 
-/// A menu entry that calls the operation of that name.
+/// A menu entry that calls the operation named `operation`.
 class MenuEntry final : public platform::MenuItem {
 public:
     MenuEntry(QAction& entry, std::string_view operation) : entry_(entry), operation_(operation) {}

@@ -12,7 +12,7 @@
 
 namespace desktop {
 
-/// A label, which it borrows, that turns transparent and comes back.
+/// Fades a label, which it borrows, out and in.
 class FadingLabel final : public platform::FadingTextField {
 public:
     explicit FadingLabel(QLabel& label)

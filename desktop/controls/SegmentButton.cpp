@@ -12,7 +12,7 @@ namespace desktop {
 namespace {
 
 constexpr double rounding = 2;
-/// Between the button's edge and the frame that shows the focus.
+/// Between the button's edge and its focus frame.
 constexpr double focusGap = 2;
 
 } // namespace

@@ -112,7 +112,7 @@ std::vector<WrappingRow::Row> WrappingRow::rowsIn(int width) const {
 
 void WrappingRow::place(const Row& row, const QRect& line) const {
     int left = line.left();
-    // An item that is longer than the line is alone in it.
+    // Negative only for an item wider than the line, which is alone on it.
     int free = line.width() - row.width;
     auto sharing = static_cast<int>(
         std::ranges::count_if(row.items, [](const QLayoutItem* item) { return expands(*item); }));

@@ -11,14 +11,14 @@ class QHBoxLayout;
 
 namespace desktop {
 
-/// A row of controls that goes on in further rows where it is too long for its widget, so that no
-/// control is cut off in a narrow window or a large font.
+/// A row of controls that wraps into further rows if it is too long for its widget, so that no
+/// control is cut off in a narrow window or with a large font.
 ///
-/// In every row what expands shares the room that is left over. Hidden controls take none.
+/// In each row, the items that expand share the room left over. Hidden controls take up none.
 class WrappingRow final : public QLayout {
 public:
-    /// Takes the place of a row made in Designer, with all that is in it, and deletes that. The row
-    /// is its widget's own layout.
+    /// Replaces a row made in Designer, which must be its widget's own layout: takes over all its
+    /// items and deletes it.
     static void replace(QHBoxLayout* row);
 
     void addItem(QLayoutItem* item) override;
@@ -28,9 +28,9 @@ public:
     ~WrappingRow() override;
 
     [[nodiscard]] Qt::Orientations expandingDirections() const override;
-    /// All in one row.
+    /// With all items in one row.
     [[nodiscard]] QSize sizeHint() const override;
-    /// The longest item alone, as high as one row.
+    /// As wide as the widest item and as high as one row.
     [[nodiscard]] QSize minimumSize() const override;
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }
     [[nodiscard]] int heightForWidth(int width) const override;
@@ -39,7 +39,7 @@ public:
 private:
     struct Row {
         std::vector<QLayoutItem*> items;
-        /// Of the items and what lies between them.
+        /// The total of the items and the gaps between them.
         int width = 0;
         int height = 0;
     };
@@ -51,8 +51,8 @@ private:
     std::vector<std::unique_ptr<QLayoutItem>> items_;
 };
 
-/// A pane of a splitter that is never lower than its wrapped content needs at its width, which the
-/// splitter would not ask for.
+/// A splitter pane that is never lower than its wrapped content needs at its current width, which
+/// the splitter would not ask for itself.
 class WrappingPane final : public QWidget {
 public:
     using QWidget::QWidget;
