@@ -12,10 +12,10 @@ namespace desktop {
 
 namespace {
 
-/// What lies further outside the view than this is not drawn, sides of clipped polygons included.
+/// In points. Nothing further outside the view is drawn, which hides the edges of clipped polygons.
 constexpr double margin = 8;
 
-/// The farthest that a name reaches out of its country.
+/// The part of a name's width that must fit into its country.
 constexpr double leastRoom = 0.9;
 
 QPolygonF polygonOf(const map::Lines& lines, std::size_t begin, std::size_t end,
@@ -56,7 +56,7 @@ void BasePainter::drawLand(QPainter& painter) {
         path.closeSubpath();
         begin = end;
     }
-    // Not smoothed, so that no seam shows where land was cut; the coast is, and covers its edge.
+    // Not antialiased, so that no seam shows where land was cut; the coast is, and covers its edge.
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.fillPath(path, state_.scheme.land);
 
@@ -96,7 +96,7 @@ void BasePainter::drawNames(QPainter& painter) {
     std::vector<QRectF> taken;
     for (const map::CountryName& name : state_.base->names()) {
         const double room = name.width * state_.view.scale();
-        // Texts are at least as wide as two letters: most countries are too small for that.
+        // A quick test: no name is narrower than two letters, and most countries are.
         if (room < metrics.height()) {
             continue;
         }

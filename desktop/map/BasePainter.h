@@ -7,15 +7,15 @@ class QPainter;
 
 namespace desktop {
 
-/// Draws the shipped outlines of the world. The painter's coordinates are points east and south of
-/// the view's centre, except for names, which stand upright on the screen.
+/// Draws the shipped outlines of the world. The painter's coordinates must be points east and south
+/// of the view's centre, but screen coordinates for names, which are always upright.
 class BasePainter {
 public:
     explicit BasePainter(const MapState& state) : state_(state) {}
 
     void drawLand(QPainter& painter);
     void drawBorders(QPainter& painter);
-    /// As many names of countries as have room.
+    /// As many country names as there is room for.
     void drawNames(QPainter& painter);
 
 private:
@@ -24,7 +24,7 @@ private:
     void drawLines(QPainter& painter, const QColor& color);
 
     const MapState& state_;
-    /// Kept for its memory.
+    /// A member so that its memory is reused.
     map::Lines lines_;
 };
 

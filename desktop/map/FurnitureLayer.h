@@ -5,15 +5,15 @@
 
 namespace desktop {
 
-/// What stands still while the map moves: scale bar, credit of the tiles, in the
-/// flyover an arrow to the north, and the focus frame.
+/// What stays in place while the map moves: the scale bar, the tiles' credit, the focus frame and,
+/// in the flyover, an arrow to the north.
 class FurnitureLayer {
 public:
     explicit FurnitureLayer(const MapState& state) : state_(state) {}
 
     void paint(QPainter& painter) const;
 
-    /// Where the credit stands; empty when there is none.
+    /// The rectangle of the credit; empty if there is none.
     [[nodiscard]] QRectF creditPlace() const;
 
 private:

@@ -15,13 +15,13 @@ namespace desktop {
 
 namespace {
 
-/// Between two lines of the graticule, in points.
+/// Least distance between meridians of the graticule, in points.
 constexpr double graticuleStep = 110;
 
-/// How many levels up a coarser picture is looked for.
+/// How many levels up to look for a coarser picture.
 constexpr int coarsest = 5;
 
-/// From points east and south of the view's centre to the screen.
+/// Maps points east and south of the view's centre to the screen.
 QTransform groundTransform(const map::Camera& view) {
     const auto m = view.matrix();
     return {m[0], m[1], m[2], m[3], m[4], m[5], m[6], m[7], m[8]};
@@ -85,7 +85,7 @@ GroundLayer::Picture GroundLayer::pictureFor(const map::Tile& tile) const {
 void GroundLayer::drawTiles(QPainter& painter) const {
     const map::Camera& view = state_.view;
     const double pixels = state_.pixelsPerPoint;
-    // Flat tiles meet at whole pixels of the screen; tilted ones overlap a little instead.
+    // The edges of flat tiles snap to whole screen pixels; tilted tiles overlap a little instead.
     const QPointF middle(view.size().width / 2, view.size().height / 2);
     const auto snapped = [&](const QPointF& point) {
         return QPointF(std::round((point.x() + middle.x()) * pixels) / pixels,
@@ -151,7 +151,7 @@ void GroundLayer::drawGraticuleLabels(QPainter& painter) const {
     }
     for (const map::GraticuleLine& parallel : lines.parallels) {
         const double y = (parallel.at - view.centre().y) * view.scale() + view.size().height / 2;
-        // Not where meridians have their labels, nor where the scale bar stands.
+        // Keeps clear of the meridians' labels and of the scale bar.
         if (y > 2 * metrics.height() && y < view.size().height - 4 * metrics.height()) {
             draw(parallel, line, {0, y});
         }

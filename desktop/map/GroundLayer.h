@@ -6,7 +6,7 @@
 
 namespace desktop {
 
-/// The earth itself: tiles, and under or over them the shipped outlines, and the graticule.
+/// The earth itself: tiles, the shipped outlines under or over them, and the graticule.
 class GroundLayer {
 public:
     explicit GroundLayer(const MapState& state) : state_(state), base_(state) {}
@@ -14,7 +14,7 @@ public:
     void paint(QPainter& painter);
 
 private:
-    /// A tile's picture, or the part of a coarser one that is here instead of it.
+    /// A tile's picture, or the part of a coarser one in its place; null if neither is loaded.
     struct Picture {
         const QImage* image = nullptr;
         QRectF part;

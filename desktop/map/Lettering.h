@@ -10,14 +10,14 @@
 #include <algorithm>
 #include <vector>
 
-/// Text that can be read on any ground.
+/// Text that is legible on any background.
 namespace desktop {
 
 [[nodiscard]] inline QRectF grown(const QRectF& place, double across, double along) {
     return place.adjusted(-across, -along, across, along);
 }
 
-/// Takes a place, grown by so much, unless another one is taken there.
+/// Takes a place and returns true unless, grown by `across` and `along`, it overlaps one taken.
 [[nodiscard]] inline bool take(std::vector<QRectF>& taken, const QRectF& place, double across = 0,
                                double along = 0) {
     const QRectF room = grown(place, across, along);
@@ -29,7 +29,7 @@ namespace desktop {
     return isFree;
 }
 
-/// Centred, with a thin rim of another colour around its letters.
+/// Draws text centred, its letters with a thin rim in another colour.
 inline void drawHaloed(QPainter& painter, const QRectF& place, const QString& text,
                        const MapScheme& scheme) {
     painter.setPen(scheme.nameHalo);
@@ -40,7 +40,7 @@ inline void drawHaloed(QPainter& painter, const QRectF& place, const QString& te
     painter.drawText(place, Qt::AlignCenter | Qt::TextDontClip, text);
 }
 
-/// A plate with rounded corners, to write on.
+/// Draws a rounded plate and sets the pen for its text.
 inline void drawPlate(QPainter& painter, const QRectF& place, const MapScheme& scheme) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);

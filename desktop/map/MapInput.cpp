@@ -10,20 +10,20 @@
 
 #include <cmath>
 
-/// What the user does to the map.
+/// How the map responds to the user.
 namespace desktop {
 
 namespace {
 
-/// In points: how near to a dot counts as on it.
+/// In points; a pointer this near to a dot counts as on it.
 constexpr double reach = 8;
-/// Of the view's size, by one press of an arrow key.
+/// The part of the view's size that an arrow key moves by.
 constexpr double keyStep = 0.2;
-/// Degrees by point dragged, and by press of an arrow key.
+/// Degrees per point dragged, and per press of an arrow key.
 constexpr double turnByPoint = 0.3;
 constexpr double tiltByPoint = 0.15;
 constexpr double turnByKey = 15;
-/// Of a wheel: half a level by notch, which is 120 units.
+/// Wheel units per level: a notch is 120 units, half a level.
 constexpr double unitsByLevel = 240;
 
 } // namespace

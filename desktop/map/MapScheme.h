@@ -14,21 +14,20 @@ struct MapScheme {
     QColor coast;
     QColor border;
     QColor graticule;
-    /// Of names of countries and lines, and what surrounds their letters.
+    /// The names of countries and graticule lines, and the rim around their letters.
     QColor name;
     QColor nameHalo;
     QColor dot;
     QColor dotRim;
-    /// Of the selected station.
+    /// Marks the selected station.
     QColor marker{};
-    /// Behind labels, scale bar and credit, and the text on it.
+    /// The plate behind labels, scale bar and credit, and the text on it.
     QColor plate{};
     QColor plateText{};
     QColor focus{};
 };
 
-/// By day or by night, as the palette is. Pictures of the earth are dark either way, and so is what
-/// stands in for them.
+/// Light or dark, to suit the palette. Imagery is dark either way, and so is what stands in for it.
 [[nodiscard]] MapScheme mapScheme(const QPalette& palette, bool onImagery);
 
 } // namespace desktop

@@ -18,10 +18,10 @@
 
 namespace desktop {
 
-/// What the map's layers draw. Written by the map view only; positions are in its points.
+/// What the map's layers draw. Only the map view writes it. Positions are in the view's points.
 struct MapState {
     map::Camera view;
-    /// One that is drawn, which the chart is not.
+    /// A type that the map draws, so never the chart.
     std::int64_t type = platform::standardMap;
     MapScheme scheme;
     QFont font;
@@ -31,14 +31,14 @@ struct MapState {
     std::optional<map::BaseMap> base;
 
     TileLoader* loader = nullptr;
-    /// The server for this view, if any, and what it shows.
+    /// The index of this view's tile server, if any, and the tiles on show.
     std::optional<std::size_t> server;
     std::vector<map::Tile> tiles;
 
     std::vector<map::Station> stations;
     map::StationIndex index;
     std::optional<map::Station> marker;
-    /// The station under the pointer.
+    /// The index of the station under the pointer.
     std::optional<std::uint32_t> pointed;
 
     [[nodiscard]] QRectF frame() const { return {0, 0, view.size().width, view.size().height}; }

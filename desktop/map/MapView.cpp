@@ -14,7 +14,7 @@ namespace desktop {
 namespace {
 
 constexpr std::uint64_t longestBaseMap = 16 << 20;
-/// Far more than any screen shows.
+/// Far more than any screen can show.
 constexpr std::size_t mostTiles = 1024;
 constexpr double flyoverTilt = 45;
 
@@ -100,7 +100,7 @@ platform::Region MapView::regionThatFits(const platform::Region& region) const {
 
 void MapView::setRegion(const platform::Region& region) {
     if (state_.view.show(region)) {
-        // Kept as it was asked for: what fits today's shape of the view need not fit tomorrow's.
+        // Remembers the region before fitting, since the view may change its shape.
         set_ = fit_ && isSame(region, fit_->fitted) ? fit_->asked : region;
         moved_ = false;
         viewChanged();
@@ -114,7 +114,7 @@ void MapView::restyle() {
 }
 
 void MapView::viewChanged() {
-    // The window may have come to another screen.
+    // The window may have moved to another screen.
     state_.pixelsPerPoint = devicePixelRatioF();
     const bool isStandard = state_.type == platform::standardMap;
     state_.server =
@@ -122,7 +122,7 @@ void MapView::viewChanged() {
                        isStandard ? map::Imagery::standard : map::Imagery::satellite, state_.view);
     state_.tiles.clear();
     if (state_.server && isVisible()) {
-        // Lettering is drawn for the eye's size of a pixel, pictures gain by every pixel.
+        // Lettering is drawn for one pixel per point; imagery gains from every pixel.
         const int zoom = map::tileZoom(state_.view, loader_->servers()[*state_.server].highestZoom,
                                        isStandard ? 1 : state_.pixelsPerPoint);
         state_.tiles = map::tilesIn(state_.view, zoom, mostTiles);
@@ -150,7 +150,7 @@ void MapView::turnBy(double heading, double tilt) {
 
 void MapView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    // Each layer begins with a painter as it comes.
+    // Each layer starts with the painter in its initial state.
     painter.save();
     ground_.paint(painter);
     painter.restore();

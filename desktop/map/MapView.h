@@ -19,32 +19,33 @@ namespace desktop {
 
 /// What a map is made of.
 struct MapSetup {
-    /// The resource "world.map"; without it the map is all sea.
+    /// The path of "world.map"; without that file the map is all sea.
     QString baseMap;
     /// Shared with other maps; null for a map without tiles.
     std::shared_ptr<TileLoader> tiles;
 };
 
-/// The map of the logic: shipped outlines, tiles over them as far as they come, graticule, stations
-/// as dots, the selected one's marker, scale bar and credit.
+/// The logic's map: shipped outlines, tiles over them where they have arrived, graticule, stations
+/// as dots, the selected station's marker, scale bar and credit.
 ///
-/// Dragging moves it, wheel, pinch and double click zoom around the pointer, arrows, plus and minus
-/// do the same by key, and Home comes back to the region that the logic has set. The flyover turns
-/// and tilts when dragged, and moves with Shift held.
+/// Dragging moves it; wheel, pinch and double click zoom around the pointer. Arrow keys, plus and
+/// minus do the same, and Home returns to the region that the logic set. The flyover turns and
+/// tilts when dragged, and moves with Shift held; for the arrow keys it is the other way round.
 class MapView final : public QWidget, public platform::MapView {
 public:
     explicit MapView(MapSetup setup, QWidget* parent = nullptr);
 
-    /// Main thread only, like everything here.
+    /// Called on the main thread, like everything here.
     std::function<void(std::size_t station)> stationClicked;
     std::function<void(const std::string& page)> creditClicked;
 
-    /// The dots, known to `stationClicked` by their number. Any number of them may be given.
+    /// Sets the dots, of which there may be any number; `stationClicked` is given an index into
+    /// `stations`.
     void setStations(std::vector<map::Station> stations);
-    /// The selected station; nothing for none.
+    /// Marks the selected station; absent for none.
     void setMarker(std::optional<map::Station> station);
 
-    /// What the view shows, as it would lie there when flat.
+    /// The region that the view shows, or would show if it were flat.
     [[nodiscard]] platform::Region region() const { return state_.view.region(); }
     [[nodiscard]] const MapState& state() const { return state_; }
 
@@ -79,10 +80,10 @@ private:
     };
 
     void restyle();
-    /// Takes note of what the view shows now, and asks for the tiles that it needs.
+    /// Works out what the view now shows, and asks for the tiles that it needs.
     void viewChanged();
+    /// Zooming and moving are the user's: the region that the logic set no longer holds.
     void zoomBy(double factor, const QPointF& fixed);
-    /// As the user does: the region that the logic has set no longer holds.
     void moveBy(const QPointF& points);
     void turnBy(double heading, double tilt);
     void point(const QPointF& at);
@@ -95,9 +96,9 @@ private:
     StationLayer dots_{state_};
     FurnitureLayer furniture_{state_};
 
-    /// The region that the logic has set, before it was fitted.
+    /// The region that the logic set, before fitting.
     std::optional<platform::Region> set_;
-    /// Whether the user has left it since.
+    /// Whether the user has moved away from it since.
     bool moved_ = false;
     mutable std::optional<Fit> fit_;
 

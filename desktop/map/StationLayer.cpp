@@ -14,19 +14,19 @@ namespace desktop {
 
 namespace {
 
-/// Of neighbours closer than this, in points, one dot stands for all.
+/// In points; stations in the same square of this side share one dot.
 constexpr double leastApart = 2;
-/// Beside so many dots at most stand their identifiers.
+/// With more dots than this, none has its identifier beside it.
 constexpr std::size_t mostLabels = 400;
 constexpr double labelGap = 6;
 
-/// Of a dot without its rim: small where the whole world is seen, and large enough to be pointed at
-/// among few.
+/// A dot's diameter without its rim, in points: small when the whole world is in view, large enough
+/// to point at when there are few dots.
 double dotSize(double zoom) {
     return std::clamp(1 + zoom / 2, 2.0, 7.0);
 }
 
-/// Dots that stand close together have none, which would hide all else.
+/// Zero where dots lie close together: rims would hide everything else.
 double rimWidth(double zoom) {
     return std::clamp(zoom / 2 - 1.5, 0.0, 1.0);
 }

@@ -7,7 +7,7 @@
 
 namespace desktop {
 
-/// The stations as dots, the selected one's marker, and the identifiers that are shown beside them.
+/// The stations as dots, the selected one's marker, and the identifiers shown beside them.
 class StationLayer {
 public:
     explicit StationLayer(const MapState& state) : state_(state) {}
@@ -18,12 +18,12 @@ private:
     void drawDots(QPainter& painter);
     void drawLabels(QPainter& painter) const;
     void drawMarker(QPainter& painter) const;
-    /// Beside a place; inside the view where that can be.
+    /// Draws a label beside a place, inside the view if possible.
     void drawLabel(QPainter& painter, const QPointF& at, const std::string& text) const;
     [[nodiscard]] std::optional<QPointF> screenPoint(const platform::Location& location) const;
 
     const MapState& state_;
-    /// Kept for its memory.
+    /// A member so that its memory is reused.
     std::vector<map::PlacedStation> shown_;
 };
 

@@ -19,11 +19,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Of tiles whose server does not say how long they last.
+/// For tiles whose server does not say how long they stay fresh.
 constexpr int daysKept = 7;
 constexpr qsizetype mostPausedTiles = 4096;
 
-/// The toolkit's cache, which keeps to the servers' headers.
+/// The toolkit's cache, which obeys the servers' headers.
 class TileCache final : public QNetworkDiskCache {
 public:
     using QNetworkDiskCache::QNetworkDiskCache;
@@ -54,9 +54,9 @@ QUrl addressOf(const map::TileServer& server, const map::Tile& tile) {
     return {QString::fromStdString(map::tileAddress(server.address, tile)), QUrl::StrictMode};
 }
 
-/// Null unless the bytes are a picture of a usual format and size.
+/// Null unless the bytes are a PNG or JPEG of at most `mostPixels` each way.
 QImage decoded(const QByteArray& bytes, int mostPixels) {
-    // Told by their first bytes alone: other formats' decoders never see what a server sends.
+    // Recognised by their first bytes alone: other decoders never see what a server sends.
     const char* format = bytes.startsWith("\x89PNG")        ? "png"
                          : bytes.startsWith("\xFF\xD8\xFF") ? "jpeg"
                                                             : nullptr;
@@ -81,12 +81,13 @@ QImage decoded(const QByteArray& bytes, int mostPixels) {
 
 constexpr std::chrono::milliseconds longestRetryAfter = 24h;
 
-/// What a server says in seconds or as a date (RFC 9110, 10.2.3); no time where it says nothing.
+/// The delay that a server asks for, in seconds or by a date (RFC 9110, 10.2.3); zero if it asks
+/// for none.
 std::chrono::milliseconds retryAfter(const QNetworkReply& reply) {
     const QByteArray text = reply.rawHeader("Retry-After").trimmed();
     if (!text.isEmpty() &&
         std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })) {
-        // Longer numbers are longer times, whatever they are.
+        // Nine digits fit an int, and are far beyond the limit already.
         return std::min<std::chrono::milliseconds>(std::chrono::seconds(text.left(9).toInt()),
                                                    longestRetryAfter);
     }
@@ -97,7 +98,7 @@ std::chrono::milliseconds retryAfter(const QNetworkReply& reply) {
         return time;
     };
     const QDateTime end = dated(text);
-    // By the server's own clock where it tells the time.
+    // By the server's own clock, if it sends its time.
     const QDateTime told = dated(reply.rawHeader("Date"));
     const QDateTime now = told.isValid() ? told : QDateTime::currentDateTimeUtc();
     return end.isValid() ? std::clamp(std::chrono::milliseconds(now.msecsTo(end)),
@@ -134,7 +135,7 @@ TileLoader::TileLoader(TileSources sources)
 }
 
 TileLoader::~TileLoader() {
-    // Replies end with their manager, and must not report here any more.
+    // Replies are destroyed with their manager, and must no longer report here.
     for (QNetworkReply* reply :
          network_ ? network_->findChildren<QNetworkReply*>() : QList<QNetworkReply*>()) {
         reply->disconnect(this);
@@ -221,7 +222,7 @@ void TileLoader::request(const Wish& wish) {
 
     QNetworkReply* reply = network_->get(request);
     underWay_.insert(wish.key);
-    // No more than this is ever read ahead; one byte beyond it is too much.
+    // Never reads ahead more than this; one byte beyond the limit is too much.
     reply->setReadBufferSize(limits_.bytes + 1);
     connect(reply, &QNetworkReply::readyRead, this, [this, reply] {
         if (reply->bytesAvailable() > limits_.bytes) {
@@ -234,7 +235,7 @@ void TileLoader::request(const Wish& wish) {
             });
     auto* timer = new QTimer(reply);
     timer->setSingleShot(true);
-    // Others may fire before their time, and then nobody would be late.
+    // Coarse timers may fire early, and then the reply would not count as late.
     timer->setTimerType(Qt::PreciseTimer);
     connect(timer, &QTimer::timeout, reply, &QNetworkReply::abort);
     timer->start(limits_.time);
@@ -280,12 +281,12 @@ void TileLoader::pauseTile(const Wish& wish, const QDeadlineTimer& end) {
 
 void TileLoader::came(const Wish& wish, QImage image) {
     const qsizetype cost = std::max<qsizetype>(image.sizeInBytes() >> 10, 1);
-    // It may be larger than was reckoned with, and must not drive out what views show.
+    // It may be larger than `makeRoom` assumed, and must not evict what views show.
     images_.setMaxCost(images_.maxCost() + cost);
     images_.insert(wish.key, new QImage(std::move(image)), cost);
     makeRoom();
     for (TileWishes* view : std::vector(views_)) {
-        // A view may go when another one hears of it.
+        // The handler of one view may destroy another.
         if (std::ranges::find(views_, view) != views_.end() &&
             std::ranges::find(view->wishes_, wish.key, &Wish::key) != view->wishes_.end()) {
             view->arrived_();
@@ -295,7 +296,7 @@ void TileLoader::came(const Wish& wish, QImage image) {
 
 void TileLoader::refused(std::size_t server, std::chrono::milliseconds retryAfter) {
     Standing& standing = standings_[server];
-    // Those that were under way together are refused together, which counts as once.
+    // Requests under way together are refused together, which counts as one refusal.
     if (standing.leftAlone.hasExpired()) {
         standing.pause = std::clamp(standing.pause * 2, limits_.serverPause, limits_.longestPause);
     }

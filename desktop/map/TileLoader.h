@@ -23,63 +23,61 @@ class QNetworkReply;
 
 namespace desktop {
 
-/// What one tile, and all of them together, may cost.
+/// Limits on one tile, and on all of them together.
 struct TileLimits {
     qint64 bytes = 2 << 20;
-    /// Of a picture's width and height.
+    /// Each of a picture's width and height.
     int pixels = 1024;
-    /// Of a whole transfer.
+    /// For a whole transfer.
     std::chrono::milliseconds time{20'000};
     int requests = 4;
-    /// Of pictures in memory; more only while the views together need it.
+    /// For pictures in memory; exceeded only while the views together need more.
     qsizetype kibibytes = 32 << 10;
     qint64 diskBytes = 128 << 20;
-    /// How long a server that cannot be reached, or has refused once, and a tile that is no good
-    /// are left alone.
+    /// How long to leave alone a server that cannot be reached or has refused once, and a tile that
+    /// cannot be used.
     std::chrono::milliseconds serverPause{30'000};
     std::chrono::milliseconds tilePause{600'000};
-    /// What the pause of a server that goes on refusing grows to, doubling.
+    /// The most that the pause of a server grows to, doubling while it keeps refusing.
     std::chrono::milliseconds longestPause = std::chrono::hours(1);
 };
 
 /// Where tiles come from, and who asks for them.
 struct TileSources {
     std::vector<map::TileServer> servers;
-    /// Of the program.
     QByteArray userAgent = "Nosig";
-    /// Empty to keep none on the disk.
+    /// Empty to keep no tiles on disk.
     QString cacheFolder = {};
     TileLimits limits = {};
 };
 
 class TileWishes;
 
-/// Fetches the tiles that views show, and no others: from memory, from a cache on the disk that
-/// keeps them as long as the server's headers say (seven days where they say nothing), or from the
-/// server, a few at a time for all views together, each in its turn. What cannot be had is left out
-/// without a word.
+/// Fetches only the tiles that views show: from memory, from a disk cache that keeps them as long
+/// as the server's headers say (seven days if they say nothing), or from the server, a few at a
+/// time for all views together, which take turns. A tile that cannot be had is silently left out.
 ///
-/// A server that refuses (any status from 400 on but 404 and 410, which concern the tile alone) is
-/// left alone for a while that doubles with each refusal until it gives a tile again, and at least
-/// as long as its Retry-After says, up to a day. What the disk has of it shows meanwhile, however
-/// old.
+/// A server that refuses (any status from 400 up except 404 and 410, which concern the tile alone)
+/// is left alone for a pause that doubles with each refusal until it sends a tile again, and that
+/// lasts at least as long as its Retry-After says, up to a day. Meanwhile its tiles on disk are
+/// shown, however old.
 class TileLoader final : public QObject {
 public:
     explicit TileLoader(TileSources sources);
     ~TileLoader() override;
 
     [[nodiscard]] const std::vector<map::TileServer>& servers() const { return servers_; }
-    /// Whether tiles are under way, or wishes not yet looked at.
+    /// Whether any tile is under way, or any wish has not been looked at yet.
     [[nodiscard]] bool isBusy() const { return !underWay_.isEmpty() || gathering_.isActive(); }
-    /// Null when it is not here; valid until the event loop runs.
+    /// Null if it is not in memory; valid until the event loop runs.
     [[nodiscard]] const QImage* image(std::size_t server, const map::Tile& tile) const;
-    /// For how long a server is not asked, whatever is wanted.
+    /// How much longer the server will not be asked, whatever is wanted.
     [[nodiscard]] std::chrono::milliseconds leftAloneFor(std::size_t server) const;
 
 private:
     friend class TileWishes;
 
-    /// A server's tile, in one number.
+    /// A server and its tile, packed into one number.
     using Key = quint64;
     struct Wish {
         std::size_t server;
@@ -88,7 +86,7 @@ private:
     };
     struct Standing {
         QDeadlineTimer leftAlone;
-        /// Of the last refusal; none since a tile came.
+        /// The pause after the last refusal; zero once a tile came.
         std::chrono::milliseconds pause{0};
     };
 
@@ -110,29 +108,29 @@ private:
     const QString cacheFolder_;
     const TileLimits limits_;
 
-    /// Made with the first request.
+    /// Created with the first request.
     std::unique_ptr<QNetworkAccessManager> network_;
     mutable QCache<Key, QImage> images_;
-    /// The one served longest ago first.
+    /// The least recently served one first.
     std::vector<TileWishes*> views_;
     QSet<Key> underWay_;
     QHash<Key, QDeadlineTimer> pausedTiles_;
     std::vector<Standing> standings_;
-    /// Until the event loop runs: of what a view wants meanwhile only the last counts.
+    /// Until the event loop runs: of what a view wants meanwhile, only the last counts.
     QTimer gathering_;
     QTimer retry_;
 };
 
-/// What one view wants of the loader that it shares with others; taken back when it goes.
+/// What one view wants of the loader that it shares with others; withdrawn on destruction.
 class TileWishes {
 public:
-    /// `arrived` is called when a tile that is wanted has come.
+    /// `arrived` is called when a wanted tile has arrived.
     TileWishes(std::shared_ptr<TileLoader> loader, std::function<void()> arrived);
     ~TileWishes();
     TileWishes(const TileWishes&) = delete;
     TileWishes& operator=(const TileWishes&) = delete;
 
-    /// Replaces what is wanted; the first is fetched first, as soon as the event loop runs.
+    /// Replaces what is wanted, the most urgent first; fetched once the event loop runs.
     void want(std::size_t server, const std::vector<map::Tile>& tiles);
 
 private:
