@@ -42,8 +42,8 @@ MenuEntry& ProgramMenus::addValidated(std::vector<QAction*>& menu, const QString
 }
 
 void ProgramMenus::addProgramEntries() {
-    // A new about window takes the place of the old one, from whose menu this may come: that one
-    // must have done with its menu by then.
+    // Queued, because a new about window replaces the old one, whose menu this may come from: the
+    // old one must have finished with its menu by then.
     QAction& about = add(
         program_, QStringLiteral("&About Nosig"), {}, [this] { delegate_->doAbout(); },
         Qt::QueuedConnection);
@@ -130,12 +130,12 @@ void ProgramMenus::validate() {
         entry.entry().setEnabled(delegate_ && delegate_->sw &&
                                  delegate_->sw->validateMenuItem(entry));
     }
-    // No command of the main window's logic, whose validation would refuse it.
+    // Not a command of the main window's controller, whose validation would refuse it.
     largerChart_->setEnabled(stationWindow_.hasLargerChart && stationWindow_.hasLargerChart());
 }
 
 bool ProgramMenus::eventFilter(QObject* watched, QEvent* event) {
-    // Sent before the toolkit looks for the shortcut of a key.
+    // Sent before the toolkit looks up a key's shortcut.
     if (event->type() == QEvent::ShortcutOverride) {
         validate();
     }

@@ -15,26 +15,26 @@ class QMainWindow;
 
 namespace desktop {
 
-/// The menus that every window of the program carries; their entries are the same ones everywhere.
-/// The main window's controller says what an entry is called and whether it may be chosen: asked
-/// when a menu opens, and before a shortcut fires.
+/// The menus of the program's windows, all of which share the same entries. The main window's
+/// controller decides the titles of its commands and whether they are enabled; it is asked each
+/// time a menu opens and before a shortcut fires.
 class ProgramMenus final : public QObject {
 public:
     ProgramMenus();
 
-    /// From now on choices go to the delegate, which knows the entry of the favourites' weather by
-    /// then. It is borrowed; before, and once it has gone, nothing must be chosen.
+    /// Sends choices to the delegate, and fills its outlet for the favourites' weather entry. The
+    /// delegate is borrowed; before this call, and once it has gone, no entry may be chosen.
     void actOn(AppDelegate& delegate);
 
-    /// Puts the menus into a window, which they outlive.
+    /// Adds the menus to a window, which they must outlive.
     void addTo(QMainWindow& window);
 
-    /// What the main window does at a choice; it takes them back when it dies.
+    /// What the main window does when an entry is chosen; cleared when that window is destroyed.
     struct StationWindowActions {
         std::function<void()> find;
-        /// A station was made a favourite, or no longer.
+        /// A station has become a favourite, or is no longer one.
         std::function<void()> favoritesChanged;
-        /// Whether a chart is on show that has a larger one, and to open that.
+        /// Whether a chart that has a larger version is on show, and how to open that version.
         std::function<bool()> hasLargerChart;
         std::function<void()> openLargerChart;
     };
@@ -61,7 +61,7 @@ private:
     std::vector<QAction*> near_;
     std::vector<QAction*> windows_;
     std::vector<QAction*> help_;
-    /// Entries do not move: the controller keeps one.
+    /// A deque: entries must not move, since the logic keeps a pointer to one.
     std::deque<MenuEntry> validated_;
     MenuEntry* alwaysFavItem_ = nullptr;
     QAction* largerChart_ = nullptr;

@@ -10,11 +10,13 @@ namespace desktop {
 
 class ProgramMenus;
 
-/// What all windows of the program have in common: the menus, a content that scrolls where the
-/// window must be smaller, and a memory. Closed, a window is only hidden, and comes back as it was.
+/// What all windows of the program have in common: the menus, content that scrolls if the window is
+/// too small for it, and remembered settings. Closing a window only hides it, and it comes back as
+/// it was.
 ///
-/// Where it lies, how large it is and where its splitters stand is remembered in the settings, in a
-/// group of its own name; restored only onto a screen that exists, and no larger than that.
+/// The position, size and splitter positions of a window are kept in the settings, in a group of
+/// the window's object name. They are restored only onto a screen that exists, and no larger than
+/// that screen.
 class ProgramWindow : public QMainWindow, public platform::Window {
 public:
     void showWindow() override;
@@ -24,9 +26,9 @@ protected:
     /// Both are borrowed.
     ProgramWindow(ProgramMenus& menus, QSettings& memory);
 
-    /// Lays the window out, just before it is shown for the first time.
+    /// Lays out the window just before it is first shown.
     virtual void arrange() {}
-    /// What a window remembers beside the above; called within its group.
+    /// Restore and save what a window remembers beyond that; called within its group.
     virtual void recall(const QSettings& /*memory*/) {}
     virtual void remember(QSettings& /*memory*/) const {}
 

@@ -14,7 +14,7 @@ namespace desktop {
 ProgramWindows::ProgramWindows(platform::Host& host, MapSetup map, const QString& memory,
                                ProgramMenus& menus)
     : host_(host), map_(std::move(map)), memory_(memory, QSettings::IniFormat), menus_(menus) {
-    // All words are English, whatever way the user's own language runs.
+    // All texts are English, even where the user's own language runs from right to left.
     QApplication::setLayoutDirection(Qt::LeftToRight);
     memory_.beginGroup(QStringLiteral("windows"));
 }

@@ -10,10 +10,10 @@
 
 namespace desktop {
 
-/// Makes the windows of the program on this desktop, and outlives them.
+/// Makes the program's windows on this desktop; must outlive them.
 class ProgramWindows final : public app::Windows {
 public:
-    /// Host and menus are borrowed. Where windows lie is remembered in the file of that path.
+    /// Host and menus are borrowed. `memory` is the file in which windows store their positions.
     ProgramWindows(platform::Host& host, MapSetup map, const QString& memory, ProgramMenus& menus);
 
     [[nodiscard]] std::unique_ptr<platform::Window>

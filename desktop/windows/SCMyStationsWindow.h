@@ -11,10 +11,10 @@ class SCMyStationsWindowController;
 namespace desktop {
 
 /// The My Stations window: binds its interface file to the controller, and opens the station sheet
-/// over it when the user opens a row.
+/// over itself when the user opens a row.
 class SCMyStationsWindow final : public ProgramWindow {
 public:
-    /// Fills the outlets; what is borrowed outlives the window.
+    /// Fills the outlets; what is borrowed must outlive the window.
     SCMyStationsWindow(SCMyStationsWindowController& controller, MapSetup map, ProgramMenus& menus,
                        QSettings& memory);
     /// Empties the outlets.

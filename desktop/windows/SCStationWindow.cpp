@@ -24,9 +24,9 @@ namespace desktop {
 
 namespace {
 
-/// Of the hint's speeds.
+/// The hint's slowest speed.
 constexpr int slowly = 2;
-/// Long enough to be seen, too short to disturb.
+/// Long enough to be noticed, too short to annoy.
 constexpr std::chrono::seconds hintBlinksFor{5};
 
 } // namespace
@@ -57,20 +57,21 @@ struct SCStationWindow::Views {
           secView(host, chart),
           dLcikWords(aiiFlashingText::initWithFrame(host, hint)) {
         MapView& mapV = stations.mapView;
-        // Below the buttons; the one that is hidden takes no room.
+        // Both go below the buttons; the hidden one takes up no room.
         ui.mapLayout->insertWidget(1, &mapV, 1);
         ui.mapLayout->insertWidget(2, &chart, 1);
         mapV.setObjectName(QStringLiteral("mapV"));
         chart.setObjectName(QStringLiteral("secView"));
         QWidget::setTabOrder(ui.mapChart, &mapV);
         QWidget::setTabOrder(&mapV, ui.metarB);
-        // Has a place as long as it could have the focus; its page will take that.
+        // A widget gets a place in the tab order only while it accepts the focus. The view itself
+        // never takes it: its page will come right after it.
         chart.setFocusPolicy(Qt::StrongFocus);
         QWidget::setTabOrder(&mapV, &chart);
         chart.setFocusPolicy(Qt::NoFocus);
         secView.awakeFromNib();
         dLcikWords->awakeFromNib();
-        // Kept while the hint is hidden: it will blink when it is first shown.
+        // The hint is still hidden, but remembers this and blinks when it is first shown.
         dLcikWords->setFlashSpeed(slowly);
         hintStandsStill.setSingleShot(true);
         QObject::connect(&hintStandsStill, &QTimer::timeout, &hintStandsStill,
@@ -95,7 +96,7 @@ struct SCStationWindow::Views {
     FadingLabel hint{*ui.dLcikWords};
     std::shared_ptr<aiiFlashingText> dLcikWords;
     QTimer hintStandsStill;
-    /// Told when requests open and end; dropped first.
+    /// Shows the progress bar while requests are open; dropped first.
     std::shared_ptr<QProgressBar*> working;
     platform::NotificationCenter::Token openRequests;
 };
@@ -179,12 +180,12 @@ void SCStationWindow::bindMap(platform::Host& host) {
     Ui::SCStationWindowController& ui = views_->ui;
     connect(ui.switchieDu, &QButtonGroup::idClicked, this, [this](int type) {
         if (type == platform::chartMap) {
-            // Shown again while it blinks, it would blink twice.
+            // The hint would blink twice over if it were shown again while it blinks.
             views_->dLcikWords->flash(false);
         }
         controller_.switchieswitcheDu();
         if (type == platform::chartMap) {
-            // Not before: loading the engine may take as long as the hint blinks.
+            // Started only now, since loading the engine may take as long as the hint is to blink.
             views_->hintStandsStill.start(hintBlinksFor);
         }
     });
@@ -227,7 +228,7 @@ bool SCStationWindow::eventFilter(QObject* watched, QEvent* event) {
         case Qt::Key_Enter:
         case Qt::Key_Down:
             ui.table->setFocus(Qt::TabFocusReason);
-            // A search may have lost the selection; from here the arrow keys go on.
+            // A search may have lost the selection, and the arrow keys need a row to start from.
             if (views_->stations.table.selectedRow() < 0) {
                 views_->stations.table.selectRow(0);
             }
@@ -240,14 +241,14 @@ bool SCStationWindow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void SCStationWindow::arrange() {
-    // The table takes what its columns need, as far as the reports keep a third, and half of a
-    // narrow window for a row of map types.
+    // The table gets what its columns need, but leaves a third to the reports, and up to half of a
+    // narrow window to a row of map types.
     const int forTypes = std::min(width() / 2, views_->ui.mapTypes->sizeHint().width());
     const int forTable = std::min(views_->stations.table.widthOfColumns(),
                                   width() - std::max(width() / 3, forTypes));
     views_->ui.tableAndDetails->setSizes({forTable, width() - forTable});
     views_->ui.details->setSizes({height(), height()});
-    // The logic keeps the map's type, and leaves it to us to show which it is. A chart that was on
+    // The controller keeps the map's type but leaves showing it to the window. A chart that was on
     // show comes back as the map that stands in for it.
     views_->switchieDu.setSelectedSegment(
         static_cast<int>(platform::drawnType(controller_.currentMapType)));

@@ -12,11 +12,11 @@ class SCStationWindowController;
 namespace desktop {
 
 /// The main window: binds the controls of its interface file to the controller's outlets and the
-/// user's actions to its operations. Of its own it has looks only: where things lie, where the keys
-/// lead, which page stands for an empty table and for how long the chart's hint blinks.
+/// user's actions to its operations. It decides only appearance itself: the layout, where keys move
+/// the focus, which page replaces an empty table and how long the chart's hint blinks.
 class SCStationWindow final : public ProgramWindow {
 public:
-    /// Fills the outlets; what is borrowed outlives the window.
+    /// Fills the outlets; what is borrowed must outlive the window.
     SCStationWindow(SCStationWindowController& controller, platform::Host& host, MapSetup map,
                     ProgramMenus& menus, QSettings& memory);
     /// Empties the outlets.
@@ -27,7 +27,7 @@ protected:
     void arrange() override;
     void recall(const QSettings& memory) override;
     void remember(QSettings& memory) const override;
-    /// Keys that lead from the search to the table and back.
+    /// Keys in the search field: Escape clears it; Return, Enter and Down move to the table.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

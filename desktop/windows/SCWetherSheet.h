@@ -11,18 +11,18 @@
 
 namespace desktop {
 
-/// The station sheet with its controller. Deletes itself when it has ended.
+/// The station sheet with its controller. Deletes itself once it has been dismissed.
 class SCWetherSheet final : public QDialog, public platform::Sheet {
 public:
     SCWetherSheet(QWidget& window, MapSetup map);
     ~SCWetherSheet() override;
 
-    /// Shows a station over the window, which waits until the user is done with it.
+    /// Shows a station over the window, which is blocked until the user dismisses it.
     void begin(const std::shared_ptr<AviationWeatherStation>& station);
 
     void orderOut() override;
     void endSheet(int returnCode) override;
-    /// Escape ends it as its button does.
+    /// Escape dismisses the sheet as its button does.
     void reject() override;
 
 private:

@@ -14,7 +14,7 @@ namespace desktop {
 
 namespace {
 
-/// Shows a content as large as there is room, and no smaller than its layout can be.
+/// Shows its content as large as there is room for, but no smaller than its layout allows.
 class Scroller final : public QScrollArea {
 public:
     explicit Scroller(QWidget* content) {
@@ -44,7 +44,7 @@ protected:
     }
 
 private:
-    /// The toolkit's own way would make a content that wraps as high as it likes to be.
+    /// The toolkit's own resizing would make wrapping content as high as its size hint.
     void fit() {
         const QSize room = viewport()->size();
         const int width = std::max(room.width(), widget()->minimumSizeHint().width());
@@ -86,7 +86,7 @@ bool ScreenFit::eventFilter(QObject* watched, QEvent* event) {
 void letContentScroll(QMainWindow& window) {
     QWidget* focused = window.focusWidget();
     window.setCentralWidget(new Scroller(window.takeCentralWidget()));
-    // Lost on the way.
+    // Lost when the content moved into the scroller.
     if (focused) {
         focused->setFocus();
     }

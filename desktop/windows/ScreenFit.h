@@ -7,13 +7,14 @@ class QMainWindow;
 
 namespace desktop {
 
-/// Brings a window onto its screen with all of its frame when it is first shown; what the user does
-/// with it later is the user's. Made just before that, and gone when it is done.
+/// Brings a window with its whole frame onto its screen when it is first shown, and leaves it to
+/// the user afterwards. Must be created just before that, and deletes itself when it is done.
 ///
-/// How wide the frame is the window system tells only after it has shown the window.
+/// It has to wait because the window system reports the frame's width only after showing the
+/// window.
 class ScreenFit final : public QObject {
 public:
-    /// Owned by the window, whose size it bounds at once.
+    /// Owned by the window, whose size it limits to the screen's at once.
     explicit ScreenFit(QWidget& window);
 
 protected:
@@ -23,8 +24,8 @@ private:
     QWidget& window_;
 };
 
-/// Lets a window be smaller than its content, which is scrolled then. The control that has the
-/// keyboard's focus is brought into sight.
+/// Lets a window be smaller than its content, which then scrolls. A control that receives the
+/// keyboard focus is scrolled into view.
 void letContentScroll(QMainWindow& window);
 
 } // namespace desktop

@@ -20,7 +20,7 @@ namespace {
 /// Around a page of text, in points.
 constexpr double textMargin = 16;
 
-/// The program's own pages in a text browser, which loads nothing from a network.
+/// Shows the program's own pages in a text browser, which never loads from a network.
 class HelpPages final : public platform::PageView {
 public:
     explicit HelpPages(QTextBrowser& browser) : browser_(browser) {}

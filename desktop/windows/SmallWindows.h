@@ -10,8 +10,8 @@ class SCAboutWindowController;
 class SLIBReleaseNotesWindowController;
 class slibHelpWindow;
 
-/// Windows that show a text. Each fills the outlets of its controller and empties them when it
-/// dies; what is borrowed outlives it.
+/// Windows that show a text. Each fills the outlets that its controller has and empties them when
+/// it is destroyed; what is borrowed must outlive it.
 namespace desktop {
 
 class AboutWindow final : public ProgramWindow {
@@ -20,7 +20,7 @@ public:
                 ProgramMenus& menus, QSettings& memory);
 };
 
-/// Leads through the program's own pages; what lies elsewhere opens in the user's browser.
+/// Shows the program's own help pages; links to anywhere else open in the user's browser.
 class HelpWindow final : public ProgramWindow {
 public:
     HelpWindow(slibHelpWindow& controller, ProgramMenus& menus, QSettings& memory);

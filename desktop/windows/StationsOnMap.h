@@ -12,7 +12,7 @@ namespace desktop {
     return {station.ICAO.value_or(""), {station.latitude, station.longitude}};
 }
 
-/// In their order; none for a null collection.
+/// In the collection's order; empty for a null collection.
 [[nodiscard]] inline std::vector<map::Station>
 onMap(const AviationWeatherStationCollection* collection) {
     std::vector<map::Station> stations;

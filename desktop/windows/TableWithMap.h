@@ -9,28 +9,28 @@ class QStackedWidget;
 
 namespace desktop {
 
-/// A table of stations and the map that shows the same ones as dots. A click on a dot selects its
-/// row and brings it into sight.
+/// A table of stations and a map that shows the same stations as dots. Clicking a dot selects its
+/// row and scrolls to it.
 class TableWithMap {
 public:
-    /// What a window's interface file has for it.
+    /// The widgets that a window's interface file has for it.
     struct Places {
         QTableView& table;
-        /// Shows the table, or in its place the page that says why there is none.
+        /// Shows the table, or in its place the page `emptyPlace` that says why there is none.
         QStackedWidget& tablePlace;
         QWidget& emptyPlace;
     };
 
-    /// Rows and places are borrowed; the map's parent owns it.
+    /// Rows and places are borrowed; `mapParent` owns the map.
     TableWithMap(const catalogue::StationRows& rows, const Places& places, MapSetup setup,
                  QWidget& mapParent);
 
     StationTable table;
     MapView& mapView;
 
-    /// Shows the marker at a station; for null the map keeps what it shows.
+    /// Moves the map's marker to a station; null changes nothing.
     void mark(const AviationWeatherStation* station);
-    /// Whether the table shows, or what stands for it.
+    /// Shows the table, or the page in its place.
     void showTable(bool shown);
 
 private:
