@@ -7,26 +7,26 @@
 
 #include <functional>
 
-/// What the program and its chart module know of each other. Main thread only.
+/// The interface between the program and its chart module. Main thread only.
 namespace desktop {
 
-/// Shows pages of one site over https and lets nothing else in. It grants no permission, saves
-/// nothing and opens no window. The Tab key leads to it where its parent has its place.
+/// Shows pages of one site over https and goes nowhere else. It grants no permissions, saves
+/// nothing and opens no windows. In the tab order it comes right after its parent.
 class ChartPage : public QWidget {
 public:
     using QWidget::QWidget;
 
-    /// An address outside the site changes nothing; where loading fails, the page says so itself.
+    /// An address outside the site changes nothing; if loading fails, the page itself says so.
     virtual void load(const QUrl& address) = 0;
 };
 
 struct ChartPageSetup {
-    /// The site's host, and its port after a colon where it has one of its own.
+    /// The site's host, followed by a colon and the port if that is not the default one.
     QString site;
-    /// The user has chosen a link that leads out of the page: http, https or mailto.
+    /// Called when the user has followed a link out of the site: http, https or mailto.
     std::function<void(const QUrl& link)> openInBrowser;
-    /// The pointer has moved or the left button was released over the page; called while that
-    /// event is the current one, once for each.
+    /// Called once each time the pointer moves or the left button is released over the page, while
+    /// that event is the current one.
     std::function<void()> pointed;
 };
 
@@ -34,7 +34,7 @@ struct ChartPageSetup {
 class ChartModule {
 public:
     virtual ~ChartModule() = default;
-    /// Owned by its parent.
+    /// The parent owns the page.
     [[nodiscard]] virtual ChartPage* makePage(ChartPageSetup setup, QWidget* parent) = 0;
 };
 

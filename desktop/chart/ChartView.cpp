@@ -21,9 +21,9 @@ namespace desktop {
 
 namespace {
 
-/// Holds back the browser engine's warnings when it is made this late: they concern settings that
-/// the module makes in its own way. And what it says of itself, whatever the user's rules of
-/// logging: it would ask a graphics context that is not there.
+/// Suppresses the browser engine's warnings about being created this late: they concern settings
+/// that the module makes in its own way. Also suppresses its report about itself, whatever the
+/// user's logging rules: it would query a graphics context that does not exist.
 class Quiet {
 public:
     Quiet() { usual = QLoggingCategory::installFilter(filter); }
@@ -48,7 +48,7 @@ private:
     static inline QLoggingCategory::CategoryFilter usual = nullptr;
 };
 
-/// Whether the browser engine can lock its processes in. Where it cannot it would end the program.
+/// Whether the browser engine can sandbox its processes. If it cannot, it would end the program.
 bool canLockIn() {
     if (qEnvironmentVariableIsSet("QTWEBENGINE_DISABLE_SANDBOX")) {
         return true;
@@ -56,7 +56,7 @@ bool canLockIn() {
     if (geteuid() == 0) {
         return false;
     }
-    // What its processes do first, tried in one of our own.
+    // Tries in a process of our own what the engine's processes do first.
     const pid_t tried = fork();
     if (tried == 0) {
         _exit(unshare(CLONE_NEWUSER | CLONE_NEWPID | CLONE_NEWNET) == 0 ? 0 : 1);
@@ -130,8 +130,8 @@ void ChartView::fill() {
 
 ChartPage* ChartView::makePage() {
     if (!canLockIn()) {
-        host_.log.line("No chart: the browser engine cannot lock its processes in, as for the user "
-                       "root; QTWEBENGINE_DISABLE_SANDBOX=1 does without");
+        host_.log.line("No chart: the browser engine cannot sandbox its processes, as for the user "
+                       "root; QTWEBENGINE_DISABLE_SANDBOX=1 turns the sandbox off");
         return nullptr;
     }
     const Quiet quiet;

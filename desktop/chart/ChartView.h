@@ -16,31 +16,31 @@ class ChartPage;
 
 /// Where the chart comes from.
 struct ChartSetup {
-    /// The host, and its port after a colon where it has one of its own.
+    /// The host, followed by a colon and the port if that is not the default one.
     QString site = exactText(product::addresses::chartHost);
-    /// The file of the module that shows web pages; by default the one beside the program.
+    /// The file of the module that shows web pages; by default the one installed with the program.
     QString module = programsModule();
 
     [[nodiscard]] static QString programsModule();
 };
 
-/// The chart page of the logic. What shows web pages is loaded when the view is first shown and
-/// never before; where it cannot be had, a sentence stands in its place, the log says why, and
-/// addresses lead to nothing. Links out of the chart site open in the user's browser.
+/// The logic's chart page. The module that shows web pages is loaded only when the view is first
+/// shown. If it cannot be loaded, a notice takes its place, the log says why, and addresses are
+/// ignored. Links out of the chart site open in the user's browser.
 class ChartView final : public QWidget, public platform::WebView {
 public:
-    /// The host is borrowed and outlives the view. Hidden at first.
+    /// The host is borrowed and must outlive the view, which is hidden at first.
     explicit ChartView(platform::Host& host, ChartSetup setup = {}, QWidget* parent = nullptr);
 
     [[nodiscard]] bool isHidden() const override { return QWidget::isHidden(); }
     void setHidden(bool hidden) override;
     void setFrame(const platform::Rect& frame) override;
     void setUIDelegate(platform::WebViewUIDelegate* delegate) override { delegate_ = delegate; }
-    /// Before the view is first shown the address is kept until then.
+    /// Before the view is first shown, the address is kept and loaded then.
     void loadRequest(const platform::URL& address) override;
 
 protected:
-    /// The sentence in the chart's place can be clicked twice as well.
+    /// Lets the user double-click the notice just like the chart.
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
@@ -52,9 +52,9 @@ private:
     ChartSetup setup_;
     platform::WebViewUIDelegate* delegate_ = nullptr;
     bool isFilled_ = false;
-    /// A child; null before the first show, and where the module cannot be had.
+    /// A child widget; null before the view is first shown, and if the module cannot be loaded.
     ChartPage* page_ = nullptr;
-    /// What was asked for before the first show.
+    /// The address requested before the view was first shown.
     QUrl kept_;
 };
 

@@ -19,7 +19,7 @@ namespace desktop {
 
 namespace {
 
-/// Lets a page fetch over secure ways only.
+/// Lets a page fetch over secure schemes only.
 class SecureRequests final : public QWebEngineUrlRequestInterceptor {
 public:
     void interceptRequest(QWebEngineUrlRequestInfo& request) override {
@@ -38,16 +38,16 @@ public:
           view_(&page_, this) {
         profile_.setHttpUserAgent(profile_.httpUserAgent() + ' ' +
                                   QLatin1String(product::userAgent));
-        // Even so the engine makes a folder for databases: here it cannot.
+        // Even for a profile in memory the engine creates a folder for databases; here it cannot.
         profile_.setPersistentStoragePath(QStringLiteral("/dev/null"));
         profile_.setUrlRequestInterceptor(&secureRequests_);
         QObject::connect(&profile_, &QWebEngineProfile::downloadRequested, this,
                          [](QWebEngineDownloadRequest* download) { download->cancel(); });
-        // Or it has no place in the order of the Tab key.
+        // Without this the view would have no place in the tab order.
         view_.setFocusPolicy(Qt::StrongFocus);
         view_.setAccessibleName(QStringLiteral("Chart"));
         view_.setAcceptDrops(false);
-        // Its menu offers to save the page and to show its source.
+        // The menu would offer to save the page and to show its source.
         view_.setContextMenuPolicy(Qt::PreventContextMenu);
         view_.installEventFilter(this);
         for (QObject* child : view_.children()) {
@@ -86,24 +86,24 @@ protected:
     }
 
 private:
-    /// The view's input goes to a child, and to another one whenever its renderer has changed.
+    /// The view's input goes to a child, and to a new one whenever its renderer has changed.
     void watch(QObject* child) {
         if (child->isWidgetType()) {
             child->installEventFilter(this);
-            // Once the view has made it its focus proxy.
+            // Queued until the view has made the child its focus proxy.
             QMetaObject::invokeMethod(
                 this, [this] { comeAfterParent(); }, Qt::QueuedConnection);
         }
     }
-    /// For the Tab key a new child is the window's last, and takes the view along. The parent,
-    /// which has its place, counts only as long as it could have the focus itself.
+    /// A new child becomes the last in the window's tab order and takes the view along: this puts
+    /// the view back after its parent, which counts only while it accepts the focus itself.
     void comeAfterParent() {
         QWidget* place = parentWidget();
         place->setFocusPolicy(Qt::StrongFocus);
         setTabOrder(place, &view_);
         place->setFocusPolicy(Qt::NoFocus);
     }
-    /// What the child leaves goes to the view as well, and counts once.
+    /// What the child ignores goes on to the view as well; it must count only once.
     void notice(QObject* watched) {
         if (watched != &view_) {
             pointed_();
@@ -112,7 +112,7 @@ private:
 
     std::function<void()> pointed_;
     SecureRequests secureRequests_;
-    /// Without a name it keeps everything in memory.
+    /// Has no name, and so keeps everything in memory.
     QWebEngineProfile profile_;
     SitePage page_;
     QWebEngineView view_;
@@ -127,10 +127,10 @@ class ChartPlugin final : public QObject, public ChartModule {
 
 public:
     ChartPlugin() {
-        // The engine draws with the processor: the graphics library that it would share with the
-        // whole program must be there before the first window, and costs every start 58 MiB and
-        // 80 ms. The engine asks for its format only to tell of itself: whoever loads the module
-        // sees to it that it does not.
+        // Makes the engine draw with the processor. To draw otherwise it would share a graphics
+        // library with the whole program, which must be there before the first window and costs
+        // every start 58 MiB and 80 ms. The engine asks for that library's format only to report on
+        // itself, which whoever loads the module must prevent.
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     }
 

@@ -15,7 +15,7 @@ namespace desktop {
 
 namespace {
 
-/// How long, in milliseconds, a page may take to follow what the user has chosen.
+/// In milliseconds: how soon after a click or key press a link must be followed to be the user's.
 constexpr qint64 promptly = 2000;
 constexpr int httpsPort = 443;
 
@@ -49,7 +49,7 @@ void SitePage::shutSettings() {
     }
     settings()->setAttribute(Settings::PlaybackRequiresUserGesture, true);
     settings()->setAttribute(Settings::WebRTCPublicInterfacesOnly, true);
-    // Else the engine drops links to mail without asking here.
+    // Otherwise the engine drops mailto links without asking this page.
     settings()->setUnknownUrlSchemePolicy(Settings::AllowUnknownUrlSchemesFromUserInteraction);
 }
 
@@ -78,7 +78,7 @@ bool SitePage::isOfSite(const QUrl& address) const {
 }
 
 void SitePage::handOver(const QUrl& link) {
-    // Scripts follow links too: one act of the user opens one page at the most.
+    // Scripts follow links too, so one click or key press opens one page at most.
     if (!sinceUserActed_.isValid() || sinceUserActed_.hasExpired(promptly)) {
         return;
     }
@@ -108,7 +108,7 @@ QStringList SitePage::chooseFiles(FileSelectionMode /*mode*/, const QStringList&
 void SitePage::javaScriptAlert(const QUrl& /*origin*/, const QString& /*text*/) {}
 
 bool SitePage::javaScriptConfirm(const QUrl& /*origin*/, const QString& /*text*/) {
-    // A page that would keep the user asks in this way too.
+    // A page that tries to keep the user from leaving asks in this way too.
     return leaving_;
 }
 

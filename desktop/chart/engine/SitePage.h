@@ -9,18 +9,19 @@
 
 namespace desktop {
 
-/// A web page that stays on its site, in the main frame and in all others. Links that the user
-/// chooses elsewhere are handed over; whatever else leads away, and whatever the page asks for, is
-/// refused without a word.
+/// A web page that stays on its site, in the main frame and in all others. Links elsewhere that the
+/// user follows are handed over; whatever else leads away, and whatever the page asks for, is
+/// silently refused.
 class SitePage final : public QWebEnginePage {
 public:
-    /// The profile is borrowed and outlives it.
+    /// The profile is borrowed and must outlive the page.
     SitePage(QWebEngineProfile& profile, const QString& site,
              std::function<void(const QUrl&)> openInBrowser, QObject* parent);
 
-    /// Loads an address even where the page on show would rather not be left.
+    /// Loads an address even if the page on show asks the user to stay.
     void leaveFor(const QUrl& address);
-    /// The user has clicked or pressed a key: a link that is followed now is one of the user's.
+    /// The user has clicked or pressed a key: a link followed right afterwards is the user's
+    /// choice.
     void userActed() { sinceUserActed_.start(); }
 
 protected:
