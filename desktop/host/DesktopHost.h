@@ -25,25 +25,24 @@
 namespace desktop {
 
 /// Owns every service of a run of the program on this desktop. Needs the application object, and
-/// is made and dropped on the main thread.
+/// must be created and destroyed on the main thread.
 class DesktopHost {
 public:
-    /// `requests` says how web servers are asked.
+    /// `requests` says how to ask web servers.
     explicit DesktopHost(platform::URLSessionOptions requests)
         : urlSessions_(notificationCenter_, std::move(requests)) {}
 
     [[nodiscard]] platform::Host& services() { return services_; }
     [[nodiscard]] MainQueue& mainQueue() { return mainQueue_; }
     [[nodiscard]] platform::CurlURLSessions& urlSessions() { return urlSessions_; }
-    /// Of the user's files that only this program writes.
+    /// The folder of the user's files that only this program writes.
     [[nodiscard]] std::string programFolder() const {
         using platform::SearchPaths;
         return folders_.paths(SearchPaths::applicationSupport, SearchPaths::userDomain).front() +
                "/nosig";
     }
-    /// Where settings are kept.
     [[nodiscard]] QString settingsFile() const { return settings_.fileName(); }
-    /// The map's outlines lie with the program. All maps share one loader of tiles.
+    /// The outlines come with the program. All maps share one tile loader.
     [[nodiscard]] MapSetup mapSetup() const {
         return {pathText(program_.resourcePath() + "/world.map"), tiles_};
     }
@@ -53,14 +52,14 @@ private:
     platform::SystemClock clock_;
     platform::NotificationCenter notificationCenter_;
     Folders folders_{log_};
-    /// Where nothing can be written one line says so.
+    /// Gets no log if the folders have already logged their failure.
     Settings settings_{folders_.areThere() ? &log_ : nullptr};
     Program program_{QCoreApplication::applicationDirPath()};
     FilePanels panels_{settings_};
     RepeatingTimers timers_;
     MainQueue mainQueue_;
     platform::CurlURLSessions urlSessions_;
-    /// What it keeps lies in the user's cache.
+    /// Keeps its files in the user's cache folder.
     std::shared_ptr<TileLoader> tiles_ = std::make_shared<TileLoader>(
         TileSources{map::worldTileServers(), product::userAgent,
                     QStandardPaths::writableLocation(QStandardPaths::CacheLocation) +

@@ -15,7 +15,8 @@ namespace {
 std::atomic<int> signalPipe{-1};
 static_assert(std::atomic<int>::is_always_lock_free);
 
-// Only what is safe in a signal handler. A full pipe has woken the event loop already.
+// Does only what is safe in a signal handler. If the pipe is full, the event loop has been woken
+// already.
 extern "C" void wakeEventLoop(int /*signal*/) {
     const int error = errno;
     const char byte = 0;

@@ -11,8 +11,8 @@
 namespace desktop {
 
 /// While it lives, SIGTERM, SIGINT and SIGHUP call a function from the main thread's event loop
-/// instead of ending the process; but a process started to survive a hang-up does so. One object
-/// at a time.
+/// instead of ending the process; a SIGHUP that was ignored stays ignored. Only one object may
+/// exist at a time.
 class EndSignals {
 public:
     explicit EndSignals(std::function<void()> end);

@@ -15,7 +15,7 @@ namespace desktop {
 
 namespace {
 
-/// Names of settings.
+/// Settings keys.
 constexpr std::string_view openFolder = "openfolder";
 constexpr std::string_view saveFolder = "savefolder";
 
@@ -34,7 +34,8 @@ bool userMayReplace(const std::string& path) {
     QMessageBox box(QApplication::activeWindow());
     box.setIcon(QMessageBox::Warning);
     box.setWindowTitle(QStringLiteral("Save"));
-    // Does not hold for the informative text, which would take a name with tags for rich text.
+    // Applies to the main text only: the informative text would take a name with tags for rich
+    // text.
     box.setTextFormat(Qt::PlainText);
     if (QFileInfo(pathText(path)).isDir()) {
         box.setText(QStringLiteral("“%1” is a folder.\n\nPlease choose another name.").arg(name));
@@ -59,7 +60,7 @@ QStringList nameFilters(const std::vector<std::string>& types) {
     for (const std::string& type : types) {
         QString pattern = QStringLiteral("*.");
         for (const QChar c : exactText(type)) {
-            // Not every dialog ignores case in a plain pattern.
+            // Not every dialog ignores the case of a plain pattern.
             pattern +=
                 c.isLetter() ? QStringLiteral("[%1%2]").arg(c.toLower(), c.toUpper()) : QString(c);
         }
@@ -107,7 +108,7 @@ FilePanels::savePanel(const std::function<std::string(const std::string&)>& writ
     QFileDialog dialog(QApplication::activeWindow(), QStringLiteral("Save"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
-    // The dialog knows the chosen name only, not the one that will be written.
+    // The dialog knows only the chosen name, not the one that will be written.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     if (!recallFolder(dialog, saveFolder)) {
         recallFolder(dialog, openFolder);
@@ -115,8 +116,8 @@ FilePanels::savePanel(const std::function<std::string(const std::string&)>& writ
     if (writtenPath) {
         const QString proposed =
             shownText(std::filesystem::path(writtenPath(openedName_)).filename().string());
-        // As it is, without the other case: the dialog puts the pattern's extension into the name
-        // when the user goes from one filter to the other.
+        // In one case only, unlike an open panel's: when the user switches filters, the dialog
+        // copies the pattern's extension into the name.
         const QString extension = QFileInfo(proposed).suffix();
         if (!extension.isEmpty()) {
             dialog.setOption(QFileDialog::HideNameFilterDetails);

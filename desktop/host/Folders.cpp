@@ -14,7 +14,7 @@ Folders::Folders(platform::Log& log)
           filePath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation))) {
     if (const auto error = platform::createDirectory(applicationSupport_, true)) {
         areThere_ = false;
-        log.line("No folder " + applicationSupport_ + ": " + error.message());
+        log.line("Cannot create the folder " + applicationSupport_ + ": " + error.message());
     }
 }
 

@@ -5,13 +5,13 @@
 
 namespace desktop {
 
-/// The user's folders as the desktop's base directories name them (XDG). The one for program data
-/// is made with the object; where that fails one line is in the log.
+/// The user's folders as named by the desktop's base directories (XDG). The constructor creates the
+/// folder for program data; if that fails, it logs one line.
 class Folders final : public platform::SearchPaths {
 public:
     explicit Folders(platform::Log& log);
 
-    /// Whether the folder for program data is there.
+    /// Whether the folder for program data exists.
     [[nodiscard]] bool areThere() const { return areThere_; }
     [[nodiscard]] std::vector<std::string> paths(int kind, int domainMask) const override;
 

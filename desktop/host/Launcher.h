@@ -5,7 +5,7 @@
 
 namespace desktop {
 
-/// Opens addresses as the user's desktop does.
+/// Opens addresses the way the user's desktop does.
 class Launcher final : public platform::Workspace {
 public:
     void openURL(const platform::URL& address) override;

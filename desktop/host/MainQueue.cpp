@@ -20,7 +20,7 @@ void MainQueue::perform(std::weak_ptr<void> target, std::function<void()> work) 
 }
 
 void MainQueue::close() {
-    // What the work holds is let go outside the lock.
+    // Declared before the lock, so that what the work holds is released outside it.
     std::deque<Piece> dropped;
     const std::scoped_lock lock(mutex_);
     closed_ = true;

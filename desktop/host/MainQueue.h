@@ -10,13 +10,13 @@
 
 namespace desktop {
 
-/// Hands work over to the thread that made the queue, which runs it piece by piece from its event
-/// loop.
+/// Hands work over to the thread that created the queue, which runs it one piece at a time from its
+/// event loop.
 class MainQueue final : public QObject, public platform::MainThread {
 public:
     void perform(std::weak_ptr<void> target, std::function<void()> work) override;
 
-    /// Drops the work that waits, and from now on whatever is handed over.
+    /// Drops the waiting work, and from now on any that is handed over.
     void close();
 
 protected:
@@ -28,8 +28,8 @@ private:
         std::function<void()> work;
     };
 
-    /// Not the toolkit's own queue of calls: ThreadSanitizer cannot see how that synchronizes, and
-    /// would be blind to races in the work.
+    /// Used instead of the toolkit's own queue of calls, whose synchronisation ThreadSanitizer
+    /// cannot see: it would miss races in the work.
     std::mutex mutex_;
     std::deque<Piece> waiting_;
     bool closed_ = false;

@@ -7,14 +7,14 @@
 
 namespace desktop {
 
-/// The program as it is installed, or as it stands in its build tree; told from the place of the
-/// executable alone.
+/// The program as it is installed or laid out in its build tree. Its files are found from the
+/// executable's folder alone.
 class Program final : public platform::Bundle {
 public:
     explicit Program(const QString& executableFolder);
 
     [[nodiscard]] std::string resourcePath() const override;
-    /// Known are "CFBundleExecutable" and "CFBundleShortVersionString".
+    /// Knows only "CFBundleExecutable" and "CFBundleShortVersionString".
     [[nodiscard]] std::optional<std::string> infoValue(std::string_view key) const override;
 
 private:

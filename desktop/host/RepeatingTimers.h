@@ -5,7 +5,7 @@
 
 namespace desktop {
 
-/// Timers of the main thread's event loop. An action may drop its own timer.
+/// Timers on the main thread's event loop. An action may drop its own timer.
 class RepeatingTimers final : public platform::Timers {
 public:
     [[nodiscard]] std::unique_ptr<platform::Timer>

@@ -9,12 +9,11 @@
 
 namespace desktop {
 
-/// The user's settings in a text file of the INI form under the user's configuration folder. Every
-/// change is on the disk when `setObject` returns; the first time that fails one line is in the
-/// log.
+/// The user's settings, in an INI file in the user's configuration folder. Every change is on disk
+/// when `setObject` returns; the first time that this fails, one line is logged.
 ///
-/// Texts and whole numbers are kept; other kinds change nothing. The file does not tell the two
-/// apart: a text that is a whole number's decimal form reads as that number.
+/// Stores texts and whole numbers; a value of any other kind changes nothing. The file does not
+/// tell the two apart: a text that is the decimal form of a whole number reads as that number.
 class Settings final : public platform::UserDefaults {
 public:
     explicit Settings(platform::Log* log);

@@ -24,9 +24,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// With the start itself, a later instance has ended within two seconds.
+/// How long a later instance waits: with its start-up it ends within two seconds.
 constexpr auto patience = 1500ms;
-/// By which a Wayland compositor lets one window give the front to another.
+/// The variable whose token lets a Wayland compositor bring another window to the front.
 constexpr const char* activationToken = "XDG_ACTIVATION_TOKEN";
 constexpr qint64 longestToken = 1000;
 
@@ -54,7 +54,7 @@ SingleInstance::~SingleInstance() {
 
 bool SingleInstance::isFirst() {
     if (platform::createDirectory(folder_, true)) {
-        // Said by whoever made the folder that it lies in.
+        // Already logged where the parent folder could not be created.
         return true;
     }
     lock_ = ::open(lockPath_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
@@ -63,12 +63,12 @@ bool SingleInstance::isFirst() {
         return true;
     }
     if (lock_ < 0 || errno != EWOULDBLOCK) {
-        log_.line("No lock " + lockPath_ + ": " + lastError() +
-                  "; other instances are not noticed");
+        log_.line("Cannot lock " + lockPath_ + ": " + lastError() +
+                  "; other instances will not be noticed");
         return true;
     }
     if (!callFirst()) {
-        log_.line("Nosig runs already on the files in " + folder_ +
+        log_.line("Nosig is already running on the files in " + folder_ +
                   ", and cannot be brought to the front");
     }
     return false;
@@ -84,10 +84,11 @@ void SingleInstance::listen() {
     });
     const QString path = socketPath(folder_);
     server_.setSocketOptions(QLocalServer::UserAccessOption);
-    // Left behind by an instance that was killed.
+    // Left behind if an earlier instance was killed.
     QLocalServer::removeServer(path);
     if (!server_.listen(path)) {
-        log_.line("No socket " + filePath(path) + ": " + server_.errorString().toStdString());
+        log_.line("Cannot listen on the socket " + filePath(path) + ": " +
+                  server_.errorString().toStdString());
         return;
     }
     const std::string name = filePath(path);
@@ -115,7 +116,7 @@ bool SingleInstance::callFirst() const {
     const QDeadlineTimer deadline(patience);
     const auto left = [&deadline] { return static_cast<int>(deadline.remainingTime()); };
     for (; !deadline.hasExpired(); QThread::msleep(20)) {
-        // It has its lock, but may not listen yet.
+        // The first instance may not be listening yet.
         std::array<char, 4096> name{};
         const ssize_t length = ::pread(lock_, name.data(), name.size() - 1, 0);
         if (length <= 0) {

@@ -10,23 +10,24 @@
 
 namespace desktop {
 
-/// Sees to it that one instance of the program works on a user's files, whichever way it was
-/// started. The first one holds a lock (flock) on a file among them, which the kernel lets go of
-/// however that instance ends, and writes into it the path of the local socket on which it listens.
+/// Ensures that only one instance of the program works on a user's files, however it was started.
+/// The first instance holds a lock (flock) on a file among them, which the kernel releases however
+/// that instance ends, and writes to it the path of the local socket on which it listens.
 class SingleInstance {
 public:
-    /// `folder` is that of the program's files, made here if need be; the log is borrowed.
+    /// `folder` is the program's folder of files, which `isFirst` creates if need be; the log is
+    /// borrowed.
     SingleInstance(std::string folder, platform::Log& log);
-    /// Lets go of the lock.
+    /// Releases the lock.
     ~SingleInstance();
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
 
-    /// Whether this is the first instance, or none can be told, as where the folder cannot be
-    /// written. Otherwise the first one has come to the front, or one line in the log says that it
-    /// does not answer; this one has nothing to do but end.
+    /// True if this is the first instance, or if that cannot be told, as when the folder cannot be
+    /// written. If false, the first instance has come to the front or one log line says that it
+    /// does not answer; all that is left to this one is to end.
     [[nodiscard]] bool isFirst();
-    /// Called from the main thread's event loop each time a later instance was started.
+    /// Called from the main thread's event loop each time a later instance is started.
     std::function<void()> laterStarted;
 
 private:

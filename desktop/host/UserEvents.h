@@ -7,7 +7,7 @@
 
 namespace desktop {
 
-/// Watches what the user does in any window of the program, from its making on.
+/// Watches what the user does in any window of the program, from construction on.
 class UserEvents final : public QObject, public platform::Events {
 public:
     UserEvents();
