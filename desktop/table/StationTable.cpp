@@ -18,21 +18,21 @@ namespace desktop {
 
 namespace {
 
-/// Rows looked at for the widths of columns: many when the table is larger than any before, few on
-/// the reloads in between, which come with every keystroke of a search.
+/// How many rows are measured for the widths of columns: many if the table is larger than ever
+/// before, few on other reloads, which come with every keystroke of a search.
 constexpr int manyRows = 10'000;
 constexpr int fewRows = 50;
 
 constexpr double widestColumn = 10'000;
 
-/// Of the user's widths in a window's memory, in pixels; 0 where the column's own holds.
+/// The settings key of the widths that the user has set, in pixels; 0 for a column left alone.
 const QString columnsKey = QStringLiteral("columns");
 
-/// Stands before the name of a marked row.
+/// Precedes the name of a marked row.
 const QString star = QStringLiteral("★ ");
 
-/// Widths of many short texts. Adding up the advances of single characters is some hundred times
-/// faster than laying the text out, and no text comes out narrower by more than a pixel.
+/// Measures many short texts. Adding up the advances of single characters is about a hundred times
+/// faster than laying the text out, and underestimates no text by more than a pixel.
 class TextWidths {
 public:
     explicit TextWidths(const QFont& font) : metrics_(font) {
@@ -57,8 +57,8 @@ private:
     std::array<double, 256> advances_{};
 };
 
-/// The selected row stands out from the others and its letters from it, whatever the palette. It is
-/// filled where the keyboard goes, and otherwise pale between two lines.
+/// Makes the selected row stand out from the others, and its letters from it, in any palette. The
+/// row is filled if the table has the keyboard focus, and otherwise pale between two lines.
 class Rows final : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -108,7 +108,7 @@ private:
     static bool isActive(const QStyleOptionViewItem& option) {
         return option.state.testFlag(QStyle::State_Active);
     }
-    /// Of the two colours that rows take turns in, the one that is harder to stand out from.
+    /// The one of the two alternating row colours that is harder to stand out from.
     static QColor around(const QStyleOptionViewItem& option) {
         const QColor highlight = option.palette.color(QPalette::Active, QPalette::Highlight);
         const QColor one = option.palette.color(QPalette::Active, QPalette::Base);
@@ -176,7 +176,7 @@ void StationTable::reloadData() {
 
 void StationTable::selectRow(std::int64_t row) {
     select(row < model_.rowCount() ? static_cast<int>(std::max<std::int64_t>(row, -1)) : -1);
-    // Emptying a selection that a reload has emptied is no change to the view.
+    // The view sees no change when a selection is emptied that a reload has already emptied.
     if (lossUntold_.isActive()) {
         selectionDidChange();
     }
@@ -227,7 +227,7 @@ void StationTable::select(int row) {
         view_.selectionModel()->clear();
         return;
     }
-    // Showing another part of the table is asked for by itself.
+    // Callers ask for scrolling separately.
     const bool scrolls = view_.hasAutoScroll();
     view_.setAutoScroll(false);
     const QModelIndex index = model_.index(row, 0);
@@ -301,7 +301,7 @@ void StationTable::fit() {
 bool StationTable::eventFilter(QObject* watched, QEvent* event) {
     if (watched == &view_ &&
         (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)) {
-        // Once the view and its headers have taken the change in.
+        // Deferred until the view and its headers have taken up the change.
         fitting_.start();
     }
     return QObject::eventFilter(watched, event);

@@ -16,14 +16,14 @@ class QTableView;
 
 namespace desktop {
 
-/// The station table of the logic on a Qt table view.
+/// The logic's station table on a Qt table view.
 ///
 /// A column opens wide enough for its heading, for the width that the logic asks for and for its
-/// content, as far as a bounded look at the rows tells; from then on it only grows, and not at all
-/// once the user has set its width.
+/// content, as far as a limited sample of rows shows. From then on it only grows, and once the user
+/// has set its width it does not change at all.
 class StationTable final : public QObject, public platform::TableView {
 public:
-    /// The view is borrowed for the table's life.
+    /// The view is borrowed and must outlive the table.
     explicit StationTable(QTableView& view);
     ~StationTable() override;
 
@@ -35,14 +35,14 @@ public:
     [[nodiscard]] std::int64_t selectedRow() const override;
     void scrollRowToVisible(std::int64_t row) override;
 
-    /// Rows for which it answers true carry a star.
+    /// Rows for which `isMarked` returns true carry a star.
     void setMarked(std::function<bool(int row)> isMarked);
-    /// To be called when the answer for a row has changed without a reload.
+    /// Must be called when that answer has changed for a row without a reload.
     void markChanged(int row) { model_.markChanged(row); }
 
-    /// Of all columns and the scroll bar, in pixels.
+    /// The width of all columns and the scroll bar, in pixels.
     [[nodiscard]] int widthOfColumns() const;
-    /// The widths that the user has set.
+    /// Restore and save the widths that the user has set.
     void recall(const QSettings& memory);
     void remember(QSettings& memory) const;
 
@@ -54,8 +54,8 @@ protected:
 
 private:
     struct Width {
-        /// The least width that the logic asks for, and that of the widest text seen, both without
-        /// margins.
+        /// The least width that the logic asks for, and the width of the widest text seen, both
+        /// without margins.
         double asked = 0;
         double content = 0;
         bool setByUser = false;
@@ -74,7 +74,7 @@ private:
     int mostRowsMeasured_ = 0;
     bool reloading_ = false;
     bool resizing_ = false;
-    /// Runs from a reload that emptied the selection until the delegate hears of it.
+    /// Runs from a reload that has emptied the selection until the delegate is told.
     QTimer lossUntold_;
     QTimer fitting_;
 };

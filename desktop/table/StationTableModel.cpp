@@ -53,7 +53,7 @@ QString StationTableModel::cellText(int row, int column) const {
     if (!text) {
         return {};
     }
-    // A character takes four bytes at most.
+    // A character takes at most four bytes in UTF-8.
     QString shown = shownText(std::string_view(*text).substr(0, std::size_t{4} * longestCell));
     if (shown.size() > longestCell) {
         const bool cutsPair = shown.at(longestCell - 2).isHighSurrogate();

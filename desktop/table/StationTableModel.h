@@ -10,26 +10,26 @@
 
 namespace desktop {
 
-/// The sixteen columns of stations for a Qt view. It keeps no cell: what is shown is asked of the
-/// data source, and the number of rows at a reload only.
+/// The sixteen station columns for a Qt view. It stores no cells: it asks the data source for each
+/// cell that is shown, and for the number of rows only at a reload.
 class StationTableModel final : public QAbstractTableModel {
 public:
-    /// A cell shows no more characters than these, an ellipsis included, so that a damaged
-    /// catalogue cannot make drawing slow. Honest cells have at most 16.
+    /// A cell shows at most this many characters, ellipsis included, so that a damaged catalogue
+    /// cannot make drawing slow. Valid cells have at most 16.
     static constexpr int longestCell = 64;
 
-    /// Whether a row is marked; answered for the column that shows it, the name's.
+    /// The role that says whether a row is marked; only the name's column answers it.
     static constexpr int markedRole = Qt::UserRole;
     static constexpr int markedColumn = 1;
 
-    /// The data source is told that it is `table` that asks; borrowed.
+    /// The data source is told that `table` is asking; it is borrowed.
     explicit StationTableModel(const platform::TableView& table);
 
-    /// Borrowed; null gives empty cells. Takes no rows: that is for the next reload.
+    /// Borrowed; null gives empty cells. The rows change only at the next reload.
     void setDataSource(platform::TableViewDataSource* source) { source_ = source; }
     void reload();
     void setMarked(std::function<bool(int row)> isMarked) { isMarked_ = std::move(isMarked); }
-    /// Tells who shows the row; one outside the table tells nothing.
+    /// Tells the views; a row outside the table is ignored.
     void markChanged(int row);
 
     [[nodiscard]] QString cellText(int row, int column) const;
