@@ -74,7 +74,7 @@ void stationsWithTAFs(benchmark::State& state) {
 }
 BENCHMARK(stationsWithTAFs)->Apply(both);
 
-/// An identifier that does not exist, so that every station is compared.
+/// Looks for an identifier that does not exist, so that every station is compared.
 void stationByIdentifier(benchmark::State& state) {
     measure(state, [](const auto& stations) { return stations.stationWithICAOID("ZZZ9"); });
 }
@@ -138,7 +138,7 @@ void closestStation(benchmark::State& state) {
 }
 BENCHMARK(closestStation)->Apply(both);
 
-/// What the distance queries are compared with: every station measured, in both directions.
+/// The yardstick for the distance queries: measures every station, in both directions.
 void plainGeodesicLoop(benchmark::State& state) {
     measure(state, [](const auto& collection) {
         const auto& geodesic = GeographicLib::Geodesic::WGS84();

@@ -28,7 +28,7 @@ std::vector<map::Station> stations(int size) {
     return result;
 }
 
-/// Stages are never destroyed: the toolkit is gone by the time that statics are.
+/// Stages are never destroyed, since the toolkit has gone by the time that statics are.
 bench::MapStage& stage(int size, bool withTiles) {
     static auto& stages = *new std::map<std::pair<int, bool>, std::unique_ptr<bench::MapStage>>;
     auto& stage = stages[{size, withTiles}];
@@ -38,8 +38,8 @@ bench::MapStage& stage(int size, bool withTiles) {
     return *stage;
 }
 
-/// One frame of a map that is being dragged, with all tiles in memory or with none. Arguments: the
-/// size of the list, the kind of map, the place.
+/// One frame of a map that is being dragged, with all tiles in memory or with none. The arguments
+/// are the size of the list, the kind of map and the place.
 void frame(benchmark::State& state, bool withTiles) {
     bench::MapStage& shown = stage(static_cast<int>(state.range(0)), withTiles);
     const Place& place = places[state.range(2)];
@@ -66,7 +66,7 @@ BENCHMARK(mapFrameOffline)
     ->ArgsProduct({{bench::realList}, {0, 2, 3}, {0, 1, 2}})
     ->Unit(benchmark::kMillisecond);
 
-/// From nothing to the first frame, with the base map read each time.
+/// From construction to the first frame, with the base map read each time.
 void mapStart(benchmark::State& state) {
     const std::vector<map::Station> list = stations(bench::realList);
     for (auto _ : state) {

@@ -73,7 +73,7 @@ void MapStage::show(std::int64_t mapType, const platform::Location& centre, doub
         },
         30'000);
     if (!came) {
-        qFatal("The tiles of loopback did not come.");
+        qFatal("The tiles of the loopback server did not arrive.");
     }
 }
 

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// All objects are alive at the end; identifiers from earlier rounds stay issued.
+/// All objects of a round live until its end; identifiers issued in earlier rounds stay issued.
 void makeMillionObjects(benchmark::State& state) {
     for (auto _ : state) {
         std::vector<std::shared_ptr<SLibObject>> objects;

@@ -51,7 +51,7 @@ void scanPunctuation(benchmark::State& state) {
 }
 BENCHMARK(scanPunctuation)->Unit(benchmark::kMillisecond);
 
-/// What the scan is compared with: the least code that finds the same marks.
+/// The yardstick for the scan: the least code that finds the same marks.
 void plainTableLoop(benchmark::State& state) {
     const std::string& text = prose();
     std::array<bool, 256> isMark{};

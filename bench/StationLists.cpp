@@ -19,7 +19,7 @@ std::string readList() {
             return *std::move(text);
         }
     }
-    std::fputs("There is no station list to measure on.\n", stderr);
+    std::fputs("There is no station list to measure with.\n", stderr);
     std::exit(1);
 }
 

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// All sixteen columns of every row; a screen shows forty rows.
+/// Reads all sixteen columns of every row; a screen shows about forty rows.
 void cellText(benchmark::State& state) {
     support::FakeHost host;
     const support::FakeTable table;

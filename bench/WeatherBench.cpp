@@ -19,7 +19,7 @@ std::string reply(const std::string& kind) {
     return text + "</" + kind + "></data></response>";
 }
 
-/// The work of both walks for one station: requests, replies and notifications, without a network.
+/// The work of both walks for one station: requests, replies and notifications, but no network.
 void walkAStation(benchmark::State& state) {
     support::FakeHost host;
     const std::string metar = reply("METAR");
@@ -32,7 +32,7 @@ void walkAStation(benchmark::State& state) {
         host.urlSessions.answer("TAFs", taf);
     }
     if (host.urlSessions.openRequests() > 0) {
-        state.SkipWithError("a request stayed unanswered");
+        state.SkipWithError("a request was not answered");
     }
 }
 BENCHMARK(walkAStation)->Unit(benchmark::kMillisecond);
