@@ -26,7 +26,7 @@ bool isSame(const platform::Region& one, const platform::Region& other) {
 
 } // namespace
 
-MapView::MapView(MapSetup setup, QWidget* parent)
+MapView::MapView(const MapSetup& setup, QWidget* parent)
     : QWidget(parent),
       loader_(setup.tiles ? setup.tiles : std::make_shared<TileLoader>(TileSources())),
       wishes_(loader_, [this] { update(); }) {

@@ -33,7 +33,7 @@ struct MapSetup {
 /// tilts when dragged, and moves with Shift held; for the arrow keys it is the other way round.
 class MapView final : public QWidget, public platform::MapView {
 public:
-    explicit MapView(MapSetup setup, QWidget* parent = nullptr);
+    explicit MapView(const MapSetup& setup, QWidget* parent = nullptr);
 
     /// Called on the main thread, like everything here.
     std::function<void(std::size_t station)> stationClicked;

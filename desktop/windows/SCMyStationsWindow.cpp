@@ -15,10 +15,9 @@ struct SCMyStationsWindow::Views {
         explicit Interface(QMainWindow& window) { setupUi(&window); }
     };
 
-    Views(QMainWindow& window, const catalogue::StationRows& rows, MapSetup map)
+    Views(QMainWindow& window, const catalogue::StationRows& rows, const MapSetup& map)
         : ui(window),
-          stations(rows, {*ui.mftable, *ui.tablePlace, *ui.emptyPlace}, std::move(map),
-                   *ui.tableAndMap) {
+          stations(rows, {*ui.mftable, *ui.tablePlace, *ui.emptyPlace}, map, *ui.tableAndMap) {
         stations.mapView.setObjectName(QStringLiteral("mfmapV"));
         QWidget::setTabOrder(ui.mftable, &stations.mapView);
     }
@@ -27,11 +26,11 @@ struct SCMyStationsWindow::Views {
     TableWithMap stations;
 };
 
-SCMyStationsWindow::SCMyStationsWindow(SCMyStationsWindowController& controller, MapSetup map,
-                                       ProgramMenus& menus, QSettings& memory)
+SCMyStationsWindow::SCMyStationsWindow(SCMyStationsWindowController& controller,
+                                       const MapSetup& map, ProgramMenus& menus, QSettings& memory)
     : ProgramWindow(menus, memory),
       controller_(controller),
-      map_(std::move(map)),
+      map_(map),
       views_(std::make_unique<Views>(*this, controller, map_)) {
     TableWithMap& stations = views_->stations;
     controller_.outlets = {.mftable = &stations.table, .mfmapV = &stations.mapView};

@@ -50,9 +50,9 @@ struct SCStationWindow::Views {
     };
 
     Views(QMainWindow& window, const catalogue::StationRows& rows, platform::Host& host,
-          MapSetup map)
+          const MapSetup& map)
         : ui(window),
-          stations(rows, {*ui.table, *ui.tablePlace, *ui.emptyPlace}, std::move(map), *ui.mapPlace),
+          stations(rows, {*ui.table, *ui.tablePlace, *ui.emptyPlace}, map, *ui.mapPlace),
           chart(*new ChartView(host, {}, ui.mapPlace)),
           secView(host, chart),
           dLcikWords(aiiFlashingText::initWithFrame(host, hint)) {
@@ -102,11 +102,11 @@ struct SCStationWindow::Views {
 };
 
 SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform::Host& host,
-                                 MapSetup map, ProgramMenus& menus, QSettings& memory)
+                                 const MapSetup& map, ProgramMenus& menus, QSettings& memory)
     : ProgramWindow(menus, memory),
       controller_(controller),
       menus_(menus),
-      views_(std::make_unique<Views>(*this, controller, host, std::move(map))) {
+      views_(std::make_unique<Views>(*this, controller, host, map)) {
     Ui::SCStationWindowController& ui = views_->ui;
     menus_.setStationWindowActions(
         {.find =

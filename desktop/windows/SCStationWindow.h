@@ -17,8 +17,8 @@ namespace desktop {
 class SCStationWindow final : public ProgramWindow {
 public:
     /// Fills the outlets; what is borrowed must outlive the window.
-    SCStationWindow(SCStationWindowController& controller, platform::Host& host, MapSetup map,
-                    ProgramMenus& menus, QSettings& memory);
+    SCStationWindow(SCStationWindowController& controller, platform::Host& host,
+                    const MapSetup& map, ProgramMenus& menus, QSettings& memory);
     /// Empties the outlets.
     ~SCStationWindow() override;
 

@@ -16,7 +16,7 @@ struct SCWetherSheet::Views {
         explicit Interface(QDialog& dialog) { setupUi(&dialog); }
     };
 
-    Views(QDialog& dialog, MapSetup map) : ui(dialog), mapV(*new MapView(std::move(map), &dialog)) {
+    Views(QDialog& dialog, const MapSetup& map) : ui(dialog), mapV(*new MapView(map, &dialog)) {
         mapV.setObjectName(QStringLiteral("mapV"));
         ui.mapLayout->addWidget(&mapV);
     }
@@ -26,8 +26,8 @@ struct SCWetherSheet::Views {
     MapView& mapV;
 };
 
-SCWetherSheet::SCWetherSheet(QWidget& window, MapSetup map)
-    : QDialog(&window), views_(std::make_unique<Views>(*this, std::move(map))) {
+SCWetherSheet::SCWetherSheet(QWidget& window, const MapSetup& map)
+    : QDialog(&window), views_(std::make_unique<Views>(*this, map)) {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowModality(Qt::WindowModal);
     controller_.outlets = {.mapV = &views_->mapV, .okB = &views_->okB, .window = this};

@@ -14,7 +14,7 @@ namespace desktop {
 /// The station sheet with its controller. Deletes itself once it has been dismissed.
 class SCWetherSheet final : public QDialog, public platform::Sheet {
 public:
-    SCWetherSheet(QWidget& window, MapSetup map);
+    SCWetherSheet(QWidget& window, const MapSetup& map);
     ~SCWetherSheet() override;
 
     /// Shows a station over the window, which is blocked until the user dismisses it.

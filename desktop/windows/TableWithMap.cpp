@@ -10,9 +10,9 @@
 
 namespace desktop {
 
-TableWithMap::TableWithMap(const catalogue::StationRows& rows, const Places& places, MapSetup setup,
-                           QWidget& mapParent)
-    : table(places.table), mapView(*new MapView(std::move(setup), &mapParent)), places_(places) {
+TableWithMap::TableWithMap(const catalogue::StationRows& rows, const Places& places,
+                           const MapSetup& setup, QWidget& mapParent)
+    : table(places.table), mapView(*new MapView(setup, &mapParent)), places_(places) {
     mapView.stationClicked = [this](std::size_t station) {
         const auto row = static_cast<std::int64_t>(station);
         table.selectRow(row);

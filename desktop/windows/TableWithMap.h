@@ -22,7 +22,7 @@ public:
     };
 
     /// Rows and places are borrowed; `mapParent` owns the map.
-    TableWithMap(const catalogue::StationRows& rows, const Places& places, MapSetup setup,
+    TableWithMap(const catalogue::StationRows& rows, const Places& places, const MapSetup& setup,
                  QWidget& mapParent);
 
     StationTable table;

@@ -365,10 +365,6 @@ void KeyedArchiver::encodeBool(bool value, std::string_view key) {
     state_.addUserField(key, state_.list.number(Number(value)));
 }
 
-void KeyedArchiver::encodeFloat(float value, std::string_view key) {
-    state_.addUserField(key, state_.list.loneNumber(Number(value)));
-}
-
 void KeyedArchiver::encodeDouble(double value, std::string_view key) {
     state_.addUserField(key, state_.list.loneNumber(Number(value)));
 }

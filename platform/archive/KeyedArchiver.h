@@ -38,7 +38,6 @@ public:
     void encodeText(const std::optional<std::string>& text, std::string_view key);
     void encodeInteger(std::int64_t value, std::string_view key);
     void encodeBool(bool value, std::string_view key);
-    void encodeFloat(float value, std::string_view key);
     void encodeDouble(double value, std::string_view key);
     void encodeBytes(std::span<const std::byte> bytes, std::string_view key);
 

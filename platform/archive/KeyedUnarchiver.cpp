@@ -4,8 +4,6 @@
 #include "platform/archive/UnarchiverState.h"
 #include "platform/host/Files.h"
 
-#include <cmath>
-#include <limits>
 #include <new>
 #include <utility>
 
@@ -104,15 +102,6 @@ bool KeyedUnarchiver::decodeBool(std::string_view key) {
         return false;
     }
     return field.count != 0;
-}
-
-float KeyedUnarchiver::decodeFloat(std::string_view key) {
-    const double value = state_.realIn(state_.userField(key));
-    if (std::isfinite(value) && std::abs(value) > std::numeric_limits<float>::max()) {
-        state_.misread("is beyond the range of a float");
-        return 0;
-    }
-    return static_cast<float>(value);
 }
 
 double KeyedUnarchiver::decodeDouble(std::string_view key) {

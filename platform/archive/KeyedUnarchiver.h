@@ -63,7 +63,6 @@ public:
     /// 0 when the stored integer does not fit.
     [[nodiscard]] std::int32_t decodeInt32(std::string_view key);
     [[nodiscard]] bool decodeBool(std::string_view key);
-    [[nodiscard]] float decodeFloat(std::string_view key);
     [[nodiscard]] double decodeDouble(std::string_view key);
     /// Bytes of the archive itself, valid while it is read; empty when there are none.
     [[nodiscard]] std::span<const std::byte> decodeBytes(std::string_view key);

@@ -208,7 +208,7 @@ TEST(MapView, DoesWithoutItsBaseMap) {
          {"", "/nowhere/world.map", NOSIG_SOURCE_DIR "/README.md", NOSIG_SOURCE_DIR}) {
         desktop::MapSetup setup = offline();
         setup.baseMap = QString::fromUtf8(path);
-        MapView view(std::move(setup));
+        MapView view(setup);
         view.resize(600, 400);
         showAround(view, {48, 11});
         EXPECT_EQ(picture(view).pixelColor(40, 90), view.state().scheme.sea);

@@ -283,7 +283,7 @@ TEST_F(TileLoaderTest, ViewsShareOneLoaderEachInItsTurn) {
     std::vector<std::function<void()>> replies;
     tiles_.answer = [&](QTcpSocket& socket, const LoopbackTiles::Request& request) {
         held = std::max(held, replies.size() + 1);
-        replies.push_back([&socket, path = request.path] {
+        replies.emplace_back([&socket, path = request.path] {
             socket.write(LoopbackTiles::reply(LoopbackTiles::picture(path)));
         });
     };

@@ -24,7 +24,6 @@ void Beacon::encodeWithCoder(KeyedArchiver& coder) const {
     coder.encodeInteger(height, "height");
     coder.encodeInteger(channel, "channel");
     coder.encodeBool(isLit, "isLit");
-    coder.encodeFloat(range, "range");
     coder.encodeDouble(latitude, "latitude");
     coder.encodeBytes(signal, "signal");
     coder.encodeObject(price, "$price");
@@ -44,7 +43,6 @@ std::shared_ptr<Archivable> Beacon::initWithCoder(KeyedUnarchiver& coder) {
     beacon->height = coder.decodeInteger("height");
     beacon->channel = coder.decodeInt32("channel");
     beacon->isLit = coder.decodeBool("isLit");
-    beacon->range = coder.decodeFloat("range");
     beacon->latitude = coder.decodeDouble("latitude");
     const auto signal = coder.decodeBytes("signal");
     beacon->signal.assign(signal.begin(), signal.end());
@@ -82,7 +80,6 @@ std::shared_ptr<Beacon> richBeacon() {
     beacon->height = std::numeric_limits<std::int64_t>::min();
     beacon->channel = -7;
     beacon->isLit = true;
-    beacon->range = 12.5F;
     beacon->latitude = 40;
     beacon->signal = hex("00ff80");
     beacon->price = dictionaryOf({{"", Number(1)}, {"$null", std::string("$null")}});
@@ -174,7 +171,6 @@ struct Shower {
         add("height", fmt::to_string(beacon.height), "0");
         add("channel", fmt::to_string(beacon.channel), "0");
         add("isLit", fmt::to_string(beacon.isLit), "false");
-        add("range", fmt::to_string(beacon.range), "0");
         add("latitude", fmt::to_string(beacon.latitude), "0");
         add("signal", shownBytes(beacon.signal), "");
         add("price", shown(beacon.price), "-");
@@ -197,7 +193,7 @@ Forger::Ref Forger::object(std::string_view notation) {
 
 Forger::Ref Forger::next(std::string_view& rest) {
     const auto upTo = [&](std::string_view ends) {
-        const std::string word(rest.substr(0, rest.find_first_of(ends)));
+        std::string word(rest.substr(0, rest.find_first_of(ends)));
         rest.remove_prefix(word.size());
         return word;
     };
@@ -207,7 +203,7 @@ Forger::Ref Forger::next(std::string_view& rest) {
         return isThere;
     };
     const auto quoted = [&](char end) {
-        const std::string inside = upTo({&end, 1});
+        std::string inside = upTo({&end, 1});
         take(end);
         return inside;
     };

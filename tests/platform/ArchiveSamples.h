@@ -21,7 +21,6 @@ struct Beacon final : platform::Archivable {
     std::int64_t height = 0;
     std::int32_t channel = 0;
     bool isLit = false;
-    float range = 0;
     double latitude = 0;
     platform::Data signal;
     platform::Value price;
