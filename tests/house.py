@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""house.py ROOT: holds every include of the sources under ROOT against the rooms and arrows that
+"""house.py ROOT: checks every include of the sources under ROOT against the rooms and arrows that
 house.txt beside this file declares. Tests and benchmarks may include whatever they need."""
 import pathlib
 import re
@@ -10,7 +10,7 @@ TOOLKIT = re.compile(r"Q[A-Z]|Qt|q[a-z]+\.h$|ui_")
 
 
 def declared(lines):
-    """The rooms with their arrows, and those of them that know the toolkit."""
+    """The rooms with their arrows, and the set of rooms that may use the toolkit."""
     arrows, toolkit = {}, set()
     for line in lines:
         if line.startswith("-"):
@@ -26,12 +26,12 @@ def faults_of(arrows, toolkit, sources):
     for room, others in arrows.items():
         for other in sorted(others):
             if other not in arrows or order.index(other) <= order.index(room):
-                yield f"{room}: {other} does not stand below it"
+                yield f"{room}: {other} is not below it"
     unused = {(room, other) for room, others in arrows.items() for other in others}
     for path, text in sources:
         room = path if path in arrows else path.rpartition("/")[0]
         if room not in arrows:
-            yield f"{path}: {room} is no room"
+            yield f"{path}: {room} is not a declared room"
             continue
         for mark, header in INCLUDE.findall(text):
             target = header.rpartition("/")[0]
@@ -56,7 +56,7 @@ def main(root):
         if path.suffix in (".h", ".cpp")
     ]
     faults = list(faults_of(arrows, toolkit, sources))
-    # What the check itself is to find.
+    # The check must itself find these four faults.
     assert len(list(faults_of({"a": {"b"}, "b": set()}, set(), [
         ("b/x.h", '#include "a/y.h"\n#include <QString>\n'), ("c/z.h", "")]))) == 4
     print("\n".join(faults) or f"{len(sources)} sources in {len(arrows)} rooms")

@@ -11,9 +11,9 @@
 #include <span>
 #include <utility>
 
-/// Simple stand-ins for what lies outside the process. Their public members are set and read by
-/// the test, before or after other threads use them; everything else is as thread-safe as the
-/// service promises.
+/// Simple fakes of what lies outside the process. Only the test may use their public members, and
+/// only while no other thread uses the fake. Everything else is as thread-safe as the service
+/// promises.
 namespace support {
 
 class FakeUserDefaults final : public platform::UserDefaults {
@@ -55,7 +55,7 @@ public:
     std::map<std::string, std::string, std::less<>> info;
 };
 
-/// Answers from a queue; cancelled when that is empty.
+/// Takes its answers from a queue; once that is empty, every panel is cancelled.
 class FakePanels final : public platform::Panels {
 public:
     [[nodiscard]] std::optional<platform::URL>
@@ -76,7 +76,7 @@ public:
     int timesAsked = 0;
     std::vector<std::string> askedTypes;
     std::function<std::string(const std::string&)> askedWrittenPath;
-    /// Called while a save panel stands open.
+    /// Called while a save panel is open.
     std::function<void()> whileAsked;
 
 private:
@@ -91,7 +91,7 @@ private:
     }
 };
 
-/// Timers that run when the test says so.
+/// Timers that fire only when the test says so.
 class FakeTimers final : public platform::Timers {
 public:
     [[nodiscard]] std::unique_ptr<platform::Timer>
@@ -102,7 +102,7 @@ public:
         return running;
     }
 
-    /// Lets every running timer pass its interval once.
+    /// Fires every running timer once.
     void fire() {
         for (const std::weak_ptr<Entry>& timer : std::vector(entries_)) {
             if (const std::shared_ptr<Entry> entry = timer.lock()) {
@@ -132,7 +132,7 @@ private:
     std::vector<std::weak_ptr<Entry>> entries_;
 };
 
-/// A main thread whose queued work runs when the test says so.
+/// A main thread whose queued work runs only when the test says so.
 class FakeMainThread final : public platform::MainThread {
 public:
     void perform(std::weak_ptr<void> target, std::function<void()> work) override {
@@ -140,7 +140,7 @@ public:
         queue_.push_back({std::move(target), std::move(work)});
     }
 
-    /// Runs what is queued, and what that queues in turn, until nothing is left.
+    /// Runs the queued work, and what that queues in turn, until nothing is left.
     void run() {
         while (std::optional<Entry> entry = next()) {
             if (const std::shared_ptr<void> target = entry->target.lock()) {
@@ -207,8 +207,8 @@ struct FakeEvents final : platform::Events {
     Event event;
 };
 
-/// Requests that the test answers. Handlers and work run within `answer` and `runWork`. Its replies
-/// bear no headers, and so none is ever reused.
+/// Sessions whose requests the test answers. Handlers run inside `answer`, other work inside
+/// `runWork`. Replies carry no headers, so none is ever reused.
 class FakeURLSessions final : public platform::URLSessions {
 public:
     explicit FakeURLSessions(platform::NotificationCenter& center) : center_(center) {}
@@ -229,7 +229,7 @@ public:
         return open_.size() + answered_;
     }
 
-    /// The requests that wait for an answer, the oldest first.
+    /// The requests that wait for an answer, oldest first.
     [[nodiscard]] std::vector<Request> requests() const {
         const std::scoped_lock lock(mutex_);
         std::vector<Request> requests;
@@ -238,7 +238,7 @@ public:
         }
         return requests;
     }
-    /// Their addresses.
+    /// The addresses of `requests()`.
     [[nodiscard]] std::vector<std::string> addresses() const {
         std::vector<std::string> texts;
         for (const Request& request : requests()) {
@@ -246,8 +246,8 @@ public:
         }
         return texts;
     }
-    /// Answers the oldest request whose address contains `part`, and with it all that are equal to
-    /// it; false when none does.
+    /// Answers the oldest request whose address contains `part`, and every other request for the
+    /// same address. Without a body there is no data. Returns false if no address contains `part`.
     bool answer(std::string_view part, const std::optional<std::string_view>& body) {
         const std::vector<Open> asked = take(part);
         std::optional<platform::Data> data;
@@ -268,7 +268,7 @@ public:
         }
         return !asked.empty();
     }
-    /// Runs what was handed over, and what that hands over in turn.
+    /// Runs the work handed over, and what that hands over in turn.
     void runWork() {
         std::unique_lock lock(mutex_);
         while (!work_.empty()) {
@@ -286,7 +286,7 @@ private:
         CompletionHandler handler;
     };
 
-    /// Who asked for one transfer; they count as open until their handlers have returned.
+    /// Those who asked for one transfer. They count as open until their handlers have returned.
     std::vector<Open> take(std::string_view part) {
         const std::scoped_lock lock(mutex_);
         std::vector<Open> asked;
@@ -313,8 +313,8 @@ private:
     std::deque<std::function<void()>> work_;
 };
 
-/// A host of its own for one test: its documents, support and resource folders exist and are
-/// removed with it.
+/// A host for one test. Its documents, support and resource folders exist; its destructor removes
+/// them.
 struct FakeHost {
     FakeHost() {
         using platform::SearchPaths;
@@ -332,7 +332,7 @@ struct FakeHost {
     FakeHost(const FakeHost&) = delete;
     FakeHost& operator=(const FakeHost&) = delete;
 
-    /// This host with other services in place of two fakes.
+    /// This host with the given services in place of its fake sessions and events.
     [[nodiscard]] platform::Host hostWith(platform::URLSessions& sessions,
                                           platform::Events& watched) {
         return {notificationCenter, userDefaults, searchPaths, bundle,   panels,    timers,

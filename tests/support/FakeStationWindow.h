@@ -9,7 +9,7 @@
 
 namespace support {
 
-/// Everything that the main window has.
+/// Fakes of all outlets of the main window.
 struct FakeStationWindow {
     FakeTable table;
     FakeSegmentedControl switchie, switchieDu;
@@ -45,7 +45,7 @@ struct FakeStationWindow {
                 .stationLine = &stationLine,
                 .alwaysFavItem = &alwaysFavItem};
     }
-    /// What a row shows in one column.
+    /// The text that a row shows in one column.
     [[nodiscard]] std::string cell(std::int64_t row, const std::string& column) const {
         return table.source->tableView_objectValueForTableColumn_row(table, column, row)
             .value_or("(absent)");

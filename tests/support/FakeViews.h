@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-/// Controls that keep what logic last set, for tests to read.
+/// Fake controls that keep what the logic last set, for tests to read.
 namespace support {
 
 struct FakeButton final : platform::Button {
@@ -114,7 +114,7 @@ struct FakeWebView final : platform::WebView {
     std::vector<std::string> loaded;
 };
 
-/// Rows as of the last reload; `settle` is the return to the event loop.
+/// Has the rows of its last reload. `settle` does what a return to the event loop does.
 struct FakeTable final : platform::TableView {
     void setDataSource(platform::TableViewDataSource* value) override { source = value; }
     void setDelegate(platform::TableViewDelegate* value) override { delegate = value; }

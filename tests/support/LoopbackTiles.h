@@ -14,27 +14,28 @@
 
 namespace support {
 
-/// A tile server on loopback, on the test's own event loop.
+/// A tile server on loopback that runs on the test's own event loop.
 class LoopbackTiles final : public QTcpServer {
 public:
     struct Request {
         QByteArray path;
-        /// The whole head, as it came.
+        /// The request line and all headers, as received.
         QByteArray head;
     };
 
     LoopbackTiles();
 
-    /// A server for the whole world whose tiles come from here.
+    /// Describes this server, as one that has tiles of the whole world.
     [[nodiscard]] map::TileServer server(map::Imagery imagery, int highestZoom) const;
 
-    /// A reply with a head of its own, such as "Cache-Control: no-store".
+    /// A reply with header lines of its own, such as "Cache-Control: no-store\r\n".
     [[nodiscard]] static QByteArray reply(const QByteArray& body, const QByteArray& header = {},
                                           const QByteArray& status = "200 OK");
-    /// A picture of one colour, which tells the kinds of tiles apart.
+    /// A picture of one colour, which shows what kind of tile `path` asks for.
     [[nodiscard]] static QByteArray picture(const QByteArray& path, const QSize& size = {256, 256});
 
-    /// Answers one request; a picture that may be kept for an hour unless a test says otherwise.
+    /// Answers one request. Sends a picture that may be cached for an hour unless a test replaces
+    /// it.
     std::function<void(QTcpSocket& socket, const Request& request)> answer;
     std::vector<Request> requests;
 

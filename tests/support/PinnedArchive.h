@@ -10,16 +10,17 @@
 
 namespace support {
 
-/// An archive that this program made once and that stays as it is: what users' files look like.
+/// The path of an archive that the program wrote once and that never changes: users have such
+/// files.
 inline std::filesystem::path pinnedArchive(const char* name) {
     return std::filesystem::path(NOSIG_SOURCE_DIR "/tests/data/archives") / name;
 }
 
-/// Whether `root` is written as it was then, keys and names of classes included.
+/// Expects `root` to be written as the same bytes, with the same names of keys and classes.
 inline void expectWrittenAs(const char* name, const platform::Value& root) {
     EXPECT_TRUE(platform::KeyedArchiver::archivedData(root) ==
                 platform::readFile(pinnedArchive(name), 1 << 20))
-        << "other bytes than in " << name;
+        << "the bytes differ from those of " << name;
 }
 
 } // namespace support

@@ -8,7 +8,7 @@
 
 namespace support {
 
-/// An object of any class, whose fields the test writes.
+/// An object with any class name, whose fields the test writes.
 struct Record final : platform::Archivable {
     explicit Record(
         const char* name, std::function<void(platform::KeyedArchiver&)> writer = [](auto&) {})

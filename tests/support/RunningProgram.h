@@ -17,7 +17,7 @@
 
 namespace support {
 
-/// The program with its real windows on a host of its own, whose map asks no server.
+/// The program with its real windows on a fake host. Its map sends no requests.
 struct RunningProgram {
     void start() {
         desktop::MapSetup map;

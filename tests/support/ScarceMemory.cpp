@@ -14,7 +14,7 @@ constexpr auto plenty = std::numeric_limits<std::size_t>::max();
 
 thread_local std::size_t allocationsLeft = plenty;
 thread_local bool ranOut = false;
-// What another thread frees that this one allocated stays counted; no test here hands much over.
+// Memory allocated here but freed by another thread stays counted; the tests hand over little.
 thread_local std::ptrdiff_t bytesNow = 0;
 thread_local std::ptrdiff_t bytesAtMost = 0;
 

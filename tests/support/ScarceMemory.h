@@ -3,11 +3,11 @@
 
 #include <cstddef>
 
-/// What tests of little memory look at and turn. A program that links this has the operators `new`
-/// and `delete` of ScarceMemory.cpp.
+/// For tests that limit or measure memory. A program that links this uses the operators `new` and
+/// `delete` of ScarceMemory.cpp.
 namespace support {
 
-/// While it lives, this thread's allocations fail from the `first`-th on, counted from 0.
+/// During its lifetime this thread's allocations fail from number `first` on, counted from 0.
 class ScarceMemory {
 public:
     explicit ScarceMemory(std::size_t first);
@@ -18,15 +18,15 @@ public:
     [[nodiscard]] static bool hasRunOut();
 };
 
-/// The most bytes that were allocated at once by this thread since it was made.
+/// Measures the most bytes that this thread has had allocated at once since its construction.
 class PeakMemory {
 public:
     PeakMemory();
     [[nodiscard]] static std::size_t bytes();
 };
 
-/// Calls `attempt` with less memory than it needs, with a little more each time, until it has
-/// enough; `check` looks at what each of the starved ones left. Answers how many there were.
+/// Calls `attempt` with too few allocations, one more each time, until it has enough. Calls `check`
+/// with the result of each attempt that ran out, and returns how many did.
 template <typename Attempt, typename Check>
 std::size_t starve(Attempt attempt, Check check) {
     for (std::size_t allocations = 0;; ++allocations) {

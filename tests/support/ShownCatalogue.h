@@ -16,7 +16,7 @@
 
 namespace support {
 
-/// A main window's logic over fakes, started with a shipped catalogue.
+/// The main window's logic over fakes, started with a shipped catalogue.
 struct ShownCatalogue : testing::Test {
     void start(std::initializer_list<StationFacts> rows) {
         ASSERT_TRUE(platform::KeyedArchiver::archiveRootObject(
@@ -30,11 +30,11 @@ struct ShownCatalogue : testing::Test {
         controller->outlets = window.outlets(host.host);
         controller->windowDidLoad();
     }
-    /// Answers the next panel.
+    /// Makes the next panel return this file.
     void choose(const std::filesystem::path& path) {
         host.panels.answers.emplace_back(platform::URL::file(path.string()));
     }
-    /// Waits for the end of a parse, and lets the main thread take its part.
+    /// Waits for a parse to end, then runs the main thread's part of it.
     void settle() {
         waitUntil("the end of a parse", [this] { return host.mainThread.queued() > 0; });
         host.mainThread.run();
@@ -56,7 +56,8 @@ struct ShownCatalogue : testing::Test {
     [[nodiscard]] std::vector<std::string> shown() const {
         return identifiers(*controller->workingCollection->stations);
     }
-    /// Answers the oldest request of a kind, as the text of a reply; then lets the main thread run.
+    /// Answers the oldest request whose address contains `part` with a reply that holds `report`,
+    /// then runs the main thread's work. Returns false if there is no such request.
     bool answer(const std::string& part, const std::string& report) {
         const bool isMetar = part.find("metars") != std::string::npos;
         const std::string element = isMetar ? "METAR" : "TAF";

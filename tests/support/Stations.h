@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-/// Stations made for tests.
+/// The fields of a station made for a test.
 struct StationFacts {
     std::optional<std::string> ICAO = {};
     std::optional<std::string> stationName = {};
@@ -39,7 +39,7 @@ makeCollection(std::initializer_list<StationFacts> rows) {
     return collection;
 }
 
-/// Their ICAO identifiers.
+/// The stations' ICAO identifiers, "-" for an absent one.
 inline std::vector<std::string> identifiers(const StationArray& stations) {
     std::vector<std::string> result;
     for (const auto& station : stations) {

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-/// What every table owes the logic. A stage has a `table` and a `settle()` that returns to the
-/// event loop; the real table and the fake one run these same tests.
+/// What the logic relies on in every table. The real table and the fake one run the same tests. A
+/// stage has a `table` and a `settle()` that returns to the event loop.
 namespace support {
 
 struct CountedRows : platform::TableViewDataSource, platform::TableViewDelegate {
@@ -35,7 +35,7 @@ struct CountedRows : platform::TableViewDataSource, platform::TableViewDelegate 
     }
 
     std::int64_t rows = 5;
-    /// The selected row at each time the delegate was told.
+    /// The selected row each time the delegate was notified.
     std::vector<std::int64_t> told;
 };
 
@@ -47,7 +47,7 @@ struct TableViewContract : testing::Test {
 
 TYPED_TEST_SUITE_P(TableViewContract);
 
-TYPED_TEST_P(TableViewContract, TellsTheDelegateOfChangesOfTheSelectionOnly) {
+TYPED_TEST_P(TableViewContract, NotifiesTheDelegateOfSelectionChangesOnly) {
     using Told = std::vector<std::int64_t>;
     platform::TableView& table = this->stage.table;
     const auto reload = [&](std::int64_t rows) {
@@ -61,7 +61,7 @@ TYPED_TEST_P(TableViewContract, TellsTheDelegateOfChangesOfTheSelectionOnly) {
         Told toldAtOnce;
         Told toldInAll;
     };
-    // Each with five rows, of which row 3 is selected.
+    // Each case starts with five rows, of which row 3 is selected.
     const std::vector<Case> cases{
         {"reload", [&] { reload(5); }, 3, {}, {}},
         {"reload to more", [&] { reload(50); }, 3, {}, {}},
@@ -111,6 +111,6 @@ TYPED_TEST_P(TableViewContract, TellsTheDelegateOfChangesOfTheSelectionOnly) {
     }
 }
 
-REGISTER_TYPED_TEST_SUITE_P(TableViewContract, TellsTheDelegateOfChangesOfTheSelectionOnly);
+REGISTER_TYPED_TEST_SUITE_P(TableViewContract, NotifiesTheDelegateOfSelectionChangesOnly);
 
 } // namespace support

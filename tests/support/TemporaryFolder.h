@@ -11,13 +11,13 @@
 
 namespace support {
 
-/// A new folder of its own under the system's temporary one, removed with all it holds.
+/// A new folder inside the system's temporary folder. The destructor removes it with its contents.
 class TemporaryFolder {
 public:
     TemporaryFolder() {
         std::string name = (std::filesystem::temp_directory_path() / "nosig-XXXXXX").string();
         if (::mkdtemp(name.data()) == nullptr) {
-            throw std::runtime_error("no temporary folder");
+            throw std::runtime_error("cannot make a temporary folder");
         }
         path_ = name;
     }

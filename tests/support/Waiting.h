@@ -8,10 +8,11 @@
 
 namespace support {
 
-/// How long tests wait for what must come.
+/// How long tests wait for something that must happen.
 inline constexpr std::chrono::seconds patience(60);
 
-/// Waits for what other threads bring about; fails, naming it, where it does not come.
+/// Waits for a condition that other threads bring about. Fails the test, naming `what`, if it does
+/// not hold in time.
 template <typename Condition>
 void waitUntil(const char* what, Condition hasCome) {
     const auto end = std::chrono::steady_clock::now() + patience;
@@ -20,7 +21,7 @@ void waitUntil(const char* what, Condition hasCome) {
         std::this_thread::yield();
         isThere = hasCome();
     }
-    EXPECT_TRUE(isThere) << what << " has not come";
+    EXPECT_TRUE(isThere) << what << " did not come in time";
 }
 
 } // namespace support

@@ -5,9 +5,9 @@
 #include <future>
 #include <stdexcept>
 
-/// The server's library is built without the thread checker, which misses its locks: a socket's
-/// buffer that threads hand on looks like a race. The checker asks for this by name; a program with
-/// more to say has its own.
+/// ThreadSanitizer calls this by name. The server's library is built without it, so its locks go
+/// unseen, and a socket's buffer that passes between threads looks like a race. A program that
+/// needs more suppressions defines its own.
 extern "C" [[gnu::weak]] const char* __tsan_default_suppressions() {
     return "race:libcpp-httplib.so\n";
 }
@@ -15,7 +15,7 @@ extern "C" [[gnu::weak]] const char* __tsan_default_suppressions() {
 namespace support {
 namespace {
 
-/// A server with a new certificate of its own.
+/// A server with a newly made certificate.
 std::unique_ptr<httplib::Server> secureServer(const std::filesystem::path& certificate,
                                               const std::filesystem::path& key) {
     const std::string command = "openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 "
@@ -24,7 +24,7 @@ std::unique_ptr<httplib::Server> secureServer(const std::filesystem::path& certi
                                 key.string() + "' -out '" + certificate.string() + "' 2>'" +
                                 key.string() + ".log'";
     if (std::system(command.c_str()) != 0) {
-        throw std::runtime_error("no certificate");
+        throw std::runtime_error("cannot make a certificate");
     }
     return std::make_unique<httplib::SSLServer>(certificate.c_str(), key.c_str());
 }
@@ -34,9 +34,9 @@ std::unique_ptr<httplib::Server> secureServer(const std::filesystem::path& certi
 WeatherServer::WeatherServer(Answer answer, Kind kind)
     : server_(kind == https ? secureServer(folder_ / "certificate.pem", folder_ / "key.pem")
                             : std::make_unique<httplib::Server>()) {
-    // Loopback is reached directly, whatever proxy the environment names.
+    // Loopback must be reached directly, whatever proxy the environment names.
     ::setenv("no_proxy", "*", 1);
-    // A connection occupies a thread for as long as it is kept.
+    // Each connection occupies a thread for as long as it is open.
     server_->new_task_queue = [] { return new httplib::ThreadPool(32); };
     server_->set_tcp_nodelay(true);
     server_->set_keep_alive_max_count(1000);
@@ -51,7 +51,7 @@ WeatherServer::WeatherServer(Answer answer, Kind kind)
     });
     const int port = server_->bind_to_any_port("127.0.0.1");
     if (!server_->is_valid() || port <= 0) {
-        throw std::runtime_error("no server on loopback");
+        throw std::runtime_error("cannot start a server on loopback");
     }
     authority_ = "localhost:" + std::to_string(port);
     thread_ = std::thread([this] { server_->listen_after_bind(); });
@@ -59,8 +59,8 @@ WeatherServer::WeatherServer(Answer answer, Kind kind)
 
 WeatherServer::~WeatherServer() {
     gates.openAll();
-    // Stopping a server that has not begun to listen leaves it listening for ever.
-    waitUntil("the server", [this] { return server_->is_running(); });
+    // A server that is stopped before it listens would listen for ever.
+    waitUntil("the start of the server", [this] { return server_->is_running(); });
     server_->stop();
     thread_.join();
 }

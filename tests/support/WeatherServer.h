@@ -19,7 +19,7 @@
 
 namespace support {
 
-/// Named doors: whoever comes to one waits until the test has opened it.
+/// Named gates: a thread that passes one waits until the test has opened it.
 class Gates {
 public:
     void open(const std::string& name) {
@@ -32,7 +32,7 @@ public:
         areAllOpen_ = true;
         changed_.notify_all();
     }
-    /// False when it stayed shut for too long.
+    /// Waits for the gate to open. Returns false if it stays shut for too long.
     bool pass(const std::string& name) {
         std::unique_lock lock(mutex_);
         return changed_.wait_for(lock, patience,
@@ -46,25 +46,25 @@ private:
     bool areAllOpen_ = false;
 };
 
-/// A web server on a loopback port of its own. With a certificate it is a throwaway one, valid for
-/// "localhost" and the default data server, that nobody else trusts. Going, the server opens its
+/// A web server on its own loopback port. For https it has a throwaway certificate, valid for
+/// "localhost" and the default data server, that only `options()` trusts. The destructor opens all
 /// gates and waits for every answer.
 class WeatherServer {
 public:
     using Answer = std::function<void(const httplib::Request&, httplib::Response&)>;
     enum Kind { https, http };
 
-    /// `answer` is called on many threads at once.
+    /// `answer` may be called on several threads at once.
     explicit WeatherServer(Answer answer, Kind kind = https);
     ~WeatherServer();
     WeatherServer(const WeatherServer&) = delete;
     WeatherServer& operator=(const WeatherServer&) = delete;
 
-    /// "localhost" and the port.
+    /// "localhost", a colon and the port.
     [[nodiscard]] const std::string& authority() const { return authority_; }
-    /// Sessions that trust this server alone.
+    /// Options for sessions that trust only this server.
     [[nodiscard]] platform::URLSessionOptions options() const;
-    /// What was asked for, path and query, in order of arrival.
+    /// The path and query of each request, in order of arrival.
     [[nodiscard]] std::vector<std::string> targets() const;
     [[nodiscard]] bool waitForTargets(std::size_t count) const;
 
@@ -80,7 +80,7 @@ private:
     std::vector<std::string> targets_;
 };
 
-/// What a request came to: the body as text, or "(no data)".
+/// Sends a request and waits for its end. Returns the body as text, or "(no data)".
 [[nodiscard]] std::string fetch(platform::URLSessions& sessions, const std::string& address,
                                 bool revalidates = false);
 
