@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(SaveOptions, AreRecordedAndEndTheSheet) {
+TEST(SaveOptions, AreRecordedAndTheButtonsEndTheSheet) {
     support::FakeCheckBox box;
     support::FakeSheet sheet;
     SCSaveOptionsSheetController options;

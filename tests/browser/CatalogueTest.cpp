@@ -52,7 +52,7 @@ TEST_F(Catalogue, UnreadableAndEmptyListsEndTheParseToo) {
     }
 }
 
-TEST_F(Catalogue, MarksAndReadsGoOnWhileAParseReplacesTheMaster) {
+TEST_F(Catalogue, MarkingAndReadingGoOnWhileAParseReplacesTheMaster) {
     std::string text = list;
     for (int i = 0; i < 2000; ++i) {
         text += line;
@@ -73,7 +73,7 @@ TEST_F(Catalogue, MarksAndReadsGoOnWhileAParseReplacesTheMaster) {
     EXPECT_EQ(controller->workingCollection->stations->front()->isFavorite(), last);
 }
 
-TEST_F(Catalogue, AControllerMayGoWhileItsParseRuns) {
+TEST_F(Catalogue, AControllerMayBeDestroyedWhileItsParseRuns) {
     choose(host.folder.write("list.txt", list + line));
     controller->parseit();
     window.table.setDataSource(nullptr);

@@ -53,7 +53,7 @@ protected:
     void switchFavoriteWeatherOn() { controller->alwaysShowFavWeatherMenu(window.alwaysFavItem); }
 };
 
-TEST_F(Favourites, OutliveARun) {
+TEST_F(Favourites, SurviveARestart) {
     controller->favMenuItem();
     window.table.selectRow(2);
     controller->favMenuItem();
@@ -69,14 +69,14 @@ TEST_F(Favourites, OutliveARun) {
     EXPECT_EQ(stored(), (Names{"KDEN", "LSZH"}));
 }
 
-TEST_F(Favourites, ThatTheCatalogueLacksAreKept) {
+TEST_F(Favourites, MissingFromTheCatalogueAreKept) {
     store({"ZZZZ", "LSZH"});
     restart();
     EXPECT_EQ(marked(), Names{"LSZH"});
     toggle(1);
     quit();
     EXPECT_EQ(stored(), (Names{"KDEN", "LSZH", "ZZZZ"}));
-    // Through a list that has others of them, and one that has none.
+    // They survive a list that has other favourites, and one that has none.
     restart();
     parse("! a list\n" + line("ZZZZ") + line("KDEN"));
     EXPECT_EQ(marked(), (Names{"ZZZZ", "KDEN"}));
@@ -91,7 +91,7 @@ TEST_F(Favourites, ThatTheCatalogueLacksAreKept) {
     EXPECT_EQ(marked(), (Names{"LSZH", "KDEN"}));
 }
 
-TEST_F(Favourites, AFileThatIsNoListOfTextsIsSetAside) {
+TEST_F(Favourites, AFileThatIsNotAListOfTextsIsSetAside) {
     const auto number = std::make_shared<platform::Array>();
     number->elements = {std::string("LSZH"), platform::Number(1)};
     const auto bytesOf = [](const platform::Value& root) {
@@ -123,7 +123,7 @@ TEST_F(Favourites, NothingIsWrittenOverAFileThatCannotBeSetAside) {
     const auto folder = host.folder / "support/nosig";
     std::filesystem::create_directories(folder);
     host.folder.write("support/nosig/kzrfavorites.kzrfv", "damaged");
-    // For the system's administrator no folder is read-only.
+    // For root no folder is read-only, so act as an ordinary user.
     const uid_t user = ::geteuid();
     if (user == 0) {
         const auto give = [](const std::filesystem::path& path) {
@@ -152,14 +152,14 @@ TEST_F(Favourites, AreSafeAsSoonAsTheyAreMarked) {
     EXPECT_FALSE(std::filesystem::exists(draft()));
     toggle(2);
     toggle(0);
-    // Killed, twice.
+    // The program is killed twice, without quitting.
     for (const int time : {1, 2}) {
         SCOPED_TRACE(time);
         restart();
         EXPECT_EQ(stored(), (Names{"ZZZZ", "KJFK"}));
         EXPECT_EQ(marked(), Names{"LSZH"});
     }
-    // A file that cannot be written keeps the draft.
+    // If the file cannot be written, the draft is kept.
     std::filesystem::remove(file());
     std::filesystem::create_directories(file() + "/in the way");
     quit();
@@ -195,7 +195,7 @@ TEST_F(Favourites, AreNotLostWithoutACatalogue) {
     quit();
     EXPECT_EQ(stored(), Names{"KDEN"});
 
-    // Nor through a list without stations, nor when the first catalogue is one that is parsed.
+    // Nor are they lost if a list has no stations, or if the first catalogue is a parsed list.
     restart();
     for (const std::string& text :
          {std::string("no list"), "! a list\n" + line("KDEN"), std::string()}) {
@@ -206,7 +206,7 @@ TEST_F(Favourites, AreNotLostWithoutACatalogue) {
     EXPECT_EQ(stored(), Names{"KDEN"});
 }
 
-TEST_F(Favourites, AMarkGoesToTheMastersFirstStationOfTheIdentifierToo) {
+TEST_F(Favourites, AMarkAlsoGoesToTheMastersFirstStationWithTheIdentifier) {
     window.table.selectRow(3);
     controller->favMenuItem();
     EXPECT_EQ(marked(), (Names{"KDEN", "KDEN"}));
@@ -237,14 +237,14 @@ TEST_F(Favourites, ASelectionFetchesItsWeatherAndShowsItWhenTheMetarsAreComplete
     controller->requestSelectedWeather();
     EXPECT_EQ(window.metarBackField.text, "");
     EXPECT_EQ(host.urlSessions.addresses().size(), 2U);
-    // This time the TAF comes too late to be shown.
+    // This time the TAF arrives too late to be shown.
     EXPECT_TRUE(answer("metars", "METAR KDEN NEWER"));
     EXPECT_TRUE(answer("TAFs", "TAF KDEN"));
     EXPECT_EQ(window.metarBackField.text, "METAR KDEN NEWER\n");
     EXPECT_EQ(window.tafBackFiled.text, "");
 }
 
-TEST_F(Favourites, OnlyTheLastRequestIsNotYieldingAndOnlyFetchAgainRevalidates) {
+TEST_F(Favourites, ANewRequestSupersedesEarlierOnesAndOnlyFetchAgainRevalidates) {
     const auto states = [this] {
         std::string text;
         for (const auto& request : host.urlSessions.requests()) {
@@ -272,8 +272,8 @@ TEST_F(Favourites, FavoriteWeatherListsTheSelectedStationThenTheFavorites) {
     host.timers.fire();
     EXPECT_EQ(window.metarBackField.text, "Requesting METARs");
     EXPECT_EQ(window.tafBackFiled.text, "Requesting TAFs");
-    // Of the start's grabber, which nothing stops.
-    support::waitUntil("the end of the start's walks", [&] {
+    // Answer the grabber made at the start: nothing stops it.
+    support::waitUntil("the end of the walks begun at the start", [&] {
         const bool isOver = !answer("TAFs", "old") && host.urlSessions.openRequests() <= 2;
         if (!isOver) {
             answer("metars", "old");
@@ -305,13 +305,13 @@ TEST_F(Favourites, TheTimerFetchesNothingUnlessSwitchedOnWithFavoritesAndASelect
     EXPECT_EQ(host.urlSessions.openRequests(), selected + 2);
 }
 
-TEST_F(Favourites, StartUpFetchesThemOnlyAfterTheFileWasRead) {
+TEST_F(Favourites, StartUpFetchesTheirWeatherOnlyAfterReadingTheFile) {
     store({"LSZH"});
     host.userDefaults.setObject(platform::Number(std::int64_t{1}), "displayfavweather");
     const std::size_t before = host.urlSessions.openRequests();
     restart();
     EXPECT_EQ(window.metarBackField.text, "Requesting METARs");
-    // One grabber for the selection, one with the favourites.
+    // Two requests for the selection alone, and two by the grabber that has the favourites too.
     EXPECT_EQ(host.urlSessions.openRequests(), before + 4);
     EXPECT_EQ(controller->wGrabber->stationsToCollectWeatherFrom.size(), 2U);
 }

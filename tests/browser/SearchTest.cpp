@@ -18,7 +18,7 @@ protected:
     }
 };
 
-TEST_F(StationFilter, SearchesTermsFromTheLastToTheFirstInTheModeInForce) {
+TEST_F(StationFilter, SearchesTermsFromLastToFirstInTheChosenMode) {
     struct {
         int mode;
         const char* text;
@@ -79,7 +79,7 @@ TEST_F(StationFilter, DistancesAreMeasuredFromTheSelectedRowOverTheWholeCatalogu
         chooseDistance(row.item);
         EXPECT_EQ(shown(), row.found);
     }
-    // The selected station is not among those near it: nothing is selected any more.
+    // The selected station is not near itself, so it is not listed and nothing stays selected.
     window.table.selectRow(1);
     chooseDistance(0);
     EXPECT_EQ(window.table.selected, -1);
@@ -89,7 +89,7 @@ TEST_F(StationFilter, DistancesAreMeasuredFromTheSelectedRowOverTheWholeCatalogu
     EXPECT_EQ(shown(), Names{});
 }
 
-TEST_F(StationFilter, TheMapShowsTwoKilometresAroundTheSelectedStationInTheTypeInForce) {
+TEST_F(StationFilter, TheMapShowsTwoKilometresAroundTheSelectedStationInTheChosenType) {
     window.switchieDu.segment = 2;
     controller->switchieswitcheDu();
     EXPECT_EQ(window.mapV.mapType, 2);
@@ -97,7 +97,7 @@ TEST_F(StationFilter, TheMapShowsTwoKilometresAroundTheSelectedStationInTheTypeI
     window.table.selectRow(0);
     EXPECT_EQ(window.mapV.mapType, 2);
     EXPECT_EQ(window.mapV.centre->latitude, 37.62);
-    // The fake fits by doubling the width.
+    // The fake map fits a region by doubling its width.
     EXPECT_NEAR(window.mapV.region->latitudeSpan * 110996, 2000, 2);
     EXPECT_NEAR(window.mapV.region->longitudeSpan * 88269, 4000, 4);
     const auto before = window.mapV.region->centre;

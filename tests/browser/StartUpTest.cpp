@@ -10,7 +10,7 @@ TEST_F(StartUp, ShowsTheShippedCatalogue) {
     EXPECT_EQ(window.table.rows, 3);
     EXPECT_EQ(window.cell(1, "3"), "KDEN");
     EXPECT_EQ(window.words.text, "3 stations");
-    // The second row.
+    // The second row, not the first.
     EXPECT_EQ(window.table.selected, 1);
     EXPECT_EQ(window.switchie.segment, 0);
     EXPECT_EQ(window.distButton.item, 0);
