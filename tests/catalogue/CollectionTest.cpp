@@ -49,7 +49,7 @@ TEST(Collection, SearchesTheFirstPresentArgumentOnly) {
         {"", "san", {}, {}},
         {{}, "san ", "florida", {"KSFO"}},
         {{}, "z\xC3\xBCr", {}, {"LSZH"}},
-        // A dotted capital I lower-cases to two characters; the Kelvin sign to a plain k.
+        // A dotted capital I lower-cases to two characters, the Kelvin sign to a plain k.
         {{}, "i\xCC\x87stan", {}, {"-"}},
         {{}, "\xE2\x84\xAA", {}, {"-"}},
         {{}, {}, "a ", {"KSFO", "ksfb"}},
@@ -73,7 +73,7 @@ TEST(Collection, FindsTheFirstStationOfExactlyThatIdentifier) {
     }
 }
 
-TEST(Collection, GroupsByRegionLeavingTheFirstOfEachUncounted) {
+TEST(Collection, GroupsByRegionWithoutCountingTheFirstStationOfEach) {
     auto collection = makeCollection({{"A", {}, "ONE"},
                                       {"B", {}, std::nullopt},
                                       {"C", {}, "TWO"},
@@ -88,7 +88,7 @@ TEST(Collection, GroupsByRegionLeavingTheFirstOfEachUncounted) {
     EXPECT_EQ(groups[2]->numberOfStations, 0);
     EXPECT_FALSE(groups[1]->stateName || groups[3]->stateName);
 
-    // No more than 300 groups are made, but those that are there grow.
+    // At most 300 groups are made, but existing ones go on growing.
     for (int i = 0; i < 310; ++i) {
         collection->stations->push_back(makeStation({"X", {}, "REGION " + std::to_string(i)}));
     }
@@ -99,8 +99,8 @@ TEST(Collection, GroupsByRegionLeavingTheFirstOfEachUncounted) {
     EXPECT_EQ(identifiers(*(*collection->stateByStateCollection)[2]->stations), (Names{"C", "Y"}));
 }
 
-TEST(Collection, WithinIsStrictlyBelowTheLimitInTwiceTruncatedMiles) {
-    // Along the equator a degree is 111319.4908 m.
+TEST(Collection, WithinMeansStrictlyBelowTheLimitInTwiceTruncatedMiles) {
+    // One degree along the equator is 111319.4908 m.
     const auto eastBy = [](double metres) { return metres / 111319.490793; };
     const auto collection = makeCollection({
         {"CENT"},

@@ -36,7 +36,7 @@ TEST(ListFile, IsDecodedByItsMarkAndEndsLinesWithLineFeeds) {
     EXPECT_FALSE(readListFile("/dev/zero"));
 }
 
-// The first has both columns one to the right of where the parser reads them, the second neither.
+// The IATA and SYNOP columns: one to the right of where the parser reads them, in place, and blank.
 const std::string shifted =
     "AK ADAK NAS         PADK  ADK   70454  51 53N  176 39W    4   X     T          7 US";
 const std::string straight =
@@ -48,7 +48,7 @@ std::string with(std::size_t column, const std::string& text, std::string line) 
     return line.replace(column, text.size(), text);
 }
 
-TEST(ListFile, RealignsLineByLineWhatNineTenthsOfTheListNeed) {
+TEST(ListFile, RealignsShiftedLinesIfNineTenthsOfTheListAreShifted) {
     const auto times = [](int count, const std::string& line) {
         std::string lines;
         while (count-- > 0) {
@@ -72,14 +72,14 @@ TEST(ListFile, RealignsLineByLineWhatNineTenthsOfTheListNeed) {
         {"short lines stay", shifted + "\n" + shifted.substr(0, 82),
          straight + "\n" + shifted.substr(0, 82), 1, 1},
         {"a line in the other form stays", nine + straight, nineStraight + straight, 9},
-        {"a tenth is not enough", shifted + "\n" + nineStraight, shifted + "\n" + nineStraight, 0,
-         1},
-        {"two of ten are too many", times(8, shifted) + times(2, straight),
+        {"a tenth shifted is not enough", shifted + "\n" + nineStraight,
+         shifted + "\n" + nineStraight, 0, 1},
+        {"two unshifted lines in ten are too many", times(8, shifted) + times(2, straight),
          times(8, shifted) + times(2, straight), 0, 8},
         {"a stray digit among bare lines moves none of them",
          times(30, bare) + straight + "\n" + with(36, "1", bare),
          times(30, bare) + straight + "\n" + with(36, "1", bare), 0, 1},
-        {"nor one among lines whose codes stand right",
+        {"nor does one among lines whose codes are in place",
          times(9, with(31, "     ", straight)) + with(36, "1", bare),
          times(9, with(31, "     ", straight)) + with(36, "1", bare), 0, 1},
         {"a stray byte before the code", nine + with(24, "x", shifted),
@@ -90,7 +90,7 @@ TEST(ListFile, RealignsLineByLineWhatNineTenthsOfTheListNeed) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
-        // Behind a first line, which is never read.
+        // The first line of a list is never read.
         const auto list = alignedList("!\n" + row.text);
         EXPECT_EQ(list.text, "!\n" + row.aligned);
         EXPECT_EQ(list.realignedLines, row.realigned);
@@ -98,25 +98,25 @@ TEST(ListFile, RealignsLineByLineWhatNineTenthsOfTheListNeed) {
     }
 }
 
-TEST(ListFile, LettersOfSeveralBytesDoNotPushTheColumns) {
+TEST(ListFile, LettersOfSeveralBytesDoNotShiftTheColumns) {
     const std::string rest = straight.substr(20);
     struct {
         const char* what;
         std::string line, aligned;
         std::size_t odd = 0;
     } const rows[] = {
-        {"blanks are given up", "AK S\u00C3O PAULO       " + rest,
-         "AK S\u00C3O PAULO       " + rest},
+        {"blanks make room", "AK S\u00C3O PAULO       " + rest, "AK S\u00C3O PAULO       " + rest},
         {"laid out by characters", "AK S\u00C3O PAULO        " + rest,
          "AK S\u00C3O PAULO       " + rest},
         {"in the public form too", "AK S\u00C3O PAULO        " + shifted.substr(20),
          "AK S\u00C3O PAULO       " + rest},
-        {"no blank to give", "AK S\u00C3O PAULO CAMPOS " + rest, "AK S\u00C3O PAULO CAMPO " + rest},
+        {"no blank to spare", "AK S\u00C3O PAULO CAMPOS " + rest,
+         "AK S\u00C3O PAULO CAMPO " + rest},
         {"the last letter is not cut", "AK SAO PAULO CAMP\u00D5S " + rest,
          "AK SAO PAULO CAMP\u00D5 " + rest},
         {"the last letter does not fit", "AK SAO PAULO CAMPO\u00D5 " + rest,
          "AK SAO PAULO CAMPO  " + rest},
-        {"elsewhere there is nothing to give",
+        {"outside the name nothing makes room",
          straight.substr(0, 28) + "\u00C3" + straight.substr(29),
          straight.substr(0, 28) + "\u00C3" + straight.substr(29), 1},
     };

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Every archived field of a collection, for comparing.
+/// Every archived field of a collection, as text to compare.
 std::string described(const AviationWeatherStationCollection& collection) {
     std::string text = fmt::format(
         "{} {} {}\n",
@@ -38,7 +38,7 @@ std::string described(const AviationWeatherStationCollection& collection) {
     return text;
 }
 
-/// No field is empty, and no two are alike.
+/// A collection in which no field is empty and no two fields are equal.
 std::shared_ptr<AviationWeatherStationCollection> fullCollection() {
     auto collection = makeCollection({{"KABC", "NAME OF STATION ", "REGION OF IT ", 12.5, -34.75}});
     auto& station = *collection->stations->front();
@@ -61,7 +61,7 @@ std::shared_ptr<AviationWeatherStationCollection> fullCollection() {
     return collection;
 }
 
-TEST(Packages, AreReadAndWrittenUnderTheSameNamesForEver) {
+TEST(Packages, KeepTheirKeysAndClassNamesForEver) {
     const auto read = catalogue::readPackage(support::pinnedArchive("catalogue.STNPKG"));
     ASSERT_TRUE(read);
     EXPECT_EQ(described(*read),
@@ -75,7 +75,7 @@ TEST(Packages, AreReadAndWrittenUnderTheSameNamesForEver) {
     support::expectWrittenAs("catalogue.STNPKG", written);
 }
 
-TEST(Packages, AbsentBrokenAndForeignFilesAreNoCollection) {
+TEST(Packages, AbsentBrokenAndForeignFilesGiveNoCollection) {
     const support::TemporaryFolder folder;
     const auto path = folder / "a.STNPKG";
     EXPECT_FALSE(catalogue::readPackage(folder.path()));
@@ -89,7 +89,7 @@ TEST(Packages, AbsentBrokenAndForeignFilesAreNoCollection) {
     }
 }
 
-TEST(Packages, MemoryThatRunsOutLeavesNothingHalfRead) {
+TEST(Packages, RunningOutOfMemoryLeavesNothingHalfRead) {
     const support::TemporaryFolder folder;
     const auto path = folder / "a.STNPKG";
     ASSERT_TRUE(platform::KeyedArchiver::archiveRootObject(fullCollection(), path));
@@ -112,7 +112,7 @@ TEST(Packages, MemoryThatRunsOutLeavesNothingHalfRead) {
               1U);
 }
 
-TEST(Packages, ReadAnotherWritersStation) {
+TEST(Packages, AreReadFromAnotherWriter) {
     const std::filesystem::path folder = NOSIG_SHARED_DATA "/archives";
     if (!std::filesystem::exists(folder)) {
         GTEST_SKIP() << "other writers' archives are not at " << folder;

@@ -18,7 +18,7 @@ using namespace std::string_literals;
 const std::string sample =
     "ZZ SAMPLE FIELD     KZZQ ZZQ   72999   39 52N  104 40W 1656   X     T     A    7 US";
 
-/// A line like the sample with `text` from `column` on.
+/// `line` with `text` written over it from `column` on.
 std::string with(std::size_t column, const std::string& text, std::string line = sample) {
     return line.replace(column, text.size(), text);
 }
@@ -44,8 +44,8 @@ protected:
     support::FakeHost host;
 };
 
-TEST_F(StationParser, ReadsEveryFieldAtItsColumnsAndNothingBeside) {
-    // No column holds what a neighbour does.
+TEST_F(StationParser, ReadsEachFieldFromItsOwnColumnsOnly) {
+    // No two neighbouring columns hold the same character.
     const std::string line =
         "ABcDEFGHIJKLMNOPQRStUVWXyZabdef12345ghi67j18Skl123m24W98760nopqrstuvwxyz!#"
         "$%&()*+,-/";
@@ -99,21 +99,21 @@ TEST_F(StationParser, LogsAndLeavesOutStationsOutsideTheGlobe) {
     EXPECT_EQ(host.log.lines(), (std::vector<std::string>{"KZZQ", "KZZQ"}));
 }
 
-TEST_F(StationParser, TextThatAColumnCutsInACharacterIsAbsent) {
+TEST_F(StationParser, TextCutInTheMiddleOfACharacterIsAbsent) {
     const auto cut = station(with(18, "\xC3\xA9"));
     EXPECT_FALSE(cut->stationName);
     EXPECT_EQ(cut->ICAO, "KZZQ");
     EXPECT_EQ(station(with(17, "\xC3\xA9"))->stationName, "SAMPLE FIELD  \xC3\xA9");
 }
 
-TEST_F(StationParser, ClassifiesLinesByWhatPrecedesAndBeginsThem) {
+TEST_F(StationParser, ClassifiesLinesByHowTheyBeginAndWhatPrecedesThem) {
     struct {
         const char* what;
-        std::string text;                 // "~" for a station's line
-        std::vector<std::string> regions; // of the stations kept; "-" for none
+        std::string text;                 // "~" is a station line
+        std::vector<std::string> regions; // of the stations kept; "-" is none
         bool error = false;
     } const rows[] = {
-        {"the first line is not looked at", "~~", {"-"}},
+        {"the first line is not read", "~~", {"-"}},
         {"comments and headings are skipped", "!\n! x\nCD y\n~", {"-"}},
         {"a header needs a blank line before it", "!\n\nAA 1\n~BB 2~", {"AA ", "AA "}},
         {"a second blank line begins the name", "!\n\n\nAA 1\n~", {"\nAA "}},
@@ -141,13 +141,13 @@ TEST_F(StationParser, ClassifiesLinesByWhatPrecedesAndBeginsThem) {
 }
 
 TEST_F(StationParser, IgnoresAHeaderAtOneOddPlace) {
-    // The first byte, taken as signed, plus the digit's place less one is 32.
+    // The place where the first byte, taken as signed, plus the digit's offset minus one is 32.
     const std::string list = "\n\nAA 1\n" + sample + "\n";
     EXPECT_EQ(parse("\x1c"s + list)->stationArray()->at(0)->stateName, "AA ");
     EXPECT_FALSE(parse("\x1b"s + list)->stationArray()->at(0)->stateName);
 }
 
-TEST_F(StationParser, TextTooShortMakesNoCollectionButStillAnnouncesItsEnd) {
+TEST_F(StationParser, TooShortATextMakesNoCollectionButItsEndIsAnnounced) {
     int announcements = 0;
     const auto token = host.notificationCenter.addObserver(stationparser::StationParseDone,
                                                            [&](const auto&) { ++announcements; });
@@ -177,7 +177,7 @@ TEST_F(StationParser, ReadsThePublicList) {
     EXPECT_EQ(collection.stationWithICAOID("PADK")->SYNOPIndex, 70454);
 }
 
-TEST_F(StationParser, SurvivesTheListCutAnywhereAndForeignBytes) {
+TEST_F(StationParser, SurvivesAListCutAnywhereAndForeignBytes) {
     const std::string list =
         "!\n\nAA 1\n" + sample + "\n" + with(0, "CD") + "\n\nBB 2\n" + sample + "\n";
     for (std::size_t length = 0; length <= list.size(); ++length) {
