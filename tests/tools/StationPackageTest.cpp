@@ -30,14 +30,14 @@ const std::string list = "! a list\n\nSOMEWHERE 1\n" + station + "\n";
 using Write = std::function<void(KeyedArchiver&)>;
 
 struct Result {
-    /// -1 when it ended by a signal.
+    /// -1 if a signal ended the tool.
     int status = -1;
     std::string output, errors;
 };
 
 class StationPackage : public testing::Test {
 protected:
-    /// Runs the tool itself; `output` is where its standard output goes instead of into the result.
+    /// Runs the tool itself. If `output` is given, standard output goes there, not into the result.
     Result run(const std::vector<std::string>& words, const char* output = nullptr) {
         std::string command = NOSIG_BINARY_DIR "/bin/stationpackage";
         for (const auto& word : words) {
@@ -56,7 +56,8 @@ protected:
         return path;
     }
 
-    /// A package of one station, each written with these fields only.
+    /// A package of one station. `ofCollection` adds fields to the collection; `ofStation` writes
+    /// all fields of the station.
     std::string package(const Write& ofCollection, const Write& ofStation) {
         return written(
             std::make_shared<Record>("AviationWeatherStationCollection", [&](KeyedArchiver& coder) {
@@ -72,7 +73,7 @@ protected:
     support::TemporaryFolder folder;
 };
 
-TEST_F(StationPackage, CommandsThatAreNotUnderstoodGetTheUsage) {
+TEST_F(StationPackage, UnknownCommandsPrintTheUsage) {
     for (const auto& words : std::vector<std::vector<std::string>>{
              {}, {"make"}, {"make", "list"}, {"print"}, {"check", "a", "b"}, {"list", "a"}}) {
         const auto result = run(words);
@@ -85,7 +86,7 @@ TEST_F(StationPackage, CommandsThatAreNotUnderstoodGetTheUsage) {
     EXPECT_THAT(help.output, HasSubstr("check FILE"));
 }
 
-TEST_F(StationPackage, MakesPackagesAndSaysWhatTheListNeeded) {
+TEST_F(StationPackage, MakesPackagesAndReportsWhatItRealigned) {
     std::string shifted;
     for (int i = 0; i < 20; ++i) {
         shifted += "ZZ SAMPLE FIELD     KZZQ  ZZQ   72999  39 52N  104 40W 1656   X     T     A    "
@@ -134,7 +135,7 @@ TEST_F(StationPackage, MakesPackagesAndSaysWhatTheListNeeded) {
     EXPECT_THAT(run({"make", (folder / "none").string(), "x"}).status, 1);
 }
 
-TEST_F(StationPackage, PrintsOneLineAStationWhateverItsTextsHold) {
+TEST_F(StationPackage, PrintsOneLinePerStationWhateverItsTextsContain) {
     auto collection = makeCollection({{"K\x1b[2J", "a\tb\\\n\xC2\x9B",
                                        "\xE2\x80\xAE"
                                        "C\xC3\x98",
@@ -174,7 +175,7 @@ TEST_F(StationPackage, ChecksEveryField) {
     const struct {
         const char* key;
         Value value;
-        /// Nothing for a sound field.
+        /// Empty for a sound field.
         std::string fault;
         bool isOfCollection = false;
     } rows[] = {
@@ -206,11 +207,11 @@ TEST_F(StationPackage, ChecksEveryField) {
                         ? testing::Matcher<std::string>(IsEmpty())
                         : testing::StartsWith("stationpackage: " + file + ": \"" + row.key +
                                               "\" of " + owner + " " + row.fault + ".\n"));
-        EXPECT_EQ(run({"print", file}).status, 0) << "reading goes on without the field";
+        EXPECT_EQ(run({"print", file}).status, 0) << "reading must go on without the field";
     }
 }
 
-TEST_F(StationPackage, ChecksTheWhole) {
+TEST_F(StationPackage, ReportsEveryFaultOfAFile) {
     auto sound = makeCollection({{"KAAA"}, {"KBBB"}});
     auto wrong = makeCollection({{"KAAA"}, {"K\x1b", {}, {}, 91, 0}});
     wrong->numberOfStations = 7;

@@ -4,7 +4,7 @@
 #include "platform/host/NotificationCenter.h"
 #include "tests/support/WeatherServer.h"
 
-/// Keeps what grabbers post, such as "updateMetar: KJFK 010950Z".
+/// Records what grabbers post, in the form "updateMetar: KJFK 010950Z".
 struct Posts {
     explicit Posts(platform::NotificationCenter& center) {
         for (const char* name :
@@ -18,7 +18,7 @@ struct Posts {
             }));
         }
     }
-    /// What has come when it is so many; fails where it is not.
+    /// Waits for `count` posts and returns all so far. Fails the test if too few come.
     std::vector<std::string> waitFor(std::size_t count) {
         std::unique_lock lock(mutex);
         EXPECT_TRUE(

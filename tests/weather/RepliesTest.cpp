@@ -16,7 +16,7 @@ std::string contentsOf(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// What a grabber posts for one station, each kind's update with its seal: the METARs' reply is
+/// What a grabber posts for one station: for each kind an update and a seal. The METAR reply is
 /// handled first.
 std::vector<std::string> postsFor(const std::optional<std::string>& metarReply,
                                   const std::optional<std::string>& tafReply) {
@@ -43,7 +43,7 @@ TEST(WeatherReplies, YieldTheTextOfEachLayout) {
         std::vector<std::string> expected;
     } cases[] = {
         {"classic-metar.xml", metarPosts(metar)},
-        // Run together, with the white space between the second METAR and its first element.
+        // Both texts, with the white space between the second METAR tag and its first element.
         {"classic-two-metars.xml",
          metarPosts(metar + "      EFHK 010920Z 21009KT 6000 -SN OVC012 M03/M04 Q1010 NOSIG")},
         {"classic-empty.xml", metarPosts("")},
@@ -66,7 +66,7 @@ TEST(WeatherReplies, YieldTheTextOfEachLayout) {
     }
 }
 
-TEST(WeatherReplies, YieldWhatTheirElementsClosedOff) {
+TEST(WeatherReplies, YieldTheTextOfClosedElements) {
     const std::string raw = "<raw_text>KAAA 1</raw_text>";
     const struct {
         std::string reply;
@@ -81,7 +81,7 @@ TEST(WeatherReplies, YieldWhatTheirElementsClosedOff) {
         {"<r><TAF>" + raw + "</TAF></r>", ""},
         {"<r><TAF>TAF</TAF><METAR>" + raw + "</METAR></r>", "TAFKAAA 1"},
         {"<m:METAR xmlns:m='urn:m'>" + raw + "</m:METAR>", "KAAA 1"},
-        // A fault: what stands before it is kept, what is not closed off is not.
+        // At a fault, closed elements before it count; an open one does not.
         {"<r><METAR>" + raw + "</METAR><METAR>KBBB", "KAAA 1"},
         {"<r><METAR>" + raw + "</METAR>&nothing;", "KAAA 1"},
         {"<r><METAR>" + raw, ""},

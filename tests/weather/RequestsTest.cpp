@@ -9,7 +9,7 @@ namespace {
 
 using Addresses = std::vector<std::string>;
 
-TEST(WeatherRequests, AskForOneStationAtTheServerOfTheSettings) {
+TEST(WeatherRequests, AskTheServerInTheSettingsForOneStation) {
     const std::string keys = "/adds/dataserver_current/httpparam?dataSource=";
     const std::string middle = "&requestType=retrieve&format=xml&stationString=";
     const struct {
@@ -38,7 +38,7 @@ TEST(WeatherRequests, AskForOneStationAtTheServerOfTheSettings) {
     }
 }
 
-TEST(WeatherRequests, OfOneGrabberAreMarkedTogether) {
+TEST(WeatherRequests, OfOneGrabberAreSupersededAndRevalidatedTogether) {
     support::FakeHost host;
     const auto grabber = SCWeatherGrabber::init(host.host);
     const auto other = SCWeatherGrabber::init(host.host);

@@ -7,13 +7,13 @@
 namespace weather {
 namespace {
 
-TEST(RetiredAddresses, LeadMetarAndTafQuestionsOfTheDefaultServerToTheirSuccessors) {
+TEST(RetiredAddresses, OfMetarsAndTafsAtTheDefaultServerHaveSuccessors) {
     const std::string old = "https://aviationweather.gov/adds/dataserver_current/httpparam?";
     const std::string metar = "https://aviationweather.gov/api/data/metar?ids=KJFK&format=xml";
     const std::string taf = "https://aviationweather.gov/api/data/taf?ids=KJFK&format=xml";
     const std::string middle = "&requestType=retrieve&format=xml&stationString=KJFK"
                                "&hoursBeforeNow=1&";
-    // Addresses and their successors, which are the same where none is given.
+    // Each address and its successor; an empty successor means that the address stays.
     const std::pair<std::string, std::string> cases[] = {
         {old + "dataSource=metars" + middle + "mostRecentForEachStation=true", metar},
         {old + "dataSource=TAFs" + middle + "mostRecent=true", taf},

@@ -14,7 +14,7 @@ namespace {
 using support::WeatherServer;
 using Texts = std::vector<std::string>;
 
-/// A host whose sessions reach one server.
+/// A host whose data server is the given one, reached through real sessions.
 struct Walks {
     explicit Walks(const WeatherServer& server)
         : sessions(fake.notificationCenter, server.options()) {
@@ -35,7 +35,7 @@ StationArray stations(const std::vector<std::optional<std::string>>& identifiers
     return made;
 }
 
-/// The reply with the report of one kind, "METAR" or "TAF", and one station.
+/// A reply with the report of one station; `kind` is "METAR" or "TAF".
 std::string replyOf(const std::string& kind, const std::string& station) {
     return "<r><" + kind + "><raw_text>" + kind + " " + station + "</raw_text></" + kind + "></r>";
 }
@@ -43,7 +43,7 @@ std::string replyOf(const std::string& kind, const std::string& station) {
 TEST(WeatherWalks, PostEachStationsTextInTheOrderOfTheReplies) {
     struct Reply {
         std::string kind, station;
-        /// What its handling posts. Without a post the transfer is cut off.
+        /// What handling it posts. If empty, the transfer fails.
         Texts posts;
     };
     const std::string metars = "updateMetar: \nMETARS for Favorites\n------";
@@ -53,7 +53,7 @@ TEST(WeatherWalks, PostEachStationsTextInTheOrderOfTheReplies) {
         StationArray stations;
         std::vector<Reply> replies;
     } cases[] = {
-        {"one station, whose TAF stands behind its METAR's capture",
+        {"one station, whose TAF is appended to its METAR",
          stations({"KAAA"}),
          {{"METAR", "KAAA", {"updateMetar: METAR KAAA", "sealMetar: METAR KAAA"}},
           {"TAF", "KAAA", {"updateTaf: METAR KAAATAF KAAA", "sealTaf: METAR KAAATAF KAAA"}}}},
@@ -99,8 +99,8 @@ TEST(WeatherWalks, PostEachStationsTextInTheOrderOfTheReplies) {
     }
 }
 
-/// Answers many requests at once. In the middle of its list, at the gate of its name, a grabber
-/// waits.
+/// Answers many requests at once. In the middle of its list, a grabber waits at the gate of its
+/// name.
 struct WalkedServer {
     WeatherServer server{[this](const httplib::Request& request, httplib::Response& response) {
         const std::string station = request.get_param_value("stationString");
@@ -112,7 +112,7 @@ struct WalkedServer {
     }};
 };
 
-/// Identifiers that tell the grabber and the place in its list, of 200.
+/// 200 stations whose identifiers give the grabber and the place in its list.
 StationArray manyStations(char grabber) {
     StationArray made;
     for (int i = 1000; i < 1200; ++i) {
@@ -121,7 +121,7 @@ StationArray manyStations(char grabber) {
     return made;
 }
 
-TEST(WeatherWalks, OfSeveralGrabbersGoOnWhenTheirOwnerLetsThemGo) {
+TEST(WeatherWalks, GoOnWhenTheOwnersOfTheirGrabbersReleaseThem) {
     WalkedServer walked;
     Walks walks(walked.server);
     std::vector<std::weak_ptr<SCWeatherGrabber>> grabbers;
@@ -133,7 +133,7 @@ TEST(WeatherWalks, OfSeveralGrabbersGoOnWhenTheirOwnerLetsThemGo) {
         walks.posts.waitFor(grabbers.size() * 100);
     }
     current.reset();
-    // All three are in the middle of their lists, and go on side by side.
+    // All three are in the middle of their lists, and now go on side by side.
     walked.server.gates.openAll();
     const Texts posts = walks.posts.waitFor(3 * 2 * (200 + 1 + 1));
     walks.sessions.stop();
@@ -148,7 +148,7 @@ TEST(WeatherWalks, OfSeveralGrabbersGoOnWhenTheirOwnerLetsThemGo) {
         const std::string update = start[0] == 'M' ? "updateMetar: " : "updateTaf: ";
         int place = 1000;
         for (const std::string& post : posts) {
-            // Behind the last text of the walk that ended first, where that is left.
+            // The last text of the other walk may precede it, if that walk has ended.
             if (post.starts_with(update) && post.ends_with(start + std::to_string(place))) {
                 ++place;
             }
@@ -157,7 +157,7 @@ TEST(WeatherWalks, OfSeveralGrabbersGoOnWhenTheirOwnerLetsThemGo) {
     }
 }
 
-TEST(WeatherWalks, EndWithTheProgramInTheMiddle) {
+TEST(WeatherWalks, EndMidwayWhenTheSessionsStop) {
     WalkedServer walked;
     std::weak_ptr<SCWeatherGrabber> observed;
     Walks walks(walked.server);
@@ -175,7 +175,7 @@ TEST(WeatherWalks, EndWithTheProgramInTheMiddle) {
     EXPECT_EQ(walks.posts.texts.size(), posts);
 }
 
-TEST(DataServerSessions, AskTheDefaultServerByNameAndNoMoreThanItBears) {
+TEST(DataServerSessions, NameTheProgramAndKeepToTheDefaultServersLimit) {
     std::mutex mutex;
     std::set<std::string> agents;
     WeatherServer server([&](const httplib::Request& request, httplib::Response& response) {
