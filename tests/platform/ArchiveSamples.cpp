@@ -28,7 +28,7 @@ void Beacon::encodeWithCoder(KeyedArchiver& coder) const {
     coder.encodeBytes(signal, "signal");
     coder.encodeObject(price, "$price");
     coder.encodeObject(Null(), "other");
-    // The later value of a key counts.
+    // A later value of the same key replaces the earlier one.
     coder.encodeObject(other, "other");
     coder.encodeObject(loose);
     coder.encodeInteger(looseNumber);
@@ -129,7 +129,7 @@ struct Shower {
     std::string operator()(Null) const { return "<null>"; }
     std::string operator()(const std::string& text) const { return '"' + text + '"'; }
     std::string operator()(const Number& number) const {
-        // The place in the variant tells the kind.
+        // The index in the variant says which kind of number it is.
         return std::visit(
             [&](auto value) {
                 return fmt::format("{}{}", "biufd"[number.storage().index()], value);

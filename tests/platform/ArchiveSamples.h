@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-/// What the tests of keyed archives archive, and how they look at it.
+/// What the tests of keyed archives write, and helpers that show what they read.
 namespace samples {
 
 /// An object with a field of each kind.
@@ -34,44 +34,43 @@ struct Beacon final : platform::Archivable {
     initWithCoder(platform::KeyedUnarchiver& coder);
 };
 
-/// With "Beacon" in it.
+/// A table that knows the class "Beacon".
 [[nodiscard]] const platform::ClassTable& classes();
 [[nodiscard]] platform::Unarchived unarchived(const std::optional<platform::Data>& archive);
-/// Empty when there is none.
+/// Empty if nothing was misread.
 [[nodiscard]] std::string firstMisreading(const platform::Unarchived& result);
 
 [[nodiscard]] std::shared_ptr<platform::Array> arrayOf(std::vector<platform::Value> elements,
                                                        bool isMutable = true);
 [[nodiscard]] std::shared_ptr<platform::Dictionary>
 dictionaryOf(std::map<std::string, platform::Value, std::less<>> entries, bool isMutable = true);
-/// No field of it is empty.
+/// A beacon with no empty field.
 [[nodiscard]] std::shared_ptr<Beacon> richBeacon();
-/// Bytes written as hexadecimal digits, blanks between them at will.
+/// The bytes of hexadecimal digits; blanks between digits are ignored.
 [[nodiscard]] platform::Data hex(std::string_view digits);
 
-/// A value and all it holds as text that tells kinds, mutability and classes apart: [mutable
-/// array], (array), {mutable=dictionary}, <other kinds>, and "-" for an absent value. Of an object
-/// only the fields that are not empty.
+/// A value and all its contents as text that distinguishes kinds, mutability and classes: [mutable
+/// array], (array), {mutable=dictionary}, <other kinds>, and "-" for an absent value. Objects show
+/// only fields that are not empty.
 [[nodiscard]] std::string shown(const platform::Value& value);
 
-/// Puts together archives that `KeyedArchiver` would not write, from objects in a notation:
-/// 'text', <data>, true, 5, 5.0, [array elements], [one*1000], {key=value key=value};
-/// #5 refers to slot 5, @object to a new slot with that object; Name:Ancestor{key=value} is the
-/// record of a class.
+/// Makes archives that `KeyedArchiver` would not write. Objects are given in a notation: 'text',
+/// <data>, true, 5, 5.0, [array elements], [one*1000], {key=value key=value}. #5 refers to slot 5,
+/// @object to a new slot with that object; Name:Ancestor{key=value} is a record of a class.
 class Forger {
 public:
     using Ref = platform::plist::Ref;
 
     Ref object(std::string_view notation);
     std::uint32_t addSlot(Ref object);
-    /// An archive whose next slots hold these objects, and the first one is its root.
+    /// An archive whose next slots hold these objects. The first of them is the root.
     [[nodiscard]] platform::Data archive(const std::vector<std::string>& objects);
     [[nodiscard]] platform::Unarchived read(const std::vector<std::string>& objects) {
         return unarchived(archive(objects));
     }
 
     platform::plist::Writer list;
-    /// Entries that replace those of the archive's frame; an empty one leaves it out.
+    /// Entries that replace those of the archive's frame; an empty text leaves the entry out.
     std::map<std::string, std::string> frame;
 
 private:

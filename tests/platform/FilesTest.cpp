@@ -41,14 +41,14 @@ TEST(Files, ReadsWholeRegularFilesWithinTheLimit) {
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_EQ(readFile(pipe, 5), std::nullopt);
 
-    // The kernel tells a size of 0 for these and lets them be read nevertheless.
+    // The kernel reports a size of 0 for these files, but they can be read.
     EXPECT_THAT(text(readFile("/proc/self/status", 1 << 20)).value(), testing::StartsWith("Name:"));
 }
 
 TEST(Files, ReplacingKeepsPermissionsAndLinks) {
     const support::TemporaryFolder folder;
     const fs::path file = folder.write("old", "old");
-    // The usual mask of a process takes the group's writing away.
+    // The usual umask would remove the group's permission to write.
     const auto permissions = fs::perms::owner_read | fs::perms::group_write;
     fs::permissions(file, permissions);
     fs::create_directory(folder / "elsewhere");
@@ -75,7 +75,7 @@ TEST(Files, AFailedReplacementLeavesEverythingAsItWas) {
     EXPECT_TRUE(replaceFile(folder / "missing/file", bytesOf("x")));
     EXPECT_TRUE(replaceFile(folder.path(), bytesOf("x")));
 
-    // A disk that is full half-way: no file of this process may grow past a few bytes.
+    // As if the disk filled up midway: no file of this process may grow past 16 bytes.
     rlimit before{};
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
     const rlimit tiny{16, before.rlim_max};

@@ -14,8 +14,8 @@ namespace {
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 TEST(Geodesy, MeasuresAlongTheEllipsoid) {
-    // Reference values: equatorial degree of WGS84, half a meridian, and a published example
-    // of the inverse problem (Wellington to Salamanca).
+    // Reference values: an equatorial degree of WGS84, half a meridian, and a published example of
+    // the inverse problem (Wellington to Salamanca).
     struct {
         Location from, to;
         double metres;
@@ -49,7 +49,7 @@ TEST(Geodesy, BoundNeverExceedsTheDistance) {
         for (const double enough : {0.0, 16093.0, 1e9}) {
             const double least = DistanceBound(from).leastMetres(to, enough);
             EXPECT_LE(least, metres);
-            // A bound of no use would be one, too.
+            // A bound of 0 would pass the check above, so require a useful one.
             if (enough == 1e9 && metres < 30000) {
                 EXPECT_GT(least, metres * 0.999 - 1);
             }

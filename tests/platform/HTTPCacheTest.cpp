@@ -16,12 +16,12 @@ using Fields = std::map<std::string, std::string, std::less<>>;
 const Date start{seconds(784'111'777)};
 constexpr std::size_t large = 1 << 20;
 
-/// Asked for at the start, and there a second later.
+/// A reply to a request sent at `start`, received a second later.
 HTTPReply replyWith(const Fields& fields, long status = 200) {
     return {status, fields, Data(100), start, start + seconds(1)};
 }
 
-/// Of "name: value|name: value".
+/// The fields of a text such as "name: value|name: value".
 Fields fieldsOf(std::string head) {
     Fields fields;
     for (std::smatch line; std::regex_search(head, line, std::regex("([^:|]+): ([^|]*)"));
@@ -35,7 +35,7 @@ TEST(HTTPCache, ReusesRepliesForAsLongAsTheySay) {
     const struct {
         const char* head;
         bool isKept;
-        /// The last second in which it is fresh, from the start; 0 where it never is.
+        /// The last second after `start` at which it is fresh; 0 if it never is.
         long last;
         long status = 200;
     } rows[] = {
@@ -43,7 +43,7 @@ TEST(HTTPCache, ReusesRepliesForAsLongAsTheySay) {
         {"cache-control: max-age=60", true, 59},
         {"cache-control: x=\",\", Max-Age = \"60\"", true, 59},
         {"cache-control: max-age=60, max-age=5", true, 59},
-        // A part of the time was spent elsewhere, as its age or its date tells.
+        // Age and date show that the reply has already spent part of its time elsewhere.
         {"cache-control: max-age=60|age: 20", true, 39},
         {"cache-control: max-age=60|date: Sun, 06 Nov 1994 08:49:08 GMT", true, 30},
         {"cache-control: max-age=99999999999999999999", true, 2'147'483'647},
@@ -52,7 +52,7 @@ TEST(HTTPCache, ReusesRepliesForAsLongAsTheySay) {
         {"date: Sun, 06 Nov 1994 08:49:37 GMT|expires: Sun, 06 Nov 1994 08:50:37 GMT", true, 59},
         {"expires: Sun Nov  6 08:50:38 1994", true, 59},
         {"expires: 0|etag: \"a\"", true, 0},
-        // What max-age says goes before it, good or bad.
+        // max-age, valid or not, overrides expires.
         {"expires: 0|cache-control: max-age=60", true, 59},
         {"expires: Sun, 06 Nov 2094 08:49:37 GMT|cache-control: max-age=x", false, 0},
         {"cache-control: max-age=60, No-Store|etag: \"a\"", false, 0},
@@ -80,7 +80,7 @@ TEST(HTTPCache, ReusesRepliesForAsLongAsTheySay) {
     }
 }
 
-TEST(HTTPCache, AsksAfterRepliesAndTakesTheAnswerOver) {
+TEST(HTTPCache, RevalidatesRepliesAndAppliesTheAnswer) {
     const std::string change = "Sun, 06 Nov 1994 08:00:00 GMT";
     const Fields kept{{"etag", "\"a\""},
                       {"last-modified", change},
@@ -95,7 +95,7 @@ TEST(HTTPCache, AsksAfterRepliesAndTakesTheAnswerOver) {
         bool isTaken;
         std::optional<int> last;
     } rows[] = {
-        // Neither age nor date of the old message count any longer.
+        // The kept reply's age and date no longer count.
         {"nothing new", {}, true, 59},
         {"the same tag", {{"etag", "\"a\""}, {"cache-control", "max-age=10"}}, true, 9},
         {"the same, weakened", {{"etag", "W/\"a\""}}, true, 59},
@@ -126,7 +126,7 @@ TEST(HTTPCache, AsksAfterRepliesAndTakesTheAnswerOver) {
     }
 }
 
-TEST(HTTPCache, OnlyTheServersOwnTroubleLeavesTheKeptReplyInPlace) {
+TEST(HTTPCache, OnlyServerErrorsAndThrottlingLeaveTheKeptReplyInPlace) {
     for (const long status : {200, 204, 301, 403, 404, 429, 500, 503}) {
         SCOPED_TRACE(status);
         HTTPCache cache(large);
@@ -136,7 +136,7 @@ TEST(HTTPCache, OnlyTheServersOwnTroubleLeavesTheKeptReplyInPlace) {
     }
 }
 
-TEST(HTTPCache, LetsTheReplyGoThatWasUsedLongestAgo) {
+TEST(HTTPCache, EvictsTheLeastRecentlyUsedReply) {
     HTTPCache cache(10'000);
     const auto keep = [&](const std::string& address, std::size_t bytes) {
         HTTPReply reply = replyWith({{"cache-control", "max-age=60"}});
@@ -156,14 +156,14 @@ TEST(HTTPCache, LetsTheReplyGoThatWasUsedLongestAgo) {
     EXPECT_TRUE(cache.find("a"));
     keep("d", 2500);
     EXPECT_EQ(kept(), "acd");
-    // Replacing one costs no other; one that is too large costs none either.
+    // Replacing a reply evicts no other, nor does one that is too large to keep.
     keep("a", 2000);
     keep("a", 2500);
     keep("e", 10'000);
     EXPECT_EQ(kept(), "acd");
     keep("e", 9000);
     EXPECT_EQ(kept(), "e");
-    // Small ones count with what surrounds them.
+    // Even empty bodies count, with the rest of the reply.
     for (int i = 0; i < 1000; ++i) {
         keep(std::to_string(i), 0);
     }

@@ -34,7 +34,7 @@ std::uint64_t bigAt(const Data& data, std::size_t at, std::size_t width) {
     return value;
 }
 
-/// A list of one object, whose bytes are these.
+/// A property list of one object, given as the hexadecimal digits of its bytes.
 Data listOf(const std::string& object) {
     const auto bytes = samples::hex(object);
     auto list = samples::hex("62706c6973743030" + object + "08" + std::string(64, '0'));
@@ -93,12 +93,12 @@ TEST(HostileArchive, BrokenFramesAreRefusedWithAReason) {
 TEST(HostileArchive, ObjectsThatDoNotFitAreBroken) {
     const std::string zeros(64, '0');
     std::vector<std::string> broken{
-        // Markers that stand for nothing.
+        // Markers without a meaning.
         "01", "0f", "15" + zeros, "20aa", "21aabb", "24" + zeros, "32aabbccdd", "34" + zeros, "70",
         "88" + zeros, "90", "b0", "c0", "e0", "f0",
         // Payloads that reach into the table.
         "13aabb", "23aabb", "33aabb", "43aabb", "5361", "620061", "6100", "8200", "a200", "d100",
-        // Counts that are cut, no integer, or one of more than eight bytes.
+        // Counts that are cut short, not an integer, or wider than eight bytes.
         "5f", "5f13", "5f1300", "5f23" + zeros, "5f14" + zeros, "5f15" + zeros, "5f5161"};
     for (const std::string type : {"4f", "5f", "6f", "af", "df"}) {
         for (const std::string count :
@@ -140,12 +140,12 @@ TEST(HostileArchive, TheArchiveFrameIsChecked) {
         EXPECT_EQ(shown(result.root), "-");
         EXPECT_THAT(result.fault, HasSubstr(reason));
     }
-    // A dictionary whose keys are no text, where the archive's frame should be.
+    // Where the archive's frame should be: a dictionary whose keys are not text, and an array.
     EXPECT_THAT(unarchived(listOf("d10000")).fault, HasSubstr("keys are not text"));
     EXPECT_THAT(unarchived(listOf("a0")).fault, HasSubstr("not a keyed archive"));
 }
 
-/// A text so many times over, such as the elements of a list.
+/// `text` repeated, such as the elements of a list.
 std::string repeated(std::size_t times, const std::string& text) {
     std::string all;
     for (std::size_t i = 0; i < times; ++i) {
@@ -155,13 +155,13 @@ std::string repeated(std::size_t times, const std::string& text) {
 }
 
 TEST(HostileArchive, ObjectsThatCannotBeMadeReadAsAbsent) {
-    // The object stands in slot 2; in slot 1 the root, a beacon whose field "other" it is.
+    // The object is in slot 2. Slot 1 holds the root, a beacon whose field "other" refers to it.
     const struct {
         std::string object;
         std::string expected;
         std::string reason;
     } cases[] = {
-        // Its class: missing, pointing at itself, of another kind, unknown.
+        // Its class is missing, the object itself, or unknown.
         {"{}", "", "cannot be read"},
         {"{$class=#2}", "", "cannot be read"},
         {"Evil:NSObject{}", "", "\"Evil\""},
@@ -169,15 +169,15 @@ TEST(HostileArchive, ObjectsThatCannotBeMadeReadAsAbsent) {
         {"Beacon{other=#1}", "Beacon()", "contains itself"},
         {"NSArray{NS.objects=[#2 #1]}", "()", "contains itself"},
         {"NSURL{NS.relative=@'a' NS.base=#2}", "", "contains itself"},
-        // Lists that are odd in themselves are refused, unreadable elements left out.
+        // Malformed lists are refused; unreadable elements are left out.
         {"NSArray{NS.objects=[#0]}", "", "\"NSArray\""},
         {"NSArray{NS.objects=[@[] @'a']}", "(\"a\")", "no object can have"},
         {"NSDictionary{NS.keys=[] NS.objects=[@'a']}", "", "\"NSDictionary\""},
         {"NSDictionary{NS.keys=[@1] NS.objects=[#1]}", "", "\"NSDictionary\""},
-        // Of equal keys the first one counts.
+        // The first of equal keys counts.
         {"NSDictionary{NS.keys=[@'a' @'a'] NS.objects=[@1 @2]}", "<a=i1>", ""},
         {"Beacon{height=1 height=2}", "Beacon(height=1)", ""},
-        // More keys than a record may have.
+        // It has more keys than a record may have.
         {"Beacon{" + repeated(256, "height=1 ") + "}", "", "cannot be read"},
     };
     for (const auto& [object, expected, reason] : cases) {
@@ -192,7 +192,7 @@ TEST(HostileArchive, ObjectsThatCannotBeMadeReadAsAbsent) {
 }
 
 TEST(HostileArchive, DeepAndMultiplyingGraphsStayWithinBounds) {
-    // A chain of lists, each in the next slot; each holds the next one as often as told.
+    // A chain of lists in successive slots, each of which holds the next one `times` times.
     const auto chain = [](std::size_t length, std::size_t times) {
         std::vector<std::string> lists;
         while (lists.size() + 1 < length) {
@@ -209,8 +209,8 @@ TEST(HostileArchive, DeepAndMultiplyingGraphsStayWithinBounds) {
     EXPECT_EQ(chain(64, 2).misreadFields, 0U);
 }
 
-TEST(HostileArchive, WhatManyRecordsShareDoesNotMultiply) {
-    // Reads a list of a thousand records that the archive says are the same as `object`.
+TEST(HostileArchive, ContentsThatManyRecordsShareDoNotMultiply) {
+    // Reads a list of a thousand records, whose slots all refer to the same `object`.
     const auto thousandTimes = [](const std::string& object) {
         Forger forger;
         const auto shared = forger.object(object);
@@ -220,7 +220,7 @@ TEST(HostileArchive, WhatManyRecordsShareDoesNotMultiply) {
         }
         return forger.read({"NSMutableArray{NS.objects=[" + elements + "]}"});
     };
-    // Each object is small, but copies something long, or looks through it.
+    // Each object is small, but reading it copies or walks through something long.
     const auto elements = "[@'a' " + repeated(20'000, "#1 ") + "]";
     for (const auto& object :
          {"Beacon{name=@'" + std::string(5'000'000, 'x') + "'}",
@@ -232,7 +232,7 @@ TEST(HostileArchive, WhatManyRecordsShareDoesNotMultiply) {
     EXPECT_EQ(thousandTimes("Beacon{" + repeated(200'000, "height=1 ") + "}").misreadFields, 1000U);
 }
 
-TEST(HostileArchive, CutOrChangedAnywhereItDoesNoHarm) {
+TEST(HostileArchive, AnArchiveCutOrChangedAnywhereDoesNoHarm) {
     const auto whole = richArchive();
     ASSERT_EQ(unarchived(whole).fault, "");
     for (std::size_t size = 0; size < whole.size(); ++size) {

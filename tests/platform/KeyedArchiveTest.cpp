@@ -42,7 +42,7 @@ TEST(KeyedArchive, TheSmallestArrayHasTheseBytes) {
     EXPECT_EQ(KeyedArchiver::archivedData(arrayOf({"KDEN"s, "KDEN"s}, false)), file);
 }
 
-TEST(KeyedArchive, AListOfFavoritesIsReadAndWrittenAsEver) {
+TEST(KeyedArchive, AListOfFavoritesKeepsItsFormatForEver) {
     const auto file = support::pinnedArchive("favorites.kzrfv");
     EXPECT_EQ(shown(KeyedUnarchiver::unarchiveFile(file, {}).root), R"(("KDEN","EDDF","YSSY"))");
     support::expectWrittenAs("favorites.kzrfv", arrayOf({"KDEN"s, "EDDF"s, "YSSY"s}, false));
@@ -72,7 +72,7 @@ TEST(KeyedArchive, EveryKindOfValueComesBackAsItWas) {
     }
     EXPECT_EQ(shown(readBack(arrayOf(values))), shown(arrayOf(values)));
     EXPECT_EQ(shown(readBack("a\xFFz"s)), "\"a\uFFFDz\"");
-    // Widths of references, offsets and UIDs change with the number of objects.
+    // The widths of references, offsets and UIDs depend on the number of objects.
     for (const std::uint64_t count : {100U, 250U, 40'000U, 70'000U}) {
         values.clear();
         while (values.size() < count) {
@@ -108,15 +108,15 @@ TEST(KeyedArchive, WhatCouldNotBeReadIsNotWritten) {
     EXPECT_FALSE(KeyedArchiver::archivedData(arrayOf({nested})));
     EXPECT_FALSE(KeyedArchiver::archivedData({}));
     EXPECT_FALSE(KeyedArchiver::archivedData(std::shared_ptr<Archivable>()));
-    // One slot, but a copy for each of whoever reads it.
+    // The text has one slot, but each of its readers gets a copy.
     const std::vector<Value> repeated(40, std::string(1'000'000, 'x'));
     EXPECT_FALSE(KeyedArchiver::archivedData(arrayOf(repeated)));
-    // One byte in the file, and an element in the reader's memory.
+    // Each element takes one byte in the file, but a whole value in the reader's memory.
     const std::vector<Value> elements(2'500'000, Number(1));
     EXPECT_FALSE(KeyedArchiver::archivedData(arrayOf(elements)));
 }
 
-TEST(KeyedArchive, FieldsOfOtherKindsReadAsEmptyButForAFewTolerances) {
+TEST(KeyedArchive, FieldsOfOtherKindsReadAsEmptyWithAFewExceptions) {
     const struct {
         std::string key;
         std::string value;
@@ -142,13 +142,13 @@ TEST(KeyedArchive, FieldsOfOtherKindsReadAsEmptyButForAFewTolerances) {
         {"other", "@NSUUID{NS.uuidbytes=<>}", "", true},
         {"other", "@NSURL{NS.base=@NSURL{NS.relative=@'https://a/b/c'} NS.relative=@'../d'}",
          "<https://a/d>"},
-        // Only the name of an ancestor is known.
+        // Only the name of an ancestor is a known class.
         {"other", "@OddArray:NSMutableArray:NSObject{NS.objects=[] extra=1}", "[]"},
     };
     for (const auto& [key, value, expected, isMisread] : cases) {
         SCOPED_TRACE(key + "=" + value);
-        // A field that follows is read all the same. The first unkeyed value is missing, and so is
-        // the second one of "$0" alone.
+        // The field that follows is still read. The first unkeyed value is absent here, and so is
+        // the second where only "$0" is given.
         const auto result = Forger().read({"Beacon{" + key + "=" + value + " $1=7}"});
         const std::string field = expected.empty() ? "" : key + "=" + expected + " ";
         EXPECT_EQ(shown(result.root), "Beacon(" + field + "looseNumber=7)") << result.fault;

@@ -8,7 +8,7 @@ namespace {
 
 using Rank = RequestPacer::Rank;
 
-TEST(RequestPacer, CountsAnyMinuteAndWhatRunsAtOnce) {
+TEST(RequestPacer, LimitsAnyMinuteAndConcurrentRequests) {
     const RequestPacer::TimePoint start(std::chrono::hours(5));
     const auto after = [start](int seconds) { return start + std::chrono::seconds(seconds); };
     RequestPacer pacer(3, 2);
@@ -28,13 +28,13 @@ TEST(RequestPacer, CountsAnyMinuteAndWhatRunsAtOnce) {
     EXPECT_TRUE(pacer.trySend(after(80), Rank::current));
 }
 
-TEST(RequestPacer, KeepsHalfOfTheMinuteAndOfTheConnectionsFromSupersededRequests) {
+TEST(RequestPacer, DeniesSupersededRequestsHalfOfTheMinuteAndOfTheConnections) {
     const RequestPacer::TimePoint start(std::chrono::hours(5));
     const auto after = [start](int seconds) { return start + std::chrono::seconds(seconds); };
     RequestPacer pacer(7, 4);
     EXPECT_TRUE(pacer.trySend(after(0), Rank::superseded));
     EXPECT_TRUE(pacer.trySend(after(1), Rank::current));
-    // Half of the connections are taken, by whomever.
+    // Half of the connections are taken; it does not matter by which requests.
     EXPECT_FALSE(pacer.trySend(after(1), Rank::superseded));
     EXPECT_EQ(pacer.nextChance(Rank::superseded), RequestPacer::TimePoint::max());
     EXPECT_LE(pacer.nextChance(Rank::current), after(1));
@@ -42,7 +42,7 @@ TEST(RequestPacer, KeepsHalfOfTheMinuteAndOfTheConnectionsFromSupersededRequests
     for (int i = 0; i < 3; ++i) {
         pacer.hasEnded();
     }
-    // Half of the minute is taken, until the first of it is a minute past.
+    // Half of the minute's requests are used until the first is a minute old.
     EXPECT_FALSE(pacer.trySend(after(3), Rank::superseded));
     EXPECT_EQ(pacer.nextChance(Rank::superseded), after(60));
     for (int i = 3; i < 7; ++i) {
@@ -55,7 +55,7 @@ TEST(RequestPacer, KeepsHalfOfTheMinuteAndOfTheConnectionsFromSupersededRequests
     EXPECT_EQ(pacer.nextChance(Rank::superseded), after(64));
     EXPECT_FALSE(pacer.trySend(after(63), Rank::superseded));
     EXPECT_TRUE(pacer.trySend(after(64), Rank::superseded));
-    // One alone is not divided: nobody waits for ever.
+    // A limit of one is not halved, so that no request waits for ever.
     EXPECT_TRUE(RequestPacer(1, 1).trySend(after(0), Rank::superseded));
 }
 

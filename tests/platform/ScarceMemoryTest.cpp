@@ -20,8 +20,8 @@ namespace {
 
 enum class Shape { oneObject, manyObjects, manyLayouts };
 
-/// A list of so many elements: one object over and over, or each an object of its own, for which
-/// the file spends a reference, or a set of keys of its own too.
+/// An archive of a list: of one object over and over, of objects that each cost the file only a
+/// reference, or of objects that each have their own set of keys too.
 Data listing(Shape shape, std::uint32_t elements) {
     samples::Forger forger;
     const auto key = [](std::uint32_t number) { return std::to_string(number) + "=0 "; };
@@ -55,14 +55,14 @@ TEST(ScarceMemory, ReadingAnArchiveTakesNoMoreThanIsPromised) {
         const auto file = listing(shape, elements);
         const support::PeakMemory peak;
         const auto result = KeyedUnarchiver::unarchive(file, samples::classes());
-        // No long text is in it, for which there is an allowance beside this one.
+        // Long texts have an allowance of their own, but this archive has none.
         EXPECT_LT(support::PeakMemory::bytes(), costs::limit(file.size()));
         EXPECT_THAT(result.fault, HasSubstr(isRead ? "" : "same contents"));
         EXPECT_EQ(result.fault.empty(), isRead);
     }
 }
 
-TEST(ScarceMemory, AnArchiveThatDoesNotFitIsAFaultNotAnEnd) {
+TEST(ScarceMemory, AnArchiveThatDoesNotFitIsAFaultNotACrash) {
     const auto root = samples::arrayOf(
         {samples::richBeacon(), URL{"https://example.org/"}, Date{}, Data(100), Null()});
     EXPECT_GT(support::starve([&] { return KeyedArchiver::archivedData(root); },
@@ -76,7 +76,7 @@ TEST(ScarceMemory, AnArchiveThatDoesNotFitIsAFaultNotAnEnd) {
                                   EXPECT_FALSE(std::filesystem::exists(path));
                               }),
               50U);
-    // Made while there is memory.
+    // The class table must be made while there is memory.
     const platform::ClassTable& classes = samples::classes();
     const auto isFault = [](const Unarchived& result) {
         EXPECT_FALSE(result.fault.empty());
@@ -87,7 +87,7 @@ TEST(ScarceMemory, AnArchiveThatDoesNotFitIsAFaultNotAnEnd) {
         50U);
 }
 
-TEST(ScarceMemory, AnOperationThatRunsOutOfItEndsAlone) {
+TEST(ScarceMemory, AnOperationThatRunsOutOfItEndsWithoutTheOthers) {
     struct Step final : Operation {
         explicit Step(std::function<void()> step) : run(std::move(step)) {}
         void main() override { run(); }

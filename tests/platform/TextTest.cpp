@@ -30,7 +30,7 @@ TEST(Text, BrokenUtf8BecomesReplacementCharacters) {
     }
 }
 
-TEST(Text, LowerCasesByUnicodesDefault) {
+TEST(Text, LowerCasesByTheUnicodeDefault) {
     EXPECT_EQ(lowerCased("KJFK @[`{ 1"), "kjfk @[`{ 1");
     EXPECT_EQ(lowerCased("Z\u00DCRICH \u0130"), "z\u00FCrich i\u0307");
     EXPECT_EQ(lowerCased("\u03A3\u039F\u03A3"), "\u03C3\u03BF\u03C2");

@@ -19,8 +19,8 @@ using Lines = std::vector<std::string>;
 
 const std::string defaultServer = "https://aviationweather.gov/";
 
-/// Sessions on one server, at whatever host, and with clocks that stand still. The server counts
-/// its replies and notes what it is asked, with the conditions that came along.
+/// Sessions whose requests all go to one server, whatever their host, with clocks that stand still.
+/// The server counts its replies and records the requests with their conditions.
 struct Reuse : testing::Test {
     void answer(const httplib::Request& request, httplib::Response& response) {
         const std::string tag = request.get_header_value("If-None-Match");
@@ -37,7 +37,7 @@ struct Reuse : testing::Test {
             response.headers.erase("ETag");
         }
         response.status = !tag.empty() && tag == "\"" + version + "\"" ? 304 : response.status;
-        // Says that nothing has changed, but of another reply than it was asked about.
+        // Says that nothing has changed, but with the tag of another reply than the kept one.
         response.status = request.path == "/muddled" && !tag.empty() ? 304 : response.status;
         if (response.status != 304 && response.status != 302) {
             response.set_content(version + "." + std::to_string(++replies), "text/plain");
@@ -79,9 +79,9 @@ TEST_F(Reuse, FollowsTheHeadersOfEachReply) {
     EXPECT_EQ(takeAsked(), Lines{"/fresh"});
     date = date.load() + seconds(60);
     EXPECT_EQ(get("/fresh"), "A.1") << "unchanged";
-    EXPECT_EQ(get("/fresh"), "A.1") << "and fresh once more";
+    EXPECT_EQ(get("/fresh"), "A.1") << "and fresh again";
     EXPECT_EQ(takeAsked(), Lines{"/fresh \"A\""});
-    EXPECT_EQ(get("/fresh", true), "A.1") << "asked after, as wanted";
+    EXPECT_EQ(get("/fresh", true), "A.1") << "revalidated, as requested";
     version = "B";
     EXPECT_EQ(get("/fresh"), "A.1");
     EXPECT_EQ(get("/fresh", true), "B.2");
@@ -96,15 +96,15 @@ TEST_F(Reuse, FollowsTheHeadersOfEachReply) {
     EXPECT_EQ(takeAsked(), (Lines{"/mute", "/mute", "/mute no-cache"}));
 }
 
-TEST_F(Reuse, KeepsToTheRightReplyByRedirectsAndMuddledAnswers) {
+TEST_F(Reuse, GivesTheRightReplyDespiteRedirectsAndMuddledAnswers) {
     EXPECT_EQ(get("/hop"), "A.1");
-    EXPECT_EQ(get("/hop"), "A.2") << "the reply of another address";
+    EXPECT_EQ(get("/hop"), "A.2") << "a redirected reply is not kept";
     EXPECT_EQ(takeAsked(), (Lines{"/hop", "/fresh", "/hop", "/fresh"}));
     EXPECT_EQ(get("/muddled"), "A.3");
     version = "B";
     EXPECT_EQ(get("/muddled"), "B.4");
     EXPECT_EQ(takeAsked(), (Lines{"/muddled", "/muddled \"A\"", "/muddled"}));
-    // One question in its old and in its new form has one reply.
+    // A retired address and its successor share one reply.
     for (const char* address : {"http://localhost/old", "https://localhost/old"}) {
         EXPECT_EQ(fetch(sessions, address), "B.5");
     }
@@ -145,7 +145,7 @@ TEST_F(Reuse, SupersededRequestsLeaveHalfOfTheMinuteToTheCurrentOnes) {
         EXPECT_EQ(fetch(sessions, defaultServer + name).substr(0, 2), "A.");
         EXPECT_EQ(server.targets().back(), "/" + name);
     }
-    // One of those that wait is asked for anew, and so no longer superseded.
+    // A new request for one that is waiting makes it current again.
     EXPECT_EQ(fetch(sessions, defaultServer + "7").substr(0, 2), "A.");
     EXPECT_EQ(server.targets().size(), 53U);
 }

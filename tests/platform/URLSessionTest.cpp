@@ -16,7 +16,7 @@ using support::patience;
 using support::WeatherServer;
 using TimePoint = std::chrono::steady_clock::time_point;
 
-/// Answers as its path says.
+/// Answers as the request's path says.
 void answerByPath(const httplib::Request& request, httplib::Response& response) {
     const std::string path = request.path.substr(1, request.path.find('/', 1) - 1);
     const std::string rest = request.path.substr(path.size() + 1);
@@ -26,7 +26,7 @@ void answerByPath(const httplib::Request& request, httplib::Response& response) 
         response.status = std::stoi(rest.substr(1));
         response.body = response.status == 204 ? "" : response.body;
     } else if (path == "size") {
-        // The server packs what is "text/plain" and leaves the rest alone.
+        // The server compresses "text/plain" only.
         response.set_content(std::string(std::stoul(rest.substr(1)), ' '),
                              rest.ends_with("p") ? "text/plain" : "application/octet-stream");
     } else if (path == "hops") {
@@ -83,12 +83,12 @@ TEST(URLSession, GivesTheBodyOfACompleteReplyAndNothingElse) {
         const std::string result = fetch(sessions, address);
         EXPECT_TRUE(result == expected) << result.substr(0, 100);
     }
-    EXPECT_EQ(plain.targets().size(), 2U) << "nobody was led to plain http";
+    EXPECT_EQ(plain.targets().size(), 2U) << "no request was redirected to plain http";
     EXPECT_EQ(fetch(usual, secure + "/size/104857600"), "(no data)");
     EXPECT_EQ(fetch(sessions, secure + "/headers"), "Tester/1.0|gzip|");
 }
 
-TEST(URLSession, GivesUpATransferThatStallsOrNeverEnds) {
+TEST(URLSession, GivesUpOnTransfersThatStallOrNeverEnd) {
     WeatherServer server([&](const httplib::Request& request, httplib::Response& response) {
         const bool isSilent = request.path == "/silent";
         if (isSilent) {
@@ -154,7 +154,7 @@ TEST(URLSession, RunsEverythingOnOneThreadInOrderOfCompletionAndCountsOpenReques
     EXPECT_NE(threads.front(), std::this_thread::get_id());
 }
 
-TEST(URLSession, StoppingDropsHandlersAndWhatIsHandedOverLater) {
+TEST(URLSession, StoppingDropsHandlersAndLaterWork) {
     WeatherServer server([&](const httplib::Request& request, httplib::Response&) {
         server.gates.pass(request.path);
     });
@@ -181,14 +181,14 @@ TEST(URLSession, StoppingDropsHandlersAndWhatIsHandedOverLater) {
 
 const std::string defaultServer = "https://aviationweather.gov/";
 
-/// Options that lead requests to the default data server, and all others, to a test server.
+/// Options that send requests for the default data server, and all others, to a test server.
 URLSessionOptions leadingTo(const WeatherServer& server) {
     URLSessionOptions options = server.options();
     options.connectTo = server.authority();
     return options;
 }
 
-TEST(URLSession, SendsTheDefaultServerNoMoreThanItBearsAMinuteTheNewestFirst) {
+TEST(URLSession, KeepsToAServersLimitPerMinuteNewestRequestsFirst) {
     WeatherServer server(answerByPath);
     std::atomic<TimePoint> now = TimePoint(std::chrono::hours(1));
     URLSessionOptions options = leadingTo(server);
@@ -202,7 +202,7 @@ TEST(URLSession, SendsTheDefaultServerNoMoreThanItBearsAMinuteTheNewestFirst) {
     for (const char* number : {"4", "5", "6", "7", "8"}) {
         sessions.startDataTask({{defaultServer + number}}, [](const auto&) {});
     }
-    // Other hosts go ahead meanwhile; and their sending wakes the sessions up.
+    // Other hosts are not held up. Their requests also make the sessions look at the clock.
     const std::string other = "https://localhost/";
     EXPECT_EQ(fetch(sessions, other), "text");
     EXPECT_EQ(server.targets().size(), 4U);

@@ -14,7 +14,7 @@ namespace {
 constexpr auto least = std::numeric_limits<std::int64_t>::min();
 constexpr auto most = std::numeric_limits<std::int64_t>::max();
 
-TEST(Value, RealsAreCutTowardZeroAndSaturate) {
+TEST(Value, RealsAreTruncatedTowardsZeroAndSaturate) {
     constexpr auto most32 = std::numeric_limits<std::int32_t>::max();
     constexpr auto least32 = std::numeric_limits<std::int32_t>::min();
     constexpr auto mostUnsigned = std::numeric_limits<std::uint64_t>::max();
@@ -37,7 +37,7 @@ TEST(Value, RealsAreCutTowardZeroAndSaturate) {
     }
 }
 
-TEST(Value, TextThatBeginsWithAnIntegerReadsAsIt) {
+TEST(Value, TextReadsAsTheIntegerThatItBeginsWith) {
     const std::pair<Value, std::int64_t> cases[] = {
         {" \t-7 km"s, -7},
         {"+-5"s, 0},

@@ -10,7 +10,7 @@
 namespace platform {
 namespace {
 
-/// Writes what it hears as one line: "<name" for a start, "name>" for an end, texts in quotes.
+/// Records the events on one line: "<name" for a start, "name>" for an end, text in quotes.
 struct Transcript final : XMLParserDelegate {
     void parser_didStartElement(std::string_view name) override {
         line += "<" + std::string(name) + " ";
@@ -29,7 +29,7 @@ bool parse(std::string_view document, Transcript& transcript) {
     return parseXML(std::as_bytes(std::span(document)), transcript);
 }
 
-TEST(XMLParser, TellsLocalNamesAndJoinedCharacters) {
+TEST(XMLParser, ReportsLocalNamesAndJoinedCharacters) {
     const support::TemporaryFolder folder;
     const std::string secret = folder.write("secret", "secret").string();
     const struct {
