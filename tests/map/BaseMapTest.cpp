@@ -32,7 +32,7 @@ std::span<const map::WorldPoint> lineOf(const Lines& lines, std::size_t index) {
     return std::span(lines.points).subspan(begin, lines.ends[index] - begin);
 }
 
-/// Whether polygons, taken by their winding, hold a point.
+/// Whether polygons contain a point, by the nonzero winding rule.
 bool isLand(const Lines& polygons, const map::WorldPoint& point) {
     int winding = 0;
     for (std::size_t i = 0; i < polygons.ends.size(); ++i) {
@@ -49,7 +49,7 @@ bool isLand(const Lines& polygons, const map::WorldPoint& point) {
     return winding != 0;
 }
 
-TEST(BaseMap, LandLiesWhereItShouldAtEveryScale) {
+TEST(BaseMap, LandIsWhereItShouldBeAtEveryScale) {
     const BaseMap base = world();
     const struct {
         const char* what;
@@ -68,7 +68,7 @@ TEST(BaseMap, LandLiesWhereItShouldAtEveryScale) {
         for (const auto& place : places) {
             SCOPED_TRACE(place.what);
             EXPECT_EQ(isLand(land, map::project(place.place)), place.land);
-            // A clipped view of the place alone says the same, on the next turn of the earth too.
+            // Land clipped to a small rectangle agrees, also one turn of the earth further.
             const map::WorldPoint point = map::project(place.place);
             for (const double turn : {0.0, 1.0, -1.0}) {
                 Lines near;
@@ -100,7 +100,7 @@ TEST(BaseMap, ClippedShapesStayInsideAndAreFew) {
             EXPECT_TRUE(rect.overlaps({point.x, point.y, point.x, point.y}));
         }
     }
-    // The date line, along which land was cut, is no coast.
+    // The date line, along which the land was cut, is not a coast.
     for (std::size_t i = 0; i < coasts.ends.size(); ++i) {
         const auto line = lineOf(coasts, i);
         const auto isCut = [](const auto& a, const auto& b) { return a.x == 1 && b.x == 1; };
@@ -108,7 +108,7 @@ TEST(BaseMap, ClippedShapesStayInsideAndAreFew) {
     }
 }
 
-TEST(BaseMap, NamesStandInsideTheirCountries) {
+TEST(BaseMap, NamesAreInsideTheirCountries) {
     const BaseMap base = world();
     ASSERT_GT(base.names().size(), 200U);
     EXPECT_EQ(base.names().front().text, "Russia");

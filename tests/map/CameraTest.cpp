@@ -54,8 +54,9 @@ TEST(Camera, FittedRegionOfTwoKilometresIsWhatItShows) {
                         1e-6);
             EXPECT_NEAR(shown.latitudeSpan, fitted.latitudeSpan, 1e-9);
             EXPECT_NEAR(shown.longitudeSpan, fitted.longitudeSpan, 1e-9);
-            // The narrower way shows the two kilometres, the wider one in proportion more; a point
-            // is not quite as high as wide, since the earth is flattened and the map is not.
+            // The shorter side shows the two kilometres and the longer one proportionally more. A
+            // point is not quite as high as wide on the ground, since the earth is flattened and
+            // the map's projection is not.
             const double square = std::min(size.width, size.height);
             EXPECT_NEAR(metresEast(shown) * square / size.width, 2000, 14);
             EXPECT_NEAR(metresNorth(shown) * square / size.height, 2000, 14);
@@ -82,7 +83,7 @@ TEST(Camera, MovesAcrossTheDateLineAndStopsAtTheEdges) {
     camera.zoomBy(1e-9, {});
     camera.move(0, 1e6);
     EXPECT_NEAR(camera.seen().top, 0, 1e-9);
-    // A place at the edge may be looked at, but the void beyond it does not grow.
+    // A place at the edge may be centred, but no more of the void beyond it can be shown.
     camera.show({{85.05, 0}, 1, 1});
     const double edge = camera.centre().y;
     camera.move(0, 50);
@@ -109,7 +110,7 @@ TEST(Camera, ScreenAndWorldAreInversesHoweverItIsTurned) {
     Camera camera = cameraOf(700, 450);
     camera.show(map::regionWithDistance({47.26, 11.34}, 2000, 2000));
     camera.setAttitude(90, 45);
-    // East is ahead, and what is ahead is smaller than what is near.
+    // East is ahead, and what is further ahead looks smaller.
     const map::WorldPoint middle = camera.centre();
     const auto ahead = camera.toScreen({middle.x + 100 / camera.scale(), middle.y}).value();
     const auto behind = camera.toScreen({middle.x - 100 / camera.scale(), middle.y}).value();

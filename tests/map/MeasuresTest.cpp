@@ -33,7 +33,7 @@ TEST(Graticule, LabelsRoundAngles) {
     EXPECT_THAT(labels(station.meridians), ElementsAre("122°16′W", "122°15′W", "122°14′W"));
     EXPECT_THAT(labels(station.parallels), ElementsAre("47°30′N"));
 
-    // On to the next turn of the earth, where the lines stand in their places.
+    // Across the date line, the lines keep their places on the next turn of the earth.
     const map::Camera fiji = cameraOf({{-17, 180}, 3, 3});
     const auto dateLine = map::graticule(fiji, 100);
     EXPECT_THAT(labels(dateLine.meridians),
@@ -41,7 +41,7 @@ TEST(Graticule, LabelsRoundAngles) {
     EXPECT_NEAR(fiji.toScreen({dateLine.meridians[2].at, fiji.centre().y})->x, 300, 1e-6);
 }
 
-TEST(ScaleBar, IsRoundAndTrue) {
+TEST(ScaleBar, HasRoundLabelsAndTrueLengths) {
     const struct {
         platform::Region region;
         const char* kilometres;

@@ -36,7 +36,7 @@ std::set<std::uint32_t> numbers(const StationIndex& index, const map::WorldRect&
     return result;
 }
 
-TEST(StationIndex, FindsWhatLiesInARectangle) {
+TEST(StationIndex, FindsTheStationsInARectangle) {
     const auto stations = scattered(5000);
     const StationIndex index(stations);
     for (const map::WorldRect& rect : {map::WorldRect{0.2, 0.3, 0.4, 0.35},
@@ -57,19 +57,19 @@ TEST(StationIndex, FindsWhatLiesInARectangle) {
     }
 }
 
-TEST(StationIndex, ShowsOneStationASquare) {
+TEST(StationIndex, ShowsOneStationPerSquare) {
     const auto stations = scattered(20'000);
     const StationIndex index(stations);
     const auto thinned = numbers(index, {0, 0, 1, 1}, 1.0 / 32);
     EXPECT_LE(thinned.size(), 32U * 32U);
     EXPECT_GT(thinned.size(), 1000U);
-    // The same ones when the rectangle moves.
+    // The choice stays the same when the rectangle moves.
     for (const std::uint32_t number : numbers(index, {0.5, 0.25, 0.75, 0.5}, 1.0 / 32)) {
         EXPECT_TRUE(thinned.contains(number));
     }
 }
 
-TEST(StationIndex, LeavesOutWhatLiesNowhere) {
+TEST(StationIndex, LeavesOutStationsWithoutAValidPosition) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     const std::vector<Station> stations{
         {"NAN", {nan, 0}}, {"FAR", {0, 181}}, {"POLE", {90, 10}}, {"EAST", {0, 180}}, {"", {0, 0}}};

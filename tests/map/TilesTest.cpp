@@ -20,7 +20,8 @@ Camera cameraAt(const platform::Location& place, double metres, double width = 7
     return camera;
 }
 
-/// Every ninth point of the view lies in one of the tiles, and every tile meets it.
+/// Expects every ninth point of the view to be in a tile, unless off the map, and every tile to be
+/// visible.
 void expectToCover(const Camera& camera, const std::vector<Tile>& tiles) {
     for (double x = 0.5; x < camera.size().width; x += 9) {
         for (double y = 0.5; y < camera.size().height; y += 9) {
@@ -68,7 +69,7 @@ TEST(Tiles, NearestFirstAndNeverTooMany) {
     ASSERT_EQ(tiles.size(), 5U);
     const map::WorldPoint centre = camera.centre();
     EXPECT_TRUE(tiles.front().rect().overlaps({centre.x, centre.y, centre.x, centre.y}));
-    // A level far too fine for the view is not even counted out.
+    // A level far too fine for the view gives no tiles, without counting them.
     EXPECT_TRUE(map::tilesIn(cameraAt({0, 0}, 1e8), 30, 100).empty());
 }
 
@@ -97,7 +98,7 @@ TEST(Tiles, UnitedStatesHaveTheirOwnImagery) {
         ASSERT_TRUE(found);
         EXPECT_EQ(servers[*found].highestZoom == 16, row.unitedStates);
     }
-    // A view that reaches beyond the border takes the world's.
+    // A view that reaches across the border uses the world's server.
     const auto wide =
         map::serverFor(servers, Imagery::satellite, cameraAt({42.21, -83.35}, 200'000));
     EXPECT_EQ(servers[wide.value()].highestZoom, 14);

@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 
 class FlashingText : public testing::Test {
 protected:
-    /// The alphas of the next steps of all timers.
+    /// Fires all timers `count` times and returns the alpha values that they set.
     std::vector<double> steps(int count) {
         field.alphas.clear();
         for (int i = 0; i < count; ++i) {
@@ -46,10 +46,10 @@ TEST_F(FlashingText, BlinksAtTheChosenSpeed) {
     EXPECT_EQ(field.alphas.back(), 1);
 
     text->setFlashSpeed(0);
-    EXPECT_EQ(running(), Intervals{200ms}) << "setting a speed starts an idle field";
+    EXPECT_EQ(running(), Intervals{200ms}) << "setting a speed starts an idle field too";
     text->awakeFromNib();
     text->flash(true);
-    EXPECT_EQ(running(), (Intervals{200ms, 700ms})) << "a second start leaves both";
+    EXPECT_EQ(running(), (Intervals{200ms, 700ms})) << "a second start leaves both timers running";
     EXPECT_EQ(steps(1).size(), 2U);
     text->flash(false);
     EXPECT_EQ(running(), Intervals{200ms});

@@ -10,7 +10,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The node of a folder below "/", by a chain of nodes of their own.
+/// The node of an absolute path, at the end of a new chain of nodes below the root's.
 std::shared_ptr<FileSystemItem> itemAt(const fs::path& path) {
     auto item = FileSystemItem::rootItem();
     for (const fs::path& name : path.relative_path()) {
@@ -19,7 +19,7 @@ std::shared_ptr<FileSystemItem> itemAt(const fs::path& path) {
     return item;
 }
 
-TEST(FileSystemItem, ListsAFolderOnceInTheOrderOfTheSystem) {
+TEST(FileSystemItem, ListsAFolderOnceInTheSystemsOrder) {
     const support::TemporaryFolder folder;
     for (const char* name : {"c", "a", ".b"}) {
         folder.write(name, "");
@@ -35,7 +35,7 @@ TEST(FileSystemItem, ListsAFolderOnceInTheOrderOfTheSystem) {
     EXPECT_FALSE(item->childAtIndex(-1) || item->childAtIndex(3));
 }
 
-TEST(FileSystemItem, WhatIsNoFolderIsLookedAtAgain) {
+TEST(FileSystemItem, WhatIsNotAFolderIsCheckedAgain) {
     const support::TemporaryFolder folder;
     folder.write("thing", "");
     const auto item = itemAt(folder / "thing");
@@ -47,7 +47,7 @@ TEST(FileSystemItem, WhatIsNoFolderIsLookedAtAgain) {
     EXPECT_EQ(item->childAtIndex(0)->relativePath(), "inside");
 }
 
-TEST(FileSystemItem, ANodeKeepsItsTree) {
+TEST(FileSystemItem, ANodeKeepsItsTreeAlive) {
     const support::TemporaryFolder folder;
     fs::create_directories(folder / "a/b");
     auto leaf = itemAt(folder.path())->childAtIndex(0)->childAtIndex(0);

@@ -20,7 +20,7 @@ platform::UUID uuidFrom(unsigned char first) {
     return uuid;
 }
 
-TEST(SLibObject, AllClassesAreReadAndWrittenUnderTheSameNamesForEver) {
+TEST(SLibObject, AllClassesKeepTheirKeysAndNamesForEver) {
     platform::ClassTable classes;
     classes.add("SLibObject", SLibObject::initWithCoder);
     classes.add("SLibRange", SLibRange::initWithCoder);
@@ -54,7 +54,7 @@ TEST(SLibObject, AllClassesAreReadAndWrittenUnderTheSameNamesForEver) {
     }
     EXPECT_EQ(elements[3], elements[0]);
 
-    // The identity that is never read is written as it was.
+    // Restore what is written but never read.
     object->slibID->GRACompare.compare3 = 14;
     support::FakeHost host;
     const auto punctuation = slibTextPuncRecord::init(host.host);

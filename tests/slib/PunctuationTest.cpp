@@ -16,7 +16,7 @@ using Tokens = std::vector<slibPuncToken>;
 
 class Punctuation : public testing::Test {
 protected:
-    /// Fills the record and waits for the end.
+    /// Fills the record and waits until the scan has ended.
     void fill(std::optional<std::string> text) {
         record->fillPuncRecordNSString(std::move(text));
         record->queue()->waitUntilAllOperationsAreFinished();
@@ -38,7 +38,7 @@ protected:
     std::shared_ptr<slibTextPuncRecord> record = slibTextPuncRecord::init(fake.host);
 };
 
-TEST_F(Punctuation, MarksStandWithTheirDistanceFromTheEnd) {
+TEST_F(Punctuation, MarksAreKeptWithTheirDistanceFromTheEnd) {
     using namespace std::string_literals;
     const struct {
         std::optional<std::string> text;
