@@ -16,19 +16,19 @@
 
 namespace {
 
-/// What assistive technology is told, and what it reads.
+/// What assistive technology is told and can read.
 class AccessTest : public AllWindows {
 protected:
     static QAccessibleInterface& spoken(QObject& object) {
         QAccessibleInterface* found = QAccessible::queryAccessibleInterface(&object);
         if (found == nullptr) {
-            throw std::runtime_error("silent");
+            throw std::runtime_error("no accessible interface");
         }
         return *found;
     }
     static QString name(QAccessibleInterface& one) { return one.text(QAccessible::Name); }
 
-    /// Looks at all that lies below, cells of tables left out.
+    /// Checks all controls below `parent` except the cells of tables, and returns their number.
     static int expectNames(QAccessibleInterface& parent) {
         int controls = 0;
         std::set<QString> names;
@@ -62,14 +62,14 @@ TEST_F(AccessTest, EveryControlOfEveryWindowHasANameOfItsOwn) {
 TEST_F(AccessTest, TheSelectedStationIsRead) {
     openAll();
     child<QTableView>("table").selectRow(0);
-    // The toolkit announces a change of a name that is the label's own text.
+    // A label's name is its text, whose changes the toolkit announces by itself.
     const QString line = name(spoken(child<QLabel>("stationLine")));
     EXPECT_TRUE(line.startsWith(QStringLiteral("KJFK · NEW YORK/JFK"))) << line.toStdString();
     auto& sheet = *window("SCMyStationsWindowController").findChild<QDialog*>();
     EXPECT_EQ(name(spoken(*sheet.findChild<QLabel*>())), line);
 }
 
-TEST_F(AccessTest, ButtonsOfWhichOneIsDownAreANamedGroup) {
+TEST_F(AccessTest, ExclusiveButtonsAreANamedGroup) {
     start();
     struct {
         const char* group;
@@ -114,7 +114,7 @@ TEST_F(AccessTest, AMapTypeIsSentAtEveryClick) {
     }
 }
 
-TEST_F(AccessTest, ShowAllTakesTheFieldsClearButtonAway) {
+TEST_F(AccessTest, ShowAllHidesTheSearchFieldsClearButton) {
     start();
     auto& search = child<QLineEdit>("sf");
     auto& clear = *search.findChild<QToolButton*>();
@@ -124,7 +124,7 @@ TEST_F(AccessTest, ShowAllTakesTheFieldsClearButtonAway) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return !clear.isVisible(); }));
 }
 
-TEST_F(AccessTest, AStarIsToldOfToWhoShowsItsRow) {
+TEST_F(AccessTest, AChangedStarIsAnnouncedForItsCell) {
     start();
     auto& table = child<QTableView>("table");
     table.setFocus();

@@ -7,8 +7,8 @@
 
 #include <QTableView>
 
-/// Every window of the program, on a screen in memory of 800 by 800 points whose window system
-/// gives each a frame.
+/// Every window of the program on the offscreen platform's screen, which has 800 by 800 points and
+/// gives each window a frame.
 class AllWindows : public ::testing::Test, protected support::RunningProgram {
 protected:
     AllWindows() {
@@ -25,7 +25,7 @@ protected:
         QApplication::setLayoutDirection(Qt::LeftToRight);
     }
 
-    /// Starts the program and opens them all, the station sheet too.
+    /// Starts the program, opens all windows including the station sheet, and returns them.
     QList<QWidget*> openAll() {
         start();
         for (const char* version : {"1.0", "1.1"}) {

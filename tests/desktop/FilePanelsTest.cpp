@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Answers the file dialogs and questions of a running panel, in order, and keeps what they showed.
+/// Answers the file dialogs and questions of a running panel in order, and records what they show.
 class Answers {
 public:
     explicit Answers(std::vector<std::string> answers) : answers_(std::move(answers)) {
@@ -25,11 +25,11 @@ public:
     }
     [[nodiscard]] bool allGiven() const { return next_ == answers_.size(); }
 
-    /// Of the last file dialog.
+    /// What the last file dialog showed.
     QString folder;
     QString name;
     QStringList filters;
-    /// Of all questions.
+    /// The texts of all questions.
     QString asked;
 
 private:
@@ -62,7 +62,7 @@ private:
                     return;
                 }
             }
-            ADD_FAILURE() << "no button " << answer;
+            ADD_FAILURE() << "there is no button " << answer;
             box->reject();
         } else {
             static_cast<QDialog*>(asking)->reject();
@@ -74,7 +74,7 @@ private:
     QTimer timer_;
 };
 
-TEST(FilePanels, NothingIsReplacedThatTheUserWasNotAskedAbout) {
+TEST(FilePanels, NothingIsReplacedWithoutAskingTheUser) {
     const support::TemporaryFolder folder;
     folder.write("old.STNPKG", "precious");
     folder.write("free.txt", "not in the way");
@@ -109,7 +109,7 @@ TEST(FilePanels, NothingIsReplacedThatTheUserWasNotAskedAbout) {
     EXPECT_EQ(folder.read("old.STNPKG"), "precious");
 }
 
-TEST(FilePanels, AsksAboutNamesAsTheyAre) {
+TEST(FilePanels, QuestionsShowNamesAsPlainText) {
     const support::TemporaryFolder folder;
     std::filesystem::create_directories(folder / "<b>bold/<h1>large");
     folder.write("<b>bold/<h1>x\u202Egnp\n\u0007", "");
@@ -138,7 +138,7 @@ TEST(FilePanels, AsksAboutNamesAsTheyAre) {
     }
 }
 
-TEST(FilePanels, ProposeANameAndTheFolderOfTheLastTime) {
+TEST(FilePanels, ProposeANameAndTheLastFolder) {
     const support::TemporaryFolder folder;
     for (const char* name : {"lists", "packages"}) {
         std::filesystem::create_directory(folder / name);
@@ -148,7 +148,7 @@ TEST(FilePanels, ProposeANameAndTheFolderOfTheLastTime) {
     const auto forced = [](const std::string& path) {
         return std::filesystem::path(path).replace_extension("STNPKG").string();
     };
-    // Where the toolkit likes.
+    // Any folder that the toolkit chooses.
     const QString elsewhere;
     const QString lists = QString::fromStdString((folder / "lists").string());
     const QString packages = QString::fromStdString((folder / "packages").string());

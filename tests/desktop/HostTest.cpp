@@ -18,7 +18,7 @@ TEST(MainQueue, DropsWorkWhoseTargetHasGone) {
     queue.perform(std::make_shared<int>(), [&] { ran.push_back(2); });
     queue.perform(target, [&] { target.reset(), ran.push_back(3); });
     queue.perform(target, [&] { ran.push_back(4); });
-    EXPECT_TRUE(ran.empty()) << "work waits for the event loop";
+    EXPECT_TRUE(ran.empty()) << "work must wait for the event loop";
     QCoreApplication::sendPostedEvents(&queue);
     EXPECT_EQ(ran, (std::vector{1, 3}));
 }
@@ -27,7 +27,7 @@ TEST(MainQueue, RunsNothingOnceClosed) {
     desktop::MainQueue queue;
     const auto target = std::make_shared<int>();
     int ran = 0;
-    // Handing over more work while it is dropped.
+    // This target hands over more work while it is being dropped.
     auto last = std::shared_ptr<int>(new int, [&](const int* made) {
         queue.perform(target, [&] { ++ran; });
         delete made;
@@ -70,7 +70,7 @@ TEST_F(SettingsTest, OutliveTheRun) {
         settings.setObject(std::string("gone"), "removed");
         settings.setObject(platform::Value(), "removed");
         settings.setObject(Number(0.5), "curmaptype");
-        // Even where this run does not end well.
+        // A setting is in the file at once, in case this run crashes.
         EXPECT_NE(folder.read("nosig/nosig.ini").find("curmaptype=4"), std::string::npos);
     }
     const desktop::Settings settings(&log);

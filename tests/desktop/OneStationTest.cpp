@@ -19,14 +19,14 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-/// A list's line of a station at 40 degrees north.
+/// The line of a list for a station at 40 degrees north and `longitude` degrees west.
 std::string line(const char* identifier, int longitude) {
     return fmt::format(
         "ZZ {:16} {:4} ZZQ   72999   40 00N  {:03} 00W 1656   X     T     A    7 US\n",
         fmt::format("PLACE OF {}", identifier), identifier, longitude);
 }
 
-/// Whatever the user does in the main window, its parts mean one station.
+/// Whatever the user does in the main window, all its parts refer to the same station.
 class OneStation : public ::testing::Test, protected support::RunningProgram {
 protected:
     OneStation() {
@@ -72,7 +72,7 @@ protected:
             },
             60'000));
     }
-    /// The stations that requests wait for, each once, since the last call.
+    /// The stations requested since the last call, each once. Answers all requests, without data.
     Names asked() {
         Names names;
         for (const std::string& address : fake.urlSessions.addresses()) {
@@ -85,7 +85,7 @@ protected:
         }
         return names;
     }
-    /// Expects everything that names the selected station to name this one; "" for none.
+    /// Expects everything that shows the selected station to show this one; "" is none.
     void expectSelected(const std::string& identifier) {
         QApplication::processEvents();
         const QModelIndexList rows = table().selectionModel()->selectedRows(2);
@@ -100,7 +100,7 @@ protected:
             EXPECT_TRUE(table().viewport()->rect().intersects(table().visualRect(rows.front())));
         }
     }
-    /// What the user would notice: the reports of Fetch Again and the mark of the shortcut.
+    /// Expects Fetch Again and the favourite shortcut, too, to act on this station; "" is none.
     void expectMeant(const std::string& identifier) {
         expectSelected(identifier);
         asked();
@@ -112,12 +112,12 @@ protected:
     }
 };
 
-TEST_F(OneStation, IsMeantByEverythingWhateverHappensToTheRows) {
+TEST_F(OneStation, IsTheSameEverywhereWhateverHappensToTheRows) {
     struct Case {
         const char* name;
         std::function<void()> act;
         const char* meant;
-        /// Whether its weather was asked for by that, and the map went to it.
+        /// Whether the action requests its weather and moves the map to it.
         bool isNew;
         int rows;
     };
@@ -184,20 +184,20 @@ TEST_F(OneStation, StaysWhileAPackageIsSaved) {
     EXPECT_TRUE(delegate().sw->savePath->ends_with("saved.STNPKG"));
 }
 
-TEST_F(OneStation, OfTwoWithOneNameIsTheOneInTheRow) {
+TEST_F(OneStation, AmongTwoOfTheSameNameIsTheOneInTheRow) {
     const auto named = [](const char* identifier) {
         return line(identifier, 70).replace(3, 16, "ONE NAME FOR TWO");
     };
     openList(named("KJFK") + named("KLGA") + line("KEET", 80));
     table().selectRow(1);
     expectSelected("KLGA");
-    // The first station of that name comes into the selected one's row.
+    // The first station of that name moves into the row of the selected one.
     child<QLineEdit>("sf").setText(QStringLiteral("kjfk,keet"));
     EXPECT_EQ(table().model()->rowCount(), 2);
     expectMeant("KJFK");
 }
 
-TEST_F(OneStation, IsAskedForAgainWithoutMovingAnything) {
+TEST_F(OneStation, IsFetchedAgainWithoutMovingTheMap) {
     findKennedy();
     click("showAll");
     press(map(), Qt::Key_Left);
@@ -213,7 +213,7 @@ TEST_F(OneStation, IsAskedForAgainWithoutMovingAnything) {
     EXPECT_EQ(map().region().centre.longitude, moved);
     EXPECT_EQ(delegate().sw->wGrabber->stationsToCollectWeatherFrom.size(), 2U);
     EXPECT_EQ(asked(), Names{"KEET"});
-    // The timer shows the selected station too, as it always did.
+    // The timer, too, shows the selected station again.
     fake.timers.fire();
     expectSelected("KEET");
     EXPECT_EQ(asked(), Names{"KEET"});

@@ -20,7 +20,7 @@
 
 namespace {
 
-/// The program with stations of its own and of the user.
+/// The program with a catalogue and a package of My Stations.
 class ProgramTest : public ::testing::Test, protected support::RunningProgram {
 protected:
     ProgramTest() {
@@ -35,7 +35,7 @@ protected:
         start();
     }
 
-    /// Chooses an entry by the words of its path, as it stands in a window's menus.
+    /// Finds a menu entry of a window by the titles on the way to it, and validates it.
     static QAction& entry(QMainWindow& from, const QStringList& path) {
         QList<QAction*> entries = from.menuBar()->actions();
         QAction* found = nullptr;
@@ -72,7 +72,7 @@ TEST_F(ProgramTest, EveryWindowCarriesTheMenus) {
     EXPECT_EQ(entry(stations(), {"Stations", "Unfavorite"}).isEnabled(), true);
     EXPECT_EQ(delegate().sw->allFavorites().size(), 1U);
 
-    // From the menu of the about window, which a new one replaces.
+    // Chosen from the about window's own menu, it replaces that window by a new one.
     entry(window("SCAboutWindowController"), {"Help", "About Nosig"}).trigger();
     const auto* before = delegate().ab.get();
     EXPECT_TRUE(QTest::qWaitFor([&] { return delegate().ab.get() != before; }));
@@ -122,7 +122,7 @@ TEST_F(ProgramTest, TheDelegateStartsShowsAndEndsTheMainWindow) {
     EXPECT_EQ(platform::integerOf(fake.userDefaults.objectForKey("curmaptype")), 3);
 }
 
-TEST_F(ProgramTest, WindowsAreRememberedOverAStart) {
+TEST_F(ProgramTest, WindowsAreRememberedAcrossRuns) {
     const auto splitter = [] {
         return stations().findChild<QSplitter*>(QStringLiteral("tableAndDetails"));
     };
@@ -143,7 +143,7 @@ TEST_F(ProgramTest, WindowsAreRememberedOverAStart) {
     EXPECT_EQ(header()->sectionSize(2), untouched);
 }
 
-TEST_F(ProgramTest, MyStationsShowsThemOnAMapAndOnASheet) {
+TEST_F(ProgramTest, MyStationsShowsItsStationsOnAMapAndOnASheet) {
     QMainWindow& mine = myStations();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&mine));
     auto& table = *mine.findChild<QTableView*>(QStringLiteral("mftable"));
@@ -165,7 +165,7 @@ TEST_F(ProgramTest, MyStationsShowsThemOnAMapAndOnASheet) {
     EXPECT_TRUE(sheet->findChild<QLabel*>(QStringLiteral("stationLine"))
                     ->text()
                     .startsWith(QStringLiteral("LSZH · ZU[7mRICH")));
-    // What could disguise the file's texts is nowhere shown.
+    // Characters that could disguise the file's texts are shown nowhere.
     EXPECT_EQ(sheet->windowTitle(), QStringLiteral("LSZH"));
     EXPECT_EQ(table.model()->index(1, 2).data().toString(), QStringLiteral("LSZH"));
     const QPointer<QDialog> alive(sheet);
@@ -203,7 +203,7 @@ TEST_F(ProgramTest, TheReleaseNotesAreShownOnceAfterAnUpdate) {
     }
 }
 
-TEST_F(ProgramTest, HelpLeadsThroughItsPages) {
+TEST_F(ProgramTest, HelpFollowsLinksAndGoesBack) {
     fake.folder.write("resources/index.html", "<p>Contents <a href='two.html'>Two</a></p>");
     fake.folder.write("resources/two.html", "<p>The second page</p>");
     delegate().doHelp();
@@ -220,7 +220,7 @@ TEST_F(ProgramTest, HelpLeadsThroughItsPages) {
     EXPECT_TRUE(page.toPlainText().startsWith(QStringLiteral("Contents")));
 }
 
-TEST_F(ProgramTest, TheAboutWindowTellsTheVersionAndLeadsToTheMakers) {
+TEST_F(ProgramTest, TheAboutWindowShowsTheVersionAndOpensTheContactAddresses) {
     fake.bundle.info["CFBundleShortVersionString"] = "1.0";
     delegate().doAbout();
     QMainWindow& about = window("SCAboutWindowController");

@@ -12,7 +12,7 @@ std::string shown(const QByteArray& rtf) {
     return document.toPlainText().toStdString();
 }
 
-TEST(RichText, ShowsTheTextOfItsWords) {
+TEST(RichText, ShowsTheTextOfItsControlWords) {
     struct {
         const char* rtf;
         const char* text;

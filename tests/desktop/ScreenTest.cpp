@@ -15,7 +15,7 @@ namespace {
 
 class ScreenTest : public AllWindows {
 protected:
-    /// Of a control in its own coordinates, as far as what it lies in does not cut it off.
+    /// The part of a control that its parents do not clip, in the control's coordinates.
     static QRect partSeen(const QWidget& control) {
         QRect part = control.rect();
         for (const QWidget* place = &control; !place->isWindow(); place = place->parentWidget()) {
@@ -40,7 +40,7 @@ TEST_F(ScreenTest, EveryWindowFitsItsScreenWithItsFrame) {
                 QTest::qWaitFor([&] { return screen.contains(one->frameGeometry()); }, 2000));
         }
         stop();
-        // The next time with the memory of a screen that was larger.
+        // The next start finds window sizes remembered from a larger screen.
         QSettings memory(desktop::shownText((fake.folder / "windows.ini").string()),
                          QSettings::IniFormat);
         QWidget large;
@@ -51,7 +51,7 @@ TEST_F(ScreenTest, EveryWindowFitsItsScreenWithItsFrame) {
     }
 }
 
-TEST_F(ScreenTest, EveryControlIsReachedHoweverSmallTheWindow) {
+TEST_F(ScreenTest, EveryControlCanBeReachedHoweverSmallTheWindow) {
     struct {
         QSize size;
         int points;
@@ -91,7 +91,7 @@ TEST_F(ScreenTest, WordsRunFromLeftToRightInAnyLanguage) {
     for (const QWidget* one : openAll()) {
         EXPECT_EQ(one->layoutDirection(), Qt::LeftToRight) << one->objectName().toStdString();
     }
-    // Letters of another direction stay within their part of the line.
+    // Text of the other direction stays within its part of the line.
     child<QTableView>("table").selectRow(1);
     const QString line = child<QLabel>("stationLine").text();
     QTextLayout layout(line);
@@ -108,7 +108,7 @@ TEST_F(ScreenTest, WordsRunFromLeftToRightInAnyLanguage) {
     }
 }
 
-TEST(Contrast, IsThatOfTheGuidelines) {
+TEST(Contrast, FollowsTheAccessibilityGuidelines) {
     EXPECT_NEAR(desktop::contrast(Qt::black, Qt::white), 21, 1e-9);
     EXPECT_NEAR(desktop::contrast(QColor("#767676"), Qt::white), 4.54, 0.005);
     EXPECT_NEAR(desktop::contrast(Qt::white, QColor("#569BC6")), 3.04, 0.005);
@@ -131,14 +131,14 @@ constexpr Theme themes[] = {
     {"grey", "#808080", "#000000", "#8a8a8a", "#7f7f7f", "#909090"},
 };
 
-TEST_F(ScreenTest, WhatIsDownOrSelectedIsSeenInEveryTheme) {
+TEST_F(ScreenTest, PressedButtonsAndSelectedRowsStandOutInEveryTheme) {
     useFont(14);
     start();
     auto& table = child<QTableView>("table");
     auto& down = child<QAbstractButton>("searchICAO");
     auto& up = child<QAbstractButton>("searchName");
     table.selectRow(0);
-    // Of what is drawn: the ground at its left edge, and of the rest what stands out most from it.
+    // In a picture: the background at its left edge, and the highest contrast of any pixel with it.
     const auto ground = [](const QImage& image) { return image.pixelColor(3, image.height() / 2); };
     const auto letters = [&](const QImage& image) {
         double most = 1;
@@ -164,7 +164,7 @@ TEST_F(ScreenTest, WhatIsDownOrSelectedIsSeenInEveryTheme) {
         palette.setColor(QPalette::AlternateBase, QColor(theme.base));
         palette.setColor(QPalette::Highlight, QColor(theme.highlight));
         palette.setColor(QPalette::HighlightedText, QColor(theme.highlighted));
-        // While the program runs.
+        // The theme changes while the program runs.
         QApplication::setPalette(palette);
         QApplication::processEvents();
         for (const bool onImagery : {false, true}) {
@@ -177,7 +177,7 @@ TEST_F(ScreenTest, WhatIsDownOrSelectedIsSeenInEveryTheme) {
             SCOPED_TRACE(hasFocus);
             hasFocus ? down.setFocus() : down.clearFocus();
             const QImage button = down.grab().toImage();
-            // Clear of the focus frame.
+            // Outside the focus frame.
             const QColor filled = button.pixelColor(1, button.height() / 2);
             EXPECT_GE(desktop::contrast(filled, QColor(theme.window)), desktop::contrastOfShapes);
             EXPECT_GE(letters(button), desktop::contrastOfText);
@@ -186,7 +186,7 @@ TEST_F(ScreenTest, WhatIsDownOrSelectedIsSeenInEveryTheme) {
             hasFocus ? table.setFocus() : table.clearFocus();
             const QImage selected = row();
             EXPECT_GE(letters(selected), desktop::contrastOfText);
-            // Between two lines, or filled as these are.
+            // The row has lines above and below, or is filled with their colour.
             EXPECT_GE(desktop::contrast(selected.pixelColor(20, 0), QColor(theme.base)),
                       desktop::contrastOfShapes);
             EXPECT_EQ(ground(selected) == selected.pixelColor(20, 0), hasFocus);

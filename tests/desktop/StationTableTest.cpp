@@ -64,7 +64,7 @@ protected:
     desktop::StationTable table{view};
 };
 
-TEST_F(StationTableTest, ModelIsSound) {
+TEST_F(StationTableTest, ModelKeepsTheToolkitsRules) {
     const QAbstractItemModelTester tester(view.model(),
                                           QAbstractItemModelTester::FailureReportingMode::Fatal);
     for (const std::int64_t rows : {0, 7, 3, -1}) {
@@ -123,14 +123,14 @@ TEST_F(StationTableTest, LooksAtABoundedNumberOfCells) {
     table.reloadData();
     (void)view.grab();
     EXPECT_LT(stations.cellsAsked, 200'000);
-    // As it happens at every keystroke of a search.
+    // Every keystroke of a search reloads the table.
     stations.cellsAsked = 0;
     stations.rows = 999'999;
     table.reloadData();
     EXPECT_LT(stations.cellsAsked, 1'000);
 }
 
-TEST_F(StationTableTest, CutsTextThatNoStationHas) {
+TEST_F(StationTableTest, CutsTextLongerThanAnyStations) {
     stations.longRow = 0;
     for (const std::string_view piece : {"x", "é", "\U0001F326", "\xff"}) {
         stations.longText.clear();

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// The main window as the program makes it, on a host without any catalogue.
+/// The main window as the program makes it, on a host without a catalogue.
 class StationWindowTest : public ::testing::Test, protected support::RunningProgram {
 protected:
     StationWindowTest() { start(); }
@@ -49,7 +49,7 @@ TEST_F(StationWindowTest, ShowsAHintUntilThereAreStations) {
     EXPECT_EQ(child<QLabel>("words").text(), QStringLiteral("%1 stations").arg(rows));
 }
 
-TEST_F(StationWindowTest, NoTwoControlsShareALetter) {
+TEST_F(StationWindowTest, NoTwoControlsShareAnAccessKey) {
     QStringList texts;
     for (const QAction* menu : stations().menuBar()->actions()) {
         texts.append(menu->text());
@@ -70,7 +70,7 @@ TEST_F(StationWindowTest, NoTwoControlsShareALetter) {
     EXPECT_GE(letters.size(), 15U);
 }
 
-TEST_F(StationWindowTest, TheKeyboardSearchesAndComesBack) {
+TEST_F(StationWindowTest, TheKeyboardSearchesAndReturnsToTheTable) {
     openList();
     auto& table = child<QTableView>("table");
     auto& search = child<QLineEdit>("sf");
@@ -94,7 +94,7 @@ TEST_F(StationWindowTest, TheKeyboardSearchesAndComesBack) {
     EXPECT_EQ(search.text(), QString());
 }
 
-TEST_F(StationWindowTest, ArrowsSelectAndFetchAndAShortcutMarks) {
+TEST_F(StationWindowTest, ArrowsSelectAndFetchAndAShortcutMarksAFavorite) {
     openList();
     auto& table = child<QTableView>("table");
     table.setFocus();
@@ -109,8 +109,8 @@ TEST_F(StationWindowTest, ArrowsSelectAndFetchAndAShortcutMarks) {
     QTest::keyClick(&table, Qt::Key_D, Qt::ControlModifier);
     EXPECT_TRUE(controller().selectedStation->isFavorite());
     EXPECT_TRUE(spoken().endsWith(QStringLiteral("favorite")));
-    // An entry that validation disables must not be chosen by its shortcut, which it was enabled
-    // for a moment ago.
+    // Validation would disable this entry now. Its shortcut must not choose it, although it was
+    // still enabled a moment ago.
     table.clearSelection();
     QTest::keyClick(&table, Qt::Key_D, Qt::ControlModifier);
     EXPECT_EQ(controller().allFavorites().size(), 1U);

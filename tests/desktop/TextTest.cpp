@@ -5,7 +5,7 @@
 
 namespace {
 
-TEST(Text, ShowsNothingThatDisguisesIt) {
+TEST(Text, ShowsNoCharacterThatDisguisesIt) {
     struct {
         const char* name;
         std::string_view text;

@@ -4,7 +4,8 @@
 #include <QApplication>
 #include <gtest/gtest.h>
 
-/// ThreadSanitizer does not see how the toolkit, built without it, synchronizes its threads.
+/// ThreadSanitizer calls this by name. The toolkit is built without it, so it cannot see how the
+/// toolkit's threads synchronise.
 extern "C" const char* __tsan_default_suppressions() {
     return "called_from_lib:libQt6Core.so\n"
            "called_from_lib:libQt6Gui.so\n"
@@ -13,7 +14,7 @@ extern "C" const char* __tsan_default_suppressions() {
            "called_from_lib:libglib-2.0.so\n";
 }
 
-/// Widgets without a display, in a home of their own.
+/// Runs tests with widgets without a display and with a home folder of their own.
 int main(int argc, char* argv[]) {
     const support::TemporaryFolder home;
     for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
