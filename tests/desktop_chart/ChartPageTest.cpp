@@ -16,7 +16,7 @@ using Opened = std::vector<std::string>;
 
 class ChartPage : public support::ChartStage {
 protected:
-    /// Shows a page that reports half a second after a click, if it is still there by then.
+    /// Shows a page that requests /stayed half a second after a click, if it is still open then.
     void showLinked(const std::string& body) {
         show(body + "<script>addEventListener('click', () => setTimeout(() => fetch('/stayed'), "
                     "500), true)</script>");
@@ -38,12 +38,12 @@ protected:
     }
 };
 
-TEST_F(ChartPage, ALinkThatIsClickedStaysOnTheSiteOrOpensInTheBrowser) {
+TEST_F(ChartPage, AClickedLinkStaysOnTheSiteOrOpensInTheBrowser) {
     const struct {
         const char* what;
         std::string body;
         Opened opened;
-        /// Where the page is afterwards.
+        /// The path of the page that is shown afterwards.
         const char* path = "/page";
     } rows[] = {
         {"the same site", "<a href='/target'>x", {}, "/target"},
@@ -59,12 +59,12 @@ TEST_F(ChartPage, ALinkThatIsClickedStaysOnTheSiteOrOpensInTheBrowser) {
         {"two windows by one click",
          "<a href='#' onclick='window.open(`/x`); window.open(`/y`)'>x",
          {site + "/x"}},
-        {"from here to another site", "<a href='/away?port=" + port + "'>x", {}},
+        {"a redirect from here to another site", "<a href='/away?port=" + port + "'>x", {}},
         {"a form for another site",
          "<form action='" + elsewhere + "/x'><button>x</button></form>",
          {}},
         {"a download", "<a download href='/file'>x", {}},
-        {"a download that is none until it comes", "<a href='/file'>x", {}},
+        {"a download that shows itself only in the reply", "<a href='/file'>x", {}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
@@ -80,9 +80,9 @@ TEST_F(ChartPage, ALinkThatIsClickedStaysOnTheSiteOrOpensInTheBrowser) {
     EXPECT_EQ(leftAtHome(), std::set<std::string>());
 }
 
-TEST_F(ChartPage, WhatNobodyClickedLeadsNowhere) {
+TEST_F(ChartPage, WithoutAClickNothingLeavesThePage) {
     const support::WeatherServer notSecure([](const auto&, auto&) {}, support::WeatherServer::http);
-    // A page that leads away before it is loaded loads no further, refused or not.
+    // A page that navigates before it has loaded stops loading, even if that is refused.
     const auto later = [](const std::string& script) {
         return "<script>setTimeout(() => {" + script + "}, 100)</script>";
     };
@@ -149,7 +149,7 @@ TEST_F(ChartPage, ForgetsEverything) {
     EXPECT_EQ(leftAtHome(), std::set<std::string>());
 }
 
-TEST_F(ChartPage, GoesOnWhereAPageWouldKeepTheUserAndWhereItsProcessEnded) {
+TEST_F(ChartPage, GoesOnWhenAPageHoldsTheUserBackOrItsProcessDies) {
     showLinked("<script>addEventListener('beforeunload', event => { event.preventDefault(); "
                "event.returnValue = 'stay' })</script>text");
     click();

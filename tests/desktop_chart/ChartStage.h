@@ -12,8 +12,9 @@
 
 namespace support {
 
-/// A chart view as the program makes it, on a site that is a server on loopback. The test program
-/// does not link the browser engine either: it looks at the page through the toolkit's properties.
+/// A chart view as the program makes it, with a server on loopback as its site. Like the program,
+/// the tests do not link the browser engine: they look at the page through the toolkit's
+/// properties.
 class ChartStage : public ::testing::Test {
     mutable std::mutex mutex_;
     std::vector<std::string> requests_;
@@ -26,8 +27,8 @@ protected:
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
     }
 
-    /// Whether it came true in time. The engine works in many small steps, for which the loop has
-    /// to run without pauses.
+    /// Whether the condition came true in time. The engine works in many small steps, so the event
+    /// loop must run without pauses.
     template <typename Condition>
     static bool wait(Condition condition) {
         QEventLoop loop;
@@ -41,7 +42,7 @@ protected:
         QTimer::singleShot(patience, &loop, [&loop] { loop.exit(1); });
         return loop.exec() == 0;
     }
-    /// What the engine has made within the view.
+    /// An object of that class that the engine has made inside the view, or null.
     template <typename T = QObject>
     [[nodiscard]] T* made(const char* className) const {
         for (T* object : view.findChildren<T*>()) {
@@ -52,13 +53,13 @@ protected:
         return nullptr;
     }
     [[nodiscard]] QUrl shown() const { return made("QWebEnginePage")->property("url").toUrl(); }
-    /// Where the page's input goes.
+    /// The widget that receives the page's input.
     [[nodiscard]] QWidget* input() const { return made<QWidget>("QWebEngineView")->focusProxy(); }
     [[nodiscard]] bool wasAsked(const std::string& request) const {
         const std::scoped_lock lock(mutex_);
         return std::ranges::find(requests_, request) != requests_.end();
     }
-    /// The first request that begins so; empty for none.
+    /// The first request that begins with this; empty if there is none.
     [[nodiscard]] std::string askedFor(const std::string& beginning) const {
         const std::scoped_lock lock(mutex_);
         const auto found = std::ranges::find_if(
@@ -69,8 +70,8 @@ protected:
         const std::scoped_lock lock(mutex_);
         requests_.clear();
     }
-    /// What lies in the home of the test program, beside the user's certificates: the engine looks
-    /// them up, and makes an empty store where there is none.
+    /// What is in the test program's home folder, except the store of the user's certificates,
+    /// which the engine reads and creates if it does not exist.
     [[nodiscard]] static std::set<std::string> leftAtHome() {
         std::set<std::string> names;
         for (const auto& entry :
@@ -81,7 +82,7 @@ protected:
         return names;
     }
     void load(const std::string& path) { view.loadRequest({site + path}); }
-    /// Shows a page of this body, and waits until it is painted and has no more to load.
+    /// Shows a page with this body, and waits until it is painted and completely loaded.
     void show(const std::string& body) {
         {
             const std::scoped_lock lock(mutex_);
@@ -96,7 +97,7 @@ protected:
     FakeHost fake;
     WeatherServer server{
         [this](const auto& request, auto& response) { answer(request, response); }};
-    /// The same server goes by another name too.
+    /// The same server is reached under two names, `here` and `there`.
     const std::string port = server.authority().substr(server.authority().find(':'));
     const std::string here = server.authority();
     const std::string there = "127.0.0.1" + port;

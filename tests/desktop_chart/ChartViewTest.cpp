@@ -13,7 +13,7 @@
 
 namespace {
 
-/// Whether anything of the browser engine is in this process.
+/// Whether any part of the browser engine is loaded in this process.
 bool isEngineLoaded() {
     std::ifstream maps("/proc/self/maps");
     const std::string text{std::istreambuf_iterator<char>(maps), {}};
@@ -33,7 +33,7 @@ TEST(ChartView, TheWindowLoadsTheEngineWhenTheChartIsFirstShown) {
     const auto choose = [&](const char* button) {
         QTest::mouseClick(child(button), Qt::LeftButton);
     };
-    // The map that stands in for the chart of the last run.
+    // The last run ended with the chart; a map is shown in its place.
     EXPECT_TRUE(static_cast<QAbstractButton*>(child("mapHybrid"))->isChecked());
     EXPECT_TRUE(child("mapV")->isVisible());
     choose("mapStandard");
@@ -47,7 +47,7 @@ TEST(ChartView, TheWindowLoadsTheEngineWhenTheChartIsFirstShown) {
     const QRect place = child("mapV")->geometry();
     choose("mapChart");
     EXPECT_TRUE(isEngineLoaded());
-    // Its hint blinks, and the weather's timer runs.
+    // The weather's timer runs, and so does that of the blinking hint.
     using namespace std::chrono_literals;
     EXPECT_EQ(program.fake.timers.runningIntervals(),
               (std::vector<std::chrono::milliseconds>{30min, 1300ms}));
@@ -58,7 +58,7 @@ TEST(ChartView, TheWindowLoadsTheEngineWhenTheChartIsFirstShown) {
         return child("secView")->geometry() ==
                place.adjusted(0, 0, 0, -child("dLcikWords")->height());
     }));
-    // By keyboard it comes after its button, and leads on to the larger one.
+    // In the tab order the chart follows its button, and its shortcut opens the larger chart.
     QApplication::processEvents();
     QTest::keyClick(child("mapChart"), Qt::Key_Tab);
     EXPECT_TRUE(child("secView")->isAncestorOf(QApplication::focusWidget()))
@@ -77,8 +77,8 @@ TEST(ChartView, TheWindowLoadsTheEngineWhenTheChartIsFirstShown) {
     EXPECT_EQ(program.fake.log.lines(), std::vector<std::string>());
 }
 
-/// Shows a chart that cannot be had: a notice stands in its place, which a double click leads on
-/// from all the same.
+/// Expects a chart whose module cannot be used to show a notice instead, and a double click on that
+/// to open the larger chart all the same.
 void expectNotice(const std::string& module) {
     support::FakeHost fake;
     desktop::ChartView view(fake.host, {.module = QString::fromStdString(module)});
@@ -103,15 +103,15 @@ void expectNotice(const std::string& module) {
     EXPECT_EQ(fake.workspace.opened.size(), 1U);
 }
 
-TEST(ChartView, SaysSoWhereTheModuleCannotBeHad) {
+TEST(ChartView, ShowsANoticeIfTheModuleCannotBeLoaded) {
     const support::TemporaryFolder folder;
     expectNotice((folder / "none.so").string());
     expectNotice(folder.write("broken.so", "no library").string());
 }
 
-TEST(ChartView, SaysSoWhereTheEngineCannotLockItsProcessesIn) {
+TEST(ChartView, ShowsANoticeIfTheEngineCannotRunInItsSandbox) {
     if (::geteuid() != 0) {
-        GTEST_SKIP() << "only the user root is sure to be one of those";
+        GTEST_SKIP() << "the sandbox is certain to fail only for root";
     }
     qunsetenv("QTWEBENGINE_DISABLE_SANDBOX");
     expectNotice(desktop::ChartSetup::programsModule().toStdString());

@@ -4,9 +4,9 @@
 #include <QApplication>
 #include <gtest/gtest.h>
 
-/// The browser engine, built without the address checker, frees some of its objects under another
-/// size, and keeps others, as the library of fonts does, until the process ends. The checker asks
-/// for these by name.
+/// AddressSanitizer calls these by name. The browser engine is built without it, frees some of its
+/// objects with another size than it allocated, and keeps others until the process ends, as does
+/// the font library.
 extern "C" const char* __asan_default_options() {
     return "new_delete_type_mismatch=0";
 }
@@ -15,7 +15,7 @@ extern "C" const char* __lsan_default_suppressions() {
            "leak:libfontconfig.so\n";
 }
 
-/// The thread checker does not see how libraries built without it synchronize their threads.
+/// ThreadSanitizer cannot see how libraries built without it synchronise their threads.
 extern "C" const char* __tsan_default_suppressions() {
     return "race:libcpp-httplib.so\n"
            "race:libQt6WebEngineCore.so\n"
@@ -27,9 +27,10 @@ extern "C" const char* __tsan_default_suppressions() {
            "called_from_lib:libglib-2.0.so\n";
 }
 
-/// Web pages without a display, in a home of their own. The browser engine trusts the throwaway
-/// certificate of the test's server, has a camera, and runs as root too, as in containers. It is
-/// asked to tell of itself, which must not happen.
+/// Runs tests with web pages without a display and with a home folder of their own. The browser
+/// engine trusts the throwaway certificate of the test's server, has a fake camera, and can run as
+/// root, as in containers. The logging rules ask it to describe itself, which the program must
+/// prevent.
 int main(int argc, char* argv[]) {
     const support::TemporaryFolder home;
     for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {

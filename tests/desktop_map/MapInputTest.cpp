@@ -67,7 +67,7 @@ TEST_F(MapInputTest, DraggingMovesTheMapWithThePointer) {
     drag({300, 200}, {420, 110});
     EXPECT_NEAR(moved().x(), -120, 0.1);
     EXPECT_NEAR(moved().y(), 90, 0.1);
-    // From then on the map is the user's: another size shows more, not the old region.
+    // After that the user's region stays: a larger view shows more, not the old region.
     view_.resize(700, 500);
     EXPECT_NEAR(moved().x(), -120, 0.1);
 }
@@ -113,7 +113,7 @@ TEST_F(MapInputTest, WheelPinchAndDoubleClickZoomAroundThePointer) {
     });
 }
 
-TEST_F(MapInputTest, DotsNameThemselvesAndAreChosenByClicking) {
+TEST_F(MapInputTest, DotsShowTheirNamesAndAreChosenByClicking) {
     const Location other{48.353, 11.795};
     view_.setStations({{"ETSI", {48.9, 11.5}}, {"EDDM", place}, {"EDMX", other}});
     std::vector<std::size_t> clicked;
@@ -134,7 +134,7 @@ TEST_F(MapInputTest, DotsNameThemselvesAndAreChosenByClicking) {
         QTest::mouseMove(&view_, {40, 200});
         EXPECT_FALSE(view_.state().pointed);
     }
-    // A drag that begins on a dot is no click, and a list that is gone is not pointed at.
+    // A drag that begins on a dot is not a click, and the pointer forgets stations that are gone.
     clicked.clear();
     view_.setMapType(0);
     drag(pointOf(place), pointOf(place) + QPoint(50, 0));
@@ -163,7 +163,7 @@ TEST_F(MapInputTest, FlyoverTurnsWhenDragged) {
     EXPECT_EQ(shown().heading(), 0);
 }
 
-TEST_F(MapInputTest, CreditLeadsToItsPage) {
+TEST_F(MapInputTest, ClickingTheCreditOpensItsPage) {
     std::string page;
     view_.creditClicked = [&](const std::string& address) { page = address; };
     QTest::mouseClick(&view_, Qt::LeftButton, {}, {590, 388});

@@ -22,7 +22,7 @@ using platform::Region;
 desktop::MapSetup offline() {
     desktop::MapSetup setup;
     setup.baseMap = QStringLiteral(NOSIG_SOURCE_DIR "/resources/map/world.map");
-    // A credit without a server behind it: nobody listens on the discard port.
+    // Credits without a server behind them: nobody listens on the discard port.
     desktop::TileSources sources{map::worldTileServers()};
     for (map::TileServer& server : sources.servers) {
         server.address = "http://127.0.0.1:9/{z}/{x}/{y}";
@@ -31,7 +31,7 @@ desktop::MapSetup offline() {
     return setup;
 }
 
-/// The same with tiles of both kinds from loopback.
+/// The same, with tiles of both kinds from a server on loopback.
 desktop::MapSetup online(const support::LoopbackTiles& tiles) {
     desktop::MapSetup setup = offline();
     setup.tiles = std::make_shared<desktop::TileLoader>(desktop::TileSources{
@@ -44,7 +44,7 @@ void showAround(MapView& view, const Location& centre, double metres = 2000) {
     view.setRegion(view.regionThatFits(map::regionWithDistance(centre, metres, metres)));
 }
 
-/// For how many pixels something holds.
+/// The number of pixels for which `holds` is true.
 int count(const QImage& image, const std::function<bool(int x, int y)>& holds) {
     int found = 0;
     for (int y = 0; y < image.height(); ++y) {
@@ -55,7 +55,7 @@ int count(const QImage& image, const std::function<bool(int x, int y)>& holds) {
     return found;
 }
 
-/// Pixels in which two pictures differ.
+/// The number of pixels in which two pictures differ.
 int difference(const QImage& one, const QImage& other) {
     return count(one, [&](int x, int y) { return one.pixel(x, y) != other.pixel(x, y); });
 }
@@ -64,8 +64,8 @@ QImage picture(MapView& view) {
     return view.grab().toImage();
 }
 
-TEST(MapView, RegionIsReadBackAndFitsEveryShapeOfTheView) {
-    // Set before the view has its size, as at the start of the program, and at the date line.
+TEST(MapView, RegionReadsBackAndFitsEveryShapeOfTheView) {
+    // Set before the view has its size, as when the program starts, and at the date line.
     const Location place{60.1, 180};
     MapView view(offline());
     showAround(view, place);
@@ -75,7 +75,7 @@ TEST(MapView, RegionIsReadBackAndFitsEveryShapeOfTheView) {
         const Region shown = view.region();
         EXPECT_NEAR(shown.centre.latitude, place.latitude, 1e-4);
         EXPECT_NEAR(std::remainder(shown.centre.longitude - place.longitude, 360), 0, 1e-6);
-        // The same when the logic asks the view that has its size.
+        // Set again, now that the view has its size, it gives the same.
         showAround(view, place);
         EXPECT_NEAR(view.region().latitudeSpan, shown.latitudeSpan, 1e-9);
     }
@@ -97,7 +97,7 @@ TEST(MapView, InvalidPlacesAndTypesChangeNothing) {
     EXPECT_EQ(picture(view), before);
 }
 
-TEST(MapView, OfflineMapShowsLandSeaAndFurniture) {
+TEST(MapView, OfflineMapShowsLandSeaAndMarker) {
     MapView view(offline());
     view.resize(600, 400);
     const map::Station munich{"EDDM", {48.35, 11.79}};
@@ -115,7 +115,7 @@ TEST(MapView, OfflineMapShowsLandSeaAndFurniture) {
         EXPECT_GT(share(scheme.land), 0.75);
         showAround(view, {30, -40});
         EXPECT_GT(share(scheme.sea), 0.75);
-        // The Channel has both, and on the other shore another country's name.
+        // The Channel shows both land and sea.
         showAround(view, {50.5, 0}, 600'000);
         EXPECT_GT(share(scheme.sea), 0.15);
         EXPECT_GT(share(scheme.land), 0.15);
@@ -129,7 +129,7 @@ TEST(MapView, OfflineMapShowsLandSeaAndFurniture) {
     }
 }
 
-TEST(MapView, TypesDifferAndFourIsHybrid) {
+TEST(MapView, TypesLookDifferentAndFourIsHybrid) {
     support::LoopbackTiles tiles;
     MapView view(online(tiles));
     view.resize(600, 400);
@@ -158,7 +158,7 @@ TEST(MapView, TypesDifferAndFourIsHybrid) {
     }
     EXPECT_EQ(loaded(4, 100'000), pictures[2]);
 
-    // Satellite pictures end at their server's highest level, and are enlarged beyond.
+    // Satellite tiles end at their server's highest level and are enlarged beyond it.
     tiles.requests.clear();
     loaded(1, 2000);
     for (const auto& request : tiles.requests) {
@@ -166,7 +166,7 @@ TEST(MapView, TypesDifferAndFourIsHybrid) {
     }
     EXPECT_FALSE(tiles.requests.empty());
 
-    // A map that nobody sees asks for nothing.
+    // A hidden map requests nothing.
     tiles.requests.clear();
     view.setHidden(true);
     view.setMapType(0);
@@ -178,10 +178,10 @@ TEST(MapView, TypesDifferAndFourIsHybrid) {
     EXPECT_FALSE(view.state().tiles.empty());
 }
 
-TEST(MapView, TilesTakeTheBaseMapsPlaceAsTheyCome) {
+TEST(MapView, TilesReplaceTheBaseMapAsTheyArrive) {
     support::LoopbackTiles tiles;
     tiles.answer = [](QTcpSocket& socket, const support::LoopbackTiles::Request& request) {
-        // Only the coarse level is there.
+        // Only the coarse level exists.
         socket.write(
             request.path.contains("/10/")
                 ? support::LoopbackTiles::reply(support::LoopbackTiles::picture(request.path))
@@ -196,14 +196,14 @@ TEST(MapView, TilesTakeTheBaseMapsPlaceAsTheyCome) {
         QTest::qWaitFor([&] { return !tiles.requests.empty() && !view.state().loader->isBusy(); }));
     ASSERT_EQ(view.state().tiles.front().zoom, 10);
     EXPECT_NE(picture(view).pixelColor(30, 60), view.state().scheme.land);
-    // Nearer, the coarse picture stands in for the finer ones that do not come.
+    // Zoomed in, the coarse tile is shown in place of the finer ones that do not exist.
     showAround(view, place, 12'000);
     EXPECT_NE(picture(view).pixelColor(30, 60), view.state().scheme.land);
     showAround(view, {49, 20}, 12'000);
     EXPECT_EQ(picture(view).pixelColor(30, 60), view.state().scheme.land);
 }
 
-TEST(MapView, DoesWithoutItsBaseMap) {
+TEST(MapView, WorksWithoutItsBaseMap) {
     for (const char* path :
          {"", "/nowhere/world.map", NOSIG_SOURCE_DIR "/README.md", NOSIG_SOURCE_DIR}) {
         desktop::MapSetup setup = offline();
@@ -227,7 +227,7 @@ TEST(MapView, FollowsThePalette) {
     EXPECT_LT(picture(view).pixelColor(40, 90).lightness(), day.lightness() / 2);
 }
 
-TEST(MapView, ASelectionAsksOnlyForTilesThatAreShownInTheEnd) {
+TEST(MapView, ASelectionRequestsOnlyTilesThatAreShownInTheEnd) {
     support::LoopbackTiles tiles;
     const desktop::MapSetup setup = online(tiles);
     MapView view(setup);
@@ -235,7 +235,7 @@ TEST(MapView, ASelectionAsksOnlyForTilesThatAreShownInTheEnd) {
     view.show();
     map::showPlace(view, {46.004, 8.911}, 0);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !setup.tiles->isBusy(); }));
-    // The next one in another kind of map: centred, of that kind and near it, one after another.
+    // Showing a place sets the map's type, centre and region one after another.
     for (const std::int64_t type : {1, 1, 0}) {
         tiles.requests.clear();
         map::showPlace(view, {48.35 + static_cast<double>(type), 11.79}, type);

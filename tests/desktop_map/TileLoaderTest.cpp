@@ -22,7 +22,7 @@ using desktop::TileWishes;
 using map::Tile;
 using support::LoopbackTiles;
 
-/// Long enough for anything that happens at all.
+/// How long to wait for anything that must happen, in milliseconds.
 constexpr int patience = 20'000;
 
 const std::vector<Tile> someTiles{{3, 1, 2}, {3, 2, 2}, {3, 3, 2}, {3, 4, 2},
@@ -39,7 +39,7 @@ protected:
         wishes_ = std::make_unique<TileWishes>(loader, [this] { ++arrivals_; });
         return loader;
     }
-    /// Whether all that was asked for is answered, one way or the other.
+    /// Whether every request was answered in time, with a tile or without.
     bool settle(const TileLoader& loader) {
         return QTest::qWaitFor([&] { return !loader.isBusy(); }, patience);
     }
@@ -47,11 +47,11 @@ protected:
     support::TemporaryFolder folder_;
     LoopbackTiles tiles_;
     int arrivals_ = 0;
-    /// Of the loader made last.
+    /// The wishes of the loader made last.
     std::unique_ptr<TileWishes> wishes_;
 };
 
-TEST_F(TileLoaderTest, AsksOnceForWhatIsSeenAndSaysWhoAsks) {
+TEST_F(TileLoaderTest, RequestsVisibleTilesOnceAndNamesTheProgram) {
     const auto loader = this->loader();
     wishes_->want(0, someTiles);
     wishes_->want(0, someTiles);
@@ -75,7 +75,7 @@ TEST_F(TileLoaderTest, AsksOnceForWhatIsSeenAndSaysWhoAsks) {
     EXPECT_FALSE(loader->image(0, {3, 7, 7}));
 }
 
-TEST_F(TileLoaderTest, ForgetsWhatIsNoLongerSeen) {
+TEST_F(TileLoaderTest, ForgetsTilesNoLongerVisible) {
     tiles_.answer = [this](QTcpSocket& socket, const LoopbackTiles::Request& request) {
         if (request.path.startsWith("/standard/3/")) {
             wishes_->want(0, {{5, 9, 9}});
@@ -83,7 +83,7 @@ TEST_F(TileLoaderTest, ForgetsWhatIsNoLongerSeen) {
         socket.write(LoopbackTiles::reply(LoopbackTiles::picture(request.path)));
     };
     const auto loader = this->loader();
-    // What is wanted for a moment only is not asked for at all.
+    // A tile wanted only for a moment is not requested at all.
     wishes_->want(0, {{4, 1, 1}});
     wishes_->want(0, someTiles);
     ASSERT_TRUE(settle(*loader));
@@ -91,12 +91,12 @@ TEST_F(TileLoaderTest, ForgetsWhatIsNoLongerSeen) {
     for (const auto& request : tiles_.requests) {
         paths.insert(request.path);
     }
-    // The four that were under way, and the new one.
+    // The four already under way, and the new one.
     EXPECT_EQ(paths.size(), 5U);
     EXPECT_TRUE(paths.contains("/standard/5/9/9"));
 }
 
-TEST_F(TileLoaderTest, DiskCacheKeepsToTheServersWord) {
+TEST_F(TileLoaderTest, DiskCacheObeysTheServersHeaders) {
     const struct {
         const char* header;
         bool askedAgain;
@@ -134,7 +134,7 @@ TEST_F(TileLoaderTest, BadTilesAreLeftOutAtABoundedCost) {
     qint64 sent = 0;
     const QByteArray picture = LoopbackTiles::picture("x");
     const QByteArray wide = LoopbackTiles::picture("x", {1025, 8});
-    // Sends as much as is taken.
+    // Sends for as long as the client reads.
     const auto flood = [&](QTcpSocket& socket) {
         QObject::connect(&socket, &QIODevice::bytesWritten, &socket, [&](qint64 bytes) {
             sent += bytes;
@@ -150,7 +150,7 @@ TEST_F(TileLoaderTest, BadTilesAreLeftOutAtABoundedCost) {
         const char* what;
         Answer answer;
     } rows[] = {
-        {"not there", plain(LoopbackTiles::reply("none", {}, "404 Not Found"))},
+        {"missing", plain(LoopbackTiles::reply("none", {}, "404 Not Found"))},
         {"other format", plain(LoopbackTiles::reply(
                              "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"))},
         {"too wide", plain(LoopbackTiles::reply(wide))},
@@ -160,9 +160,9 @@ TEST_F(TileLoaderTest, BadTilesAreLeftOutAtABoundedCost) {
              socket.disconnectFromHost();
          }},
         {"endless", flood},
-        {"elsewhere for ever",
+        {"redirected for ever",
          plain(LoopbackTiles::reply({}, "Location: /again/0\r\n", "302 Found"))},
-        {"to another scheme",
+        {"redirected to another scheme",
          plain(LoopbackTiles::reply({}, "Location: file:///etc/passwd\r\n", "302 Found"))},
     };
     for (const auto& row : rows) {
@@ -184,14 +184,14 @@ TEST_F(TileLoaderTest, BadTilesAreLeftOutAtABoundedCost) {
             EXPECT_FALSE(loader->image(0, {4, 5, 0}));
             asked = frame == 0 ? tiles_.requests.size() : asked;
         }
-        // Not asked for again and again, and what was sent for it fits in a few buffers.
+        // It is not requested again, and no more was sent than fits in a few buffers.
         EXPECT_EQ(tiles_.requests.size(), asked);
         EXPECT_LE(asked, 5U);
         EXPECT_LT(sent, 16 << 20);
     }
 }
 
-TEST_F(TileLoaderTest, TilesThatNeverEndAreGivenUp) {
+TEST_F(TileLoaderTest, TilesThatNeverCompleteAreGivenUp) {
     for (const bool drips : {false, true}) {
         SCOPED_TRACE(drips);
         QTimer timer;
@@ -207,12 +207,12 @@ TEST_F(TileLoaderTest, TilesThatNeverEndAreGivenUp) {
         wishes_->want(0, someTiles);
         ASSERT_TRUE(settle(*loader));
         EXPECT_EQ(arrivals_, 0);
-        // A server that keeps the first ones waiting is not asked for the rest.
+        // A server that does not answer the first requests gets no more.
         EXPECT_EQ(tiles_.requests.size(), 4U);
     }
 }
 
-TEST_F(TileLoaderTest, ServersThatRefuseAreLeftAloneAsLongAsTheySayAtLeast) {
+TEST_F(TileLoaderTest, ServersThatRefuseAreLeftAloneAtLeastAsLongAsTheySay) {
     const auto dated = [](int seconds) {
         return QLocale::c()
             .toString(QDateTime::currentDateTimeUtc().addSecs(seconds),
@@ -230,7 +230,7 @@ TEST_F(TileLoaderTest, ServersThatRefuseAreLeftAloneAsLongAsTheySayAtLeast) {
         {"403 Forbidden", "Retry-After: 99999999999999999999", 86'400s},
         {"429 Too Many Requests", "Retry-After: " + dated(3600), 3600s},
         {"429 Too Many Requests", "Retry-After: " + dated(-3600), 30s},
-        // By the server's clock.
+        // Relative to the server's own clock.
         {"503 Service Unavailable",
          "Retry-After: Sun, 06 Nov 1994 08:51:37 GMT\r\nDate: Sun, 06 Nov 1994 08:49:37 GMT", 120s},
         {"404 Not Found", "Retry-After: 120", 0s},
@@ -251,7 +251,7 @@ TEST_F(TileLoaderTest, ServersThatRefuseAreLeftAloneAsLongAsTheySayAtLeast) {
         ASSERT_TRUE(settle(*loader));
         wishes_->want(0, someTiles);
         ASSERT_TRUE(settle(*loader));
-        // Only what was under way at once is refused.
+        // Only the requests already under way are refused; no more are sent.
         EXPECT_EQ(tiles_.requests.size(), row.leftAlone > 0s ? 4U : 108U);
         EXPECT_LE(loader->leftAloneFor(0), row.leftAlone);
         EXPECT_GE(loader->leftAloneFor(0), row.leftAlone - 10s);
@@ -268,7 +268,7 @@ TEST_F(TileLoaderTest, ServersThatGoOnRefusingAreLeftAloneForLongerAndLonger) {
         longest = std::max(longest, loader->leftAloneFor(0));
         return longest > time;
     };
-    // 20, 40, 80, 160, 320 and never longer.
+    // Pauses of 20, 40, 80, 160 and 320 ms, and never longer.
     wishes_->want(0, someTiles);
     ASSERT_TRUE(QTest::qWaitFor([&] { return isLeftAloneFor(160ms); }, patience));
     const std::size_t asked = tiles_.requests.size();
@@ -278,7 +278,7 @@ TEST_F(TileLoaderTest, ServersThatGoOnRefusingAreLeftAloneForLongerAndLonger) {
     EXPECT_LE(longest, 320ms);
 }
 
-TEST_F(TileLoaderTest, ViewsShareOneLoaderEachInItsTurn) {
+TEST_F(TileLoaderTest, ViewsShareOneLoaderInTurns) {
     std::size_t held = 0;
     std::vector<std::function<void()>> replies;
     tiles_.answer = [&](QTcpSocket& socket, const LoopbackTiles::Request& request) {
@@ -304,7 +304,7 @@ TEST_F(TileLoaderTest, ViewsShareOneLoaderEachInItsTurn) {
     }
     EXPECT_EQ(paths, (QSet<QByteArray>{"/standard/3/1/2", "/standard/5/9/9", "/standard/6/1/1",
                                        "/standard/3/2/2"}));
-    // What was not yet asked for when its view went is not asked for any more.
+    // Tiles not yet requested when their view is destroyed are not requested any more.
     third.reset();
     while (loader->isBusy()) {
         for (const auto& reply : std::exchange(replies, {})) {
@@ -317,7 +317,7 @@ TEST_F(TileLoaderTest, ViewsShareOneLoaderEachInItsTurn) {
     EXPECT_EQ(arrivals, (std::map<char, int>{{'1', 8}, {'2', 2}}));
 }
 
-TEST_F(TileLoaderTest, MemoryHoldsWhatAllViewsShowTogether) {
+TEST_F(TileLoaderTest, MemoryHoldsTheTilesOfAllViews) {
     tiles_.answer = [](QTcpSocket& socket, const LoopbackTiles::Request& request) {
         socket.write(LoopbackTiles::reply(LoopbackTiles::picture(request.path, {512, 512}),
                                           "Cache-Control: no-store\r\n"));
@@ -339,7 +339,7 @@ TEST_F(TileLoaderTest, MemoryHoldsWhatAllViewsShowTogether) {
     EXPECT_EQ(here(), 0);
 }
 
-TEST_F(TileLoaderTest, WhatTheDiskHasShowsWhileTheServerIsLeftAlone) {
+TEST_F(TileLoaderTest, TilesOnDiskAreShownWhileTheServerIsLeftAlone) {
     const std::vector<Tile> kept{{10, 1, 5}};
     {
         const auto loader = this->loader();
