@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 """uses_library.py BUILD COMPILER: installs the support library from the build tree into a folder of
-its own, and builds and runs a small program there by each of the two ways that other programs take:
-find_package and pkg-config."""
+its own, and builds and runs a small program with it in each of the two ways that other programs
+use: find_package and pkg-config."""
 import os
 import pathlib
 import shlex
@@ -16,7 +16,7 @@ SAYS = "a range: 41 42 43\n"
 
 
 def run(*command):
-    """What the command printed; a failure tells all that it said."""
+    """What the command printed. If it fails, so does the test, with that output."""
     done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
     assert done.returncode == 0, done.stdout
     return done.stdout
@@ -28,7 +28,7 @@ class InstalledLibrary(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         cls.addClassCleanup(folder.cleanup)
         cls.work = pathlib.Path(folder.name)
-        # Moved after it was installed: no file may tell where it was meant to lie.
+        # The folder is moved after the installation: no file may depend on its place.
         run("cmake", "--install", BUILD, "--component", "slib", "--strip",
             "--prefix", cls.work / "elsewhere")
         cls.prefix = (cls.work / "elsewhere").rename(cls.work / "prefix")
@@ -43,7 +43,7 @@ class InstalledLibrary(unittest.TestCase):
         os.environ["PKG_CONFIG_PATH"] = str(next(self.prefix.glob("**/pkgconfig")))
         flags, libraries = (shlex.split(run("pkg-config", "--static", kind, "nosig-slib"))
                             for kind in ("--cflags", "--libs"))
-        # The whole archive, so that a library that any part of it needs is missed if it is not named.
+        # Link the whole archive, so that no library that any part of it needs can be left unnamed.
         run(COMPILER, "-std=c++20", *flags, CONSUMER / "main.cpp", "-o", self.work / "program",
             "-Wl,--whole-archive", *libraries, "-Wl,--no-whole-archive")
         self.assertEqual(run(self.work / "program"), SAYS)
@@ -55,7 +55,7 @@ class InstalledLibrary(unittest.TestCase):
                                    for header in sorted(root.glob("**/*.h"))))
         run(COMPILER, "-std=c++20", "-fsyntax-only", "-I", root, headers)
 
-    def test_nothing_tells_where_it_was_built(self):
+    def test_no_file_names_the_build_folders(self):
         for path in self.prefix.glob("**/*"):
             with self.subTest(path.relative_to(self.prefix)):
                 text = path.read_bytes() if path.is_file() else b""

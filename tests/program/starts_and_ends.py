@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""starts_and_ends.py PROGRAM: the real program, started and ended in the ways that users and
-systems do it, each time in a home of its own."""
+"""starts_and_ends.py PROGRAM: starts and ends the real program in the ways that users and systems
+do, each time with a home folder of its own."""
 import os
 import plistlib
 import signal
@@ -13,7 +13,7 @@ import unittest
 
 PROGRAM = sys.argv.pop()
 PATIENCE = 120
-# Of the toolkit, without a screen.
+# Lines that the toolkit prints without a screen.
 CHATTER = ("This plugin does not support",)
 
 
@@ -34,7 +34,7 @@ class Home:
 
 
 def end(program, how=signal.SIGTERM):
-    """Ends a program; its status and what it said."""
+    """Ends a program; returns its status and the lines that it printed."""
     program.send_signal(how)
     _, said = program.communicate(timeout=PATIENCE)
     return program.returncode, [line for line in said.splitlines() if not line.startswith(CHATTER)]
@@ -44,7 +44,7 @@ def wait_for(condition):
     deadline = time.monotonic() + PATIENCE
     while not condition():
         if time.monotonic() > deadline:
-            raise AssertionError("waited in vain")
+            raise AssertionError("the condition did not come true in time")
         time.sleep(0.02)
 
 
@@ -55,8 +55,8 @@ class StartsAndEnds(unittest.TestCase):
         self.folder = folder.name
         self.home = Home(os.path.join(self.folder, "home"))
         self.runtime = os.path.join(self.folder, "runtime")
-        # Tells that a program has come so far as to fetch the weather of a favourite, and keeps it
-        # waiting.
+        # A connection here shows that a program has started far enough to fetch weather. It never
+        # gets an answer.
         self.server = socket.create_server(("127.0.0.1", 0))
         self.addCleanup(self.server.close)
 
@@ -85,7 +85,7 @@ class StartsAndEnds(unittest.TestCase):
                 self.accept()
                 began = time.monotonic()
                 self.assertEqual(end(program, how), (0, []))
-                self.assertLess(time.monotonic() - began, 10, "it waited for the weather")
+                self.assertLess(time.monotonic() - began, 10, "it must not wait for the weather")
                 with open(self.home.favourites, "rb") as file:
                     self.assertIn("$objects", plistlib.load(file))
                 with open(self.home.settings, encoding="ascii") as file:
@@ -95,10 +95,10 @@ class StartsAndEnds(unittest.TestCase):
         self.fetch_from_server()
         first = self.home.start(self.runtime)
         self.accept()
-        # Another session of the same user has a runtime folder of its own.
+        # A second login of the same user has another runtime folder.
         for runtime in (self.runtime, os.path.join(self.folder, "other")):
             with self.subTest(runtime=runtime):
-                # Busy with its own start, the first one may not answer in time.
+                # While it is still starting, the first one may not answer in time.
                 wait_for(lambda: self.later_says(runtime) == "")
         first.send_signal(signal.SIGSTOP)
         began = time.monotonic()
@@ -107,7 +107,7 @@ class StartsAndEnds(unittest.TestCase):
         self.assertEqual(said.count("\n"), 1, said)
         self.assertIn("cannot be brought to the front", said)
         self.assertIsNone(first.poll())
-        # One that was killed is no obstacle.
+        # A killed instance does not block the next one.
         end(first, signal.SIGKILL)
         third = self.home.start(self.runtime)
         self.accept()

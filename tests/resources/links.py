@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""links.py BUILT SOURCES: walks the built help from its first page. Fails on a link or a picture that
-leads nowhere or out of the folder, and on a file among its sources that no page leads to."""
+"""links.py BUILT SOURCES: walks the built help from its first page. Fails on a link or picture whose
+file does not exist or is outside the folder, and on a source file that no page refers to."""
 
 import html.parser
 import pathlib
@@ -29,11 +29,11 @@ while waiting:
         address = urllib.parse.urlsplit(reference)
         target = (page.parent / urllib.parse.unquote(address.path)).resolve()
         if address.scheme or address.netloc or not target.is_relative_to(root) or not target.is_file():
-            faults.append(f"{page.relative_to(root)} leads to {reference}")
+            faults.append(f"{page.relative_to(root)} refers to {reference}")
         elif target not in reached:
             reached.add(target)
             waiting += [target] if target.suffix == ".html" else []
 
-faults += [f"nothing leads to {file}" for file in sorted(pathlib.Path(sys.argv[2]).iterdir())
+faults += [f"no page refers to {file}" for file in sorted(pathlib.Path(sys.argv[2]).iterdir())
            if root / "help" / file.name not in reached]
 sys.exit("\n".join(faults) or 0)

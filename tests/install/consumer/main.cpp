@@ -6,7 +6,7 @@
 
 #include <cstdio>
 
-/// Archives a range, compresses the archive, and prints what comes back of it.
+/// Archives a range, compresses the archive, reads all of that back and prints it.
 int main() {
     const auto range = SLibRange::initWithValues_rangeEnd_startSpan(41, 42, 43);
     range->setSLIBName("a range");
