@@ -27,7 +27,7 @@ TEST(MainQueue, RunsNothingOnceClosed) {
     desktop::MainQueue queue;
     const auto target = std::make_shared<int>();
     int ran = 0;
-    // This target hands over more work while it is being dropped.
+    // Destroying this hands over more work, while the queue drops the work that holds it.
     auto last = std::shared_ptr<int>(new int, [&](const int* made) {
         queue.perform(target, [&] { ++ran; });
         delete made;

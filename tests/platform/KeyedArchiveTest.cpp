@@ -147,8 +147,8 @@ TEST(KeyedArchive, FieldsOfOtherKindsReadAsEmptyWithAFewExceptions) {
     };
     for (const auto& [key, value, expected, isMisread] : cases) {
         SCOPED_TRACE(key + "=" + value);
-        // The field that follows is still read. The first unkeyed value is absent here, and so is
-        // the second where only "$0" is given.
+        // The field that follows is still read: "$1", the second unkeyed value, although the first
+        // is absent.
         const auto result = Forger().read({"Beacon{" + key + "=" + value + " $1=7}"});
         const std::string field = expected.empty() ? "" : key + "=" + expected + " ";
         EXPECT_EQ(shown(result.root), "Beacon(" + field + "looseNumber=7)") << result.fault;

@@ -47,7 +47,7 @@ private:
 };
 
 /// A web server on its own loopback port. For https it has a throwaway certificate, valid for
-/// "localhost" and the default data server, that only `options()` trusts. The destructor opens all
+/// "localhost" and the default data server, that only `options()` trust. The destructor opens all
 /// gates and waits for every answer.
 class WeatherServer {
 public:
