@@ -22,7 +22,8 @@ std::string_view fieldOf(const HTTPReply& reply, std::string_view name) {
     return found == reply.fields.end() ? std::string_view() : std::string_view(found->second);
 }
 
-/// Takes the first element off a list (RFC 9110, 5.6.1); a comma within quotes ends none.
+/// Removes the first element from a list and returns it (RFC 9110, 5.6.1). A comma within quotes
+/// does not separate elements.
 std::string_view takeElement(std::string_view& list) {
     std::size_t end = 0;
     for (bool isQuoted = false; end < list.size() && (isQuoted || list[end] != ','); ++end) {
@@ -38,7 +39,8 @@ std::string_view takeElement(std::string_view& list) {
     return element;
 }
 
-/// The first Cache-Control directive of that name: its argument, empty where it has none.
+/// The argument of the first Cache-Control directive of that name, empty if it has none; absent
+/// without such a directive.
 std::optional<std::string_view> directive(const HTTPReply& reply, std::string_view name) {
     for (std::string_view rest = fieldOf(reply, "cache-control"); !rest.empty();) {
         const std::string_view element = takeElement(rest);
@@ -55,7 +57,8 @@ std::optional<std::string_view> directive(const HTTPReply& reply, std::string_vi
     return std::nullopt;
 }
 
-/// Nothing for what is no number of seconds; one too large is the largest (RFC 9111, 1.2.2).
+/// Absent unless the text is a number of seconds; a larger one than 2^31 counts as 2^31 (RFC 9111,
+/// 1.2.2).
 std::optional<seconds> secondsIn(std::string_view text) {
     constexpr std::int64_t most = std::int64_t{1} << 31;
     std::int64_t count = 0;
@@ -76,7 +79,7 @@ Date dateOf(const HTTPReply& reply) {
     return dateIn(fieldOf(reply, "date")).value_or(reply.received);
 }
 
-/// RFC 9111, 4.2.1: absent where the reply says nothing, nought where it cannot be understood.
+/// RFC 9111, 4.2.1: absent if the reply states no lifetime, zero if it cannot be parsed.
 std::optional<std::chrono::microseconds> lifetimeOf(const HTTPReply& reply) {
     if (const auto longest = directive(reply, "max-age")) {
         return secondsIn(*longest).value_or(seconds(0));
@@ -110,7 +113,8 @@ bool mayBeKept(const HTTPReply& reply) {
     return HTTPCache::isFresh(reply, reply.received) || !HTTPCache::conditions(reply).empty();
 }
 
-/// RFC 9111, 4.3.4: by the entity tag where the 304 bears one, or else by the time of the change.
+/// Whether a 304 is about the kept reply (RFC 9111, 4.3.4): compares the entity tags if the 304 has
+/// one, otherwise Last-Modified if it has that.
 bool speaksOf(const HTTPReply& notModified, const HTTPReply& kept) {
     std::string_view tag = fieldOf(notModified, "etag");
     std::string_view keptTag = fieldOf(kept, "etag");
@@ -172,7 +176,7 @@ HTTPCache::Kept HTTPCache::freshened(const std::string& address, const HTTPReply
         return nullptr;
     }
     const auto merged = std::make_shared<HTTPReply>(kept);
-    // These two tell about one message: where the new one lacks them, the old ones are wrong.
+    // These two describe a single message: if the 304 lacks them, the kept values would be wrong.
     merged->fields.erase("age");
     merged->fields.erase("date");
     for (const auto& [name, value] : notModified.fields) {
@@ -195,7 +199,7 @@ void HTTPCache::remove(const std::string& address) {
 }
 
 void HTTPCache::insert(const std::string& address, Kept reply) {
-    // The address stands in two places.
+    // The address is stored in the entry and as the key of `places_`.
     std::size_t bytes = sizeof(HTTPReply) + 2 * (sizeof(Entry) + address.size());
     bytes += reply->body.size();
     for (const auto& [name, value] : reply->fields) {

@@ -15,48 +15,50 @@
 
 namespace platform {
 
-/// A complete reply to a GET, as far as a cache looks at it.
+/// The parts of a complete reply to a GET that a cache uses.
 struct HTTPReply {
     long status = 0;
-    /// Those of `HTTPCache::fieldNames` that came; lines of one name are joined with commas.
+    /// The received fields among `HTTPCache::fieldNames`; several lines of one name are joined with
+    /// commas.
     std::map<std::string, std::string, std::less<>> fields;
-    /// Unpacked.
+    /// Decompressed.
     Data body;
-    /// When the request was sent and when its reply was there, on the wall clock: unlike others it
-    /// counts the hours in which the machine sleeps.
+    /// When the request was sent and when its reply was complete, by the wall clock: a monotonic
+    /// one does not count the hours in which the machine sleeps.
     Date asked;
     Date received;
 };
 
-/// Replies kept in memory and reused as RFC 9111 lets a private cache. Only those with status 200
-/// are kept, and of these only such as tell how long they last or can be asked after: no lifetime
-/// is guessed. One that varies with anything but the accepted coding is not kept, for all requests
-/// of the program accept the same. No clock and no locks of its own.
+/// Keeps replies in memory and reuses them as RFC 9111 allows a private cache to. It keeps only
+/// replies with status 200 that state a lifetime or have a validator; it never guesses a lifetime.
+/// A reply may vary with Accept-Encoding, which is the same in all requests of the program, but
+/// with nothing else. Has no clock and no locks of its own.
 class HTTPCache {
 public:
     using Kept = std::shared_ptr<const HTTPReply>;
 
-    /// The header fields that matter here, in lower case.
+    /// The header fields that matter to the cache, in lower case.
     static constexpr std::array fieldNames{"age",     "cache-control", "date", "etag",
                                            "expires", "last-modified", "vary"};
 
-    /// Of all that is kept, addresses and fields included.
+    /// `byteLimit` bounds everything kept, addresses and header fields included.
     explicit HTTPCache(std::size_t byteLimit) : byteLimit_(byteLimit) {}
 
     /// The reply kept for an address, fresh or not, or null. Counts as a use.
     [[nodiscard]] Kept find(const std::string& address);
-    /// Whether a reply may be reused at `now` without asking after it. Never so while the clock
-    /// stands before the moment of its request.
+    /// Whether a reply may be reused at `now` without revalidation. Never if the clock has gone
+    /// back, so that `now` is before the reply or the reply before its request.
     [[nodiscard]] static bool isFresh(const HTTPReply& reply, Date now);
-    /// The header lines that ask for a reply only if it is no longer the kept one; none where it
-    /// bears nothing to tell it by.
+    /// The header lines that ask for a reply only if it differs from the kept one; empty if that
+    /// has no validator.
     [[nodiscard]] static std::vector<std::string> conditions(const HTTPReply& kept);
 
-    /// Takes a reply in place of the kept one, if it may be kept; those used longest ago make room.
-    /// A server's own trouble (5xx, 429) tells nothing about the kept one, which stays.
+    /// Replaces the kept reply with this one, or just removes it if this one may not be kept. The
+    /// least recently used replies make room. A server error (5xx, 429) says nothing about the kept
+    /// reply, which stays.
     void keep(const std::string& address, HTTPReply reply);
-    /// The kept reply with the fields and times of the 304 that was the answer to its conditions.
-    /// Null, and nothing is kept, where the 304 speaks of another reply.
+    /// Updates the kept reply with the fields and times of the 304 that answered its conditions,
+    /// and returns it. If the 304 is about another reply, returns null and keeps nothing.
     [[nodiscard]] Kept freshened(const std::string& address, const HTTPReply& kept,
                                  const HTTPReply& notModified);
     void remove(const std::string& address);
@@ -72,7 +74,7 @@ private:
 
     std::size_t byteLimit_;
     std::size_t bytes_ = 0;
-    /// The one used last first.
+    /// Most recently used first.
     std::list<Entry> entries_;
     std::unordered_map<std::string, std::list<Entry>::iterator> places_;
 };

@@ -7,12 +7,12 @@
 
 namespace platform {
 
-/// Keeps requests to one host within what it bears: so many in any minute, and so many at once,
-/// which bounds the connections to it too. No locks, and no clock of its own.
+/// Keeps requests to one host within its limits: so many in any minute and so many at once, which
+/// also bounds the connections to it. Has no locks and no clock of its own.
 ///
-/// Superseded requests go only while all requests together take less than half of a minute's number
-/// and less than half of the connections: the rest of either is always there for current ones. Only
-/// where there is a single one to take they may take it.
+/// Superseded requests may go only while all requests together use less than half of each limit, so
+/// that the other half is always free for current ones. A limit of one cannot be halved and is open
+/// to both.
 class RequestPacer {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
@@ -20,19 +20,20 @@ public:
 
     RequestPacer(std::size_t perMinute, std::size_t atOnce);
 
-    /// Whether a request may be sent at `now`; one that may counts as sent. `now` never goes back.
+    /// Returns whether a request may be sent at `now`, and if so counts it as sent. `now` must
+    /// never go back.
     [[nodiscard]] bool trySend(TimePoint now, Rank rank);
-    /// One of the requests sent has ended.
+    /// To be called when a request that was sent has ended.
     void hasEnded();
-    /// When the minute has room again for a request; past when it has. Only an end can help where
-    /// all that may run at once do, and then this is the end of time.
+    /// When the minute has room for another request: `TimePoint::min()` if it has room already,
+    /// `TimePoint::max()` if as many requests run as may, so that one of them must end first.
     [[nodiscard]] TimePoint nextChance(Rank rank) const;
 
 private:
     std::size_t perMinute_;
     std::size_t atOnce_;
     std::size_t running_ = 0;
-    /// Of the requests sent in the last minute, at most `perMinute_`; the oldest first.
+    /// When the requests of the last minute were sent, at most `perMinute_` of them, oldest first.
     std::deque<TimePoint> sent_;
 };
 

@@ -25,7 +25,7 @@ using Transfer = std::unique_ptr<URLTransfer>;
 using TimePoint = URLTransfer::TimePoint;
 using Rank = RequestPacer::Rank;
 
-/// A request, also on its way to the thread.
+/// A request, also on its way to the background thread.
 using Task = URLTransfer::Asker;
 
 Rank rankOf(const URLTransfer& transfer) {
@@ -49,17 +49,18 @@ struct CurlURLSessions::State {
     std::atomic<std::size_t> openRequests = 0;
     std::atomic<bool> isStopped = false;
 
-    /// Guards the three that follow, and the stopping. The thread itself reads `multi` without it.
+    /// Guards `arriving`, `thread`, `multi` and stopping. The background thread, which alone sets
+    /// `multi`, reads it without the lock.
     std::mutex mutex;
     std::deque<Item> arriving;
     std::thread thread;
     CURLM* multi = nullptr;
 
-    /// The thread's own, from here on.
-    /// One for each of the options' limits.
+    /// From here on, members belong to the background thread.
+    /// One pacer for each of the options' limits, in their order.
     std::vector<RequestPacer> pacers;
     std::vector<Transfer> running;
-    /// What was asked for last stands last.
+    /// The newest last.
     std::vector<Transfer> waiting;
     HTTPCache cache{options.cacheBytes};
 
@@ -134,7 +135,8 @@ struct CurlURLSessions::State {
         begin(std::move(transfer));
     }
 
-    /// The transfer of an address that waits, now as the newest, or is under way; or null.
+    /// The transfer of an address, waiting, in which case it becomes the newest, or running; or
+    /// null.
     URLTransfer* transferOf(const std::string& address) {
         const auto isIt = [&](const Transfer& one) { return one->address() == address; };
         if (const auto found = std::ranges::find_if(waiting, isIt); found != waiting.end()) {
@@ -145,7 +147,7 @@ struct CurlURLSessions::State {
         return found == running.end() ? nullptr : found->get();
     }
 
-    /// The pacer of the host to which the transfer's next sending goes; null for none.
+    /// The pacer of the transfer's target host; null if that host is not paced.
     RequestPacer* pacerOf(const URLTransfer& transfer) {
         for (std::size_t i = 0; i < pacers.size(); ++i) {
             if (equalIgnoringCase(transfer.targetHost(), options.hostLimits[i].host)) {
@@ -157,7 +159,7 @@ struct CurlURLSessions::State {
 
     void begin(Transfer transfer) {
         RequestPacer* const pacer = pacerOf(*transfer);
-        // Those that yield must not overtake any that wait.
+        // A superseded transfer must not overtake any that wait.
         if (pacer && (rankOf(*transfer) == Rank::superseded ||
                       !pacer->trySend(options.now(), Rank::current))) {
             waiting.push_back(std::move(transfer));
@@ -236,8 +238,8 @@ struct CurlURLSessions::State {
         }
     }
 
-    /// Keeps the reply of a complete transfer and gives its body. False when the transfer has to
-    /// begin again, without a kept reply to ask after.
+    /// Puts the body of a complete transfer into `data`, and its reply into the cache if that is
+    /// allowed. Returns false if the transfer must begin again, unconditionally.
     bool takeReply(URLTransfer& transfer, std::optional<Data>& data) {
         constexpr long notModified = 304;
         HTTPReply& reply = transfer.reply();
@@ -263,14 +265,14 @@ struct CurlURLSessions::State {
                 task.request.ended(ending);
             }
             task.handler(ending.data);
-            // What it holds goes before the end is told.
+            // Whatever the handler holds must be released before its end is announced.
             task = {};
             --openRequests;
             postOpenRequests();
         }
     }
 
-    /// How long, in milliseconds, nothing happens by itself.
+    /// How long, in milliseconds, the thread may sleep unless something arrives.
     [[nodiscard]] int patience() {
         TimePoint next = TimePoint::max();
         for (const Transfer& transfer : waiting) {

@@ -9,7 +9,7 @@
 namespace platform {
 namespace {
 
-/// One part of an address, or nothing where it has none.
+/// One part of an address; empty if it has none.
 std::string partOf(const std::string& address, CURLUPart part) {
     std::string result;
     CURLU* parsed = curl_url();
@@ -72,9 +72,9 @@ void* URLTransfer::begin() {
     curl_easy_setopt(handle, CURLOPT_WRITEDATA, this);
     curl_easy_setopt(handle, CURLOPT_PRIVATE, this);
     curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
-    // A second request waits for the first one's connection rather than open one beside it.
+    // A second request waits for the first one's connection rather than open another.
     curl_easy_setopt(handle, CURLOPT_PIPEWAIT, 1L);
-    // A name that is still being looked up must not hold up the end of the program.
+    // A pending name lookup must not delay the end of the program.
     curl_easy_setopt(handle, CURLOPT_QUICK_EXIT, 1L);
     if (!options_.certificateFile.empty()) {
         curl_easy_setopt(handle, CURLOPT_CAINFO, options_.certificateFile.c_str());

@@ -13,48 +13,47 @@
 
 namespace platform {
 
-/// One GET on its way through any redirects, each of which is a sending of its own, and those who
-/// asked for it. Used on one thread only.
+/// One GET and the requests that share it. Each redirect that it follows, and each new attempt, is
+/// an exchange of its own. Used on one thread only.
 class URLTransfer {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
     enum class Outcome { complete, redirected, failed };
-    /// Who asks for a transfer, and hears of its end.
+    /// One of the requests that share a transfer, and the handler of its reply.
     struct Asker {
         URLSessions::Request request;
         URLSessions::CompletionHandler handler;
     };
 
-    /// `options` outlive the transfer.
+    /// `options` must outlive the transfer.
     URLTransfer(std::string address, const URLSessionOptions& options);
 
-    /// What was asked for, wherever redirects lead.
+    /// The address that was asked for, whatever redirects follow.
     [[nodiscard]] const std::string& address() const { return address_; }
-    /// One more who asks. A sending that has begun is not changed by it.
+    /// Adds a request that shares the transfer. An exchange that has begun is not affected.
     void join(Asker asker);
-    /// Whether all who ask have been superseded.
+    /// Whether all requests have been superseded.
     [[nodiscard]] bool isSuperseded() const;
-    /// All who ask, in the order in which they joined; nobody asks any more.
+    /// Returns all requests, in the order of joining, and forgets them.
     [[nodiscard]] std::vector<Asker> takeAskers() { return std::exchange(askers_, {}); }
 
-    /// The reply that is asked after rather than for, as long as no redirect leads elsewhere; null
-    /// for none.
+    /// The cached reply to revalidate, or null; a redirect resets it.
     [[nodiscard]] const HTTPCache::Kept& kept() const { return kept_; }
     void setKept(HTTPCache::Kept kept) { kept_ = std::move(kept); }
 
     [[nodiscard]] bool isRedirected() const { return redirects_ > 0; }
-    /// To which host the next sending goes, or the one under way.
+    /// The host of the current exchange, or else of the next.
     [[nodiscard]] const std::string& targetHost() const { return targetHost_; }
-    /// Prepares a sending and gives the library's handle for it.
+    /// Prepares an exchange and returns libcurl's handle for it.
     void* begin();
-    /// The handle of the sending under way, or null.
+    /// The handle of the current exchange, or null.
     [[nodiscard]] void* handle() const { return handle_.get(); }
-    /// When the sending under way will have failed, unless something arrives.
+    /// When the current exchange fails. Bytes that arrive put this off, up to the total limit.
     [[nodiscard]] TimePoint deadline() const;
-    /// Ends a sending, which gives its handle back to the library. `isWhole` tells whether the
-    /// library has the complete reply. After `redirected` the transfer may begin again.
+    /// Ends the current exchange and frees its handle. `isWhole` says whether libcurl has the
+    /// complete reply. After `redirected` the transfer may begin again.
     [[nodiscard]] Outcome end(bool isWhole);
-    /// What a complete transfer came to.
+    /// The reply of a complete transfer.
     [[nodiscard]] HTTPReply& reply() { return reply_; }
 
 private:
@@ -72,7 +71,7 @@ private:
     [[nodiscard]] bool mayGoTo(const std::string& target);
 
     const std::string address_;
-    /// Where the next sending goes, or the one under way.
+    /// The address of the current exchange, or else of the next.
     std::string target_;
     std::string targetHost_;
     const URLSessionOptions& options_;
