@@ -24,7 +24,7 @@ namespace {
 constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
 constexpr char32_t replacementCode = 0xFFFD;
 
-/// How many bytes at the start are ASCII, looked at eight at a time.
+/// The number of ASCII bytes at the start, examined eight at a time.
 std::size_t asciiPrefix(std::string_view text) {
     constexpr std::uint64_t highBits = 0x8080808080808080;
     std::size_t length = 0;
@@ -40,8 +40,8 @@ std::size_t asciiPrefix(std::string_view text) {
     return length;
 }
 
-/// The next character and how many bytes it takes. A malformed one is U+FFFD and takes the longest
-/// start of a character that stands there, as Unicode recommends.
+/// A decoded character and the number of its bytes. A malformed one decodes to U+FFFD and takes the
+/// longest valid start of a character that is there, as Unicode recommends.
 struct Character {
     char32_t code;
     std::size_t length;
@@ -70,7 +70,7 @@ void append(std::string& text, char32_t code) {
     text.append(bytes.data(), length);
 }
 
-/// Runs a conversion of ICU, which counts bytes in 32 bits, over text of any length.
+/// Runs an ICU conversion, which counts bytes in 32 bits, on text of any length.
 template <typename Convert>
 std::string converted(std::string_view text, Convert convert) {
     constexpr std::size_t longestPiece = std::numeric_limits<std::int32_t>::max();
@@ -89,7 +89,7 @@ std::string converted(std::string_view text, Convert convert) {
     return result;
 }
 
-/// The code points of the bytes from 128 up; below it Mac OS Roman is ASCII.
+/// The code points of bytes 128 to 255; below that, Mac OS Roman is ASCII.
 using MacRomanTable = std::array<char32_t, 128>;
 
 const MacRomanTable& macRomanTable() {
@@ -110,14 +110,14 @@ const MacRomanTable& macRomanTable() {
     return table;
 }
 
-/// What may do more on a screen than stand there.
+/// Whether a character could alter how the text around it is shown.
 bool isControl(char32_t code) {
     const auto point = static_cast<UChar32>(code);
     return u_charType(point) == U_CONTROL_CHAR ||
            u_hasBinaryProperty(point, UCHAR_BIDI_CONTROL) != 0;
 }
 
-/// The first grapheme boundary at or after `index`, which lies between two characters.
+/// The first grapheme boundary at or after `index`, which must be between two characters.
 std::size_t graphemeBoundary(std::string_view text, std::size_t index) {
     constexpr std::size_t longest = std::numeric_limits<std::int32_t>::max();
     text = text.substr(0, longest);

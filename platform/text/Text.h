@@ -7,21 +7,21 @@
 #include <string>
 #include <string_view>
 
-/// Text is UTF-8. Where a length or a position is meant, it counts UTF-16 units, as the formats
-/// and contracts of the program do.
+/// Text is UTF-8. Lengths and positions count UTF-16 units, as the formats and contracts of the
+/// program do.
 namespace platform {
 
 [[nodiscard]] constexpr bool isAscii(char byte) {
     return static_cast<unsigned char>(byte) < 0x80;
 }
 [[nodiscard]] bool isAscii(std::string_view bytes);
-/// A letter from A to Z in lower case; any other byte as it is.
+/// The lower case of a letter from A to Z; any other byte unchanged.
 [[nodiscard]] constexpr char asciiLower(char byte) {
     return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
 }
 
 [[nodiscard]] bool isValidUtf8(std::string_view bytes);
-/// Each byte sequence that is not UTF-8 becomes one U+FFFD, cut as Unicode recommends.
+/// Replaces each malformed byte sequence, delimited as Unicode recommends, by one U+FFFD.
 [[nodiscard]] std::string repairedUtf8(std::string_view bytes);
 
 /// Unicode's default lower-casing, independent of the locale.
@@ -29,33 +29,33 @@ namespace platform {
 [[nodiscard]] bool equalIgnoringCase(std::string_view one, std::string_view other);
 
 [[nodiscard]] std::int64_t utf16Length(std::string_view text);
-/// The first `units` UTF-16 units, widened so that no user-perceived character is cut.
+/// The first `units` UTF-16 units, extended so that no user-perceived character is cut.
 [[nodiscard]] std::string_view wholeCharacterPrefix(std::string_view text, std::int64_t units);
 
-/// Without white space and line ends at both ends.
+/// Without leading and trailing white space and line ends.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 
-/// Text as it may be shown: control characters other than line ends and tabs, and characters that
-/// change the direction of writing, are dropped. Both kinds as Unicode has them (Cc, and
-/// Bidi_Control); the line ends that stay are LF and CR. Bytes that are not UTF-8 stay as they are.
+/// Text that is safe to show: without control characters (Unicode's Cc) except LF, CR and tabs, and
+/// without characters that change the direction of writing (Bidi_Control). Malformed bytes stay.
 [[nodiscard]] std::string withoutControls(std::string_view utf8);
-/// The same characters, line ends, tabs and backslashes escaped instead, so that the text stands on
-/// one line and can be had back: `\t`, `\n`, `\r`, `\\`, `\u` and the four hexadecimal digits of a
-/// character, `\x` and the two of a byte that is not UTF-8.
+/// Escapes the same characters, and also line ends, tabs and backslashes, so that the text fits on
+/// one line and can be recovered: `\t`, `\n`, `\r`, `\\`, `\u` and the four hexadecimal digits of a
+/// character, `\x` and the two of a malformed byte.
 [[nodiscard]] std::string escapedControls(std::string_view utf8);
 
-/// All bytes but ASCII letters, digits and those of `kept` as "%" and two hexadecimal digits.
+/// Escapes all bytes except ASCII letters, digits and those in `kept` as "%" and two hexadecimal
+/// digits.
 [[nodiscard]] std::string percentEscaped(std::string_view text, std::string_view kept);
 
-/// One character a byte; a character that the encoding lacks becomes "?".
+/// One byte per character; a character that the encoding lacks becomes "?".
 [[nodiscard]] std::string macRomanFromUtf8(std::string_view text);
 [[nodiscard]] std::string utf8FromMacRoman(std::string_view bytes);
 
-/// From an encoding that ICU knows by name, such as "UTF-16LE"; what is malformed becomes U+FFFD.
-/// Nothing for bytes beyond 2 GiB or an encoding that is unknown.
+/// Converts from an encoding that ICU knows by name, such as "UTF-16LE"; malformed input becomes
+/// U+FFFD. Empty if there are 2 GiB or more, or if the encoding is unknown.
 [[nodiscard]] std::string utf8FromEncoding(std::string_view bytes, const char* encoding);
 
-/// The text of a raw one-byte code: nothing for 0, U+FFFD from 128 up.
+/// The text of a raw one-byte code: empty for 0, U+FFFD from 128 up.
 [[nodiscard]] std::string textOfCode(char code);
 
 } // namespace platform

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/text/XMLParser.h"
 
-// The library is built with its entity guards, but declares them only under this name.
+// expat is built with its entity guards, but declares them only if this macro is defined.
 #define XML_DTD
 #include <expat.h>
 
@@ -13,12 +13,12 @@
 namespace platform {
 namespace {
 
-/// Stands between an element's namespace and its local name; no namespace contains it.
+/// Separates an element's namespace from its local name; no namespace contains it.
 constexpr char separator = '\n';
 constexpr int deepest = 1000;
-/// Each one costs time at every element of its name.
+/// Each costs time at every element of its name.
 constexpr int mostDeclaredAttributes = 100;
-/// How many times its own size a document may become, once it is larger than a few megabytes.
+/// How many times its own size a document may expand to, once that exceeds a few megabytes.
 constexpr float mostAmplification = 2;
 
 std::string_view localName(const XML_Char* name) {
@@ -71,7 +71,7 @@ private:
     static void endElement(void* self, const XML_Char* name) {
         auto& parse = *static_cast<Parse*>(self);
         parse.flush();
-        // The library still tells the end of an empty element whose start stopped it.
+        // expat still reports the end of an empty element whose start stopped it.
         if (!parse.isStopped_) {
             --parse.depth_;
             parse.delegate_.parser_didEndElement(localName(name));
