@@ -5,11 +5,11 @@
 #include <string>
 #include <string_view>
 
-/// Text drawing as the logic describes it; whoever implements `Canvas` turns it into the drawing
-/// of its toolkit.
+/// Text drawing as the logic describes it; an implementation of `Canvas` passes it on to its
+/// toolkit.
 namespace platform {
 
-/// Components from 0 to 1, not multiplied by alpha.
+/// Components from 0 to 1, not premultiplied by alpha.
 struct Color {
     double red = 0;
     double green = 0;
@@ -19,7 +19,7 @@ struct Color {
     friend bool operator==(const Color&, const Color&) = default;
 };
 
-/// In points; which way y grows is the canvas's business.
+/// In points; the canvas defines which way y grows.
 struct Point {
     double x = 0;
     double y = 0;
@@ -27,7 +27,7 @@ struct Point {
     friend bool operator==(const Point&, const Point&) = default;
 };
 
-/// In points; like a point it is read as whoever keeps it says.
+/// In points; its owner defines the origin and which way y grows.
 struct Rect {
     double x = 0;
     double y = 0;
@@ -40,7 +40,7 @@ struct Rect {
 struct Font {
     enum Trait : unsigned { italic = 1, bold = 2 };
 
-    /// Empty for the system's own font.
+    /// Empty for the system font.
     std::string family;
     /// A sum of traits.
     unsigned traits = 0;
@@ -52,7 +52,7 @@ struct Font {
     friend bool operator==(const Font&, const Font&) = default;
 };
 
-/// What is absent is left to the canvas.
+/// The canvas chooses whatever is absent.
 struct TextAttributes {
     std::optional<Font> font;
     std::optional<Color> foregroundColor;

@@ -5,18 +5,18 @@
 
 namespace platform {
 
-/// What a map shows, by the numbers that the logic keeps and the settings save.
+/// What a map shows, as the numbers that the logic holds and the settings store.
 enum MapType : std::int64_t {
     standardMap,
     satelliteMap,
     hybridMap,
-    /// Pictures from above on tilted ground.
+    /// Aerial imagery on tilted ground.
     flyoverMap,
-    /// A chart in the map's place.
+    /// A chart instead of the map.
     chartMap,
 };
 
-/// What a map draws: the chart is not its to draw, and the hybrid stands in for it.
+/// The type that a map view draws: it cannot draw the chart and shows the hybrid instead.
 [[nodiscard]] constexpr std::int64_t drawnType(std::int64_t type) {
     return type == chartMap ? hybridMap : type;
 }

@@ -5,11 +5,11 @@
 #include "platform/views/Views.h"
 #include "platform/views/WebView.h"
 
-/// The views that a controller is given, and what stands for those that it is not.
+/// The views that a controller is given, and stand-ins for those that it is not given.
 namespace platform {
 
-/// A view that is not there: what it is told has no effect, and it answers as an empty one would.
-/// Nothing is kept, so that one serves everybody.
+/// Stands in for a missing view: calls have no effect, and queries return what an empty view would.
+/// It has no state, so one instance serves every outlet.
 template <typename View>
 struct Absent;
 
@@ -95,7 +95,7 @@ struct Absent<Sheet> final : Sheet {
     void endSheet(int /*returnCode*/) override {}
 };
 
-/// One of a controller's views: borrowed, and never null. Main thread only.
+/// A controller's reference to one of its views: borrowed, and never null. Main thread only.
 template <typename View>
 class Outlet {
 public:
@@ -103,7 +103,7 @@ public:
 
     [[nodiscard]] View* operator->() const { return view_; }
     [[nodiscard]] View& operator*() const { return *view_; }
-    /// Whether the view is there, for an operation that has no meaning without it.
+    /// Whether the view exists, for an operation that is meaningless without it.
     [[nodiscard]] explicit operator bool() const { return view_ != absent(); }
 
 private:

@@ -6,12 +6,12 @@
 #include <string>
 #include <string_view>
 
-/// A table of rows, and whom it asks and tells. Main thread only.
+/// A table of rows, its data source and its delegate. Main thread only.
 namespace platform {
 
 class TableView;
 
-/// Where a table takes its cells from.
+/// Supplies a table's cells.
 class TableViewDataSource {
 public:
     virtual ~TableViewDataSource() = default;
@@ -22,7 +22,7 @@ public:
                                             std::int64_t row) const = 0;
 };
 
-/// Whom a table tells what the user does.
+/// Is told what the user does with a table.
 class TableViewDelegate {
 public:
     virtual ~TableViewDelegate() = default;
@@ -32,24 +32,24 @@ public:
                                                                    std::int64_t row) const = 0;
 };
 
-/// A table of rows of which at most one is selected. It asks its data source for the number of
-/// rows at a reload only.
+/// A table of rows, of which at most one is selected. It asks its data source for the number of
+/// rows only when it is reloaded.
 class TableView {
 public:
     virtual ~TableView() = default;
-    /// Both are borrowed; null lets go of them.
+    /// Both are borrowed; null detaches them.
     virtual void setDataSource(TableViewDataSource* source) = 0;
     virtual void setDelegate(TableViewDelegate* delegate) = 0;
-    /// The least width of a column's content, in points; an unknown column is ignored.
+    /// Sets the minimum width of a column's content, in points; an unknown column is ignored.
     virtual void setColumnWidth(std::string_view column, double width) = 0;
-    /// Never calls the delegate. The selection stays with the row's number while there is such a
-    /// row, whatever it shows now; where it is gone the selection is empty, and the loss untold:
-    /// the delegate hears of it once the current operation has returned, or from the next
-    /// `selectRow`, whichever comes first.
+    /// Never calls the delegate. The selection stays at its row index, whatever that row now shows.
+    /// If there is no such row any more, the selection becomes empty and the loss is pending: the
+    /// delegate is told of it once the current operation has returned, or by the next `selectRow`,
+    /// whichever comes first.
     virtual void reloadData() = 0;
-    /// Selects one row alone; a row outside the table empties the selection. Before it returns it
-    /// tells the delegate, once, if the selection changed by it or a loss was untold. Selecting the
-    /// row that is selected changes nothing.
+    /// Selects one row only; a row outside the table empties the selection. Tells the delegate,
+    /// once and before returning, if this changed the selection or a loss was pending. Selecting
+    /// the selected row again changes nothing.
     virtual void selectRow(std::int64_t row) = 0;
     /// -1 for none.
     [[nodiscard]] virtual std::int64_t selectedRow() const = 0;

@@ -14,19 +14,19 @@ public:
     virtual void setFrame(const Rect& frame) = 0;
 };
 
-/// How speed changes on the way.
+/// How the speed changes during an animation.
 enum class AnimationCurve : int { easeInOut = 0, easeIn = 1, easeOut = 2, linear = 3 };
 
-/// What shall move and how; whoever runs it gives each target its frames.
+/// Which views to move and how; whoever runs it sets the frames of each target.
 struct ViewAnimation {
     struct Move {
-        /// Borrowed: it outlives the animation.
+        /// Borrowed; must outlive the animation.
         View* target = nullptr;
         Rect startFrame;
         Rect endFrame;
     };
 
-    /// They run side by side.
+    /// All run at the same time.
     std::vector<Move> moves;
     /// In seconds, not negative.
     double duration = 0;

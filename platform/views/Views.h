@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-/// Controls as the logic sees them: a few verbs each. Main thread only. Setting a control from
+/// Controls as the logic sees them, with a few verbs each. Main thread only. Setting a control from
 /// logic never sends its action.
 namespace platform {
 
@@ -31,11 +31,11 @@ public:
     virtual void setHidden(bool hidden) = 0;
 };
 
-/// A text field that can turn transparent little by little.
+/// A text field that can fade.
 class FadingTextField : public TextField {
 public:
     virtual void setTextColor(const Color& color) = 0;
-    /// From 0, invisible, to 1; reached in a short animation.
+    /// From 0 (invisible) to 1, reached in a short animation.
     virtual void animateAlpha(double alpha) = 0;
 };
 
@@ -83,30 +83,31 @@ public:
     virtual void setString(const std::string& text) = 0;
 };
 
-/// Text with its own letters and headings, to be read.
+/// Formatted text to be read.
 class RichTextView {
 public:
     virtual ~RichTextView() = default;
-    /// Shows a file of rich text (RTF); one that is missing or cannot be read changes nothing.
+    /// Shows a rich-text (RTF) file; does nothing if it is missing or cannot be read.
     virtual void readRTFDFromFile(const std::string& path) = 0;
 };
 
-/// A map of the world; an invalid coordinate or region changes nothing.
+/// A map of the world. Does nothing if given an invalid coordinate or region.
 class MapView {
 public:
     virtual ~MapView() = default;
     [[nodiscard]] virtual bool isHidden() const = 0;
     virtual void setHidden(bool hidden) = 0;
-    /// Where it lies in the window, from the upper left corner.
+    /// Its position and size in the window, from the upper left corner.
     [[nodiscard]] virtual Rect frame() const = 0;
-    /// A `MapType`, of which it draws the drawn type; any other number changes nothing.
+    /// Takes a `MapType` and draws its `drawnType`; any other number changes nothing.
     virtual void setMapType(std::int64_t type) = 0;
-    /// A place beyond the edge of the map is moved onto it, here and in regions.
+    /// A position beyond the edge of the map is clamped to it, here and in regions.
     virtual void setCenterCoordinate(const Location& centre) = 0;
-    /// The least region of the view's shape that holds this one; itself while the view has no size.
+    /// The smallest region of the view's shape that contains this one; this one itself while the
+    /// view has no size.
     [[nodiscard]] virtual Region regionThatFits(const Region& region) const = 0;
-    /// Shows it at once, and fits it again when the view changes its size, until the user moves
-    /// the map.
+    /// Shows the region at once, and fits it again whenever the view is resized, until the user
+    /// moves the map.
     virtual void setRegion(const Region& region) = 0;
 };
 
@@ -114,18 +115,18 @@ public:
 class Window {
 public:
     virtual ~Window() = default;
-    /// Shows it, in front of the others.
+    /// Shows it in front of the others.
     virtual void showWindow() = 0;
-    /// Gives it the keyboard.
+    /// Gives it the keyboard focus.
     virtual void makeKey() = 0;
 };
 
-/// A window that belongs to another one and waits there for an answer.
+/// A window attached to another one, waiting for an answer.
 class Sheet {
 public:
     virtual ~Sheet() = default;
     virtual void orderOut() = 0;
-    /// Tells whoever began it how it ended.
+    /// Reports to whoever began it how it ended.
     virtual void endSheet(int returnCode) = 0;
 };
 

@@ -7,29 +7,30 @@
 /// Views of pages. Main thread only.
 namespace platform {
 
-/// Whom a web view tells what happens on its page.
+/// Is told what happens on a web view's page.
 class WebViewUIDelegate {
 public:
     virtual ~WebViewUIDelegate() = default;
-    /// The pointer has moved or a button was released over the page; `Events` tells which.
+    /// Called when the pointer has moved or a button was released over the page; `Events` says
+    /// which.
     virtual void webView_mouseDidMoveOverElement_modifierFlags() = 0;
 };
 
-/// A page of the web or of the program's own files.
+/// Shows a page from the web or from the program's own files.
 class PageView {
 public:
     virtual ~PageView() = default;
-    /// Where a page cannot be loaded, whatever the view shows is shown.
+    /// If the page cannot be loaded, what is shown instead is up to the view.
     virtual void loadRequest(const URL& address) = 0;
 };
 
-/// A page in a window's place that another control may take.
+/// A page in a place of a window that it may share with another control.
 class WebView : public PageView {
 public:
     [[nodiscard]] virtual bool isHidden() const = 0;
     virtual void setHidden(bool hidden) = 0;
     virtual void setFrame(const Rect& frame) = 0;
-    /// Borrowed; null lets go of it.
+    /// Borrowed; null detaches it.
     virtual void setUIDelegate(WebViewUIDelegate* delegate) = 0;
 };
 
