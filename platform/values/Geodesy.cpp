@@ -14,10 +14,12 @@ namespace {
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double radiansPerDegree = std::numbers::pi / 180;
 
-/// A degree of latitude is shortest at the equator, a(1-e²) radians' worth: 110,574.2 m on WGS84.
+/// In metres, rounded down. A degree of latitude is shortest at the equator, where it is a(1-e²)
+/// radians long: 110,574.2 m on WGS84.
 constexpr double shortestDegreeOfLatitude = 110574;
 
-/// Taken off every bound, so that rounding (nanometres) can never lift one above the distance.
+/// In metres, subtracted from every bound, so that rounding (nanometres) can never lift one above
+/// the distance.
 constexpr double roundingMargin = 0.001;
 
 } // namespace

@@ -20,26 +20,26 @@ struct Location {
     [[nodiscard]] bool isValid() const;
 };
 
-/// What lies between two parallels and two meridians; spans in degrees, around the centre.
+/// The area between two parallels and two meridians; spans are in degrees, around the centre.
 struct Region {
     Location centre;
     double latitudeSpan = 0;
     double longitudeSpan = 0;
 };
 
-/// The length in metres of the shortest line over the WGS84 ellipsoid from one position to
-/// another; infinite when either is no valid position.
+/// The length in metres of the shortest line on the WGS84 ellipsoid between two positions; infinite
+/// if either is invalid.
 [[nodiscard]] double distanceMetres(const Location& from, const Location& to);
 
-/// Answers, cheaply and for many positions, how far they are at least from one centre: the length
-/// of the straight line through the earth, which no line over its surface undercuts.
+/// Gives, cheaply and for many positions, a lower bound of their distance from one centre: the
+/// length of the straight line through the earth, which no line on its surface undercuts.
 class DistanceBound {
 public:
     explicit DistanceBound(const Location& centre);
 
-    /// Metres, never more than `distanceMetres` gives for the same two positions; infinite when
-    /// that is. Once the difference in latitude alone exceeds `enough` metres, the bound that
-    /// follows from it is answered without measuring further.
+    /// In metres, never more than `distanceMetres` for the same two positions; infinite if that is.
+    /// If the difference in latitude alone gives a bound above `enough` metres, that bound is
+    /// returned without measuring further.
     [[nodiscard]] double leastMetres(const Location& to, double enough) const;
 
 private:

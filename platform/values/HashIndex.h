@@ -8,19 +8,20 @@
 
 namespace platform {
 
-/// 2^64 by the golden ratio: numbers times it, alike as they may be, differ in their high bits.
+/// 2^64 divided by the golden ratio: multiplied by it, even similar numbers differ in their high
+/// bits.
 inline constexpr std::uint64_t hashFactor = 0x9E3779B97F4A7C15;
 
-/// Of an identifier or an address.
+/// The hash of an identifier or an address.
 [[nodiscard]] constexpr std::uint32_t hashOf(std::uint64_t number) {
     return static_cast<std::uint32_t>((number * hashFactor) >> 32);
 }
 
-/// Finds numbers above 0 again by what they stand for, which the caller hashes and compares: one
-/// flat table, no memory of its own for an entry.
+/// Finds positive numbers by what they stand for, which the caller hashes and compares. One flat
+/// table, without an allocation per entry.
 class HashIndex {
 public:
-    /// The number that was inserted under `hash` and for which `same(number)` holds, or 0.
+    /// Returns the number that was inserted under `hash` and for which `same(number)` holds, or 0.
     template <typename Same>
     [[nodiscard]] std::uint32_t find(std::uint32_t hash, Same same) const {
         if (entries_.empty()) {
@@ -34,7 +35,7 @@ public:
         return entries_[place].number;
     }
 
-    /// `find` must have answered 0.
+    /// `find` must have returned 0 for it.
     void insert(std::uint32_t hash, std::uint32_t number) {
         if (entries_.size() <= 2 * used_) {
             grow();

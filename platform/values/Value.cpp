@@ -44,10 +44,11 @@ Whole wholeOf(const Number::Storage& storage) {
         storage);
 }
 
-/// Longer text is no address: no path is as long, and the parser takes memory for every slash.
+/// In bytes. Longer text is not an address: no path is that long, and the parser allocates memory
+/// for every slash.
 constexpr std::size_t addressLimit = 1 << 16;
 
-/// The parts of an address; each points into the text it was made from, which must outlive it.
+/// The parsed parts of an address; they point into the text, which must outlive them.
 class ParsedAddress {
 public:
     ParsedAddress() = default;
@@ -81,7 +82,7 @@ URL URL::file(const std::string& path) {
     }
     std::error_code error;
     const auto absolute = std::filesystem::absolute(path, error).string();
-    // "file://", and three characters for each byte of the path.
+    // "file://", and three characters per byte of the path.
     std::string text(7 + 3 * absolute.size() + 1, '\0');
     if (error || uriUnixFilenameToUriStringA(absolute.c_str(), text.data()) != URI_SUCCESS) {
         return {};

@@ -11,7 +11,7 @@
 #include <variant>
 #include <vector>
 
-/// The values that cross the program's borders: archives, notifications, settings and marks.
+/// The values in archives, notifications, settings and marks.
 namespace platform {
 
 class Archivable;
@@ -19,26 +19,26 @@ struct Array;
 struct Set;
 struct Dictionary;
 
-/// The explicit "nothing" that may stand in a container, unlike an absent value.
+/// An explicit null that a container may hold, unlike an absent value.
 struct Null {
     friend bool operator==(const Null&, const Null&) = default;
 };
 
 using Data = std::vector<std::byte>;
 
-/// An instant, UTC. Microseconds keep every date that archives hold in practice.
+/// An instant in UTC. Microseconds represent every date that archives hold in practice.
 using Date = std::chrono::sys_time<std::chrono::microseconds>;
 
-/// An address as text (RFC 3986); whoever opens one decides which schemes it trusts.
+/// An address as text (RFC 3986); whoever opens one decides which schemes to trust.
 struct URL {
     std::string text;
 
-    /// The address of a file; the path's bytes beyond the unreserved ones are percent-escaped.
-    /// Empty for text that is no path: the empty one, and one with a NUL.
+    /// The address of a file, in which all bytes of the path but the unreserved ones are
+    /// percent-escaped. Empty if the text is not a path: if it is empty or contains a NUL.
     [[nodiscard]] static URL file(const std::string& path);
-    /// The path of a "file:" address on this machine, unescaped; empty for any other.
+    /// The unescaped path of a "file:" address on this machine; empty for any other address.
     [[nodiscard]] std::string path() const;
-    /// What this reference means within `base`; itself where that cannot be told.
+    /// Resolves this reference against `base`; returns it unchanged if that is impossible.
     [[nodiscard]] URL relativeTo(const URL& base) const;
 
     friend bool operator==(const URL&, const URL&) = default;
@@ -51,8 +51,9 @@ struct UUID {
 };
 
 /// A boxed number that remembers whether it was a boolean, an integer or a real. Reading it as
-/// another kind converts: reals are cut toward zero and saturate, NaN reads as 0; integers lose
-/// their high bits where the asked-for width is smaller. As a boolean all but 0 and NaN is true.
+/// another kind converts it: reals are truncated towards zero and saturate, NaN becomes 0; integers
+/// lose their high bits if the requested type is narrower. As a boolean, everything but 0 and NaN
+/// is true.
 class Number {
 public:
     using Storage = std::variant<bool, std::int64_t, std::uint64_t, float, double>;
@@ -68,9 +69,9 @@ public:
     [[nodiscard]] std::int64_t integerValue() const;
     [[nodiscard]] std::uint64_t unsignedValue() const;
     [[nodiscard]] double doubleValue() const;
-    /// Booleans and integers are exact; "real" tells the kinds that are not.
+    /// Whether it is a `float` or a `double`; booleans and integers are exact.
     [[nodiscard]] bool isReal() const;
-    /// An unsigned value is stored as such only when it exceeds the signed range.
+    /// An unsigned value is stored as such only if it exceeds the signed range.
     [[nodiscard]] const Storage& storage() const { return storage_; }
 
     friend bool operator==(const Number&, const Number&) = default;
@@ -84,8 +85,8 @@ using Value = std::variant<std::monostate, Null, std::string, Number, Data, Date
                            std::shared_ptr<Array>, std::shared_ptr<Set>,
                            std::shared_ptr<Dictionary>, std::shared_ptr<Archivable>>;
 
-/// Whether the owner may change a container; its archived class name tells it too. Nothing here
-/// enforces it: whoever changes a container asks first.
+/// `isMutable` says whether the owner may change a container, and so does the archived class name.
+/// Nothing enforces it: check it before changing a container.
 struct Array {
     bool isMutable = true;
     std::vector<Value> elements;
@@ -101,11 +102,11 @@ struct Dictionary {
     std::map<std::string, Value, std::less<>> entries;
 };
 
-/// Whether it is the absent value, or a null container or object, which archives do not tell from
-/// it.
+/// Whether it is the absent value, or a null container or object, which archives do not distinguish
+/// from it.
 [[nodiscard]] bool isAbsent(const Value& value);
 
-/// Truncates toward zero; saturates at the ends of the 64-bit range; NaN gives 0.
+/// Truncates towards zero; saturates at the ends of the 64-bit range; NaN gives 0.
 [[nodiscard]] std::int64_t wholeNumber(double value);
 /// The same for the 32-bit range.
 [[nodiscard]] std::int32_t wholeNumber32(double value);
