@@ -24,7 +24,7 @@ std::error_code lastError() {
     return {errno, std::generic_category()};
 }
 
-/// An open file, closed with its owner.
+/// Owns an open file and closes it.
 class OpenFile {
 public:
     OpenFile(const fs::path& path, int flags, mode_t mode = 0)
@@ -35,7 +35,7 @@ public:
 
     [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
     [[nodiscard]] int descriptor() const { return descriptor_; }
-    /// False when the system reports a late write error.
+    /// False if the system reports a late write error.
     bool close() {
         const int descriptor = std::exchange(descriptor_, -1);
         return descriptor < 0 || ::close(descriptor) == 0;
@@ -45,7 +45,7 @@ private:
     int descriptor_;
 };
 
-/// Appends what one read gives; 0 at the end of the file, negative on an error.
+/// Reads once and returns the number of bytes; 0 at the end of the file, negative on an error.
 ssize_t readSome(int file, std::span<std::byte> room) {
     ssize_t got = 0;
     do {
@@ -66,7 +66,8 @@ bool writeAll(int file, std::span<const std::byte> bytes) {
     return true;
 }
 
-/// Where writing to `path` really goes: a link stays, the file it leads to is replaced.
+/// Where writing to `path` really goes: a link stays and its target is replaced. Absent after too
+/// many links.
 std::optional<fs::path> linkTarget(fs::path path) {
     constexpr int mostLinks = 40;
     for (int links = 0; links < mostLinks; ++links) {
@@ -79,7 +80,7 @@ std::optional<fs::path> linkTarget(fs::path path) {
     return std::nullopt;
 }
 
-/// A new file with an unused name, removed again unless it was moved to its place.
+/// A new file, removed on destruction unless it has been moved to its target.
 class TemporaryFile {
 public:
     TemporaryFile(fs::path path, mode_t mode)
@@ -174,14 +175,14 @@ std::string lastPathComponent(std::string_view path) {
 }
 
 std::optional<Data> readFile(const fs::path& path, std::uint64_t limit) try {
-    // Without O_NONBLOCK opening a named pipe would wait for its writer.
+    // Without O_NONBLOCK, opening a named pipe would wait for its writer.
     const OpenFile file(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
     struct stat facts {};
     if (!file.isOpen() || ::fstat(file.descriptor(), &facts) != 0 || !S_ISREG(facts.st_mode)) {
         return std::nullopt;
     }
     Data bytes;
-    // One byte of room beyond the last one shows the end of the file, or that it exceeds the limit.
+    // One spare byte of room reveals the end of the file, or that it exceeds the limit.
     const std::uint64_t mostRoom = std::min<std::uint64_t>(limit, bytes.max_size() - 1) + 1;
     const auto expected = static_cast<std::uint64_t>(facts.st_size);
     if (expected >= mostRoom) {
@@ -228,7 +229,8 @@ std::error_code replaceFile(const fs::path& path, std::span<const std::byte> byt
     if (!fresh.isOpen() || !fresh.fill(bytes, oldMode) || !fresh.moveTo(*target)) {
         return lastError();
     }
-    // The file is in its place; where a folder cannot be flushed the system does so in its time.
+    // The file is in place already; if its folder cannot be flushed, the system will do so in its
+    // own time.
     const OpenFile flushed(folder, O_RDONLY | O_DIRECTORY);
     static_cast<void>(::fsync(flushed.descriptor()));
     return {};

@@ -15,7 +15,7 @@ public:
         return value_;
     }
 
-    /// The old value is let go outside the lock.
+    /// The old value is destroyed outside the lock.
     void store(T value) {
         const std::scoped_lock lock(mutex_);
         std::swap(value_, value);

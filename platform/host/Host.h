@@ -14,15 +14,15 @@
 #include <string_view>
 #include <vector>
 
-/// What lies outside the process and logic may touch. Implemented by the desktop, and by fakes in
-/// tests. Main thread only, except where a service says otherwise.
+/// The services outside the process that logic may use. The desktop implements them, and tests fake
+/// them. Main thread only, except where a service says otherwise.
 namespace platform {
 
 /// The user's settings. Any thread.
 class UserDefaults {
 public:
     virtual ~UserDefaults() = default;
-    /// Absent when nothing was set under the key.
+    /// Absent if nothing is set under the key.
     [[nodiscard]] virtual Value objectForKey(std::string_view key) const = 0;
     virtual void setObject(const Value& value, std::string_view key) = 0;
 };
@@ -34,7 +34,7 @@ public:
     enum DomainMask : int { userDomain = 1 };
 
     virtual ~SearchPaths() = default;
-    /// Absolute paths, the preferred one first; none for a kind or domain that does not exist
+    /// Absolute paths, the preferred one first; empty for a kind or domain that does not exist
     /// here. The user's application support folder exists before any logic runs.
     [[nodiscard]] virtual std::vector<std::string> paths(int kind, int domainMask) const = 0;
 };
@@ -43,27 +43,27 @@ public:
 class Bundle {
 public:
     virtual ~Bundle() = default;
-    /// The folder of the files that the program ships.
+    /// The folder of the files that ship with the program.
     [[nodiscard]] virtual std::string resourcePath() const = 0;
-    /// A fact about the program, such as "CFBundleExecutable"; absent when unknown.
+    /// A fact about the program, such as "CFBundleExecutable"; absent if unknown.
     [[nodiscard]] virtual std::optional<std::string> infoValue(std::string_view key) const = 0;
 };
 
-/// Asks the user for files; each call returns when the user has answered.
+/// Asks the user for files; each call returns once the user has answered.
 class Panels {
 public:
     virtual ~Panels() = default;
-    /// One existing file; those whose extension is among `types` (without dots) are offered before
-    /// all others. Nothing when cancelled.
+    /// An existing file; absent if cancelled. Files whose extension is among `types` (without dots)
+    /// are offered before all others.
     [[nodiscard]] virtual std::optional<URL> openPanel(const std::vector<std::string>& types) = 0;
-    /// A place to write to; nothing when cancelled. `writtenPath` tells which path a chosen one
-    /// will really be written under, so that the panel asks before that file is replaced; without
-    /// it the chosen path itself is meant.
+    /// A file to write; absent if cancelled. `writtenPath` maps a chosen path to the one that will
+    /// really be written, so that the panel asks before that file is replaced; without it, the
+    /// chosen path itself is written.
     [[nodiscard]] virtual std::optional<URL>
     savePanel(const std::function<std::string(const std::string&)>& writtenPath) = 0;
 };
 
-/// A running timer; dropping it stops it.
+/// A running timer; destroying it stops it.
 class Timer {
 public:
     virtual ~Timer() = default;
@@ -81,8 +81,8 @@ public:
 class MainThread {
 public:
     virtual ~MainThread() = default;
-    /// Queues and returns at once; work runs in the order of queueing, and is dropped when
-    /// `target` has gone by then.
+    /// Queues the work and returns at once. Work runs in the order of queueing, and is dropped if
+    /// `target` has expired by then.
     virtual void perform(std::weak_ptr<void> target, std::function<void()> work) = 0;
 };
 
@@ -97,44 +97,45 @@ public:
 class Log {
 public:
     virtual ~Log() = default;
-    /// One line; the text is data, never a format.
+    /// Logs one line; the text is data, never a format.
     virtual void line(std::string_view text) = 0;
 };
 
-/// Other programs of the user.
+/// The user's other programs.
 class Workspace {
 public:
     virtual ~Workspace() = default;
     /// Opens an address in the program that the user has chosen for its kind, such as the web
-    /// browser or the mail program. An address that is none has no effect.
+    /// browser or the mail program. Does nothing if the address is invalid.
     virtual void openURL(const URL& address) = 0;
 };
 
-/// What the user does with mouse and keyboard.
+/// The user's mouse and keyboard events.
 class Events {
 public:
     enum Type : int { none = 0, leftMouseDown = 1, leftMouseUp = 2, mouseMoved = 5, other = 13 };
 
     struct Event {
         Type type = none;
-        /// In seconds, from some moment in the past.
+        /// In seconds since some moment in the past.
         double timestamp = 0;
     };
 
     virtual ~Events() = default;
-    /// The event that is being handled, or else the last one.
+    /// The event being handled, or else the last one.
     [[nodiscard]] virtual Event currentEvent() const = 0;
     /// Two clicks closer than this, in seconds, are a double click.
     [[nodiscard]] virtual double doubleClickInterval() const = 0;
 };
 
-/// Fetches what addresses lead to. Any thread may ask. Everything handed over runs on one thread of
-/// its own, one after another, must not throw, and is dropped unrun when the sessions are stopped.
+/// Fetches resources by address. May be used on any thread. Handlers and other work handed over run
+/// one at a time on the sessions' own thread, must not throw, and are dropped without running once
+/// the sessions are stopped.
 ///
-/// Replies may be reused where their headers allow it (RFC 9111), for as long as the sessions last;
-/// a reply that says nothing of the kind never is. Equal requests under way share one transfer. To
-/// a handler either looks like a transfer of its own: it is never called before `startDataTask`
-/// returns, and handlers that share a transfer are called one after another, as they asked.
+/// Replies may be reused while the sessions exist, if their headers allow it (RFC 9111); a reply
+/// without such headers never is. Equal requests in flight share one transfer. To a handler, either
+/// looks like a transfer of its own: it is never called before `startDataTask` returns, and
+/// handlers that share a transfer are called one after another, in the order of asking.
 class URLSessions {
 public:
     /// How a transfer ended.
@@ -149,18 +150,18 @@ public:
 
     struct Request {
         URL address;
-        /// Has the server asked even where a kept reply may still be reused.
+        /// Asks the server even if a cached reply may still be reused.
         bool revalidates = false;
-        /// Once true, the request yields to all others, waiting or still to come, that are not; it
-        /// is made all the same. A transfer yields when all who share it do. Never back to false;
-        /// null for a request that never yields.
+        /// Once true, the request yields to all others, waiting or yet to come, that are not
+        /// superseded; it is made all the same. A shared transfer yields once all its requests do.
+        /// Must never return to false; null for a request that never yields.
         std::shared_ptr<const std::atomic<bool>> superseded = nullptr;
         /// For who wants to know more than a handler is told: called right before the handler, on
         /// the same thread. May be empty.
         std::function<void(const Ending& ending)> ended = nullptr;
     };
 
-    /// The body of a complete reply, whatever its status; absent when the transfer did not
+    /// Takes the body of a complete reply, whatever its status; absent if the transfer did not
     /// complete, whatever had arrived by then.
     using CompletionHandler = std::function<void(const std::optional<Data>& data)>;
 
@@ -170,14 +171,15 @@ public:
     virtual ~URLSessions() = default;
     /// Starts a GET and returns at once. Handlers run in the order in which transfers complete.
     virtual void startDataTask(const Request& request, CompletionHandler handler) = 0;
-    /// Runs work where handlers run, after what was handed over for it before.
+    /// Runs work on the handlers' thread, after everything handed over before.
     virtual void perform(std::function<void()> work) = 0;
-    /// Requests whose handlers have not returned yet, each counted that shares a transfer.
+    /// The number of requests whose handlers have not returned yet, counting each that shares a
+    /// transfer.
     [[nodiscard]] virtual std::size_t openRequests() const = 0;
 };
 
-/// Everything of the above that one run of the program has. `main` makes it first and drops it
-/// last.
+/// All these services, as one run of the program has them. `main` creates them first and destroys
+/// them last.
 struct Host {
     NotificationCenter& notificationCenter;
     UserDefaults& userDefaults;

@@ -53,7 +53,7 @@ struct NotificationCenter::Token::Registration {
         }
         std::unique_lock lock(mutex);
         isDropped = true;
-        // A call on this very thread is one that drops its own observer: waiting would be for ever.
+        // A call on this thread is one that drops its own observer: waiting for it would never end.
         callEnded.wait(lock, [this, self = std::this_thread::get_id()] {
             return std::ranges::all_of(callers, [self](auto caller) { return caller == self; });
         });

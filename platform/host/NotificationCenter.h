@@ -15,16 +15,15 @@ struct Notification {
     std::shared_ptr<const Dictionary> userInfo;
 };
 
-/// Hands a notification to everyone who asked for its name, in order of asking. Any thread may
-/// use it. Observers run on the thread that posts, without a lock held: they may post, observe
-/// and drop tokens themselves.
+/// Delivers a notification to all observers of its name, in the order in which they were added. May
+/// be used on any thread. Observers run on the posting thread without a lock held: they may post,
+/// observe and drop tokens themselves.
 class NotificationCenter {
 public:
     using Observer = std::function<void(const Notification&)>;
 
-    /// Keeps an observer registered while it lives. Dropping it waits for a call of that observer
-    /// that runs on another thread; after that the observer is never called again. It may outlive
-    /// the centre.
+    /// Keeps an observer registered while it lives. Dropping it waits for any call of that observer
+    /// on another thread; after that the observer is never called again. It may outlive the centre.
     class Token {
     public:
         Token() = default;

@@ -34,7 +34,7 @@ struct OperationQueue::State {
             waiting.erase(next);
             isRunning = true;
             lock.unlock();
-            // Running out of memory ends what ran, not the program.
+            // Running out of memory ends the operation, not the program.
             try {
                 operation->main();
             } catch (const std::bad_alloc&) {

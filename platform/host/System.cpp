@@ -19,7 +19,7 @@ void StandardErrorLog::line(std::string_view text) {
     std::ranges::replace_if(
         line, [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
     line += '\n';
-    // One call, so that lines of several threads do not mix.
+    // One call, so that lines from several threads do not mix.
     std::fwrite(line.data(), 1, line.size(), stderr);
 }
 

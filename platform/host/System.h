@@ -11,8 +11,8 @@ public:
     [[nodiscard]] Date now() const override;
 };
 
-/// Writes each line whole to the standard error stream, as text that may be shown; line ends and
-/// tabs within it become blanks.
+/// Writes each line in one piece to the standard error stream, without characters that are unsafe
+/// to show; line ends and tabs in it become blanks.
 class StandardErrorLog final : public Log {
 public:
     void line(std::string_view text) override;
