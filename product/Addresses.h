@@ -3,32 +3,33 @@
 
 #include <string_view>
 
-/// Where the program looks outside this machine; every address it knows stands here.
+/// Every address outside this machine that the program knows.
 namespace product::addresses {
 
 /// The weather data server, unless the user names another one.
 inline constexpr std::string_view dataServerHost = "aviationweather.gov";
-/// Where a data server answers in its classic form.
+/// The path at which a data server answers in its classic form.
 inline constexpr std::string_view dataServerPath = "/adds/dataserver_current/httpparam";
-/// Where `dataServerHost` answers METAR and TAF questions since it gave that path up.
+/// The paths at which `dataServerHost` answers METAR and TAF requests since it retired that one.
 inline constexpr std::string_view metarPath = "/api/data/metar";
 inline constexpr std::string_view tafPath = "/api/data/taf";
 
-/// The aeronautical charts, over https.
+/// The host of the aeronautical charts, over https.
 inline constexpr std::string_view chartHost = "skyvector.com";
 
-/// The makers: where they read mail, and the project's own page. Neither is there yet: names that
-/// end in "example" are reserved and lead nowhere (RFC 2606). Real ones take their place here; then
-/// the help's page on the window and the release notes no longer call them stand-ins.
+/// The project's mail address and home page. Neither exists yet: names that end in "example" are
+/// reserved and never resolve (RFC 2606). Once real ones replace them here, the help page on the
+/// window and the release notes must stop calling them stand-ins.
 inline constexpr std::string_view feedback = "feedback@nosig.example";
 inline constexpr std::string_view productPage = "http://nosig.example/";
 
-/// A server of map tiles, 256 pixels wide, in Web Mercator; "{z}", "{x}" and "{y}" stand for the
-/// level and the tile's column and row from the upper left.
+/// A server of map tiles, 256 pixels wide, in Web Mercator. In the address "{z}", "{x}" and "{y}"
+/// stand for the zoom level and the tile's column and row, counted from the upper left.
 struct TileService {
     std::string_view address;
     int highestZoom = 0;
-    /// What the service's licence wants shown beside its pictures, and the page that tells more.
+    /// The credit that the service's licence requires beside its imagery, and the page with the
+    /// details.
     std::string_view credit;
     std::string_view creditPage;
 };
@@ -36,7 +37,7 @@ struct TileService {
 inline constexpr TileService standardTiles{"https://tile.openstreetmap.org/{z}/{x}/{y}.png", 19,
                                            "© OpenStreetMap contributors",
                                            "https://www.openstreetmap.org/copyright"};
-/// The mosaic of 2016, which is under CC BY 4.0; later ones are not free for every use.
+/// The mosaic of 2016 is under CC BY 4.0; later ones are not free for every use.
 inline constexpr TileService satelliteTiles{
     "https://tiles.maps.eox.at/wmts/1.0.0/s2cloudless_3857/default/g/{z}/{y}/{x}.jpg", 14,
     "Sentinel-2 cloudless – https://s2maps.eu by EOX IT Services GmbH "

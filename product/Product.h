@@ -6,7 +6,7 @@
 namespace product {
 
 inline constexpr std::string_view version = NOSIG_VERSION;
-/// What the program calls itself where it asks servers (RFC 9110, section 10.1.5).
+/// The program's User-Agent (RFC 9110, section 10.1.5).
 inline constexpr const char* userAgent = "Nosig/" NOSIG_VERSION;
 
 } // namespace product
