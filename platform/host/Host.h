@@ -134,8 +134,8 @@ public:
 ///
 /// Replies may be reused while the sessions exist, if their headers allow it (RFC 9111); a reply
 /// without such headers never is. Equal requests in flight share one transfer. To a handler, either
-/// looks like a transfer of its own: it is never called before `startDataTask` returns, and
-/// handlers that share a transfer are called one after another, in the order of asking.
+/// looks like a transfer of its own: it is never called from within `startDataTask`, and handlers
+/// that share a transfer are called one after another, in the order of asking.
 class URLSessions {
 public:
     /// How a transfer ended.
