@@ -14,16 +14,16 @@ namespace platform {
 class KeyedArchiver;
 class KeyedUnarchiver;
 
-/// A class's name in archives, followed by those of the classes it derives from, "NSObject" last.
+/// A class's name in archives, followed by the names of its base classes, "NSObject" last.
 using ClassNames = std::vector<std::string>;
 
-/// An object that can stand in a keyed archive under a class name of its own. It is read back by
-/// the factory under which its class is entered in a `ClassTable`.
+/// An object that a keyed archive can hold under a class name of its own. It is read back by the
+/// factory that a `ClassTable` has for that name.
 class Archivable {
 public:
     virtual ~Archivable() = default;
 
-    /// Lives as long as the program; the archiver keeps references to it.
+    /// The result must live as long as the program: the archiver keeps references to it.
     [[nodiscard]] virtual const ClassNames& archivedClass() const = 0;
     virtual void encodeWithCoder(KeyedArchiver& coder) const = 0;
 
@@ -33,10 +33,10 @@ protected:
     Archivable& operator=(const Archivable&) = default;
 };
 
-/// The classes that a reader knows. Nothing is ever made from a name that is not in it.
+/// The classes that a reader knows. No object is ever made from a class name that is not in it.
 class ClassTable {
 public:
-    /// Makes an object from the record that the unarchiver stands at; null when it cannot.
+    /// Makes an object from the unarchiver's current record; returns null if it cannot.
     using Factory = std::function<std::shared_ptr<Archivable>(KeyedUnarchiver&)>;
 
     void add(std::string name, Factory factory) {

@@ -78,7 +78,7 @@ Element Reader::element(std::uint64_t index) const {
     std::size_t position = offset + 1;
     const auto marker = static_cast<unsigned>(numberAt(offset, 1));
     const unsigned low = marker & 15;
-    // Compares twice, so that no count in the file can overflow.
+    // Compares the count alone first, so that the product cannot overflow.
     const auto found = [&](Kind kind, std::uint64_t count, std::size_t width = 1) {
         const auto room = table_ - position;
         return count <= room && count * width <= room

@@ -36,7 +36,7 @@ std::byte* putBytes(std::byte* at, std::span<const std::byte> bytes) {
     return at + bytes.size();
 }
 
-/// Of an integer that is not negative.
+/// The width of a non-negative integer; 8 for the bits of a negative one.
 std::size_t widthOf(std::uint64_t value) {
     return value < 1U << 8 ? 1 : value < 1U << 16 ? 2 : value < std::uint64_t{1} << 32 ? 4 : 8;
 }
@@ -63,7 +63,7 @@ std::byte* putHead(std::byte* at, Type type, std::uint64_t count) {
     return putBig(at + 2, count, widthOf(count));
 }
 
-/// A drafted object as it will stand in the file. A container's draft has a marker without a count,
+/// A drafted object as it will be in the file. A container's draft has a marker without a count,
 /// and references of four bytes.
 class Drafted {
 public:
@@ -96,7 +96,7 @@ public:
 
 private:
     std::span<const std::byte> draft_;
-    /// `simpleType` for all that is no container.
+    /// `simpleType` for everything but a container.
     Type type_ = simpleType;
     std::size_t references_ = 0;
     std::size_t count_ = 0;
@@ -140,7 +140,7 @@ std::uint32_t hashOf(std::span<const std::byte> bytes, std::uint64_t seed) {
 
 } // namespace
 
-// The seed keeps whoever writes the texts of a list from making them collide.
+// The seed prevents the author of a list's texts from making them collide.
 Writer::Writer() : seed_(std::random_device{}()) {}
 
 std::byte* Writer::room(std::size_t size) {
@@ -224,7 +224,7 @@ void Writer::putNumber(const Number& number) {
                 *at = marker(realType, 3);
                 putBig(at + 1, std::bit_cast<std::uint64_t>(value), 8);
             } else if constexpr (std::is_same_v<Stored, std::uint64_t>) {
-                // Eight bytes hold signed values only.
+                // Integers of eight bytes are signed, so this one takes sixteen.
                 auto* at = room(17);
                 *at = integerMarker(16);
                 putBig(at + 9, value, 8);
@@ -274,7 +274,7 @@ std::optional<Data> Writer::finish(std::span<const Ref> keys, std::span<const Re
     if (overflown_) {
         return {};
     }
-    // A Ref is its object's place in the file already, as the top object stands at 0.
+    // A Ref is already its object's index in the file, because the top object has index 0.
     const std::uint64_t objectCount = top;
     const auto referenceWidth = widthOf(objectCount);
     std::uint64_t table = headerSize;
@@ -295,7 +295,7 @@ std::optional<Data> Writer::finish(std::span<const Ref> keys, std::span<const Re
         entry = putBig(entry, static_cast<std::uint64_t>(at - begin), offsetWidth);
         at = Drafted(draftOf(place == 0 ? top : place)).put(at, referenceWidth);
     }
-    // Six bytes without a meaning, and the top object's place, stay 0.
+    // Six unused bytes and the top object's index stay 0.
     entry[6] = static_cast<std::byte>(offsetWidth);
     entry[7] = static_cast<std::byte>(referenceWidth);
     putBig(entry + 8, objectCount, 8);

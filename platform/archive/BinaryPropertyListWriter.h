@@ -13,29 +13,29 @@
 
 namespace platform::plist {
 
-/// Names an object of the list that is being written; valid in that list only.
+/// Identifies an object of the list being written; valid in that list only.
 using Ref = std::uint32_t;
 
-/// Puts a list together, object by object. Equal texts and numbers become one object, unless a
-/// number is added as a lone one; containers, data and UIDs never.
+/// Assembles a list object by object. Equal texts and numbers become one object, except numbers
+/// added as lone ones; containers, data and UIDs never do.
 class Writer {
 public:
     Writer();
 
-    /// Text that is not UTF-8 is written with U+FFFD in it.
+    /// Malformed UTF-8 is written as U+FFFD.
     Ref text(std::string_view utf8);
     Ref number(const Number& number);
-    /// For what hardly repeats, such as positions: looking for an equal one costs more than it
-    /// saves.
+    /// For numbers that hardly repeat, such as positions: looking for an equal one costs more than
+    /// it saves.
     Ref loneNumber(const Number& number);
     Ref data(std::span<const std::byte> bytes);
     Ref uid(std::uint32_t value);
     Ref array(std::span<const Ref> elements);
-    /// As many keys as values.
+    /// There must be as many keys as values.
     Ref dictionary(std::span<const Ref> keys, std::span<const Ref> values);
 
-    /// The list whose top object is the dictionary of these keys and values; nothing when it would
-    /// exceed `sizeLimit`. The writer is spent then.
+    /// Returns the list whose top object is the dictionary of these keys and values; absent if it
+    /// would exceed `sizeLimit`. The writer must not be used afterwards.
     [[nodiscard]] std::optional<Data> finish(std::span<const Ref> keys,
                                              std::span<const Ref> values);
 
@@ -43,15 +43,15 @@ private:
     [[nodiscard]] std::span<const std::byte> draftOf(Ref ref) const;
     std::byte* room(std::size_t size);
     void putNumber(const Number& number);
-    /// Completes the object that was put at the draft's end; or, the shared one, takes it off again
-    /// and answers an equal one.
+    /// Completes the object at the end of the draft. If an equal one exists, `sharedObject` removes
+    /// the new one and returns that.
     Ref object();
     Ref sharedObject();
 
-    /// All objects as they will stand in the file, but references take four bytes in here and
-    /// containers have no count yet: both depend on the number of objects.
+    /// All objects as they will be in the file, except that references take four bytes, since their
+    /// final width depends on the number of objects, and that containers have no count yet.
     Data draft_;
-    /// Where each object begins in the draft, and the next one will.
+    /// Where each object begins in the draft, and where the next one will.
     std::vector<std::uint32_t> starts_{0};
     bool overflown_ = false;
     HashIndex shared_;

@@ -33,20 +33,22 @@ const ClassNames dictionaryClass{"NSDictionary", "NSObject"};
 const ClassNames mutableDictionaryClass{"NSMutableDictionary", "NSDictionary", "NSObject"};
 
 double secondsSinceReference(Date date) {
-    // Subtracted as doubles: the most distant dates are out of each other's reach in whole numbers.
+    // Subtracted as doubles, since the difference of the most distant dates would overflow an
+    // integer.
     const auto microseconds = [](Date instant) {
         return static_cast<double>(instant.time_since_epoch().count());
     };
     return (microseconds(date) - microseconds(plist::referenceDate)) / 1e6;
 }
 
-/// Reads as an absent object wherever it stands in the table by itself.
+/// A slot that holds this text itself reads as an absent object.
 constexpr std::string_view nullText = "$null";
 
 } // namespace
 
 struct KeyedArchiver::State {
-    /// A class that has been met. The n-th key of its next record is likely the one of the last.
+    /// A class met so far, with the keys of its last record: the n-th key of its next record is
+    /// probably the same.
     struct KnownClass {
         const ClassNames* names;
         std::uint32_t slot = 0;
@@ -65,8 +67,8 @@ struct KeyedArchiver::State {
     /// The UID object of each slot and the slot of each text or number; 0 where there is none yet.
     std::vector<Ref> uids;
     std::vector<std::uint32_t> scalarSlots;
-    /// The objects that have a slot. They are kept alive, lest another one takes over the address
-    /// of a temporary one and is mistaken for it.
+    /// The objects that have a slot. They are kept alive, lest another object take over the address
+    /// of a temporary one and be mistaken for it.
     HashIndex identityIndex;
     std::vector<std::pair<std::uint32_t, std::shared_ptr<const void>>> identities;
 
@@ -74,7 +76,8 @@ struct KeyedArchiver::State {
     std::vector<Ref> keys;
     std::vector<Ref> values;
     Record record;
-    /// The UIDs of the containers being written, one container upon the other.
+    /// The element UIDs of the containers being written, stacked from the outermost to the
+    /// innermost.
     std::vector<Ref> elements;
     int depth = 0;
     std::uint64_t textBytes = 0;
@@ -119,7 +122,7 @@ struct KeyedArchiver::State {
         return slotOfScalar(list.text(text));
     }
 
-    /// Calls `write(slot)` for an object that has no slot yet.
+    /// Returns the object's slot, calling `write(slot)` if that is new; 0 for null.
     template <typename Write>
     std::uint32_t shared(std::shared_ptr<const void> object, Write write) {
         if (!object) {
@@ -146,7 +149,7 @@ struct KeyedArchiver::State {
         return slot;
     }
 
-    /// `fields` adds the record's fields.
+    /// Calls `fields` to add the record's fields.
     template <typename Fields>
     void writeRecord(std::uint32_t slot, const ClassNames& names, Fields fields) {
         if (names.empty() || depth == KeyedUnarchiver::depthLimit || isRefused) {
@@ -176,7 +179,7 @@ struct KeyedArchiver::State {
         return static_cast<std::size_t>(known - classes.begin());
     }
 
-    /// A class takes its slot when the first object of it is complete.
+    /// A class gets its slot once its first object is complete.
     std::uint32_t classSlot(std::size_t knownClass) {
         auto& known = classes[knownClass];
         if (known.slot == 0) {
@@ -217,15 +220,15 @@ struct KeyedArchiver::State {
         values.push_back(value);
     }
 
-    /// Keys of the archive's own begin with "$"; others that do are set apart from them.
+    /// The archive's own keys begin with "$"; a caller's that does gets one more, to be set apart.
     void addUserField(std::string_view key, Ref value) {
         key.starts_with('$') ? add("$" + std::string(key), value) : add(key, value);
     }
 
     void addUnkeyed(Ref value) { add("$" + std::to_string(record.unkeyed++), value); }
 
-    /// An array of what `slotOfElement` gives for each element, absent ones left out: no container
-    /// holds them.
+    /// An array of the slot that `slotOfElement` returns for each element. Absent elements are left
+    /// out, since no container holds them.
     template <typename Elements, typename SlotOfElement>
     Ref uidArray(const Elements& contents, SlotOfElement slotOfElement) {
         const auto first = elements.size();
@@ -323,14 +326,14 @@ std::optional<Data> KeyedArchiver::archivedData(const Value& root) try {
     const std::array topValues{state.uid(slot)};
     const Ref top = list.dictionary(topKeys, topValues);
     const Ref objects = list.array(state.slots);
-    // Braces keep the order of evaluation, and so that of the objects in the file.
+    // Braces fix the order of evaluation, and with it the order of the objects in the file.
     const std::array entries{list.text("$version"),  list.number(Number(100000)),
                              list.text("$archiver"), list.text("NSKeyedArchiver"),
                              list.text("$top"),      list.text("$objects")};
     const std::array keys{entries[0], entries[2], entries[4], entries[5]};
     const std::array values{entries[1], entries[3], top, objects};
     auto data = list.finish(keys, values);
-    // A reader counts each text as often as it is referred to, and up to twice its length.
+    // A reader counts each text once per reference, and at up to twice its length.
     const auto readersCost = state.readersCost + costs::slot * state.slots.size() +
                              costs::archivedClass * state.classes.size();
     if (!data || 2 * state.textBytes > plist::contentLimit(data->size()) ||

@@ -17,7 +17,7 @@ namespace {
 
 Unarchived outOfMemory() {
     Unarchived failed;
-    // Short enough to need no memory itself.
+    // Short enough for the string to allocate nothing.
     failed.fault = "Out of memory.";
     return failed;
 }

@@ -16,10 +16,11 @@ using plist::Kind;
 
 namespace {
 
-/// A slot's state; from `firstObject` on, the places in the vector of made objects.
+/// A slot's state. From `firstObject` on, values are indices into the made objects, plus
+/// `firstObject`.
 enum SlotState : std::uint32_t { untouched, beingMade, unreadable, firstObject };
 
-/// Whether the object is one of which there must not be two.
+/// Whether the object has an identity, so that there must not be two of it.
 bool isShared(const Value& value) {
     return std::visit(
         [](const auto& held) {
@@ -30,7 +31,7 @@ bool isShared(const Value& value) {
         value);
 }
 
-/// Absent for NaN and for what lies beyond a date's range.
+/// Absent for NaN and for seconds beyond the range of a date.
 Value dateAfter(double seconds) {
     constexpr double limit = 9e12;
     if (!(std::abs(seconds) < limit)) {
@@ -189,7 +190,7 @@ Value KeyedUnarchiver::State::newList(bool isMutable) {
     for (std::size_t i = 0; i < uids.count; ++i) {
         const auto slot = slotOf(element(list.reference(uids, i)));
         const auto held = slotElement(slot);
-        // No list holds absent objects; one that says it does is odd as a whole.
+        // No list holds absent objects; one that claims to is not trusted at all.
         if (held.kind == Kind::absent) {
             return {};
         }

@@ -24,7 +24,7 @@ std::optional<std::size_t> RecordLayout::findUserKey(std::string_view key, std::
     if (turn < guesses_.size() && guesses_[turn].key == key) {
         return guesses_[turn].place;
     }
-    // Keys of the archive's own begin with "$"; others that do are set apart from them.
+    // The archive's own keys begin with "$"; a caller's that does has one more, to be set apart.
     const auto place = key.starts_with('$') ? find("$" + std::string(key)) : find(key);
     if (turn < KeyedUnarchiver::keyLimit) {
         guesses_.resize(std::max(guesses_.size(), turn + 1));
@@ -49,7 +49,7 @@ void KeyedUnarchiver::State::readRoot() {
     const auto slots = field(top, "$objects", Kind::array);
     if (version.kind == Kind::absent || archiver.kind == Kind::absent ||
         roots.kind == Kind::absent || slots.kind == Kind::absent) {
-        return breakOff("The property list is not a keyed archive: its top entries are not there.");
+        return breakOff("The property list is not a keyed archive: its top entries are missing.");
     }
     if (list.number(version) != Number(100000)) {
         return breakOff("The archive is of an unknown version.");
@@ -59,7 +59,7 @@ void KeyedUnarchiver::State::readRoot() {
     }
     table = slots;
     if (table.count == 0 || !list.isText(element(list.reference(table, 0)), "$null")) {
-        return breakOff("The archive's object table is empty or does not begin as one.");
+        return breakOff("The archive's object table is empty or does not begin with \"$null\".");
     }
     Record rootKeys = recordOf(roots);
     const auto root = field(rootKeys, "root", Kind::uid);
@@ -142,7 +142,7 @@ KeyedUnarchiver::State::Record KeyedUnarchiver::State::recordOf(const Element& d
 }
 
 std::optional<std::vector<std::string>> KeyedUnarchiver::State::keysOf(const Element& dictionary) {
-    // Looking takes time even without keys, and a record may be made of very few bytes.
+    // Even a record without keys takes time to look at, and may take very few bytes of the file.
     if (!take(dictionary.count + 16, keysLeft)) {
         return {};
     }
@@ -187,7 +187,7 @@ Element KeyedUnarchiver::State::unkeyedField() {
 std::int64_t KeyedUnarchiver::State::integerIn(const Element& field) {
     const auto number = list.number(field);
     if (number && !std::holds_alternative<std::uint64_t>(number->storage())) {
-        // A real is taken for an integer only where nothing is lost by it.
+        // A real counts as an integer only if the conversion is exact.
         const auto real = number->doubleValue();
         if (!number->isReal() || (std::trunc(real) == real && std::abs(real) < 0x1p63)) {
             return number->integerValue();
