@@ -14,10 +14,10 @@ namespace {
 
 using Block = std::shared_ptr<const platform::Data>;
 
-/// zlib counts what it is given in 32 bits, so a longer block is given in pieces.
+/// zlib counts bytes in 32 bits, so a longer block is processed in pieces.
 constexpr std::size_t longestPiece = std::numeric_limits<uInt>::max();
 
-/// Ends a stream of zlib with its owner.
+/// A zlib stream, ended on destruction.
 template <int (*end)(z_stream*)>
 class Stream {
 public:
@@ -41,7 +41,8 @@ void feed(z_stream& stream, std::span<const std::byte>& input) {
     }
 }
 
-/// Gives zlib the free part of the output, runs `code` and adds what it made to `produced`.
+/// Gives zlib the free part of the output, runs `code` and adds the number of bytes written to
+/// `produced`.
 template <typename Code>
 int produce(z_stream& stream, platform::Data& output, std::size_t& produced, Code code) {
     const auto room = static_cast<uInt>(std::min(output.size() - produced, longestPiece));

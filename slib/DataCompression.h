@@ -6,19 +6,19 @@
 #include <cstddef>
 #include <memory>
 
-/// Blocks of bytes as zlib streams (RFC 1950). Any thread. An empty or absent block comes back as
-/// the same object, both ways. Memory grows with what has been made; where it runs out the result
+/// Compresses blocks of bytes to zlib streams (RFC 1950), and back. Any thread. An empty or null
+/// block is returned as the same object. Memory grows with the output; if it runs out, the result
 /// is null.
 
-/// Blocks that would grow beyond this many bytes are not inflated.
+/// Blocks that would grow beyond this many bytes are not decompressed.
 inline constexpr std::size_t zlibInflateLimit = std::size_t{2} << 30;
 
-/// The block compressed at the default level; null when zlib cannot start.
+/// The block compressed at the default level; null if zlib cannot start.
 [[nodiscard]] std::shared_ptr<const platform::Data>
 zlibDeflate(const std::shared_ptr<const platform::Data>& block);
 
-/// The block that was compressed; null when the stream is corrupt, cut short or makes more than
-/// `limit` bytes. Bytes behind the end of the stream are ignored.
+/// The original block; null if the stream is corrupt, cut short or yields more than `limit` bytes.
+/// Bytes after the end of the stream are ignored.
 [[nodiscard]] std::shared_ptr<const platform::Data>
 zlibInflate(const std::shared_ptr<const platform::Data>& block,
             std::size_t limit = zlibInflateLimit);

@@ -23,7 +23,7 @@ std::shared_ptr<FileSystemItem> FileSystemItem::rootItem() {
 }
 
 std::shared_ptr<FileSystemItem> FileSystemItem::shared(FileSystemItem& item) {
-    // Children hold no counted reference upwards, so no cycle keeps a forgotten tree alive.
+    // Children hold no counted reference to their parents, so no cycle keeps an unused tree alive.
     return {owner_->self_.lock(), &item};
 }
 
@@ -31,7 +31,7 @@ const FileSystemItem::Children* FileSystemItem::listed() {
     if (!children_) {
         const std::string path = fullPath();
         if (!platform::isDirectory(path)) {
-            // Nothing is kept, so that what becomes a folder later is seen.
+            // Nothing is stored, so that a folder that appears here later is seen.
             return nullptr;
         }
         children_.emplace();

@@ -9,13 +9,13 @@
 #include <vector>
 
 /// A node of a tree of files and folders. A folder's children are listed on first use and never
-/// again, so later changes on disk are not seen; links are followed only as far as somebody asks.
-/// A node keeps its parents alive, and with them all of the tree that was listed: that is taken
-/// apart when nobody holds a node of it any more. One thread at a time may use a tree.
+/// again, so later changes on disk are not seen; links are followed only as far as a caller
+/// descends. A node keeps its parents alive, and with them the whole tree listed so far, which is
+/// destroyed once nobody holds a node of it. One thread at a time may use a tree.
 class FileSystemItem {
 public:
-    /// A node named as the last component of `path`, in `parent` or, when that is null, on top of a
-    /// tree of its own. It does not become one of the parent's children.
+    /// A node named after the last component of `path`, below `parent` or, if that is null, at the
+    /// top of its own tree. It does not become one of the parent's children.
     [[nodiscard]] static std::shared_ptr<FileSystemItem>
     initWithPath_parent(std::string_view path, std::shared_ptr<FileSystemItem> parent);
 
@@ -25,18 +25,18 @@ public:
     FileSystemItem(const FileSystemItem&) = delete;
     FileSystemItem& operator=(const FileSystemItem&) = delete;
 
-    /// In the order in which the system lists them, none for an unreadable folder; nothing for what
-    /// is no folder, which is looked at again the next time.
+    /// The children in the order in which the system lists them; empty for a folder that cannot be
+    /// read. Absent for anything but a folder, which is checked again next time.
     [[nodiscard]] std::optional<std::vector<std::shared_ptr<FileSystemItem>>> children();
-    /// Null for an index outside the children.
+    /// Null for an index out of range.
     [[nodiscard]] std::shared_ptr<FileSystemItem> childAtIndex(std::int64_t index);
-    /// 0 for what is no folder.
+    /// 0 for anything but a folder.
     [[nodiscard]] std::int64_t numberOfChildren();
 
     [[nodiscard]] const std::string& relativePath() const { return relativePath_; }
     /// The names from the topmost parent down.
-    /// Kept: a node without a parent has its name alone, so that only below the node for "/" is it
-    /// an absolute path; programs put their own folder in front of others.
+    /// Kept: a node without a parent has only its name, so the path is absolute only below the node
+    /// for "/". Programs put their own folder in front of any other path.
     [[nodiscard]] std::string fullPath() const;
 
 private:
@@ -49,10 +49,11 @@ private:
     std::string relativePath_;
     FileSystemItem* parent_;
     std::optional<Children> children_;
-    /// The node by a factory that this one was listed below, or this one itself. It owns all that
-    /// is listed below it, and its count of references stands for all of them.
+    /// The node, made by a factory, at the top of the listing that includes this one; this one
+    /// itself if it is at the top. It owns everything listed below it, and its reference count
+    /// covers all of it.
     FileSystemItem* owner_;
-    /// Set in owners only. An owner shares its parent, which does not list it.
+    /// Set in owners only. An owner shares ownership of its parent, which does not list it.
     std::weak_ptr<FileSystemItem> self_;
     std::shared_ptr<FileSystemItem> ownersParent_;
 };

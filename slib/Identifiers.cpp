@@ -14,7 +14,7 @@ class Registry {
 public:
     std::mutex mutex;
 
-    /// False when it was there.
+    /// False if it was there already.
     bool insert(std::uint32_t identifier) {
         const auto hash = platform::hashOf(identifier);
         const auto isSame = [&](std::uint32_t number) { return issued_[number - 1] == identifier; };

@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <string_view>
 
-/// Numbers in archives as boxed objects. A key that is missing, or holds something else, reads as
-/// 0; a wider number loses its high bits.
+/// Archives numbers as boxed objects. A key that is missing, or holds something else, reads as 0; a
+/// number that is too wide loses its high bits.
 namespace NSCoder_SupportLib {
 
 void encodeUInt16_forKey(platform::KeyedArchiver& coder, std::uint16_t value, std::string_view key);
@@ -23,7 +23,7 @@ void encodeUInt64_forKey(platform::KeyedArchiver& coder, std::uint64_t value, st
                                                std::string_view key);
 
 /// One raw byte.
-/// Kept: other programs read it by `KeyedUnarchiver::decodeBytes`, and it has no counterpart here.
+/// Kept: other programs read it with `KeyedUnarchiver::decodeBytes`. It has no counterpart here.
 void encodeChar_forKey(platform::KeyedArchiver& coder, char value, std::string_view key);
 /// Kept: archives of other programs lack the key. Writes nothing.
 void encodeCGPoint_forKey(platform::KeyedArchiver& coder, platform::Point point,

@@ -5,11 +5,11 @@
 
 #include <memory>
 
-/// What a program keeps about its sounds, archived as the integers "SoundOn" and "MusicOn".
+/// A program's sound settings, archived as the integers "SoundOn" and "MusicOn".
 class SLIB_Prefs : public platform::Archivable {
 public:
     [[nodiscard]] static std::shared_ptr<SLIB_Prefs> init();
-    /// Looks at the low 8 bits of each integer; a missing one reads as false.
+    /// Reads the low 8 bits of each integer; a missing one reads as false.
     [[nodiscard]] static std::shared_ptr<SLIB_Prefs>
     initWithCoder(platform::KeyedUnarchiver& coder);
 

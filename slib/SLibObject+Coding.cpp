@@ -79,7 +79,8 @@ void SLibObject::encodeWithCoder(platform::KeyedArchiver& coder) const {
         coder.encodeObject(thing, thingKey);
     }
     for (std::size_t i = 0; i < slibID->idVal.size(); ++i) {
-        // Signed, as readers of the field ask for a signed 32-bit integer that fits.
+        // Signed, because readers of the field ask for a value that fits into a signed 32-bit
+        // integer.
         coder.encodeInteger(static_cast<std::int32_t>(slibID->idVal[i]), idValKey(i));
     }
     coder.encodeText(name(), nameKey);

@@ -144,7 +144,7 @@ std::optional<platform::URL> SLibObject::getAPuttingURL(platform::Host& host) {
 platform::ViewAnimation SLibObject::prepViewAnimationRectMove_start_dest_howLong_andRamp(
     platform::View& view, const platform::Rect& start, const platform::Rect& destination,
     double seconds, platform::AnimationCurve curve) {
-    // In this order of arguments NaN gives 0.
+    // With the arguments in this order, NaN gives 0.
     return {{{&view, start, destination}}, std::max(0.0, seconds), curve};
 }
 

@@ -12,16 +12,16 @@
 #include <string>
 #include <vector>
 
-/// The base of the library's model objects: an identity that is unique in this process, a name and
-/// a description, a related object and an archived form. One thread at a time may use an object;
-/// any thread may make one.
+/// The base class of the library's model objects: an identity that is unique in this process, a
+/// name and a description, a related object and an archived form. One thread at a time may use an
+/// object; any thread may create one.
 ///
-/// Kept: programs tell objects apart by it. Whatever an initialiser is given as the fourth
-/// comparison value, the object gets an identifier of its own. An absent comparison record means
-/// zeros, an absent name or description one blank. Those that take a name and no comparison record
-/// make the unit type "????".
+/// Kept: programs distinguish objects by the fourth comparison value. Whatever an initialiser is
+/// given for it, the object gets an identifier of its own. An absent comparison record means zeros,
+/// an absent name or description a single blank. Initialisers that take a name but no comparison
+/// record set the unit type to "????".
 ///
-/// To read objects back, enter each class's `initWithCoder` in a `platform::ClassTable` under the
+/// To read objects back, add each class's `initWithCoder` to a `platform::ClassTable` under the
 /// class's name.
 class SLibObject : public platform::Archivable {
 public:
@@ -49,23 +49,23 @@ public:
     initWithGRAAndNameAndThing_nameIn_andThing(const Compare& compare, const Text& name,
                                                platform::Value thing);
     /// A missing key reads as 0, false or absent.
-    /// Kept: the identifier is a new one, since the archived one may be another object's in this
-    /// process; it is never read.
+    /// Kept: the archived identifier may belong to another object in this process. It is never
+    /// read; the object gets a new one.
     [[nodiscard]] static std::shared_ptr<SLibObject>
     initWithCoder(platform::KeyedUnarchiver& coder);
 
     SLibObject(const SLibObject&) = delete;
     SLibObject& operator=(const SLibObject&) = delete;
 
-    /// The object's own, never null.
+    /// Owned by the object; never null.
     const std::unique_ptr<slibItemID> slibID;
-    /// Any related object, shared; archived when it is there.
+    /// Any related object, shared; archived if present.
     platform::Value thing;
     bool locked = false;
     std::int64_t slibObjectVersion = 0;
-    /// The subclass's own.
+    /// For the subclass to use.
     std::int64_t version = 0;
-    /// Unlike the identifier, it survives in archives; absent only when one lacked it.
+    /// Unlike the identifier, it survives archiving; absent only if the archive lacked it.
     std::optional<platform::UUID> slibNewUID;
     /// The fourth comparison value as it was issued.
     std::uint64_t slibUniqueID = 0;
@@ -75,36 +75,35 @@ public:
     std::uint64_t checksum = 0;
 
     [[nodiscard]] Text name() const;
-    /// An absent text takes the name away.
+    /// Absent text removes the name.
     void setSLIBName(const Text& name);
     [[nodiscard]] Text description() const;
     void setDescription(const Text& description);
 
-    /// Whether any object but `thing` has that name, compared without regard to case. An absent
-    /// name equals none.
+    /// Whether any object but `thing` has that name, ignoring case. An absent name equals none.
     [[nodiscard]] static bool
     nameDuplicated_ofThing_inHere(const Text& name, const SLibObject* thing,
                                   const std::vector<std::shared_ptr<SLibObject>>& objects);
-    /// The name becomes "Untitled", the description empty; no related object, no references,
-    /// neither locked nor dirty. All else stays.
+    /// The name becomes "Untitled", the description empty, the related object absent and the
+    /// reference count 0; the object is neither locked nor dirty. Everything else stays.
     void reset();
 
     /// Kept: other programs call it. Always 0.
     [[nodiscard]] std::uint64_t calculateChecksum() const { return 0; }
     /// Kept: other programs call it. Does nothing.
     void addUniqueID() {}
-    /// Kept: other programs call it. Always nothing.
+    /// Kept: other programs call it. Always absent.
     [[nodiscard]] std::optional<platform::URL> urlToFileTracker(const platform::Value& url) const;
 
-    /// The panels of `SupportLibCat`, main thread only; both ways to choose a file are the same.
+    /// The panels of `SupportLibCat`, main thread only; both ways of choosing a file are the same.
     [[nodiscard]] static std::optional<platform::URL>
     simpleGetFile_ofThese(platform::Host& host, const std::vector<std::string>& types);
     [[nodiscard]] static std::optional<platform::URL>
     simplerGetFile_ofThese(platform::Host& host, const std::vector<std::string>& types);
     [[nodiscard]] static std::optional<platform::URL> getAPuttingURL(platform::Host& host);
 
-    /// One view's way from a frame to another within some seconds, not started. A duration that is
-    /// negative or no number counts as 0.
+    /// An animation, not started, that moves one view from a frame to another. A duration that is
+    /// negative or NaN counts as 0.
     [[nodiscard]] static platform::ViewAnimation
     prepViewAnimationRectMove_start_dest_howLong_andRamp(platform::View& view,
                                                          const platform::Rect& start,
@@ -112,15 +111,15 @@ public:
                                                          double seconds,
                                                          platform::AnimationCurve curve);
 
-    /// One line each in the log.
+    /// Each logs one line.
     static void logRect(platform::Host& host, const platform::Rect& rect);
     static void logPoint(platform::Host& host, platform::Point point);
     static void logInteger(platform::Host& host, std::int64_t number);
-    /// Cut toward zero to 32 bits; saturates, and NaN is 0.
+    /// Truncated towards zero to 32 bits; saturates, and NaN gives 0.
     static void logTruncated(platform::Host& host, double number);
 
     [[nodiscard]] const platform::ClassNames& archivedClass() const override;
-    /// An object without a name is named "untitled" by it and stays so.
+    /// An object without a name becomes "untitled" and keeps that name.
     void encodeWithCoder(platform::KeyedArchiver& coder) const override;
 
 protected:

@@ -14,7 +14,8 @@ namespace {
 std::string coordinateText(double degrees, char positive, char negative) {
     constexpr int secondsPerDegree = 3600;
     const std::int32_t seconds = platform::wholeNumber32(degrees * secondsPerDegree);
-    // The letter follows these whole degrees; half a degree south has lost its sign here.
+    // The letter follows the sign of these whole degrees; half a degree south has lost its sign
+    // here.
     const int wholeDegrees = seconds / secondsPerDegree;
     const int rest = std::abs(seconds - wholeDegrees * secondsPerDegree);
     return fmt::format("{}°{}'{}\"{}", std::abs(wholeDegrees), rest / 60, rest % 60,

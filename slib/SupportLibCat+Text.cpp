@@ -21,8 +21,8 @@ int hexDigit(std::string_view digits, std::size_t position) {
 }
 
 std::uint8_t hexByte(std::string_view digits, std::size_t index) {
-    // Kept: the length is held against the number of the pair, not of the digit. Programs read
-    // short texts to their end by it.
+    // Kept: programs rely on it to read short texts to their end. The length is compared with the
+    // index of the pair, not of the digit.
     if (digits.size() <= index) {
         return 0;
     }

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-/// What objects are sorted and told apart by.
+/// The values by which objects are sorted and distinguished.
 struct GRACompare {
     /// A four-character code, or 0.
     std::uint64_t unitType = 0;
@@ -30,15 +30,15 @@ struct GRACompare {
     return number;
 }
 
-/// A text beside its bytes in an encoding of one byte a character.
+/// A text together with its bytes in an encoding of one byte per character.
 class slibTextBlock {
 public:
-    /// The bytes are ASCII; a character beyond it becomes "?" there, and stays in the text.
+    /// The bytes are ASCII; any other character becomes "?" there but stays in the text.
     explicit slibTextBlock(std::string_view text);
     /// The text of bytes in Mac OS Roman.
     [[nodiscard]] static slibTextBlock fromBytes(std::string_view bytes);
 
-    /// UTF-8, always valid: what was not becomes U+FFFD.
+    /// Always valid UTF-8; malformed input becomes U+FFFD.
     [[nodiscard]] const std::string& text() const { return text_; }
     [[nodiscard]] const std::string& bytes() const { return bytes_; }
 
@@ -54,10 +54,10 @@ struct slibItemID {
     ::GRACompare GRACompare;
     /// Free for users of the object, and archived with it.
     std::array<std::uint32_t, 10> idVal{};
-    /// Not used by objects, and 0 there.
+    /// Not used by objects, where it is 0.
     std::int32_t integer = 0;
     std::optional<slibTextBlock> name;
     std::optional<slibTextBlock> description;
-    /// For whoever chains records into lists, borrowed; null in objects.
+    /// For users that chain records into lists; borrowed, and null in objects.
     std::array<slibItemID*, 2> links{};
 };

@@ -11,11 +11,13 @@
 
 class slibTextPuncRecord;
 
-/// A punctuation mark and where it stands.
+/// A punctuation mark and its position.
 struct slibPuncToken {
     signed char mark = 0;
-    /// Bytes from the mark to the end of its text, the mark included: counted from the end.
-    /// Kept: other programs store it so. The mark's index is the length of the text minus this.
+    /// The number of bytes from the mark to the end of its text, including the mark: it counts from
+    /// the end.
+    /// Kept: other programs store it this way. The mark's index is the length of the text minus
+    /// this.
     std::int64_t position = 0;
 
     friend bool operator==(const slibPuncToken&, const slibPuncToken&) = default;
@@ -23,33 +25,34 @@ struct slibPuncToken {
 
 /// Finds the punctuation marks of a text and appends them to a record. A mark is one of the twelve
 /// bytes carriage return ! " ( ) , . : ; ? { }.
-/// Kept: other programs compare counts of long ago. Neither line feed nor apostrophe nor hyphen is
-/// one.
+/// Kept: other programs compare the counts with old ones. Line feed, apostrophe and hyphen are not
+/// marks.
 ///
 /// At every 1,576th mark it posts the notification `parseUpdate` with the number of marks found so
-/// far, on the thread that scans, and looks whether it was cancelled: nowhere else does it do so.
+/// far, on the scanning thread, and checks whether it was cancelled. It checks nowhere else.
 class slibTextPuncOperation : public platform::Operation {
 public:
     static constexpr const char* parseUpdate = "innerslibTextPuncParseUpdate";
     static constexpr std::int64_t marksBetweenUpdates = 1576;
 
-    /// `len` bytes from `words` on, shared with whoever else holds them and not written meanwhile.
+    /// Scans `len` bytes from `words` on, which are shared with their other owners and must not be
+    /// written to meanwhile.
     [[nodiscard]] static std::shared_ptr<slibTextPuncOperation>
     initWithPtr_andLen(platform::Host& host, std::shared_ptr<const char> words, std::uint64_t len);
 
     /// The marks found so far. Any thread.
     [[nodiscard]] std::int64_t theseRunningWords() const { return theseRunningWords_; }
     void setTheseRunningWords(std::int64_t words) { theseRunningWords_ = words; }
-    /// The record to fill, which the operation keeps until it has filled it. Any thread.
+    /// The record to fill, which the operation holds until it has filled it. Any thread.
     [[nodiscard]] std::shared_ptr<slibTextPuncRecord> puncRec() const { return puncRec_.load(); }
     void setPuncRec(std::shared_ptr<slibTextPuncRecord> record);
 
-    /// Parses and lets go of the record; does nothing without a record or without bytes.
+    /// Scans if there are a record and bytes to scan; releases the record in any case.
     void main() override;
-    /// Counts from 0 and appends what was found at the end, or where it was cancelled; without a
-    /// record it only counts and tells.
+    /// Counts from 0 and appends what was found once it ends or is cancelled; without a record it
+    /// only counts and posts.
     void doFullParse();
-    /// Counts one more mark, and tells as the scan does.
+    /// Counts one more mark, and posts as the scan does.
     void pipup();
 
 protected:

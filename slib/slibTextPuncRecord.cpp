@@ -26,13 +26,14 @@ void slibTextPuncRecord::fillPuncRecordNSString(std::optional<std::string> text)
         host_, std::shared_ptr<const char>(words, words->data()), length);
     operation->setPuncRec(shared_from_this());
     auto fillQueue = std::make_shared<platform::OperationQueue>();
-    // It keeps the queue too: the next fill, or the end of the record, must not end this one.
+    // It holds the queue too, because the next fill, or the end of the record, must not end this
+    // one.
     operation->completionBlock = [record = shared_from_this(), fillQueue] {
         if (record->op()) {
             record->host_.notificationCenter.post({parseCompleted, {}, nullptr});
         }
     };
-    // The old ones are let go outside the lock: a queue waits for its thread to end.
+    // The old ones are released outside the lock, because a queue waits for its thread to end.
     auto oldQueue = fillQueue;
     auto oldOperation = operation;
     {

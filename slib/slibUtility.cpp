@@ -11,7 +11,7 @@
 
 namespace {
 
-/// What may stand in an address as it is, beside letters and digits.
+/// The characters, besides letters and digits, that an address may contain unescaped.
 constexpr std::string_view addressMarks = "!$&'()*+,-./:;=?@_~";
 
 bool isUriReference(const std::string& text) {
@@ -26,7 +26,7 @@ bool isUriReference(const std::string& text) {
 }
 
 std::string decimalText(const platform::Number& number) {
-    // Enough digits to tell neighbours apart in daily use, few enough for 0.1 to stay "0.1".
+    // Enough digits to distinguish neighbours in daily use, few enough for 0.1 to stay "0.1".
     const auto text = [](auto value) {
         if constexpr (std::is_same_v<decltype(value), double>) {
             return fmt::format("{:.16g}", value);

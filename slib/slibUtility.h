@@ -12,15 +12,15 @@ class slibUtility {
 public:
     slibUtility() = delete;
 
-    /// The address that a text spells: its UTF-8 bytes are percent-escaped unless they are ASCII
-    /// and none of control characters, blank and " # % < > [ \ ] ^ ` { | }. Nothing for an absent
-    /// text, or one that even so is no URI reference of RFC 3986.
+    /// The address that a text spells. Its UTF-8 bytes are percent-escaped, except ASCII ones other
+    /// than control characters, blank and " # % < > [ \ ] ^ ` { | }. Absent if the text is absent,
+    /// or if the result is still no URI reference of RFC 3986.
     [[nodiscard]] static std::optional<platform::URL>
     slibNSStringToNSURL(const std::optional<std::string>& text);
 
-    /// A setting: for type 1 as it is stored, for type 0 as text, numbers in decimal digits.
-    /// Absent when nothing is set, or nothing that has a text; any other type is logged and gives
-    /// an absent value.
+    /// A setting: as stored for type 1, as text for type 0, with numbers in decimal digits. Absent
+    /// if nothing is set or the value cannot be text. Any other type is logged and gives an absent
+    /// value.
     [[nodiscard]] static platform::Value
     slibUserDefaultForKey_ofType(platform::Host& host, std::string_view key, std::int32_t type);
 };
