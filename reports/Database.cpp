@@ -41,7 +41,7 @@ struct Failure {
 /// An open file, and the statements that run on it.
 struct Database::Connection {
     struct Close {
-        void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
+        void operator()(sqlite3* closed) const { sqlite3_close_v2(closed); }
     };
 
     void check(int code) const {

@@ -121,7 +121,7 @@ void WrappingRow::place(const Row& row, const QRect& line) const {
         if (free < 0) {
             size.setWidth(line.width());
         } else if (expands(*item)) {
-            const int share = free / sharing--;
+            const int share = free / std::max(sharing--, 1);
             free -= share;
             size.rwidth() += share;
         }

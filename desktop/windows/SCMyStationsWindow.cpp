@@ -26,11 +26,11 @@ struct SCMyStationsWindow::Views {
     TableWithMap stations;
 };
 
-SCMyStationsWindow::SCMyStationsWindow(SCMyStationsWindowController& controller,
-                                       const MapSetup& map, ProgramMenus& menus, QSettings& memory)
+SCMyStationsWindow::SCMyStationsWindow(SCMyStationsWindowController& controller, MapSetup map,
+                                       ProgramMenus& menus, QSettings& memory)
     : ProgramWindow(menus, memory),
       controller_(controller),
-      map_(map),
+      map_(std::move(map)),
       views_(std::make_unique<Views>(*this, controller, map_)) {
     TableWithMap& stations = views_->stations;
     controller_.outlets = {.mftable = &stations.table, .mfmapV = &stations.mapView};

@@ -15,8 +15,8 @@ namespace desktop {
 class SCMyStationsWindow final : public ProgramWindow {
 public:
     /// Fills the outlets; what is borrowed must outlive the window.
-    SCMyStationsWindow(SCMyStationsWindowController& controller, const MapSetup& map,
-                       ProgramMenus& menus, QSettings& memory);
+    SCMyStationsWindow(SCMyStationsWindowController& controller, MapSetup map, ProgramMenus& menus,
+                       QSettings& memory);
     /// Empties the outlets.
     ~SCMyStationsWindow() override;
 

@@ -18,7 +18,6 @@
 #include <QTimer>
 
 #include <chrono>
-#include <utility>
 
 namespace desktop {
 

@@ -7,8 +7,6 @@
 #include "desktop/windows/StationsOnMap.h"
 #include "ui_SCWetherSheetController.h"
 
-#include <utility>
-
 namespace desktop {
 
 struct SCWetherSheet::Views {

@@ -6,8 +6,6 @@
 #include <QStackedWidget>
 #include <QTableView>
 
-#include <utility>
-
 namespace desktop {
 
 TableWithMap::TableWithMap(const catalogue::StationRows& rows, const Places& places,

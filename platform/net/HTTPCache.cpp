@@ -203,7 +203,7 @@ void HTTPCache::insert(const std::string& address, Kept reply) {
     std::size_t bytes = sizeof(HTTPReply) + 2 * (sizeof(Entry) + address.size());
     bytes += reply->body.size();
     for (const auto& [name, value] : reply->fields) {
-        bytes += sizeof(name) + sizeof(value) + name.size() + value.size();
+        bytes += 2 * sizeof(std::string) + name.size() + value.size();
     }
     if (bytes > byteLimit_) {
         return;

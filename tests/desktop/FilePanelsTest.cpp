@@ -127,7 +127,7 @@ TEST(FilePanels, QuestionsShowNamesAsPlainText) {
     desktop::FilePanels panels(settings);
     for (const auto& one : cases) {
         const Answers answers({(folder / "any").string(), one.button, ""});
-        const std::string written = (folder / one.inTheWay).string();
+        std::string written = (folder / one.inTheWay).string();
         const bool mayWrite =
             panels.savePanel([&](const std::string& /*chosen*/) { return written; }).has_value();
         EXPECT_EQ(mayWrite, std::string_view(one.button) == "Replace");

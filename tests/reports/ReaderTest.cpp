@@ -335,7 +335,7 @@ TEST(Reader, GivesAWholeWorldItsCategories) {
     EXPECT_EQ(whole.metars.size() + whole.passedOver, 4538U);
     // The closer together, the nearer the beginning: each cut reads all that stands before it.
     for (std::size_t i = 1; i <= 200; ++i) {
-        const std::size_t end = text.size() * i * i / (201 * 201);
+        const std::size_t end = text.size() * i * i / std::size_t{201 * 201};
         const Found cut = read(std::string_view(text).substr(0, end), 4096);
         ASSERT_TRUE(begins(cut.metars, whole.metars)) << end;
     }

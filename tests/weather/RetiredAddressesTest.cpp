@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "weather/DataServerRequests.h"
 #include "weather/RetiredAddresses.h"
+#include "weather/DataServerRequests.h"
 
 #include <gtest/gtest.h>
 
