@@ -56,8 +56,8 @@ void SegmentButton::paintEvent(QPaintEvent* event) {
 }
 
 SegmentGroup::SegmentGroup(QWidget* parent) : QWidget(parent) {
+    // The registry owns it.
     QAccessible::registerAccessibleInterface(new QAccessibleWidget(this, QAccessible::Grouping));
-    // The registry owns it. NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
 }
 
 } // namespace desktop
