@@ -3,8 +3,6 @@
 
 #include "catalogue/Packages.h"
 
-#include <variant>
-
 namespace {
 
 /// The version of the last run.
@@ -34,7 +32,7 @@ void AppDelegate::showReleaseNotesOnce() {
     host_.userDefaults.setObject(host_.bundle.infoValue("CFBundleShortVersionString").value_or(""),
                                  versionKey);
     // Compared as stored, since the settings may not store it as text.
-    const bool isFirstRun = std::holds_alternative<std::monostate>(before);
+    const bool isFirstRun = platform::isAbsent(before);
     if (!isFirstRun && before != host_.userDefaults.objectForKey(versionKey)) {
         doReleaseNotes();
     }

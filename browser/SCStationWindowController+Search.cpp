@@ -78,9 +78,7 @@ void SCStationWindowController::searchTextDidChange() {
 }
 
 void SCStationWindowController::showAll() {
-    if (outlets.sf) {
-        outlets.sf->setStringValue("");
-    }
+    outlets.sf->setStringValue("");
     searchFieldDidEndSearching();
     selectAgain(selectedStation);
 }

@@ -2,10 +2,14 @@
 #include "catalogue/StationCells.h"
 
 #include "platform/text/Text.h"
+#include "platform/values/Geodesy.h"
 #include "platform/values/Value.h"
 #include "slib/SuportLib.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <cmath>
 #include <initializer_list>
 #include <iterator>
 
@@ -104,13 +108,31 @@ void setStationColumnWidths(platform::TableView& table) {
     }
 }
 
+namespace {
+
+/// To the nearest second.
+std::string angle(double degrees, char positive, char negative) {
+    const long seconds = std::lround(std::abs(degrees) * 3600);
+    return fmt::format("{}°{}'{}\"{}", seconds / 3600, seconds / 60 % 60, seconds % 60,
+                       degrees < 0 ? negative : positive);
+}
+
+/// Empty unless it is a place on the globe. The coordinates of the table's cells do not do here:
+/// they call a place less than a degree west of Greenwich east of it.
+std::string positionOf(const AviationWeatherStation& station) {
+    const platform::Location place{station.latitude, station.longitude};
+    return place.isValid()
+               ? angle(place.latitude, 'N', 'S') + " " + angle(place.longitude, 'E', 'W')
+               : std::string();
+}
+
+} // namespace
+
 std::string stationDescription(const AviationWeatherStation& station) {
     std::string line;
-    for (const std::string& part :
-         {station.ICAO.value_or(""), station.stationName.value_or(""),
-          station.stateName.value_or(""),
-          SuportLib::fullCoordinateString_and(station.latitude, station.longitude),
-          "elevation " + std::to_string(station.ELEV)}) {
+    for (const std::string& part : {station.ICAO.value_or(""), station.stationName.value_or(""),
+                                    station.stateName.value_or(""), positionOf(station),
+                                    "elevation " + std::to_string(station.ELEV)}) {
         if (const auto text = platform::trimmed(part); !text.empty()) {
             line += line.empty() ? "" : " · ";
             line += text;
