@@ -94,3 +94,19 @@ void SCStationWindowController::settleSelection() {
         tableViewSelectionDidChange(*outlets.table);
     }
 }
+
+void SCStationWindowController::selectStation(const std::string& identifier) {
+    const auto master = masterCollection();
+    const auto station = master ? master->stationWithICAOID(identifier) : nullptr;
+    if (!station || !outlets.table) {
+        return;
+    }
+    if (rowOf(station) < 0) {
+        outlets.sf->setStringValue("");
+        searchFieldDidEndSearching();
+    }
+    const std::int64_t row = rowOf(station);
+    outlets.table->selectRow(row);
+    outlets.table->scrollRowToVisible(row);
+    settleSelection();
+}

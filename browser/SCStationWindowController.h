@@ -130,6 +130,9 @@ public:
     void geMeter();
     /// Selects the station that was selected before the table's rows changed, found by its name.
     void resetTableSelectionAfterFilter();
+    /// Selects the catalogue's first station with this identifier. Lists every station if the table
+    /// does not show it; without such a station, changes nothing.
+    void selectStation(const std::string& identifier);
 
     /// Centres the map on a station, in the current map type, and also the chart while it is shown.
     /// An invalid position is logged and changes nothing.

@@ -15,6 +15,12 @@ namespace reports {
 
 enum class Kind : std::uint8_t { metar, taf };
 
+/// What a data server is asked for.
+struct Question {
+    Kind kind = Kind::metar;
+    std::string station;
+};
+
 /// How the last question for a station's report of one kind ended.
 struct Answer {
     enum class Ending : std::uint8_t {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "reports/Description.h"
 
+#include "reports/Numbers.h"
 #include "reports/RawText.h"
 #include "reports/Words.h"
 
@@ -21,25 +22,6 @@ constexpr double metresInMile = 1609.344;
 constexpr double metresInNauticalMile = 1852;
 constexpr double metresInFoot = 0.3048;
 constexpr double hectopascalsInInch = 33.863886;
-
-/// Digits in groups of three.
-std::string grouped(int number) {
-    std::string text = std::to_string(std::abs(number));
-    for (std::size_t at = text.size(); at > 3; at -= 3) {
-        text.insert(at - 3, ",");
-    }
-    return (number < 0 ? "-" : "") + text;
-}
-
-/// With as few decimals as it takes, two at most.
-std::string plain(double number) {
-    std::string text = fmt::format("{:.2f}", number);
-    text.erase(text.find_last_not_of('0') + 1);
-    if (text.ends_with('.')) {
-        text.pop_back();
-    }
-    return text == "-0" ? "0" : text;
-}
 
 std::string timeOf(Date date) {
     return fmt::format("{:%H:%M}", std::chrono::floor<std::chrono::seconds>(date));
@@ -148,6 +130,41 @@ void add(std::vector<Fact>& facts, std::string_view name, std::string text) {
     }
 }
 
+/// "21:51 UTC", with its date where that is not today's.
+std::string momentOf(Date date, Date now) {
+    return (startOfDay(date) == startOfDay(now) ? std::string() : dayOf(date) + " ") +
+           timeOf(date) + " UTC";
+}
+
+/// `kept` is the time of the report that is shown.
+std::string answerInWords(const Question& question, const std::optional<Answer>& answer,
+                          std::string_view server, std::optional<Date> kept, Date now) {
+    const auto& [kind, station] = question;
+    const std::string_view name = kind == Kind::metar ? "METAR" : "TAF";
+    if (!answer) {
+        return fmt::format("No {} of {} has been asked for yet.", name, station);
+    }
+    const std::string shown =
+        kept ? "; this is what it sent at " + momentOf(*kept, now) : std::string();
+    const std::string when = momentOf(answer->asked, now);
+    switch (answer->ending) {
+    case Answer::Ending::notReached:
+        return fmt::format("{} could not be reached at {}{}.", server, when, shown);
+    case Answer::Ending::refused:
+        return fmt::format("{} refused at {} ({}){}.", server, when, answer->status, shown);
+    case Answer::Ending::notUnderstood:
+        return fmt::format("{} sent something that is no report at {}{}.", server, when, shown);
+    case Answer::Ending::nothing:
+        return kind == Kind::metar
+                   ? fmt::format("{} has sent no METAR in the last hours; asked at {}.", station,
+                                 when)
+                   : fmt::format("No TAF of {} is in force; asked at {}.", station, when);
+    case Answer::Ending::whole:
+        break;
+    }
+    return fmt::format("Asked {} at {}.", server, when);
+}
+
 } // namespace
 
 bool isOld(Date observed, Date now) {
@@ -155,9 +172,7 @@ bool isOld(Date observed, Date now) {
 }
 
 std::string ageInWords(Date observed, Date now) {
-    const std::string day =
-        startOfDay(observed) == startOfDay(now) ? std::string() : dayOf(observed) + " ";
-    const std::string time = fmt::format("{}{} UTC", day, timeOf(observed));
+    const std::string time = momentOf(observed, now);
     // A minute is as exact as clocks are.
     if (observed - now >= 1min) {
         return fmt::format("{}, {} ahead of this computer's clock", time, duration(observed - now));
@@ -284,31 +299,23 @@ std::string tafInWords(const Taf& taf, Date now) {
                               spanOf(taf.begins, taf.ends));
 }
 
-std::string statusInWords(Kind kind, std::string_view station, const std::optional<Answer>& answer,
-                          std::string_view server, std::optional<Date> kept) {
-    const char* name = kind == Kind::metar ? "METAR" : "TAF";
-    if (!answer) {
-        return fmt::format("No {} of {} has been asked for yet.", name, station);
+std::string statusInWords(const StationReports& reports, std::string_view station,
+                          std::string_view server, Date now) {
+    if (reports.openQuestions > 0) {
+        return fmt::format("Asking {}…", server);
     }
-    const std::string shown =
-        kept ? fmt::format("; this is what it sent at {} UTC", timeOf(*kept)) : std::string();
-    const std::string when = timeOf(answer->asked) + " UTC";
-    switch (answer->ending) {
-    case Answer::Ending::notReached:
-        return fmt::format("{} could not be reached at {}{}.", server, when, shown);
-    case Answer::Ending::refused:
-        return fmt::format("{} refused at {} ({}){}.", server, when, answer->status, shown);
-    case Answer::Ending::notUnderstood:
-        return fmt::format("{} sent something that is no report at {}{}.", server, when, shown);
-    case Answer::Ending::nothing:
-        return kind == Kind::metar
-                   ? fmt::format("{} has sent no METAR in the last hours; asked at {}.", station,
-                                 when)
-                   : fmt::format("No TAF of {} is in force; asked at {}.", station, when);
-    case Answer::Ending::whole:
-        break;
+    const auto& [metar, taf, metarAnswer, tafAnswer, open] = reports;
+    const std::string metars =
+        answerInWords({Kind::metar, std::string(station)}, metarAnswer, server,
+                      metar ? std::optional(metar->observed) : std::nullopt, now);
+    const bool faredAlike = metarAnswer && tafAnswer && metarAnswer->ending == tafAnswer->ending &&
+                            tafAnswer->ending != Answer::Ending::nothing;
+    if (!tafAnswer || faredAlike) {
+        return metars;
     }
-    return fmt::format("Asked {} at {}.", server, when);
+    return metars + " " +
+           answerInWords({Kind::taf, std::string(station)}, tafAnswer, server,
+                         taf ? std::optional(taf->issued) : std::nullopt, now);
 }
 
 std::string reportAsText(std::string_view heading, const Metar* metar, const Taf* taf, Date now) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "reports/Category.h"
-#include "reports/Database.h"
+#include "reports/Store.h"
 
 #include <optional>
 #include <string>
@@ -54,11 +54,11 @@ struct Fact {
 /// "Issued …, valid …", with "expired" or "cancelled" before it where it is so.
 [[nodiscard]] std::string tafInWords(const Taf& taf, Date now);
 
-/// How the last question for a report ended, in one sentence: of whom and when it was asked, and
-/// what is shown instead where it brought nothing. `kept` is the time of the report that is shown.
-[[nodiscard]] std::string statusInWords(Kind kind, std::string_view station,
-                                        const std::optional<Answer>& answer,
-                                        std::string_view server, std::optional<Date> kept);
+/// How the last questions for a station's reports ended: of whom and when they were asked, and what
+/// is shown instead where they brought nothing. One sentence, or two where METAR and TAF fared
+/// differently.
+[[nodiscard]] std::string statusInWords(const StationReports& reports, std::string_view station,
+                                        std::string_view server, Date now);
 
 /// The whole of a station's reports as text, raw and in words.
 [[nodiscard]] std::string reportAsText(std::string_view heading, const Metar* metar, const Taf* taf,

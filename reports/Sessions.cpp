@@ -74,6 +74,7 @@ void Sessions::startDataTask(const Request& request, CompletionHandler handler) 
             ended(ending);
         }
     };
+    store_.ask(*question);
     real_.startDataTask(watched, std::move(handler));
 }
 

@@ -10,12 +10,6 @@
 
 namespace reports {
 
-/// What an address asks the data server for.
-struct Question {
-    Kind kind = Kind::metar;
-    std::string station;
-};
-
 /// URL sessions in front of the real ones: they hand every request and every reply on as they are,
 /// and give the store what replies to questions for a station's reports bring, each read on its own
 /// and before its handler is called. Any thread.

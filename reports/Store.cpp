@@ -69,6 +69,14 @@ std::vector<std::shared_ptr<const Metar>> Store::allMetars() const {
     return all;
 }
 
+void Store::ask(const Question& question) {
+    {
+        const std::scoped_lock lock(mutex_);
+        ++stations_[question.station].openQuestions;
+    }
+    post(question.station);
+}
+
 void Store::take(Batch batch) {
     std::set<std::string> stations;
     for (const auto& [metar, keepsHistory] : batch.metars) {
@@ -80,11 +88,19 @@ void Store::take(Batch batch) {
     for (const auto& asked : batch.answers) {
         stations.insert(asked.station);
     }
-    if (!merge(batch)) {
-        return;
+    close(batch.answers);
+    if (merge(batch)) {
+        keep(std::move(batch));
     }
     post(stations.size() == 1 ? std::optional(*stations.begin()) : std::nullopt);
-    keep(std::move(batch));
+}
+
+void Store::close(const std::vector<Batch::Asked>& answered) {
+    const std::scoped_lock lock(mutex_);
+    for (const auto& asked : answered) {
+        int& open = stations_[asked.station].openQuestions;
+        open = std::max(open - 1, 0);
+    }
 }
 
 bool Store::merge(Batch& batch) {

@@ -23,6 +23,8 @@ struct StationReports {
     std::shared_ptr<const Taf> taf;
     std::optional<Answer> metarAnswer;
     std::optional<Answer> tafAnswer;
+    /// Questions that the server has not answered yet.
+    int openQuestions = 0;
 };
 
 /// Every station's last METAR and TAF and how they were had, in memory and behind that on the disk,
@@ -45,6 +47,8 @@ public:
     [[nodiscard]] StationReports reportsOf(const std::string& station) const;
     [[nodiscard]] std::vector<std::shared_ptr<const Metar>> allMetars() const;
 
+    /// Notes that a server is being asked; `take` brings the answer.
+    void ask(const Question& question);
     /// Takes what one transfer brought: each report where it takes the place of the one that is
     /// there, and the answers.
     void take(Batch batch);
@@ -56,6 +60,7 @@ public:
     void flush();
 
 private:
+    void close(const std::vector<Batch::Asked>& answered);
     [[nodiscard]] bool merge(Batch& batch);
     void keep(Batch batch);
     void perform(std::function<void()> work);

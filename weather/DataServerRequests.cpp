@@ -13,20 +13,13 @@
 namespace weather {
 namespace {
 
-std::string serverOf(platform::Host& host) {
-    const auto setting = slibUtility::slibUserDefaultForKey_ofType(host, "dataserverhost", 0);
-    const auto* text = std::get_if<std::string>(&setting);
-    const std::string_view named = text ? platform::trimmed(*text) : std::string_view();
-    return std::string(named.empty() ? product::addresses::dataServerHost : named);
-}
-
 /// The keys are in the order in which clients of this server have always sent them.
 platform::URL request(platform::Host& host, std::string_view scheme, std::string_view source,
                       std::string_view station, std::string_view latest) {
     return {fmt::format("{}://{}{}?dataSource={}&requestType=retrieve&format=xml&stationString={}"
                         "&hoursBeforeNow=1&{}=true",
-                        scheme, serverOf(host), product::addresses::dataServerPath, source, station,
-                        latest)};
+                        scheme, dataServer(host), product::addresses::dataServerPath, source,
+                        station, latest)};
 }
 
 /// Escapes everything but the characters that RFC 3986 calls unreserved.
@@ -36,12 +29,24 @@ std::string queryValue(std::string_view text) {
 
 } // namespace
 
+std::string dataServer(platform::Host& host) {
+    const auto setting = slibUtility::slibUserDefaultForKey_ofType(host, "dataserverhost", 0);
+    const auto* text = std::get_if<std::string>(&setting);
+    const std::string_view named = text ? platform::trimmed(*text) : std::string_view();
+    return std::string(named.empty() ? product::addresses::dataServerHost : named);
+}
+
 platform::URL metarRequest(platform::Host& host, std::string_view identifier) {
     return request(host, "https", "metars", queryValue(identifier), "mostRecentForEachStation");
 }
 
 platform::URL tafRequest(platform::Host& host, std::string_view identifier) {
     return request(host, "https", "TAFs", queryValue(identifier), "mostRecent");
+}
+
+platform::URL historyRequest(platform::Host& host, std::string_view identifier) {
+    return {fmt::format("https://{}{}?ids={}&hours=24&format=xml", dataServer(host),
+                        product::addresses::metarPath, queryValue(identifier))};
 }
 
 platform::URL fixedTafRequest(platform::Host& host, std::string_view latest) {

@@ -5,16 +5,24 @@
 #include "reports/Sessions.h"
 
 #include <optional>
+#include <string>
 #include <string_view>
 
-/// Requests to the weather data server, in its classic form. They go to the server that the setting
-/// "dataserverhost" names, or else to the default one. May be called on any thread.
+/// Requests to the weather data server, in its classic form unless another is named. They go to the
+/// server that the setting "dataserverhost" names, or else to the default one. May be called on any
+/// thread.
 namespace weather {
+
+/// The host that requests go to.
+[[nodiscard]] std::string dataServer(platform::Host& host);
 
 /// Requests for the latest METAR and the latest TAF of one station. `identifier` is percent-escaped
 /// here.
 [[nodiscard]] platform::URL metarRequest(platform::Host& host, std::string_view identifier);
 [[nodiscard]] platform::URL tafRequest(platform::Host& host, std::string_view identifier);
+
+/// Request, in the present form, for the METARs of one station of the last 24 hours.
+[[nodiscard]] platform::URL historyRequest(platform::Host& host, std::string_view identifier);
 
 /// Request for the TAF of station KSFO over plain http. `latest` is the key that asks for the
 /// latest report: "mostRecent" or "mostRecentForEachStation".

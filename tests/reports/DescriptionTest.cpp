@@ -148,20 +148,56 @@ TEST(Description, PartsOfATaf) {
 
 TEST(Description, StatusSaysWhatWasAskedAndWhatIsShownInstead) {
     using Ending = Answer::Ending;
-    const auto status = [](Ending ending, Kind kind, std::optional<Date> kept) {
-        return statusInWords(kind, "KXYZ", Answer{noon, ending, 429}, "data.example", kept);
+    const auto reports = [](std::optional<Ending> metar, std::optional<Ending> taf,
+                            std::optional<Date> kept) {
+        StationReports all;
+        if (metar) {
+            all.metarAnswer = Answer{noon, *metar, 429};
+        }
+        if (taf) {
+            all.tafAnswer = Answer{noon, *taf, 429};
+        }
+        if (kept) {
+            Metar report;
+            report.observed = *kept;
+            all.metar = std::make_shared<const Metar>(report);
+        }
+        return all;
     };
-    EXPECT_EQ(status(Ending::whole, Kind::metar, noon), "Asked data.example at 12:00 UTC.");
-    EXPECT_EQ(status(Ending::notReached, Kind::metar, noon - 2h),
-              "data.example could not be reached at 12:00 UTC; this is what it sent at 10:00 UTC.");
-    EXPECT_EQ(status(Ending::notReached, Kind::metar, {}),
-              "data.example could not be reached at 12:00 UTC.");
-    EXPECT_THAT(status(Ending::refused, Kind::taf, {}), HasSubstr("refused at 12:00 UTC (429)"));
-    EXPECT_THAT(status(Ending::notUnderstood, Kind::taf, {}),
-                HasSubstr("sent something that is no report"));
-    EXPECT_THAT(status(Ending::nothing, Kind::metar, {}),
-                HasSubstr("KXYZ has sent no METAR in the last hours"));
-    EXPECT_THAT(statusInWords(Kind::taf, "KXYZ", {}, "data.example", {}), HasSubstr("No TAF"));
+    const struct {
+        std::optional<Ending> metar;
+        std::optional<Ending> taf;
+        std::optional<Date> kept;
+        const char* status;
+    } cases[] = {
+        {{}, {}, {}, "No METAR of KXYZ has been asked for yet."},
+        {Ending::whole, {}, noon, "Asked data.example at 12:00 UTC."},
+        {Ending::whole, Ending::whole, noon, "Asked data.example at 12:00 UTC."},
+        {Ending::whole, Ending::nothing, noon,
+         "Asked data.example at 12:00 UTC. No TAF of KXYZ is in force; asked at 12:00 UTC."},
+        {Ending::notReached, Ending::notReached, noon - 2h,
+         "data.example could not be reached at 12:00 UTC; this is what it sent at 10:00 UTC."},
+        {Ending::notReached,
+         {},
+         noon - 24h,
+         "data.example could not be reached at 12:00 UTC; this is what it sent at 20 Nov 12:00 "
+         "UTC."},
+        {Ending::refused,
+         Ending::whole,
+         {},
+         "data.example refused at 12:00 UTC (429). Asked data.example at 12:00 UTC."},
+        {Ending::notUnderstood,
+         {},
+         {},
+         "data.example sent something that is no report at 12:00 UTC."},
+        {Ending::nothing, {}, {}, "KXYZ has sent no METAR in the last hours; asked at 12:00 UTC."},
+    };
+    for (const auto& [metar, taf, kept, status] : cases) {
+        StationReports asked = reports(metar, taf, kept);
+        EXPECT_EQ(statusInWords(asked, "KXYZ", "data.example", noon), status);
+        asked.openQuestions = 1;
+        EXPECT_EQ(statusInWords(asked, "KXYZ", "data.example", noon), "Asking data.example…");
+    }
 }
 
 TEST(Description, TheWholeReportAsText) {
