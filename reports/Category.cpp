@@ -89,6 +89,11 @@ std::string_view nameOf(Category category) {
     return found == names.end() ? std::string_view() : found->second;
 }
 
+std::string_view wordOf(Category category) {
+    const std::string_view name = nameOf(category);
+    return name.empty() ? "unknown" : name;
+}
+
 Category categoryNamed(std::string_view name) {
     const auto found = std::ranges::find(names, name, [](const auto& one) { return one.second; });
     return found == names.end() ? Category::unknown : found->first;

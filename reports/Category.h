@@ -40,7 +40,9 @@ struct Ceiling {
 
 /// "VFR", "MVFR", "IFR" or "LIFR"; empty for the unknown one.
 [[nodiscard]] std::string_view nameOf(Category category);
-/// The other way round; unknown for any other text.
+/// The same for the eye, with "unknown" for the unknown one.
+[[nodiscard]] std::string_view wordOf(Category category);
+/// The other way round of `nameOf`; unknown for any other text.
 [[nodiscard]] Category categoryNamed(std::string_view name);
 
 } // namespace reports

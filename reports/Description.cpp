@@ -8,6 +8,7 @@
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <iterator>
@@ -21,7 +22,6 @@ using namespace std::chrono_literals;
 constexpr double metresInMile = 1609.344;
 constexpr double metresInNauticalMile = 1852;
 constexpr double metresInFoot = 0.3048;
-constexpr double hectopascalsInInch = 33.863886;
 
 std::string timeOf(Date date) {
     return fmt::format("{:%H:%M}", std::chrono::floor<std::chrono::seconds>(date));
@@ -165,6 +165,46 @@ std::string answerInWords(const Question& question, const std::optional<Answer>&
     return fmt::format("Asked {} at {}.", server, when);
 }
 
+/// "At first …: Wind: …; Visibility: …".
+std::string withFacts(std::string head, const std::vector<Fact>& facts) {
+    const char* separator = ": ";
+    for (const Fact& fact : facts) {
+        head += fmt::format("{}{}: {}", separator, fact.name, fact.text);
+        separator = "; ";
+    }
+    return head;
+}
+
+std::string categoryInWords(Category category) {
+    return category == Category::unknown ? "category unknown" : std::string(nameOf(category));
+}
+
+/// The least and the greatest of the values that there are.
+class Range {
+public:
+    void add(std::optional<double> value) {
+        if (value) {
+            least_ = std::min(*value, least_.value_or(*value));
+            most_ = std::max(*value, most_.value_or(*value));
+        }
+    }
+    [[nodiscard]] std::optional<double> least() const { return least_; }
+    [[nodiscard]] std::optional<double> most() const { return most_; }
+    /// "temperature 3 to 8 °C"; empty for no value.
+    [[nodiscard]] std::string inWords(const char* name, const char* unit) const {
+        if (!least_) {
+            return {};
+        }
+        const std::string from = fmt::format("{:.0f}", std::round(*least_) + 0.0);
+        const std::string to = fmt::format("{:.0f}", std::round(*most_) + 0.0);
+        return fmt::format("{} {}{}{} {}", name, from, from == to ? "" : " to ",
+                           from == to ? "" : to, unit);
+    }
+
+private:
+    std::optional<double> least_, most_;
+};
+
 } // namespace
 
 bool isOld(Date observed, Date now) {
@@ -290,6 +330,62 @@ std::string partInWords(const Forecast& forecast) {
     return "At first, " + span;
 }
 
+std::string forecastInWords(const Forecast& forecast) {
+    return withFacts(partInWords(forecast) + ", " + categoryInWords(forecast.category),
+                     factsOf(forecast.stated));
+}
+
+std::string metarInWords(const Metar& metar) {
+    return withFacts(fmt::format("{} {} UTC, {}", dayOf(metar.observed), timeOf(metar.observed),
+                                 categoryInWords(metar.category)),
+                     factsOf(metar));
+}
+
+std::string trendInWords(std::span<const Metar> metars) {
+    if (metars.empty()) {
+        return {};
+    }
+    Range temperature, dewPoint, wind, gust, ceiling, pressure;
+    std::optional<Visibility> shortest;
+    Category worst = Category::unknown;
+    for (const Metar& metar : metars) {
+        temperature.add(metar.temperature);
+        dewPoint.add(metar.dewPoint);
+        if (const auto& blowing = metar.conditions.wind) {
+            wind.add(blowing->speed);
+            gust.add(blowing->gust);
+        }
+        if (const Ceiling found = ceilingOf(metar.conditions);
+            found.state == Ceiling::State::known) {
+            ceiling.add(found.feet);
+        }
+        if (const auto& seen = metar.conditions.visibility;
+            seen && (!shortest || seen->miles < shortest->miles)) {
+            shortest = seen;
+        }
+        if (metar.altimeter) {
+            pressure.add(*metar.altimeter * hectopascalsInInch);
+        }
+        worst = std::max(worst, metar.category);
+    }
+    std::string text =
+        fmt::format("{}, {}", counted(static_cast<std::int64_t>(metars.size()), "METAR"),
+                    spanOf(metars.front().observed, metars.back().observed));
+    const std::string lowest =
+        ceiling.least()
+            ? fmt::format("lowest ceiling {} ft", grouped(static_cast<int>(*ceiling.least())))
+            : "";
+    for (const std::string& part :
+         {temperature.inWords("temperature", "°C"), dewPoint.inWords("dew point", "°C"),
+          wind.inWords("wind", "kt"), gust.inWords("gusts", "kt"), lowest,
+          shortest ? "lowest visibility " + visibilityInWords(shortest) : "",
+          pressure.inWords("pressure", "hPa"),
+          worst == Category::unknown ? "" : fmt::format("worst category {}", nameOf(worst))}) {
+        text += part.empty() ? "" : "; " + part;
+    }
+    return text + ".";
+}
+
 std::string tafInWords(const Taf& taf, Date now) {
     std::string text = taf.isCancelled ? "Cancelled. " : taf.ends <= now ? "Expired. " : "";
     if (taf.revision != Revision::none) {
@@ -335,12 +431,7 @@ std::string reportAsText(std::string_view heading, const Metar* metar, const Taf
             text += line + "\n";
         }
         for (const Forecast& part : taf->forecasts) {
-            text += partInWords(part);
-            std::string facts;
-            for (const Fact& fact : factsOf(part.stated)) {
-                facts += fmt::format("{} {}: {}", facts.empty() ? ":" : ";", fact.name, fact.text);
-            }
-            text += facts + "\n";
+            text += withFacts(partInWords(part), factsOf(part.stated)) + "\n";
         }
     }
     return text;

@@ -5,6 +5,7 @@
 #include "reports/Store.h"
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +13,8 @@
 /// Reports in English, for those who do not read their codes. A value that a report lacks is not
 /// mentioned.
 namespace reports {
+
+inline constexpr double hectopascalsInInch = 33.863886;
 
 /// A report that is no younger than this is called old.
 inline constexpr std::chrono::minutes oldAge{75};
@@ -51,6 +54,8 @@ struct Fact {
 /// "From 21 Nov 18:00 UTC", "Becoming 21 Nov 14:00 to 15:00 UTC", "Probability 40 %, temporarily
 /// …".
 [[nodiscard]] std::string partInWords(const Forecast& forecast);
+/// The whole of a part: those words, its category, and the facts that it states itself.
+[[nodiscard]] std::string forecastInWords(const Forecast& forecast);
 /// "Issued …, valid …", with "expired" or "cancelled" before it where it is so.
 [[nodiscard]] std::string tafInWords(const Taf& taf, Date now);
 
@@ -59,6 +64,12 @@ struct Fact {
 /// differently.
 [[nodiscard]] std::string statusInWords(const StationReports& reports, std::string_view station,
                                         std::string_view server, Date now);
+
+/// "21 Nov 18:00 UTC, MVFR: Wind: …; Visibility: …", with all the facts of a report.
+[[nodiscard]] std::string metarInWords(const Metar& metar);
+/// What a run of reports, oldest first, amounts to: how many of which time there are, the ranges of
+/// their values, and their worst category. Empty for none.
+[[nodiscard]] std::string trendInWords(std::span<const Metar> metars);
 
 /// The whole of a station's reports as text, raw and in words.
 [[nodiscard]] std::string reportAsText(std::string_view heading, const Metar* metar, const Taf* taf,

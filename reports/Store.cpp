@@ -88,11 +88,15 @@ void Store::take(Batch batch) {
     for (const auto& asked : batch.answers) {
         stations.insert(asked.station);
     }
+    const bool answers = !batch.answers.empty();
     close(batch.answers);
-    if (merge(batch)) {
+    const bool changes = merge(batch);
+    if (changes) {
         keep(std::move(batch));
     }
-    post(stations.size() == 1 ? std::optional(*stations.begin()) : std::nullopt);
+    if (changes || answers) {
+        post(stations.size() == 1 ? std::optional(*stations.begin()) : std::nullopt);
+    }
 }
 
 void Store::close(const std::vector<Batch::Asked>& answered) {

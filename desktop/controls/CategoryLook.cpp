@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/controls/CategoryLook.h"
+
+#include "desktop/controls/Contrast.h"
+#include "desktop/text/Text.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace desktop {
+
+namespace {
+
+using reports::Category;
+
+struct Tones {
+    QColor onLight;
+    QColor onDark;
+};
+
+Tones tonesOf(Category category) {
+    switch (category) {
+    case Category::VFR:
+        return {QColor(0, 122, 51), QColor(70, 205, 112)};
+    case Category::MVFR:
+        return {QColor(20, 84, 214), QColor(112, 170, 255)};
+    case Category::IFR:
+        return {QColor(200, 16, 40), QColor(255, 112, 104)};
+    case Category::LIFR:
+        return {QColor(166, 0, 156), QColor(246, 128, 240)};
+    case Category::unknown:
+        break;
+    }
+    return {QColor(96, 100, 106), QColor(170, 176, 184)};
+}
+
+/// Of a shape beside letters.
+double shapeSize(const QFontMetricsF& metrics) {
+    return std::max(metrics.capHeight(), 6.0);
+}
+
+} // namespace
+
+QColor categoryColor(Category category, const QColor& ground) {
+    const Tones tones = tonesOf(category);
+    return standingOut(oppositeOf(ground) == Qt::white ? tones.onDark : tones.onLight, ground,
+                       contrastOfText);
+}
+
+QString categoryLetter(Category category) {
+    return category == Category::unknown ? QStringLiteral("?")
+                                         : shownText(reports::wordOf(category)).left(1);
+}
+
+QPainterPath categoryShape(Category category, const QRectF& place) {
+    const double side = std::min(place.width(), place.height());
+    QPainterPath path;
+    if (!(side > 0)) {
+        return path;
+    }
+    const QPointF middle = place.center();
+    // Shapes of equal area look equally large; a disc that fills the square sets the measure.
+    const double half = side / 2;
+    switch (category) {
+    case Category::VFR:
+        path.addEllipse(middle, half, half);
+        break;
+    case Category::MVFR: {
+        const double reach = 0.89 * half;
+        path.addRect(QRectF(middle.x() - reach, middle.y() - reach, 2 * reach, 2 * reach));
+        break;
+    }
+    case Category::IFR:
+        path.addPolygon(QPolygonF{{middle.x(), middle.y() - half},
+                                  {middle.x() + half, middle.y() + half},
+                                  {middle.x() - half, middle.y() + half}});
+        path.closeSubpath();
+        break;
+    case Category::LIFR:
+        path.addPolygon(QPolygonF{{middle.x(), middle.y() - half},
+                                  {middle.x() + half, middle.y()},
+                                  {middle.x(), middle.y() + half},
+                                  {middle.x() - half, middle.y()}});
+        path.closeSubpath();
+        break;
+    case Category::unknown:
+        path.setFillRule(Qt::OddEvenFill);
+        path.addEllipse(middle, half, half);
+        path.addEllipse(middle, 0.55 * half, 0.55 * half);
+        break;
+    }
+    return path;
+}
+
+void drawCategory(QPainter& painter, const QRectF& place, Category category) {
+    const QFontMetricsF metrics(painter.font());
+    const double size = shapeSize(metrics);
+    const double gap = size / 2;
+    if (place.height() < size || place.width() < size) {
+        return;
+    }
+    QString text;
+    double width = size;
+    for (const QString& tried : {shownText(reports::wordOf(category)), categoryLetter(category)}) {
+        const double needed = size + gap + metrics.horizontalAdvance(tried);
+        if (place.height() >= metrics.ascent() && needed <= place.width()) {
+            text = tried;
+            width = needed;
+            break;
+        }
+    }
+    const QRectF whole(place.center().x() - width / 2, place.top(), width, place.height());
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(
+        categoryShape(category, {whole.left(), whole.center().y() - size / 2, size, size}),
+        painter.pen().color());
+    if (!text.isEmpty()) {
+        painter.drawText(
+            QPointF(whole.left() + size + gap, whole.center().y() + metrics.capHeight() / 2), text);
+    }
+}
+
+CategoryBadge::CategoryBadge(const QString& name, QWidget* parent) : QLabel(parent), name_(name) {
+    setTextFormat(Qt::PlainText);
+    QFont bold;
+    bold.setBold(true);
+    setFont(bold);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setCategory(Category::unknown);
+}
+
+void CategoryBadge::setCategory(Category category) {
+    category_ = category;
+    const QString word = shownText(reports::wordOf(category));
+    setText(word);
+    setAccessibleName(name_ + QStringLiteral(": ") + word);
+}
+
+QSize CategoryBadge::sizeHint() const {
+    const QFontMetricsF metrics(font());
+    const double size = shapeSize(metrics);
+    return {static_cast<int>(std::ceil(metrics.horizontalAdvance(text()) + 3.5 * size)),
+            static_cast<int>(std::ceil(metrics.height() + size / 2))};
+}
+
+void CategoryBadge::paintEvent(QPaintEvent* /*event*/) {
+    const QColor plate = categoryColor(category_, palette().color(backgroundRole()));
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(plate);
+    painter.drawRoundedRect(QRectF(rect()), 4, 4);
+    painter.setPen(oppositeOf(plate));
+    drawCategory(painter, QRectF(rect()), category_);
+}
+
+} // namespace desktop
