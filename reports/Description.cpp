@@ -336,9 +336,26 @@ std::string forecastInWords(const Forecast& forecast) {
 }
 
 std::string metarInWords(const Metar& metar) {
-    return withFacts(fmt::format("{} {} UTC, {}", dayOf(metar.observed), timeOf(metar.observed),
-                                 categoryInWords(metar.category)),
-                     factsOf(metar));
+    const Conditions& conditions = metar.conditions;
+    std::string text = fmt::format("{} {} UTC, {}", dayOf(metar.observed), timeOf(metar.observed),
+                                   categoryInWords(metar.category));
+    const char* separator = ": ";
+    const auto addWords = [&](const char* name, const std::string& words) {
+        if (!words.empty()) {
+            text += fmt::format("{}{}{}", separator, name, words);
+            separator = "; ";
+        }
+    };
+    addWords("", metar.temperature ? plain(*metar.temperature) + " °C" : "");
+    addWords("dew point ", metar.dewPoint ? plain(*metar.dewPoint) + " °C" : "");
+    addWords("wind ", windInWords(conditions.wind));
+    addWords("visibility ", visibilityInWords(conditions.visibility));
+    if (!conditions.layers.empty() || conditions.verticalVisibility) {
+        addWords("", ceilingInWords(ceilingOf(conditions)));
+    }
+    addWords("", metar.altimeter ? fmt::format("{:.0f} hPa", *metar.altimeter * hectopascalsInInch)
+                                 : "");
+    return text;
 }
 
 std::string trendInWords(std::span<const Metar> metars) {

@@ -65,7 +65,8 @@ struct Fact {
 [[nodiscard]] std::string statusInWords(const StationReports& reports, std::string_view station,
                                         std::string_view server, Date now);
 
-/// "21 Nov 18:00 UTC, MVFR: Wind: …; Visibility: …", with all the facts of a report.
+/// "21 Nov 18:00 UTC, MVFR: 3 °C; dew point 1 °C; wind …; visibility …; ceiling 1,200 ft; 1013
+/// hPa".
 [[nodiscard]] std::string metarInWords(const Metar& metar);
 /// What a run of reports, oldest first, amounts to: how many of which time there are, the ranges of
 /// their values, and their worst category. Empty for none.

@@ -95,16 +95,19 @@ QPainterPath categoryShape(Category category, const QRectF& place) {
     return path;
 }
 
-void drawCategory(QPainter& painter, const QRectF& place, Category category) {
+void drawCategory(QPainter& painter, const QRectF& place, Category category, const QString& note,
+                  const QColor& plate) {
     const QFontMetricsF metrics(painter.font());
     const double size = shapeSize(metrics);
     const double gap = size / 2;
     if (place.height() < size || place.width() < size) {
         return;
     }
+    const QString word = shownText(reports::wordOf(category));
     QString text;
     double width = size;
-    for (const QString& tried : {shownText(reports::wordOf(category)), categoryLetter(category)}) {
+    for (const QString& tried :
+         {note.isEmpty() ? word : word + QLatin1Char(' ') + note, word, categoryLetter(category)}) {
         const double needed = size + gap + metrics.horizontalAdvance(tried);
         if (place.height() >= metrics.ascent() && needed <= place.width()) {
             text = tried;
@@ -112,15 +115,16 @@ void drawCategory(QPainter& painter, const QRectF& place, Category category) {
             break;
         }
     }
-    const QRectF whole(place.center().x() - width / 2, place.top(), width, place.height());
+    const QPointF middle = place.center();
+    const double left = middle.x() - width / 2;
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(
-        categoryShape(category, {whole.left(), whole.center().y() - size / 2, size, size}),
-        painter.pen().color());
-    if (!text.isEmpty()) {
-        painter.drawText(
-            QPointF(whole.left() + size + gap, whole.center().y() + metrics.capHeight() / 2), text);
+    if (plate.isValid()) {
+        const QRectF whole(left, middle.y() - metrics.height() / 2, width, metrics.height());
+        painter.fillRect(whole.adjusted(-2, 0, 2, 0) & place, plate);
     }
+    painter.fillPath(categoryShape(category, {left, middle.y() - size / 2, size, size}),
+                     painter.pen().color());
+    painter.drawText(QPointF(left + size + gap, middle.y() + metrics.capHeight() / 2), text);
 }
 
 CategoryBadge::CategoryBadge(const QString& name, QWidget* parent) : QLabel(parent), name_(name) {

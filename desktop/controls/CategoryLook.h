@@ -24,10 +24,12 @@ namespace desktop {
 /// be filled, not stroked.
 [[nodiscard]] QPainterPath categoryShape(reports::Category category, const QRectF& place);
 
-/// Draws shape and word, or where there is no room for it shape and letter, or the shape alone, in
-/// the painter's pen colour and font, in the middle of a place. Draws nothing where not even that
-/// fits.
-void drawCategory(QPainter& painter, const QRectF& place, reports::Category category);
+/// Draws shape and word in the painter's pen colour and font, in the middle of a place, on a plate
+/// of another colour if one is given. `note` follows the word. Where there is no room, the note is
+/// left out, then the word becomes its letter, then that goes as well; where not even the shape
+/// fits, nothing is drawn.
+void drawCategory(QPainter& painter, const QRectF& place, reports::Category category,
+                  const QString& note = {}, const QColor& plate = {});
 
 /// A category's shape and word on a plate of its colour.
 ///

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "desktop/report/PaintedList.h"
+#include "reports/Report.h"
+
+#include <functional>
+#include <utility>
+#include <vector>
+
+namespace desktop {
+
+class TimeAxis;
+
+/// The curves of a `TrendView`, without its words. Its items are the reports.
+class TrendPlot final : public PaintedList {
+public:
+    explicit TrendPlot(QWidget* parent = nullptr);
+
+    /// In the order of time, each within the axis from `begins` to `ends`.
+    void setReports(std::vector<reports::Metar> metars, reports::Date begins, reports::Date ends);
+
+    [[nodiscard]] int count() const override;
+    [[nodiscard]] QString words(int item) const override;
+    [[nodiscard]] QRect place(int item) const override;
+    [[nodiscard]] int itemAt(const QPoint& point) const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+    [[nodiscard]] QSize sizeHint() const override { return minimumSizeHint(); }
+
+    std::function<void()> currentHasChanged;
+
+protected:
+    void currentChanged() override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    /// One quantity over time, as a height in its panel: 0 at the foot to 1 at the top.
+    using Height = std::function<std::optional<double>(const reports::Metar&)>;
+    struct Curve {
+        QString name;
+        Height height;
+    };
+    struct Mark {
+        double height;
+        QString text;
+    };
+    struct Panel {
+        /// The first is drawn as a line, the second as a dashed one.
+        std::vector<Curve> curves;
+        std::vector<Mark> marks;
+        std::vector<Mark> marksOnTheRight;
+        bool hasBands = false;
+        bool hasArrows = false;
+    };
+
+    [[nodiscard]] std::vector<Panel> panels() const;
+    [[nodiscard]] TimeAxis axis(const std::vector<Panel>& panels) const;
+    [[nodiscard]] QColor curveColor(std::size_t curve) const;
+    void drawPanel(QPainter& painter, const Panel& panel, const QRectF& place,
+                   const TimeAxis& time) const;
+    void drawTitle(QPainter& painter, const Panel& panel, const QRectF& line) const;
+    void drawBands(QPainter& painter, const QRectF& area) const;
+    void drawArrows(QPainter& painter, const QRectF& line, const TimeAxis& time) const;
+    void drawCurve(QPainter& painter, const Panel& panel, std::size_t curve, const QRectF& area,
+                   const TimeAxis& time) const;
+
+    std::vector<reports::Metar> metars_;
+    reports::Date begins_;
+    reports::Date ends_;
+    std::vector<Panel> panels_;
+};
+
+} // namespace desktop
