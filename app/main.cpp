@@ -5,6 +5,8 @@
 #include "desktop/host/SingleInstance.h"
 #include "desktop/windows/ProgramMenus.h"
 #include "desktop/windows/ProgramWindows.h"
+#include "reports/Sessions.h"
+#include "weather/DataServerRequests.h"
 #include "weather/DataServerSessions.h"
 
 #include <QApplication>
@@ -41,10 +43,15 @@ int main(int argc, char* argv[]) {
     if (!instance.isFirst()) {
         return EXIT_SUCCESS;
     }
+    const platform::Host& own = host.services();
+    reports::Store reports(own.notificationCenter, own.clock, own.log,
+                           desktop::DesktopHost::cacheFolder() / "reports.sqlite");
+    reports::Sessions sessions(host.urlSessions(), reports, weather::questionIn);
+    platform::Host services = host.servicesWith(sessions);
     // The menus must outlive the delegate, whose windows carry them.
     desktop::ProgramMenus menus;
-    desktop::ProgramWindows windows(host.services(), host.mapSetup(), host.settingsFile(), menus);
-    AppDelegate delegate(host.services(), windows);
+    desktop::ProgramWindows windows(services, reports, host.mapSetup(), host.settingsFile(), menus);
+    AppDelegate delegate(services, windows);
     menus.actOn(delegate);
     delegate.applicationDidFinishLaunching();
     delegate.showReleaseNotesOnce();
@@ -53,6 +60,7 @@ int main(int argc, char* argv[]) {
     ending = [&] {
         delegate.applicationWillTerminate();
         host.urlSessions().stop();
+        reports.flush();
     };
     // The toolkit leaves the event loop through std::exit if the display server ends first.
     std::atexit(endOnce);

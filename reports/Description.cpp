@@ -267,14 +267,14 @@ std::string visibilityInWords(const std::optional<Visibility>& visibility) {
 std::string ceilingInWords(const Ceiling& ceiling) {
     switch (ceiling.state) {
     case Ceiling::State::none:
-        return "no ceiling";
+        return "none";
     case Ceiling::State::known:
-        return fmt::format("ceiling {} ft{}", grouped(ceiling.feet),
+        return fmt::format("{} ft{}", grouped(ceiling.feet),
                            ceiling.mayBeLower ? ", perhaps lower: a height is missing" : "");
     case Ceiling::State::unknown:
         break;
     }
-    return "ceiling unknown";
+    return "unknown";
 }
 
 std::vector<Fact> factsOf(const Conditions& conditions) {
@@ -351,7 +351,7 @@ std::string metarInWords(const Metar& metar) {
     addWords("wind ", windInWords(conditions.wind));
     addWords("visibility ", visibilityInWords(conditions.visibility));
     if (!conditions.layers.empty() || conditions.verticalVisibility) {
-        addWords("", ceilingInWords(ceilingOf(conditions)));
+        addWords("ceiling ", ceilingInWords(ceilingOf(conditions)));
     }
     addWords("", metar.altimeter ? fmt::format("{:.0f} hPa", *metar.altimeter * hectopascalsInInch)
                                  : "");

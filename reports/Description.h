@@ -48,7 +48,7 @@ struct Fact {
 [[nodiscard]] std::string_view windArrow(const std::optional<Wind>& wind);
 /// "1.24 statute miles (2,000 m)"; empty for none.
 [[nodiscard]] std::string visibilityInWords(const std::optional<Visibility>& visibility);
-/// "ceiling 2,500 ft", "no ceiling", "ceiling unknown".
+/// "2,500 ft", "none", "unknown".
 [[nodiscard]] std::string ceilingInWords(const Ceiling& ceiling);
 
 /// "From 21 Nov 18:00 UTC", "Becoming 21 Nov 14:00 to 15:00 UTC", "Probability 40 %, temporarily

@@ -214,4 +214,9 @@ std::vector<std::string> brokenTaf(std::string_view taf) {
     return lines;
 }
 
+std::size_t partsOfTaf(std::string_view taf) {
+    return static_cast<std::size_t>(std::ranges::count_if(
+        brokenTaf(taf), [](std::string_view line) { return !line.starts_with("RMK"); }));
+}
+
 } // namespace reports

@@ -36,5 +36,7 @@ struct RawFlags {
 /// change, then the remarks. Put together with blanks the lines are the words of the text in their
 /// order. A probability stays with the TEMPO or INTER that it belongs to.
 [[nodiscard]] std::vector<std::string> brokenTaf(std::string_view taf);
+/// Of how many parts the text tells: what holds at first, and each group of a change.
+[[nodiscard]] std::size_t partsOfTaf(std::string_view taf);
 
 } // namespace reports

@@ -19,6 +19,7 @@
 #include <QCoreApplication>
 #include <QStandardPaths>
 
+#include <filesystem>
 #include <string>
 #include <utility>
 
@@ -33,6 +34,11 @@ public:
         : urlSessions_(notificationCenter_, std::move(requests)) {}
 
     [[nodiscard]] platform::Host& services() { return services_; }
+    /// The same services with other sessions in front of those that `urlSessions` returns.
+    [[nodiscard]] platform::Host servicesWith(platform::URLSessions& sessions) {
+        return {notificationCenter_, settings_, folders_, program_, panels_,   timers_,
+                mainQueue_,          clock_,    log_,     sessions, launcher_, events_};
+    }
     [[nodiscard]] MainQueue& mainQueue() { return mainQueue_; }
     [[nodiscard]] platform::CurlURLSessions& urlSessions() { return urlSessions_; }
     /// The folder of the user's files that only this program writes.
@@ -40,6 +46,10 @@ public:
         using platform::SearchPaths;
         return folders_.paths(SearchPaths::applicationSupport, SearchPaths::userDomain).front() +
                "/nosig";
+    }
+    /// The folder of what can be fetched again.
+    [[nodiscard]] static std::filesystem::path cacheFolder() {
+        return QStandardPaths::writableLocation(QStandardPaths::CacheLocation).toStdString();
     }
     [[nodiscard]] QString settingsFile() const { return settings_.fileName(); }
     /// The outlines come with the program. All maps share one tile loader.
@@ -60,15 +70,11 @@ private:
     MainQueue mainQueue_;
     platform::CurlURLSessions urlSessions_;
     /// Keeps its files in the user's cache folder.
-    std::shared_ptr<TileLoader> tiles_ = std::make_shared<TileLoader>(
-        TileSources{map::worldTileServers(), product::userAgent,
-                    QStandardPaths::writableLocation(QStandardPaths::CacheLocation) +
-                        QStringLiteral("/tiles")});
+    std::shared_ptr<TileLoader> tiles_ = std::make_shared<TileLoader>(TileSources{
+        map::worldTileServers(), product::userAgent, pathText(cacheFolder() / "tiles")});
     Launcher launcher_;
     UserEvents events_;
-    platform::Host services_{
-        notificationCenter_, settings_, folders_, program_,     panels_,   timers_,
-        mainQueue_,          clock_,    log_,     urlSessions_, launcher_, events_};
+    platform::Host services_ = servicesWith(urlSessions_);
 };
 
 } // namespace desktop

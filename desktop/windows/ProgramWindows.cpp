@@ -11,9 +11,13 @@
 
 namespace desktop {
 
-ProgramWindows::ProgramWindows(platform::Host& host, MapSetup map, const QString& memory,
-                               ProgramMenus& menus)
-    : host_(host), map_(std::move(map)), memory_(memory, QSettings::IniFormat), menus_(menus) {
+ProgramWindows::ProgramWindows(platform::Host& host, reports::Store& reports, MapSetup map,
+                               const QString& memory, ProgramMenus& menus)
+    : host_(host),
+      reports_(reports),
+      map_(std::move(map)),
+      memory_(memory, QSettings::IniFormat),
+      menus_(menus) {
     // All texts are English, even where the user's own language runs from right to left.
     QApplication::setLayoutDirection(Qt::LeftToRight);
     memory_.beginGroup(QStringLiteral("windows"));
@@ -21,7 +25,7 @@ ProgramWindows::ProgramWindows(platform::Host& host, MapSetup map, const QString
 
 std::unique_ptr<platform::Window>
 ProgramWindows::stationWindow(SCStationWindowController& controller) {
-    return std::make_unique<SCStationWindow>(controller, host_, map_, menus_, memory_);
+    return std::make_unique<SCStationWindow>(controller, host_, reports_, map_, menus_, memory_);
 }
 
 std::unique_ptr<platform::Window>

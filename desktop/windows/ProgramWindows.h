@@ -5,6 +5,7 @@
 #include "desktop/map/MapView.h"
 #include "desktop/windows/ProgramMenus.h"
 #include "platform/host/Host.h"
+#include "reports/Store.h"
 
 #include <QSettings>
 
@@ -13,8 +14,10 @@ namespace desktop {
 /// Makes the program's windows on this desktop; must outlive them.
 class ProgramWindows final : public app::Windows {
 public:
-    /// Host and menus are borrowed. `memory` is the file in which windows store their positions.
-    ProgramWindows(platform::Host& host, MapSetup map, const QString& memory, ProgramMenus& menus);
+    /// Host, reports and menus are borrowed. `memory` is the file in which windows store their
+    /// positions.
+    ProgramWindows(platform::Host& host, reports::Store& reports, MapSetup map,
+                   const QString& memory, ProgramMenus& menus);
 
     [[nodiscard]] std::unique_ptr<platform::Window>
     stationWindow(SCStationWindowController& controller) override;
@@ -28,6 +31,7 @@ public:
 
 private:
     platform::Host& host_;
+    reports::Store& reports_;
     MapSetup map_;
     QSettings memory_;
     ProgramMenus& menus_;

@@ -7,9 +7,11 @@
 #include "desktop/controls/Controls.h"
 #include "desktop/controls/FadingLabel.h"
 #include "desktop/controls/WrappingRow.h"
+#include "desktop/report/ReportTabs.h"
 #include "desktop/windows/ProgramMenus.h"
 #include "desktop/windows/TableWithMap.h"
 #include "mystations/aiiFlashingText.h"
+#include "platform/text/Text.h"
 #include "platform/views/MapType.h"
 #include "ui_SCStationWindowController.h"
 
@@ -23,10 +25,17 @@ namespace desktop {
 
 namespace {
 
+const QString reportTabKey = QStringLiteral("reportTab");
+
 /// The hint's slowest speed.
 constexpr int slowly = 2;
 /// Long enough to be noticed, too short to annoy.
 constexpr std::chrono::seconds hintBlinksFor{5};
+
+/// As reports name the station; empty for one without an identifier.
+std::string identifierOf(const AviationWeatherStation& station) {
+    return std::string(platform::trimmed(station.ICAO.value_or("")));
+}
 
 } // namespace
 
@@ -95,13 +104,16 @@ struct SCStationWindow::Views {
     FadingLabel hint{*ui.dLcikWords};
     std::shared_ptr<aiiFlashingText> dLcikWords;
     QTimer hintStandsStill;
+    /// Owned by the tabs.
+    ReportTabs* reports = nullptr;
     /// Shows the progress bar while requests are open; dropped first.
     std::shared_ptr<QProgressBar*> working;
     platform::NotificationCenter::Token openRequests;
 };
 
 SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform::Host& host,
-                                 const MapSetup& map, ProgramMenus& menus, QSettings& memory)
+                                 reports::Store& reports, const MapSetup& map, ProgramMenus& menus,
+                                 QSettings& memory)
     : ProgramWindow(menus, memory),
       controller_(controller),
       menus_(menus),
@@ -118,6 +130,7 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
                  for (const std::int64_t row : controller_.rowsMarkedWithSelected()) {
                      views_->stations.table.markChanged(static_cast<int>(row));
                  }
+                 views_->reports->refreshSoon();
              },
          .hasLargerChart = [this] { return views_->secView.hasLargerChart(); },
          .openLargerChart = [this] { views_->secView.openLargerChart(); }});
@@ -138,6 +151,7 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
                            .stationLine = &views_->stationLine,
                            .showSelected = [this](const AviationWeatherStation* station) {
                                views_->stations.mark(station);
+                               showReportsOf(station);
                            }};
 
     views_->stations.table.setMarked([this](int row) {
@@ -148,11 +162,14 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
     ui.emptyHint->setForegroundRole(QPalette::Text);
     connect(ui.saver, &QPushButton::clicked, this, [this] { controller_.saveCatalogue(); });
     connect(ui.parserIt, &QPushButton::clicked, this, [this] { controller_.parseit(); });
-    connect(ui.table->model(), &QAbstractItemModel::modelReset, this,
-            [this] { showTableOrHint(); });
+    connect(ui.table->model(), &QAbstractItemModel::modelReset, this, [this] {
+        showTableOrHint();
+        views_->reports->refreshSoon();
+    });
     bindSearch();
     bindMap(host);
     bindWeather(host);
+    bindReports(host, reports);
     showTableOrHint();
 }
 
@@ -216,6 +233,32 @@ void SCStationWindow::bindWeather(platform::Host& host) {
         });
 }
 
+void SCStationWindow::bindReports(platform::Host& host, reports::Store& reports) {
+    views_->reports = new ReportTabs(
+        *views_->ui.reportTabs,
+        {.host = host,
+         .store = reports,
+         .favorites =
+             [this] {
+                 std::vector<std::string> identifiers;
+                 for (const auto& station : controller_.allFavorites()) {
+                     identifiers.push_back(identifierOf(*station));
+                 }
+                 return identifiers;
+             },
+         .select =
+             [this](const std::string& identifier) { controller_.selectStation(identifier); }});
+    connect(views_->ui.metarB, &QPushButton::clicked, views_->reports,
+            [tabs = views_->reports] { tabs->askAgain(); });
+}
+
+void SCStationWindow::showReportsOf(const AviationWeatherStation* station) {
+    views_->reports->showStation(
+        station
+            ? ReportTabs::Station{identifierOf(*station), catalogue::stationDescription(*station)}
+            : ReportTabs::Station());
+}
+
 bool SCStationWindow::eventFilter(QObject* watched, QEvent* event) {
     Ui::SCStationWindowController& ui = views_->ui;
     if (watched == ui.sf && event->type() == QEvent::KeyPress) {
@@ -255,10 +298,12 @@ void SCStationWindow::arrange() {
 
 void SCStationWindow::recall(const QSettings& memory) {
     views_->stations.table.recall(memory);
+    views_->reports->choose(memory.value(reportTabKey).toString());
 }
 
 void SCStationWindow::remember(QSettings& memory) const {
     views_->stations.table.remember(memory);
+    memory.setValue(reportTabKey, views_->reports->chosen());
 }
 
 void SCStationWindow::showTableOrHint() {

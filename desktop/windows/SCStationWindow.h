@@ -4,9 +4,11 @@
 #include "desktop/map/MapView.h"
 #include "desktop/windows/ProgramWindow.h"
 #include "platform/host/Host.h"
+#include "reports/Store.h"
 
 #include <memory>
 
+class AviationWeatherStation;
 class SCStationWindowController;
 
 namespace desktop {
@@ -18,7 +20,8 @@ class SCStationWindow final : public ProgramWindow {
 public:
     /// Fills the outlets; what is borrowed must outlive the window.
     SCStationWindow(SCStationWindowController& controller, platform::Host& host,
-                    const MapSetup& map, ProgramMenus& menus, QSettings& memory);
+                    reports::Store& reports, const MapSetup& map, ProgramMenus& menus,
+                    QSettings& memory);
     /// Empties the outlets.
     ~SCStationWindow() override;
 
@@ -36,6 +39,8 @@ private:
     void bindSearch();
     void bindMap(platform::Host& host);
     void bindWeather(platform::Host& host);
+    void bindReports(platform::Host& host, reports::Store& reports);
+    void showReportsOf(const AviationWeatherStation* station);
     void showTableOrHint();
 
     SCStationWindowController& controller_;

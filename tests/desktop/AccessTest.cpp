@@ -53,7 +53,9 @@ protected:
 };
 
 TEST_F(AccessTest, EveryControlOfEveryWindowHasANameOfItsOwn) {
-    for (QWidget* one : openAll()) {
+    const QList<QWidget*> all = openAll();
+    showReport();
+    for (QWidget* one : all) {
         SCOPED_TRACE(one->objectName().toStdString());
         EXPECT_GE(expectNames(spoken(*one)), 1);
     }

@@ -2,10 +2,14 @@
 #pragma once
 
 #include "platform/archive/KeyedArchiver.h"
+#include "tests/support/Reports.h"
 #include "tests/support/RunningProgram.h"
 #include "tests/support/Stations.h"
 
 #include <QTableView>
+#include <QTextEdit>
+
+#include <utility>
 
 /// Every window of the program on the offscreen platform's screen, which has 800 by 800 points and
 /// gives each window a frame.
@@ -45,6 +49,18 @@ protected:
         }
         EXPECT_EQ(all.size(), 6);
         return all;
+    }
+    /// Selects a station whose reports come at once.
+    void showReport() {
+        child<QTableView>("table").selectRow(0);
+        for (const auto& [kind, reply] : {std::pair("=metars", support::metarReply("KJFK")),
+                                          std::pair("=TAFs", support::tafReply("KJFK", ""))}) {
+            EXPECT_TRUE(fake.urlSessions.answer(kind, reply));
+        }
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            fake.mainThread.run();
+            return !child<QWidget>("reportTabs").findChildren<QTextEdit*>().last()->isHidden();
+        }));
     }
     static void useFont(int points) {
         QFont font = QApplication::font();

@@ -61,12 +61,13 @@ TEST_F(ScreenTest, EveryControlCanBeReachedHoweverSmallTheWindow) {
         useFont(points);
         start();
         child<QWidget>("saver").setEnabled(true);
+        showReport();
         stations().resize(size);
         QApplication::processEvents();
         ASSERT_EQ(stations().size(), size);
         child<QWidget>("sf").setFocus();
         std::set<QString> reached;
-        for (int press = 0; press < 14; ++press) {
+        for (int press = 0; press < 26; ++press) {
             QWidget& control = *QApplication::focusWidget();
             SCOPED_TRACE(control.objectName().toStdString());
             const QSize seen = partSeen(control).size();
@@ -81,7 +82,7 @@ TEST_F(ScreenTest, EveryControlCanBeReachedHoweverSmallTheWindow) {
             reached.insert(control.objectName());
             QTest::keyClick(&control, Qt::Key_Tab);
         }
-        EXPECT_EQ(reached.size(), 12U);
+        EXPECT_GE(reached.size(), 12U);
         stop();
     }
 }

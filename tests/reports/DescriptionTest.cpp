@@ -89,7 +89,7 @@ TEST(Description, FactsOfAMetarAreThoseThatItHas) {
         {"Weather", "light showers of rain, mist"},
         {"Clouds",
          "few at 800 ft; broken at 2,000 ft, cumulonimbus; overcast at an unknown height"},
-        {"Ceiling", "ceiling 2,000 ft, perhaps lower: a height is missing"},
+        {"Ceiling", "2,000 ft, perhaps lower: a height is missing"},
         {"Temperature", "30 °C (86 °F), dew point 10 °C (50 °F), humidity 29 %"},
         {"Pressure", "1013 hPa (29.92 inHg)"},
         // Dry air would make it 8,350 ft.
@@ -99,7 +99,7 @@ TEST(Description, FactsOfAMetarAreThoseThatItHas) {
     metar.elevation.reset();
     metar.dewPoint.reset();
     metar.conditions.layers = {{Cover::CAVOK, {}, ""}};
-    EXPECT_THAT(factsOf(metar), testing::Contains(Fact{"Ceiling", "no ceiling"}));
+    EXPECT_THAT(factsOf(metar), testing::Contains(Fact{"Ceiling", "none"}));
     EXPECT_THAT(factsOf(metar), testing::Contains(Fact{"Temperature", "30 °C (86 °F)"}));
     metar.conditions = {{}, {}, "", {{Cover::obscured, {}, ""}}, 200};
     EXPECT_EQ(factsOf(metar.conditions),

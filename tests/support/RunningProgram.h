@@ -5,7 +5,9 @@
 #include "desktop/text/Text.h"
 #include "desktop/windows/ProgramMenus.h"
 #include "desktop/windows/ProgramWindows.h"
+#include "reports/Sessions.h"
 #include "tests/support/FakeHost.h"
+#include "weather/DataServerRequests.h"
 
 #include <QApplication>
 #include <QMainWindow>
@@ -19,10 +21,12 @@ namespace support {
 
 /// The program with its real windows on a fake host. Its map sends no requests.
 struct RunningProgram {
-    void start() {
+    void start() { start(fake.urlSessions); }
+    /// The sessions are borrowed until `stop`, and stopped before it.
+    void start(platform::URLSessions& sessions) {
         desktop::MapSetup map;
         map.baseMap = QStringLiteral(NOSIG_SOURCE_DIR "/resources/map/world.map");
-        wired_.emplace(fake.host, map, desktop::pathText((fake.folder / "windows.ini").string()));
+        wired_.emplace(fake, sessions, map);
         delegate().applicationDidFinishLaunching();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&window("SCStationWindowController")));
     }
@@ -32,6 +36,7 @@ struct RunningProgram {
     }
 
     [[nodiscard]] AppDelegate& delegate() { return wired_->delegate; }
+    [[nodiscard]] const reports::Store& reports() { return wired_->reports; }
     /// The window made from the interface file of that name.
     static QMainWindow& window(const char* name) {
         QMainWindow* found = nullptr;
@@ -57,10 +62,20 @@ struct RunningProgram {
 
 private:
     struct Wired {
-        Wired(platform::Host& host, const desktop::MapSetup& map, const QString& memory)
-            : windows(host, map, memory, menus), delegate(host, windows) {
+        Wired(FakeHost& fake, platform::URLSessions& real, const desktop::MapSetup& map)
+            : reports(fake.notificationCenter, fake.clock, fake.log,
+                      fake.folder / "reports.sqlite"),
+              sessions(real, reports, weather::questionIn),
+              host(fake.hostWith(sessions, fake.events)),
+              windows(host, reports, map, desktop::pathText((fake.folder / "windows.ini").string()),
+                      menus),
+              delegate(host, windows) {
             menus.actOn(delegate);
         }
+
+        reports::Store reports;
+        reports::Sessions sessions;
+        platform::Host host;
 
         desktop::ProgramMenus menus;
         desktop::ProgramWindows windows;
