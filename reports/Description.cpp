@@ -175,6 +175,14 @@ std::string withFacts(std::string head, const std::vector<Fact>& facts) {
     return head;
 }
 
+/// Words without what they say once more in another unit.
+std::string inOneUnit(std::string words) {
+    for (std::size_t at = 0; (at = words.find(" (")) != std::string::npos;) {
+        words.erase(at, words.find(')', at) - at + 1);
+    }
+    return words;
+}
+
 std::string categoryInWords(Category category) {
     return category == Category::unknown ? "category unknown" : std::string(nameOf(category));
 }
@@ -348,8 +356,8 @@ std::string metarInWords(const Metar& metar) {
     };
     addWords("", metar.temperature ? plain(*metar.temperature) + " °C" : "");
     addWords("dew point ", metar.dewPoint ? plain(*metar.dewPoint) + " °C" : "");
-    addWords("wind ", windInWords(conditions.wind));
-    addWords("visibility ", visibilityInWords(conditions.visibility));
+    addWords("wind ", inOneUnit(windInWords(conditions.wind)));
+    addWords("visibility ", inOneUnit(visibilityInWords(conditions.visibility)));
     if (!conditions.layers.empty() || conditions.verticalVisibility) {
         addWords("ceiling ", ceilingInWords(ceilingOf(conditions)));
     }
@@ -395,7 +403,7 @@ std::string trendInWords(std::span<const Metar> metars) {
     for (const std::string& part :
          {temperature.inWords("temperature", "°C"), dewPoint.inWords("dew point", "°C"),
           wind.inWords("wind", "kt"), gust.inWords("gusts", "kt"), lowest,
-          shortest ? "lowest visibility " + visibilityInWords(shortest) : "",
+          shortest ? "lowest visibility " + inOneUnit(visibilityInWords(shortest)) : "",
           pressure.inWords("pressure", "hPa"),
           worst == Category::unknown ? "" : fmt::format("worst category {}", nameOf(worst))}) {
         text += part.empty() ? "" : "; " + part;

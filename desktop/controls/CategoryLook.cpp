@@ -37,6 +37,9 @@ Tones tonesOf(Category category) {
     return {QColor(96, 100, 106), QColor(170, 176, 184)};
 }
 
+/// A smaller one could be any of them.
+constexpr double smallestShape = 5;
+
 /// Of a shape beside letters.
 double shapeSize(const QFontMetricsF& metrics) {
     return std::max(metrics.capHeight(), 6.0);
@@ -98,11 +101,11 @@ QPainterPath categoryShape(Category category, const QRectF& place) {
 void drawCategory(QPainter& painter, const QRectF& place, Category category, const QString& note,
                   const QColor& plate) {
     const QFontMetricsF metrics(painter.font());
-    const double size = shapeSize(metrics);
-    const double gap = size / 2;
-    if (place.height() < size || place.width() < size) {
+    const double size = std::min({shapeSize(metrics), place.width(), place.height()});
+    if (size < smallestShape) {
         return;
     }
+    const double gap = size / 2;
     const QString word = shownText(reports::wordOf(category));
     QString text;
     double width = size;

@@ -26,8 +26,8 @@ namespace desktop {
 
 /// Draws shape and word in the painter's pen colour and font, in the middle of a place, on a plate
 /// of another colour if one is given. `note` follows the word. Where there is no room, the note is
-/// left out, then the word becomes its letter, then that goes as well; where not even the shape
-/// fits, nothing is drawn.
+/// left out, then the word becomes its letter, then that goes as well and the shape becomes
+/// smaller; where it could not be told from the others, nothing is drawn.
 void drawCategory(QPainter& painter, const QRectF& place, reports::Category category,
                   const QString& note = {}, const QColor& plate = {});
 

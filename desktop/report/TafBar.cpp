@@ -183,7 +183,8 @@ bool TafBar::event(QEvent* event) {
         event->ignore();
     } else {
         // As rich text its lines are broken.
-        QToolTip::showText(help.globalPos(), Qt::convertFromPlainText(words(item)), this,
+        QToolTip::showText(help.globalPos(),
+                           Qt::convertFromPlainText(words(item), Qt::WhiteSpaceNormal), this,
                            place(item));
     }
     return true;
@@ -191,6 +192,7 @@ bool TafBar::event(QEvent* event) {
 
 void TafBar::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
+    painter.setLayoutDirection(Qt::LeftToRight);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(palette().color(QPalette::WindowText));
     if (!canBeDrawn()) {
@@ -251,7 +253,10 @@ void TafBar::drawLasting(QPainter& painter, std::size_t item) const {
         painter.drawLine(frame.bottomLeft(), QPointF(steady.left(), frame.top()));
     }
     painter.setPen(oppositeOf(fill));
-    drawCategory(painter, steady.adjusted(2, 0, -2, 0), category);
+    // A change that lasts to the part's end leaves only the slope to write on.
+    const bool isAllChange = steady.width() < steady.height();
+    drawCategory(painter, besideNow(isAllChange ? frame : steady), category, {},
+                 isAllChange ? fill : QColor());
 }
 
 void TafBar::drawPassing(QPainter& painter, std::size_t item) const {
@@ -266,10 +271,26 @@ void TafBar::drawPassing(QPainter& painter, std::size_t item) const {
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(frame);
     painter.setPen(color);
-    drawCategory(painter, frame.adjusted(2, 1, -2, -1), forecast.category,
+    drawCategory(painter, besideNow(frame), forecast.category,
                  forecast.probability ? QStringLiteral("%1 %").arg(*forecast.probability)
                                       : QString(),
                  ground);
+}
+
+QRectF TafBar::besideNow(const QRectF& frame) const {
+    constexpr double clearance = 4;
+    QRectF room = frame.adjusted(2, 1, -2, -1);
+    const TimeAxis time = axis();
+    const double x = time.x(now_);
+    if (!time.contains(now_) || x + clearance < room.left() || x - clearance > room.right()) {
+        return room;
+    }
+    if (x < room.center().x()) {
+        room.setLeft(x + clearance);
+    } else {
+        room.setRight(x - clearance);
+    }
+    return room;
 }
 
 void TafBar::drawNow(QPainter& painter) const {

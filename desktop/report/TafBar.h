@@ -55,6 +55,8 @@ private:
     [[nodiscard]] double laneHeight() const;
     [[nodiscard]] double laneTop(int lane) const;
     [[nodiscard]] QRectF frameOf(const Part& part) const;
+    /// What of a part is free for letters: the longer side of the mark for now.
+    [[nodiscard]] QRectF besideNow(const QRectF& frame) const;
     void drawLasting(QPainter& painter, std::size_t item) const;
     void drawPassing(QPainter& painter, std::size_t item) const;
     void drawNow(QPainter& painter) const;

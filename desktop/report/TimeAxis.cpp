@@ -73,15 +73,12 @@ void TimeAxis::draw(QPainter& painter, double top) const {
     const QFontMetricsF metrics(painter.font());
     const double line = metrics.height();
     const std::vector<Date> shown = hours(hourWidth(metrics));
-    const auto begin = [&](Date date) {
-        painter.drawLine(QPointF(x(date), top), QPointF(x(date), top + tick));
-    };
     double free = left_;
     const auto drawDay = [&](Date date, double end) {
         for (const char* zone : {" UTC", ""}) {
             const QString text = dayOf(date) + QString::fromLatin1(zone);
             const double width = metrics.horizontalAdvance(text);
-            const double at = x(date);
+            const double at = x(date) + (isMidnight(date) ? tick : 0);
             if (at >= free && at + width <= end) {
                 painter.drawText(QPointF(at, top + tick + line + metrics.ascent()), text);
                 free = at + width + metrics.averageCharWidth();
@@ -93,11 +90,13 @@ void TimeAxis::draw(QPainter& painter, double top) const {
     // The first day has no midnight of its own, unless the axis begins with it.
     drawDay(begins_, midnight == shown.end() ? right_ : x(*midnight) - metrics.averageCharWidth());
     for (const Date hour : shown) {
-        begin(hour);
+        painter.drawLine(QPointF(x(hour), top), QPointF(x(hour), top + tick));
         const QRectF place(x(hour) - line, top + tick, 2 * line, line);
         painter.drawText(place, Qt::AlignCenter | Qt::TextDontClip,
                          QStringLiteral("%1").arg(hourOf(hour), 2, 10, QLatin1Char('0')));
         if (isMidnight(hour)) {
+            painter.drawLine(QPointF(x(hour), top + tick + line),
+                             QPointF(x(hour), top + tick + 2 * line));
             drawDay(hour, right_);
         }
     }

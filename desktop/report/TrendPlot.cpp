@@ -99,6 +99,11 @@ TrendPlot::TrendPlot(QWidget* parent) : PaintedList(QStringLiteral("Trend"), par
 
 void TrendPlot::setReports(std::vector<Metar> metars, Date begins, Date ends) {
     const bool isNew = metars != metars_;
+    // The report being read stays the current one while the day moves on.
+    const bool isChosen = isNew && current() >= 0 && current() < count() - 1 && !metars.empty() &&
+                          metars.front().station == metars_.front().station;
+    const Date chosen =
+        isChosen ? metars_[static_cast<std::size_t>(current())].observed : Date::max();
     metars_ = std::move(metars);
     begins_ = begins;
     ends_ = ends;
@@ -106,7 +111,9 @@ void TrendPlot::setReports(std::vector<Metar> metars, Date begins, Date ends) {
     panels_ = panels();
     update();
     if (isNew) {
-        itemsChanged(count() - 1);
+        const auto found = std::ranges::find(metars_, chosen, &Metar::observed);
+        itemsChanged(found == metars_.end() ? count() - 1
+                                            : static_cast<int>(found - metars_.begin()));
     }
 }
 
@@ -192,11 +199,10 @@ std::vector<TrendPlot::Panel> TrendPlot::panels() const {
         return panel;
     };
     std::vector<Panel> panels;
-    panels.push_back(
-        scaled({{"Temperature, °C", [](const Metar& metar) { return metar.temperature; }},
-                {"Dew point, °C", [](const Metar& metar) { return metar.dewPoint; }}},
-               2, {}));
-    panels.push_back(scaled({{"Wind, kt", speed}, {"Gust, kt", gust}}, 10, 0));
+    panels.push_back(scaled({{"Temperature", [](const Metar& metar) { return metar.temperature; }},
+                             {"Dew point, °C", [](const Metar& metar) { return metar.dewPoint; }}},
+                            2, {}));
+    panels.push_back(scaled({{"Wind", speed}, {"Gust, kt", gust}}, 10, 0));
     panels.back().hasArrows = true;
     Panel sky;
     sky.curves = {{QStringLiteral("Ceiling, ft"), ceilingHeight},
@@ -245,13 +251,14 @@ void TrendPlot::paintEvent(QPaintEvent* /*event*/) {
     const QFontMetricsF metrics(fontMetrics());
     const TimeAxis time = axis(panels_);
     QPainter painter(this);
+    painter.setLayoutDirection(Qt::LeftToRight);
     painter.setRenderHint(QPainter::Antialiasing);
     // The bands of the third panel need more room than the scales of the others.
     constexpr std::array<double, 4> shares{5, 5.5, 7, 4.5};
     const double whole = height() - axisHeight(metrics);
-    double top = 0;
+    double top = padding;
     for (std::size_t i = 0; i < panels_.size(); ++i) {
-        const double share = whole * shares[i] / 22;
+        const double share = (whole - padding) * shares[i] / 22;
         drawPanel(painter, panels_[i], {time.left(), top, time.right() - time.left(), share}, time);
         top += share;
     }
@@ -259,9 +266,10 @@ void TrendPlot::paintEvent(QPaintEvent* /*event*/) {
     painter.setPen(QPen(palette().color(QPalette::WindowText), 1));
     painter.drawLine(QPointF(x, 0), QPointF(x, whole));
 
-    // The axis stays in view where the panels scroll.
+    // The axis stays in view where the panels scroll, unless it would leave them no room.
     const QRect seen = visibleRegion().isEmpty() ? rect() : visibleRegion().boundingRect();
-    const double axisTop = seen.bottom() + 1 - axisHeight(metrics);
+    const bool isLow = seen.height() < 3 * axisHeight(metrics);
+    const double axisTop = (isLow ? height() : seen.bottom() + 1) - axisHeight(metrics);
     painter.fillRect(QRectF(0, axisTop, width(), axisHeight(metrics)),
                      palette().color(QPalette::Window));
     painter.setPen(palette().color(QPalette::WindowText));
@@ -285,7 +293,7 @@ void TrendPlot::drawPanel(QPainter& painter, const Panel& panel, const QRectF& p
     QRectF area = place.adjusted(0, line + padding, 0, -line / 2);
     painter.fillRect(area, palette().color(QPalette::Base));
     if (panel.hasBands) {
-        drawBands(painter, area);
+        drawBands(painter, area, false);
     }
     const QColor grid = mixed(palette().color(QPalette::Base), ink, 0.25);
     painter.setPen(QPen(grid, 1));
@@ -297,17 +305,26 @@ void TrendPlot::drawPanel(QPainter& painter, const Panel& panel, const QRectF& p
         drawArrows(painter, {area.left(), area.top(), area.width(), line}, time);
         area.setTop(area.top() + line);
     }
-    // A little room, so that curves along foot and top can be seen.
-    area.adjust(0, 3, 0, -3);
+    if (panel.hasBands) {
+        drawBands(painter, area, true);
+    } else {
+        // A little room, so that curves along foot and top can be seen.
+        area.adjust(0, 3, 0, -3);
+    }
     const auto y = [&area](double height) { return area.bottom() - height * area.height(); };
     for (const auto& [marks, onTheRight] :
          {std::pair(&panel.marks, false), std::pair(&panel.marksOnTheRight, true)}) {
+        double free = area.bottom() + line;
         for (const Mark& mark : *marks) {
             if (!onTheRight) {
                 painter.setPen(QPen(grid, 1));
                 painter.drawLine(QPointF(area.left(), y(mark.height)),
                                  QPointF(area.right(), y(mark.height)));
             }
+            if (y(mark.height) + line / 2 > free) {
+                continue;
+            }
+            free = y(mark.height) - line / 2;
             painter.setPen(ink);
             const QRectF label =
                 onTheRight ? QRectF(area.right() + padding, y(mark.height) - line / 2, 1, line)
@@ -327,7 +344,7 @@ void TrendPlot::drawTitle(QPainter& painter, const Panel& panel, const QRectF& l
     const QFontMetricsF metrics(fontMetrics());
     double left = line.left() + padding;
     for (std::size_t curve = 0; curve < panel.curves.size(); ++curve) {
-        const double sample = 2 * metrics.height();
+        const double sample = 1.5 * metrics.height();
         painter.setPen(QPen(curveColor(curve), 2, curve == 0 ? Qt::SolidLine : Qt::DashLine));
         painter.drawLine(QPointF(left, line.center().y()),
                          QPointF(left + sample, line.center().y()));
@@ -340,19 +357,24 @@ void TrendPlot::drawTitle(QPainter& painter, const Panel& panel, const QRectF& l
     }
 }
 
-void TrendPlot::drawBands(QPainter& painter, const QRectF& area) const {
+void TrendPlot::drawBands(QPainter& painter, const QRectF& area, bool words) const {
     const QColor base = palette().color(QPalette::Base);
-    double bottom = area.bottom();
+    const QFontMetricsF metrics(fontMetrics());
+    const double size = metrics.capHeight();
+    QRectF band(area.left(), area.bottom(), area.width(), area.height() / 4);
     for (const Category category : {Category::LIFR, Category::IFR, Category::MVFR, Category::VFR}) {
+        band.translate(0, -band.height());
         const QColor tint = mixed(base, categoryColor(category, base), 0.14);
-        const QRectF band(area.left(), bottom - area.height() / 4, area.width(), area.height() / 4);
-        painter.fillRect(band, tint);
+        if (!words) {
+            painter.fillRect(band, tint);
+            continue;
+        }
+        const double width = 3 * size + metrics.horizontalAdvance(shownText(wordOf(category)));
+        const QRectF plate(band.left() + 1, band.center().y() - 0.7 * metrics.height() / 2, width,
+                           0.7 * metrics.height());
+        painter.fillRect(plate, tint);
         painter.setPen(categoryColor(category, tint));
-        drawCategory(painter,
-                     {band.left() + padding, band.top(),
-                      7 * QFontMetricsF(fontMetrics()).averageCharWidth(), band.height()},
-                     category);
-        bottom = band.top();
+        drawCategory(painter, QRectF(plate.left(), band.top(), width, band.height()), category);
     }
 }
 

@@ -60,7 +60,8 @@ private:
     void drawPanel(QPainter& painter, const Panel& panel, const QRectF& place,
                    const TimeAxis& time) const;
     void drawTitle(QPainter& painter, const Panel& panel, const QRectF& line) const;
-    void drawBands(QPainter& painter, const QRectF& area) const;
+    /// The bands themselves, or the words on them, which the grid does not cross.
+    void drawBands(QPainter& painter, const QRectF& area, bool words) const;
     void drawArrows(QPainter& painter, const QRectF& line, const TimeAxis& time) const;
     void drawCurve(QPainter& painter, const Panel& panel, std::size_t curve, const QRectF& area,
                    const TimeAxis& time) const;

@@ -146,6 +146,29 @@ TEST(Description, PartsOfATaf) {
     EXPECT_THAT(tafInWords(taf, noon + 6h), testing::StartsWith("Cancelled. "));
 }
 
+TEST(Description, ARunOfReportsIsSummedUp) {
+    EXPECT_EQ(trendInWords({}), "");
+    std::vector<Metar> run(3);
+    run[0].observed = noon - 13h;
+    run[1].observed = noon - 1h;
+    run[2].observed = noon;
+    EXPECT_EQ(trendInWords(run), "3 METARs, 20 Nov 23:00 to 21 Nov 12:00 UTC.");
+    run[0].temperature = -0.4;
+    run[2].temperature = 7.6;
+    run[0].dewPoint = -3;
+    run[0].altimeter = run[1].altimeter = 29.92;
+    run[1].conditions = {
+        Wind{230, false, 12, 22}, Visibility{2, false}, "", {{Cover::broken, 1200, ""}}, {}};
+    run[2].conditions = {
+        Wind{0, false, 0, {}}, Visibility{10, true}, "", {{Cover::few, 100, ""}}, {}};
+    run[1].category = Category::IFR;
+    run[2].category = Category::VFR;
+    EXPECT_EQ(trendInWords(run),
+              "3 METARs, 20 Nov 23:00 to 21 Nov 12:00 UTC; temperature 0 to 8 °C; dew point -3 °C; "
+              "wind 0 to 12 kt; gusts 22 kt; lowest ceiling 1,200 ft; lowest visibility 2 statute "
+              "miles; pressure 1013 hPa; worst category IFR.");
+}
+
 TEST(Description, StatusSaysWhatWasAskedAndWhatIsShownInstead) {
     using Ending = Answer::Ending;
     const auto reports = [](std::optional<Ending> metar, std::optional<Ending> taf,
