@@ -93,7 +93,8 @@ double roundStep(double range, int most) {
 
 } // namespace
 
-TrendPlot::TrendPlot(QWidget* parent) : PaintedList(QStringLiteral("Trend"), parent) {
+TrendPlot::TrendPlot(QWidget* parent)
+    : PaintedList(QStringLiteral("Trend of the last 24 hours"), parent) {
     setMouseTracking(true);
 }
 
@@ -311,32 +312,32 @@ void TrendPlot::drawPanel(QPainter& painter, const Panel& panel, const QRectF& p
         // A little room, so that curves along foot and top can be seen.
         area.adjust(0, 3, 0, -3);
     }
-    const auto y = [&area](double height) { return area.bottom() - height * area.height(); };
-    for (const auto& [marks, onTheRight] :
-         {std::pair(&panel.marks, false), std::pair(&panel.marksOnTheRight, true)}) {
-        double free = area.bottom() + line;
-        for (const Mark& mark : *marks) {
-            if (!onTheRight) {
-                painter.setPen(QPen(grid, 1));
-                painter.drawLine(QPointF(area.left(), y(mark.height)),
-                                 QPointF(area.right(), y(mark.height)));
-            }
-            if (y(mark.height) + line / 2 > free) {
-                continue;
-            }
-            free = y(mark.height) - line / 2;
-            painter.setPen(ink);
-            const QRectF label =
-                onTheRight ? QRectF(area.right() + padding, y(mark.height) - line / 2, 1, line)
-                           : QRectF(area.left() - padding - 1, y(mark.height) - line / 2, 1, line);
-            painter.drawText(label,
-                             (onTheRight ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter |
-                                 Qt::TextDontClip,
-                             mark.text);
-        }
+    painter.setPen(QPen(grid, 1));
+    for (const Mark& mark : panel.marks) {
+        const double y = area.bottom() - mark.height * area.height();
+        painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
     }
+    painter.setPen(ink);
+    drawMarks(painter, panel.marks, area, false);
+    drawMarks(painter, panel.marksOnTheRight, area, true);
     for (std::size_t curve = panel.curves.size(); curve-- > 0;) {
         drawCurve(painter, panel, curve, area, time);
+    }
+}
+
+void TrendPlot::drawMarks(QPainter& painter, const std::vector<Mark>& marks, const QRectF& area,
+                          bool onTheRight) const {
+    const QFontMetricsF metrics(fontMetrics());
+    double free = area.bottom() + metrics.height();
+    for (const Mark& mark : marks) {
+        const double y = area.bottom() - mark.height * area.height();
+        if (y + metrics.height() / 2 <= free) {
+            free = y - metrics.height() / 2;
+            const double left = onTheRight
+                                    ? area.right() + padding
+                                    : area.left() - padding - metrics.horizontalAdvance(mark.text);
+            painter.drawText(QPointF(left, y + metrics.capHeight() / 2), mark.text);
+        }
     }
 }
 

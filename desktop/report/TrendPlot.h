@@ -59,6 +59,9 @@ private:
     [[nodiscard]] QColor curveColor(std::size_t curve) const;
     void drawPanel(QPainter& painter, const Panel& panel, const QRectF& place,
                    const TimeAxis& time) const;
+    /// From the lowest upwards; those for which there is no room are left out.
+    void drawMarks(QPainter& painter, const std::vector<Mark>& marks, const QRectF& area,
+                   bool onTheRight) const;
     void drawTitle(QPainter& painter, const Panel& panel, const QRectF& line) const;
     /// The bands themselves, or the words on them, which the grid does not cross.
     void drawBands(QPainter& painter, const QRectF& area, bool words) const;
