@@ -370,7 +370,8 @@ std::string trendInWords(std::span<const Metar> metars) {
     if (metars.empty()) {
         return {};
     }
-    Range temperature, dewPoint, wind, gust, ceiling, pressure;
+    Range temperature, dewPoint, wind, gust, pressure;
+    std::optional<Ceiling> lowest;
     std::optional<Visibility> shortest;
     Category worst = Category::unknown;
     for (const Metar& metar : metars) {
@@ -381,8 +382,8 @@ std::string trendInWords(std::span<const Metar> metars) {
             gust.add(blowing->gust);
         }
         if (const Ceiling found = ceilingOf(metar.conditions);
-            found.state == Ceiling::State::known) {
-            ceiling.add(found.feet);
+            found.state == Ceiling::State::known && (!lowest || found.feet < lowest->feet)) {
+            lowest = found;
         }
         if (const auto& seen = metar.conditions.visibility;
             seen && (!shortest || seen->miles < shortest->miles)) {
@@ -396,13 +397,10 @@ std::string trendInWords(std::span<const Metar> metars) {
     std::string text =
         fmt::format("{}, {}", counted(static_cast<std::int64_t>(metars.size()), "METAR"),
                     spanOf(metars.front().observed, metars.back().observed));
-    const std::string lowest =
-        ceiling.least()
-            ? fmt::format("lowest ceiling {} ft", grouped(static_cast<int>(*ceiling.least())))
-            : "";
     for (const std::string& part :
          {temperature.inWords("temperature", "°C"), dewPoint.inWords("dew point", "°C"),
-          wind.inWords("wind", "kt"), gust.inWords("gusts", "kt"), lowest,
+          wind.inWords("wind", "kt"), gust.inWords("gusts", "kt"),
+          lowest ? "lowest " + ceilingInWords(*lowest) : "",
           shortest ? "lowest visibility " + inOneUnit(visibilityInWords(shortest)) : "",
           pressure.inWords("pressure", "hPa"),
           worst == Category::unknown ? "" : fmt::format("worst category {}", nameOf(worst))}) {

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace desktop {
 
@@ -130,7 +131,8 @@ void drawCategory(QPainter& painter, const QRectF& place, Category category, con
     painter.drawText(QPointF(left + size + gap, middle.y() + metrics.capHeight() / 2), text);
 }
 
-CategoryBadge::CategoryBadge(const QString& name, QWidget* parent) : QLabel(parent), name_(name) {
+CategoryBadge::CategoryBadge(QString name, QWidget* parent)
+    : QLabel(parent), name_(std::move(name)) {
     setTextFormat(Qt::PlainText);
     QFont bold;
     bold.setBold(true);

@@ -37,7 +37,7 @@ void drawCategory(QPainter& painter, const QRectF& place, reports::Category cate
 /// as "Report category: VFR".
 class CategoryBadge final : public QLabel {
 public:
-    explicit CategoryBadge(const QString& name, QWidget* parent = nullptr);
+    explicit CategoryBadge(QString name, QWidget* parent = nullptr);
 
     void setCategory(reports::Category category);
     [[nodiscard]] reports::Category category() const { return category_; }

@@ -38,7 +38,9 @@ void drawHatch(QPainter& painter, const QRectF& place, bool upwards) {
     painter.save();
     painter.setClipRect(place, Qt::IntersectClip);
     const double height = place.height();
-    for (double x = place.left() - height; x < place.right(); x += hatchStep) {
+    const int lines = static_cast<int>((place.width() + height) / hatchStep);
+    for (int line = 0; line <= lines; ++line) {
+        const double x = place.left() - height + line * hatchStep;
         painter.drawLine(QPointF(x, upwards ? place.bottom() : place.top()),
                          QPointF(x + height, upwards ? place.top() : place.bottom()));
     }
@@ -76,7 +78,8 @@ void TafBar::setTaf(const reports::Taf* taf, Date now) {
 void TafBar::arrange() {
     parts_.clear();
     lanes_ = 1;
-    if (!taf_) {
+    // What a cancelled forecast says must not pass for a forecast.
+    if (!taf_ || taf_->isCancelled) {
         return;
     }
     Part* last = nullptr;
@@ -197,8 +200,9 @@ void TafBar::paintEvent(QPaintEvent* /*event*/) {
     painter.setPen(palette().color(QPalette::WindowText));
     if (!canBeDrawn()) {
         painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap,
-                         taf_ ? QStringLiteral("This TAF has no parts to draw.")
-                              : QStringLiteral("No TAF is known."));
+                         !taf_               ? QStringLiteral("No TAF is known.")
+                         : taf_->isCancelled ? QStringLiteral("This TAF is cancelled.")
+                                             : QStringLiteral("This TAF has no parts to draw."));
         return;
     }
     axis().draw(painter, laneTop(lanes_));

@@ -18,7 +18,7 @@ class TimeAxis;
 /// lanes below. A line marks the present time where it is within the validity.
 ///
 /// The parts are its items, in the TAF's order, each with its words as a tool tip. Those that lie
-/// outside the validity are items without a place.
+/// outside the validity are items without a place. A cancelled TAF has none.
 class TafBar final : public PaintedList {
 public:
     explicit TafBar(QWidget* parent = nullptr);

@@ -30,67 +30,6 @@ constexpr std::chrono::minutes longestGap{90};
 constexpr double padding = 4;
 constexpr double dot = 1.8;
 
-/// The limits between the four categories, and where a scale begins and ends.
-constexpr std::array<double, 5> feet{0, 500, 1000, 3000, 12'000};
-constexpr std::array<double, 5> miles{0, 1, 3, 5, 10};
-
-/// Each category takes a quarter of the height, so that the limits of ceiling and visibility
-/// coincide. Above the last one is the top.
-double heightOn(const std::array<double, 5>& limits, double value) {
-    for (std::size_t i = 1; i < limits.size(); ++i) {
-        if (value < limits[i]) {
-            const double share = (value - limits[i - 1]) / (limits[i] - limits[i - 1]);
-            return (static_cast<double>(i - 1) + std::max(share, 0.0)) / 4;
-        }
-    }
-    return 1;
-}
-
-std::optional<double> ceilingHeight(const Metar& metar) {
-    const Ceiling ceiling = reports::ceilingOf(metar.conditions);
-    switch (ceiling.state) {
-    case Ceiling::State::known:
-        return heightOn(feet, ceiling.feet);
-    case Ceiling::State::none:
-        return 1;
-    case Ceiling::State::unknown:
-        break;
-    }
-    return {};
-}
-
-std::optional<double> visibilityHeight(const Metar& metar) {
-    const auto& visibility = metar.conditions.visibility;
-    return visibility ? std::optional(heightOn(miles, visibility->miles)) : std::nullopt;
-}
-
-std::optional<double> speed(const Metar& metar) {
-    const auto& wind = metar.conditions.wind;
-    return wind ? std::optional<double>(wind->speed) : std::nullopt;
-}
-
-std::optional<double> gust(const Metar& metar) {
-    const auto& wind = metar.conditions.wind;
-    return wind && wind->gust ? std::optional<double>(*wind->gust) : std::nullopt;
-}
-
-std::optional<double> pressure(const Metar& metar) {
-    return metar.altimeter ? std::optional(*metar.altimeter * reports::hectopascalsInInch)
-                           : std::nullopt;
-}
-
-/// The least of 1, 2, 5, 10, 20 … that divides a range into at most `most` steps.
-double roundStep(double range, int most) {
-    double step = 1;
-    for (const double factor : {2.0, 2.5, 2.0}) {
-        step *= range / step > most ? factor : 1;
-    }
-    while (range / step > most) {
-        step *= 2;
-    }
-    return step;
-}
-
 } // namespace
 
 TrendPlot::TrendPlot(QWidget* parent)
@@ -109,7 +48,7 @@ void TrendPlot::setReports(std::vector<Metar> metars, Date begins, Date ends) {
     begins_ = begins;
     ends_ = ends;
     setAccessibleDescription(shownText(reports::trendInWords(metars_)));
-    panels_ = panels();
+    panels_ = trendPanels(metars_);
     update();
     if (isNew) {
         const auto found = std::ranges::find(metars_, chosen, &Metar::observed);
@@ -127,12 +66,12 @@ QString TrendPlot::words(int item) const {
 }
 
 QRect TrendPlot::place(int item) const {
-    const double x = axis(panels_).x(metars_[static_cast<std::size_t>(item)].observed);
+    const double x = axis().x(metars_[static_cast<std::size_t>(item)].observed);
     return {static_cast<int>(x) - 3, 0, 7, height()};
 }
 
 int TrendPlot::itemAt(const QPoint& point) const {
-    const TimeAxis time = axis(panels_);
+    const TimeAxis time = axis();
     int nearest = -1;
     double least = width();
     for (int item = 0; item < count(); ++item) {
@@ -163,74 +102,15 @@ void TrendPlot::mouseMoveEvent(QMouseEvent* event) {
     setCurrent(itemAt(event->position().toPoint()));
 }
 
-std::vector<TrendPlot::Panel> TrendPlot::panels() const {
-    using Value = std::optional<double> (*)(const Metar&);
-    const auto scaled = [this](std::vector<std::pair<const char*, Value>> curves, double margin,
-                               std::optional<double> foot) {
-        std::optional<double> least = foot;
-        std::optional<double> most = foot;
-        for (const Metar& metar : metars_) {
-            for (const auto& [name, value] : curves) {
-                if (const auto found = value(metar)) {
-                    least = std::min(*found, least.value_or(*found));
-                    most = std::max(*found, most.value_or(*found));
-                }
-            }
-        }
-        const double middle = (least.value_or(0) + most.value_or(0)) / 2;
-        const double low = foot ? *foot : std::min(least.value_or(0), middle - margin);
-        const double high = std::max(most.value_or(0), (foot ? *foot : middle) + margin);
-        const double step = roundStep(high - low, 3);
-        const double bottom = std::floor(low / step) * step;
-        const double top = std::ceil(high / step) * step;
-        Panel panel;
-        for (double mark = bottom; mark <= top + step / 2; mark += step) {
-            panel.marks.push_back({(mark - bottom) / (top - bottom), QString::number(mark)});
-        }
-        for (const auto& curve : curves) {
-            const Value value = curve.second;
-            panel.curves.push_back(
-                {QString::fromUtf8(curve.first),
-                 [value, bottom, top](const Metar& metar) -> std::optional<double> {
-                     const auto found = value(metar);
-                     return found ? std::optional((*found - bottom) / (top - bottom))
-                                  : std::nullopt;
-                 }});
-        }
-        return panel;
-    };
-    std::vector<Panel> panels;
-    panels.push_back(scaled({{"Temperature", [](const Metar& metar) { return metar.temperature; }},
-                             {"Dew point, °C", [](const Metar& metar) { return metar.dewPoint; }}},
-                            2, {}));
-    panels.push_back(scaled({{"Wind", speed}, {"Gust, kt", gust}}, 10, 0));
-    panels.back().hasArrows = true;
-    Panel sky;
-    sky.curves = {{QStringLiteral("Ceiling, ft"), ceilingHeight},
-                  {QStringLiteral("Visibility, SM"), visibilityHeight}};
-    sky.marks = {{0.25, QStringLiteral("500")},
-                 {0.5, QStringLiteral("1,000")},
-                 {0.75, QStringLiteral("3,000")},
-                 {1, QStringLiteral("none")}};
-    sky.marksOnTheRight = {{0.25, QStringLiteral("1")},
-                           {0.5, QStringLiteral("3")},
-                           {0.75, QStringLiteral("5")},
-                           {1, QStringLiteral("10+")}};
-    sky.hasBands = true;
-    panels.push_back(std::move(sky));
-    panels.push_back(scaled({{"Pressure, hPa", pressure}}, 2, {}));
-    return panels;
-}
-
-TimeAxis TrendPlot::axis(const std::vector<Panel>& panels) const {
+TimeAxis TrendPlot::axis() const {
     const QFontMetricsF metrics(fontMetrics());
     double left = hourWidth(metrics) / 2;
     double right = left;
-    for (const Panel& panel : panels) {
-        for (const Mark& mark : panel.marks) {
+    for (const TrendPanel& panel : panels_) {
+        for (const TrendMark& mark : panel.marks) {
             left = std::max(left, metrics.horizontalAdvance(mark.text));
         }
-        for (const Mark& mark : panel.marksOnTheRight) {
+        for (const TrendMark& mark : panel.marksOnTheRight) {
             right = std::max(right, metrics.horizontalAdvance(mark.text));
         }
     }
@@ -250,7 +130,7 @@ void TrendPlot::paintEvent(QPaintEvent* /*event*/) {
         return;
     }
     const QFontMetricsF metrics(fontMetrics());
-    const TimeAxis time = axis(panels_);
+    const TimeAxis time = axis();
     QPainter painter(this);
     painter.setLayoutDirection(Qt::LeftToRight);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -285,7 +165,7 @@ void TrendPlot::paintEvent(QPaintEvent* /*event*/) {
     }
 }
 
-void TrendPlot::drawPanel(QPainter& painter, const Panel& panel, const QRectF& place,
+void TrendPlot::drawPanel(QPainter& painter, const TrendPanel& panel, const QRectF& place,
                           const TimeAxis& time) const {
     const QFontMetricsF metrics(fontMetrics());
     const double line = metrics.height();
@@ -313,7 +193,7 @@ void TrendPlot::drawPanel(QPainter& painter, const Panel& panel, const QRectF& p
         area.adjust(0, 3, 0, -3);
     }
     painter.setPen(QPen(grid, 1));
-    for (const Mark& mark : panel.marks) {
+    for (const TrendMark& mark : panel.marks) {
         const double y = area.bottom() - mark.height * area.height();
         painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
     }
@@ -325,11 +205,11 @@ void TrendPlot::drawPanel(QPainter& painter, const Panel& panel, const QRectF& p
     }
 }
 
-void TrendPlot::drawMarks(QPainter& painter, const std::vector<Mark>& marks, const QRectF& area,
-                          bool onTheRight) const {
+void TrendPlot::drawMarks(QPainter& painter, const std::vector<TrendMark>& marks,
+                          const QRectF& area, bool onTheRight) const {
     const QFontMetricsF metrics(fontMetrics());
     double free = area.bottom() + metrics.height();
-    for (const Mark& mark : marks) {
+    for (const TrendMark& mark : marks) {
         const double y = area.bottom() - mark.height * area.height();
         if (y + metrics.height() / 2 <= free) {
             free = y - metrics.height() / 2;
@@ -341,7 +221,7 @@ void TrendPlot::drawMarks(QPainter& painter, const std::vector<Mark>& marks, con
     }
 }
 
-void TrendPlot::drawTitle(QPainter& painter, const Panel& panel, const QRectF& line) const {
+void TrendPlot::drawTitle(QPainter& painter, const TrendPanel& panel, const QRectF& line) const {
     const QFontMetricsF metrics(fontMetrics());
     double left = line.left() + padding;
     for (std::size_t curve = 0; curve < panel.curves.size(); ++curve) {
@@ -402,7 +282,7 @@ void TrendPlot::drawArrows(QPainter& painter, const QRectF& line, const TimeAxis
     }
 }
 
-void TrendPlot::drawCurve(QPainter& painter, const Panel& panel, std::size_t curve,
+void TrendPlot::drawCurve(QPainter& painter, const TrendPanel& panel, std::size_t curve,
                           const QRectF& area, const TimeAxis& time) const {
     const QColor color = curveColor(curve);
     QPainterPath line;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "desktop/report/PaintedList.h"
+#include "desktop/report/TrendPanels.h"
 #include "reports/Report.h"
 
 #include <functional>
@@ -35,44 +36,24 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    /// One quantity over time, as a height in its panel: 0 at the foot to 1 at the top.
-    using Height = std::function<std::optional<double>(const reports::Metar&)>;
-    struct Curve {
-        QString name;
-        Height height;
-    };
-    struct Mark {
-        double height;
-        QString text;
-    };
-    struct Panel {
-        /// The first is drawn as a line, the second as a dashed one.
-        std::vector<Curve> curves;
-        std::vector<Mark> marks;
-        std::vector<Mark> marksOnTheRight;
-        bool hasBands = false;
-        bool hasArrows = false;
-    };
-
-    [[nodiscard]] std::vector<Panel> panels() const;
-    [[nodiscard]] TimeAxis axis(const std::vector<Panel>& panels) const;
+    [[nodiscard]] TimeAxis axis() const;
     [[nodiscard]] QColor curveColor(std::size_t curve) const;
-    void drawPanel(QPainter& painter, const Panel& panel, const QRectF& place,
+    void drawPanel(QPainter& painter, const TrendPanel& panel, const QRectF& place,
                    const TimeAxis& time) const;
     /// From the lowest upwards; those for which there is no room are left out.
-    void drawMarks(QPainter& painter, const std::vector<Mark>& marks, const QRectF& area,
+    void drawMarks(QPainter& painter, const std::vector<TrendMark>& marks, const QRectF& area,
                    bool onTheRight) const;
-    void drawTitle(QPainter& painter, const Panel& panel, const QRectF& line) const;
+    void drawTitle(QPainter& painter, const TrendPanel& panel, const QRectF& line) const;
     /// The bands themselves, or the words on them, which the grid does not cross.
     void drawBands(QPainter& painter, const QRectF& area, bool words) const;
     void drawArrows(QPainter& painter, const QRectF& line, const TimeAxis& time) const;
-    void drawCurve(QPainter& painter, const Panel& panel, std::size_t curve, const QRectF& area,
-                   const TimeAxis& time) const;
+    void drawCurve(QPainter& painter, const TrendPanel& panel, std::size_t curve,
+                   const QRectF& area, const TimeAxis& time) const;
 
     std::vector<reports::Metar> metars_;
     reports::Date begins_;
     reports::Date ends_;
-    std::vector<Panel> panels_;
+    std::vector<TrendPanel> panels_;
 };
 
 } // namespace desktop

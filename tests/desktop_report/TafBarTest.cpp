@@ -201,6 +201,7 @@ TEST(TafBar, OddForecastsNeitherHangNorLeaveTheBar) {
     };
     const std::pair<const char*, Taf> cases[] = {
         {"no parts", changed([](Taf& taf) { taf.forecasts.clear(); })},
+        {"cancelled", changed([](Taf& taf) { taf.isCancelled = true; })},
         {"no time", changed([](Taf& taf) { taf.ends = taf.begins; })},
         {"backwards", changed([](Taf& taf) { taf.ends = taf.begins - 5h; })},
         {"years", changed([](Taf& taf) { taf.ends = taf.begins + std::chrono::years(7000); })},
@@ -232,6 +233,7 @@ TEST(TafBar, OddForecastsNeitherHangNorLeaveTheBar) {
         }
         QTest::keyClick(&shown.bar, Qt::Key_End);
         EXPECT_EQ(shown.bar.current(), shown.bar.count() - 1);
+        EXPECT_EQ(shown.bar.count() == 0, taf.isCancelled || taf.forecasts.empty());
         EXPECT_LT(shown.bar.sizeHint().height(), 12 * shown.bar.fontMetrics().height());
     }
 }

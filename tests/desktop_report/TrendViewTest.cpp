@@ -89,6 +89,12 @@ TEST(TrendView, GapsAreNotDrawnOver) {
              metar.conditions.layers = {{reports::Cover::obscured, {}, ""}};
          }),
          50min, 6},
+        {"perhaps lower", lacking([](Metar& metar) {
+             metar.conditions.layers.push_back({reports::Cover::overcast, {}, ""});
+         }),
+         50min, 6},
+        {"at least two miles",
+         lacking([](Metar& metar) { metar.conditions.visibility->isOrMore = true; }), 50min, 6},
         {"no pressure", lacking([](Metar& metar) { metar.altimeter.reset(); }), 50min, 6},
     };
     for (const auto& one : cases) {
