@@ -75,7 +75,7 @@ std::vector<std::string> meaningOf(std::string text) {
     }
     // "Thunderstorm with heavy rain" and "heavy ... showers": the rank of the precipitation counts,
     // the place of its descriptors does not.
-    std::ranges::stable_partition(meaning, [](const std::string& word) {
+    std::stable_partition(meaning.begin(), meaning.end(), [](const std::string& word) {
         return word == "light" || word == "heavy" || word == "thunderstorm" || word == "shower" ||
                word == "freezing" || word == "unidentified";
     });
