@@ -24,7 +24,7 @@ struct Collector final : Receiver {
     Batch batch;
 };
 
-/// A reply of the service with as many made-up METARs; all of them have the usual elements.
+/// A reply of the service with this many made-up METARs, all with the usual elements.
 std::string reply(int metars) {
     std::mt19937 random(1);
     const auto number = [&random](int least, int most) {
@@ -97,7 +97,8 @@ void storeReports(benchmark::State& state) {
 }
 BENCHMARK(storeReports)->Unit(benchmark::kMillisecond);
 
-/// What the caller waits for is the first figure; `toTheLast` is until all reports are there.
+/// Without `toTheLast`, how long opening keeps the caller; with it, the time until all reports are
+/// there.
 void openStore(benchmark::State& state) {
     Stage stage;
     {

@@ -46,7 +46,7 @@ Category byVisibility(const std::optional<Visibility>& visibility) {
         return Category::unknown;
     }
     const Category least = byVisibility(visibility->miles);
-    // "At least 4 miles" may be any category from there up.
+    // "At least 4 miles" leaves open whether it is MVFR or VFR.
     return visibility->isOrMore && least != Category::VFR ? Category::unknown : least;
 }
 

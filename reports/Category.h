@@ -10,15 +10,15 @@ namespace reports {
 /// The lowest broken or overcast layer, or the vertical visibility.
 struct Ceiling {
     enum class State : std::uint8_t {
-        unknown, ///< it cannot be told whether there is one, or how high it is
+        unknown, ///< whether there is one, or how high it is, cannot be told
         none,
         known,
     };
 
     State state = State::unknown;
-    /// Above the ground, where it is known.
+    /// Height above the ground, if the state is `known`.
     int feet = 0;
-    /// Where it is known, there may be a lower one whose height is missing.
+    /// With a known ceiling: a lower layer, whose height is missing, may be the ceiling instead.
     bool mayBeLower = false;
 
     friend bool operator==(const Ceiling&, const Ceiling&) = default;
@@ -26,7 +26,7 @@ struct Ceiling {
 
 [[nodiscard]] Ceiling ceilingOf(const Conditions& conditions);
 
-/// The category that visibility and ceiling make, the worse of the two:
+/// The worse of the categories that the ceiling and the visibility give:
 ///
 /// |      | ceiling in feet     | visibility in statute miles |
 /// | ---- | ------------------- | --------------------------- |
@@ -35,14 +35,14 @@ struct Ceiling {
 /// | MVFR | 1,000 to 3,000      | 3 to 5                      |
 /// | VFR  | above 3,000 or none | above 5                     |
 ///
-/// Unknown where what is missing might make a worse one.
+/// Unknown if a value that is missing could make it worse.
 [[nodiscard]] Category categoryOf(const Conditions& conditions);
 
-/// "VFR", "MVFR", "IFR" or "LIFR"; empty for the unknown one.
+/// "VFR", "MVFR", "IFR" or "LIFR"; empty for an unknown category.
 [[nodiscard]] std::string_view nameOf(Category category);
-/// The same for the eye, with "unknown" for the unknown one.
+/// The same for people, with "unknown" for an unknown category.
 [[nodiscard]] std::string_view wordOf(Category category);
-/// The other way round of `nameOf`; unknown for any other text.
+/// The category with that name; unknown for any other text.
 [[nodiscard]] Category categoryNamed(std::string_view name);
 
 } // namespace reports

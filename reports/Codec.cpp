@@ -13,8 +13,8 @@ namespace {
 
 using nlohmann::json;
 
-// Arrays rather than objects: the fields' names would take more room than their values. Fields are
-// only ever added at the end.
+// Arrays rather than objects, since the names of fields would take more room than their values. New
+// fields go to the end.
 
 template <typename T>
 json orNull(const std::optional<T>& value) {
@@ -92,7 +92,8 @@ platform::Data bytesOf(const json& value) {
     return {bytes.begin(), bytes.end()};
 }
 
-/// Calls `read` with what the bytes hold; nothing where they are not its fields.
+/// Decodes the bytes and has `read` make a report of the fields; nothing if they are not CBOR, or
+/// not the fields that `read` expects.
 template <typename Report, typename Read>
 std::optional<Report> decoded(std::span<const std::byte> bytes, Read read) {
     try {

@@ -6,8 +6,8 @@
 #include <optional>
 #include <span>
 
-/// Reports as bytes for keeping (CBOR, RFC 8949). What was written is read back equal; bytes that
-/// hold anything else give nothing.
+/// Reports as bytes to be stored (CBOR, RFC 8949). Decoding gives a report equal to the one that
+/// was encoded, or nothing if the bytes are not those of such a report.
 namespace reports {
 
 [[nodiscard]] platform::Data encoded(const Metar& metar);

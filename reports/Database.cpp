@@ -30,15 +30,15 @@ std::int64_t number(Date date) {
     return date.time_since_epoch().count();
 }
 
-/// Carries a code of the library from where it came up to where it is dealt with; it does not leave
-/// this file.
+/// A result code of SQLite on its way to where it is dealt with. It is never thrown out of this
+/// file.
 struct Failure {
     int code;
 };
 
 } // namespace
 
-/// An open file, and the statements that run on it.
+/// An open file.
 struct Database::Connection {
     struct Close {
         void operator()(sqlite3* closed) const { sqlite3_close_v2(closed); }
@@ -78,7 +78,7 @@ public:
         sqlite3_bind_int64(statement_, ++bound_, value);
         return *this;
     }
-    /// Texts and bytes have to last until the statement has run.
+    /// Texts and bytes must stay valid until the statement has run.
     Statement& operator<<(const std::string& text) {
         sqlite3_bind_text(statement_, ++bound_, text.data(), static_cast<int>(text.size()),
                           SQLITE_STATIC);
@@ -98,7 +98,7 @@ public:
         }
         return code == SQLITE_ROW;
     }
-    /// Runs it, and makes it ready to run with other values.
+    /// Runs the statement and makes it ready for other values.
     void run() {
         step();
         sqlite3_reset(statement_);
@@ -152,7 +152,8 @@ void Database::connect() {
     connection_->handle.reset(handle);
     connection_->check(code);
     sqlite3_busy_timeout(handle, patience);
-    // Reports can be had again: a power cut may cost the last of them, never the file.
+    // Reports can be fetched again: with these settings a power cut may lose the latest, but cannot
+    // damage the file.
     connection_->run(fmt::format(
         "PRAGMA page_size={}; PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;", pageSize));
     connection_->run(fmt::format("PRAGMA max_page_count={};", mostBytes_ / pageSize));
@@ -173,7 +174,7 @@ Batch Database::latest() {
     }
     try {
         sqlite3* handle = connection_->handle.get();
-        // With max() the other columns are of the row that has it.
+        // With max(), SQLite takes the other columns from the row that has the maximum.
         Statement metars(handle, "SELECT report, max(observed) FROM metar GROUP BY station");
         while (metars.step()) {
             if (auto metar = decodedMetar(metars.blob(0))) {
@@ -289,7 +290,7 @@ bool Database::recover(int code) {
         setAside();
         return connection_ != nullptr;
     case SQLITE_FULL:
-        complain("has no more room; what is older than the last reports goes");
+        complain("is full, so the history in it is deleted");
         try {
             if (!connection_) {
                 return false;
@@ -302,7 +303,7 @@ bool Database::recover(int code) {
         return true;
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-        // Another program looks into it; the next write may have better luck.
+        // Another program is using the file; a later write may succeed.
         return false;
     default:
         complain("cannot be used: " + std::string(sqlite3_errstr(code)));

@@ -21,29 +21,29 @@ struct Question {
     std::string station;
 };
 
-/// How the last question for a station's report of one kind ended.
+/// How the last request for a station's METAR or TAF ended.
 struct Answer {
     enum class Ending : std::uint8_t {
         notReached,
-        refused,       ///< with a status that is no success
-        notUnderstood, ///< something came that is no reply of the service
+        refused,       ///< answered with a status that does not mean success
+        notUnderstood, ///< what came is not a reply of the service
         nothing,       ///< a reply without a report of that station
         whole,
     };
 
     Date asked;
     Ending ending = Ending::notReached;
-    /// Of the HTTP reply; 0 where none came.
+    /// The status of the HTTP reply; 0 if none came.
     int status = 0;
 
     friend bool operator==(const Answer&, const Answer&) = default;
 };
 
-/// What is to be kept at once.
+/// What is written together.
 struct Batch {
     struct Entry {
         std::shared_ptr<const Metar> report;
-        /// Earlier ones of the station stay, for as long as history is kept.
+        /// Whether the station's earlier METARs stay as its history, until they are pruned.
         bool keepsHistory = false;
     };
     struct Asked {
@@ -57,38 +57,38 @@ struct Batch {
     std::vector<Asked> answers;
 };
 
-/// The reports on the disk: the last METAR and TAF of every station, and what more of METARs is
-/// kept. A file that is damaged, or of another program, is renamed, with one line in the log, and
-/// begun anew; where nothing can be written the database is empty and stays so, with one line too.
-/// One thread at a time.
+/// The reports on the disk: every station's last METAR and TAF, how the last requests for them
+/// ended, and the METARs kept as history. A file that is damaged, or that another program wrote, is
+/// renamed and a new one begun, with one line in the log. If nothing can be written, the database
+/// is empty and stays so, also with one line. Used by one thread at a time.
 class Database {
 public:
-    /// The log is borrowed and outlives it. The file grows to that size at most.
+    /// The log is borrowed and must outlive the database. The file never grows beyond `mostBytes`.
     Database(std::filesystem::path path, platform::Log& log,
              std::size_t mostBytes = std::size_t{64} << 20);
     ~Database();
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    /// Everything's last, in no order.
+    /// Every station's last METAR and TAF, and all answers, in no particular order.
     [[nodiscard]] Batch latest();
-    /// A station's METARs that are kept and not older than `since`, the oldest first.
+    /// A station's stored METARs observed at `since` or later, the oldest first.
     [[nodiscard]] std::vector<Metar> history(const std::string& station, Date since);
 
-    /// All of it or nothing; false when it was not written. Where the file has no more room,
-    /// history goes first.
+    /// Writes all of it or nothing; false if it was not written. If the file is full, all history
+    /// is deleted to make room.
     bool write(const Batch& batch);
-    /// Removes METARs observed before `before`, but no station's last one.
+    /// Deletes METARs observed before `before`, but never a station's last one.
     void prune(Date before);
 
 private:
     struct Connection;
-    /// Whether there is a connection now.
+    /// Connects, and says whether that worked.
     bool open();
     void connect();
     void tryWrite(const Batch& batch);
     void setAside();
-    /// After a failure: whether it is worth trying once more.
+    /// Does what can be done after a failure, and says whether it is worth trying once more.
     bool recover(int code);
     void complain(const std::string& what);
 

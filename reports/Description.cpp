@@ -49,7 +49,7 @@ std::string duration(Date::duration length) {
                        : counted(std::chrono::floor<std::chrono::days>(length).count(), "day");
 }
 
-/// "21 Nov 18:00 to 23:00 UTC", the second day only where it is another one.
+/// "21 Nov 18:00 to 23:00 UTC"; the second time has a day only if it is another one.
 std::string spanOf(Date begins, Date ends) {
     const std::string day =
         startOfDay(begins) == startOfDay(ends) ? std::string() : dayOf(ends) + " ";
@@ -84,7 +84,7 @@ std::string cloudsInWords(const Conditions& conditions) {
     return text;
 }
 
-/// Vapour pressure in hPa at a dew point, or saturation at a temperature, in degrees Celsius.
+/// In hPa: the vapour pressure at a dew point, or the saturation pressure at a temperature.
 double vapourPressure(double celsius) {
     return 6.1094 * std::exp(17.625 * celsius / (celsius + 243.04));
 }
@@ -109,7 +109,7 @@ std::string temperaturesInWords(const Metar& metar) {
     return text;
 }
 
-/// In feet; nothing where the report lacks what it takes.
+/// In feet; nothing if the report lacks a value that it is computed from.
 std::optional<double> densityAltitude(const Metar& metar) {
     if (!metar.temperature || !metar.altimeter || !metar.elevation) {
         return {};
@@ -221,7 +221,7 @@ bool isOld(Date observed, Date now) {
 
 std::string ageInWords(Date observed, Date now) {
     const std::string time = momentOf(observed, now);
-    // A minute is as exact as clocks are.
+    // Clocks differ by seconds, so less than a minute ahead counts as now.
     if (observed - now >= 1min) {
         return fmt::format("{}, {} ahead of this computer's clock", time, duration(observed - now));
     }
@@ -262,7 +262,7 @@ std::string visibilityInWords(const std::optional<Visibility>& visibility) {
         return {};
     }
     const double metres = visibility->miles * metresInMile;
-    // As the reports of most countries give it.
+    // Rounded to the steps in which most countries report it.
     const int step = metres < 800 ? 50 : metres < 5000 ? 100 : 1000;
     const int rounded = static_cast<int>(std::lround(metres / step)) * step;
     const std::string metric =
@@ -400,7 +400,7 @@ std::string trendInWords(std::span<const Metar> metars) {
     for (const std::string& part :
          {temperature.inWords("temperature", "°C"), dewPoint.inWords("dew point", "°C"),
           wind.inWords("wind", "kt"), gust.inWords("gusts", "kt"),
-          lowest ? "lowest " + ceilingInWords(*lowest) : "",
+          lowest ? "lowest ceiling " + ceilingInWords(*lowest) : "",
           shortest ? "lowest visibility " + inOneUnit(visibilityInWords(shortest)) : "",
           pressure.inWords("pressure", "hPa"),
           worst == Category::unknown ? "" : fmt::format("worst category {}", nameOf(worst))}) {

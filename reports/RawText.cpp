@@ -33,7 +33,7 @@ std::vector<std::string_view> wordsOf(std::string_view text) {
     return words;
 }
 
-/// A word without the sign that ends a report.
+/// A word without the "=" that ends a report.
 std::string_view bare(std::string_view word) {
     while (word.ends_with('=')) {
         word.remove_suffix(1);
@@ -41,7 +41,7 @@ std::string_view bare(std::string_view word) {
     return word;
 }
 
-/// "DDHH/DDHH", which "9999/8000" is not.
+/// Whether a word is a period, "DDHH/DDHH"; "9999/8000" is not, since no month has 99 days.
 bool isSpan(std::string_view word) {
     const auto isTime = [](std::string_view part) {
         return part.size() == 4 && isDigits(part) && number(part.substr(0, 2)) >= 1 &&
@@ -60,7 +60,7 @@ bool isProbability(std::string_view word) {
     return word.size() == 6 && word.starts_with("PROB") && isDigits(word.substr(4));
 }
 
-/// Whether a change begins with this word, its own span written at its end or not.
+/// Whether a change group begins with this word. Its period may be attached: "TEMPO1218/1220".
 bool isChange(std::string_view word) {
     constexpr std::array<std::string_view, 3> changes{"BECMG", "TEMPO", "INTER"};
     return std::ranges::any_of(changes, [word](std::string_view change) {
@@ -75,7 +75,7 @@ constexpr std::array<std::pair<std::string_view, Cover>, 5> layerWords{{{"FEW", 
                                                                         {"OVC", Cover::overcast},
                                                                         {"///", Cover::unknown}}};
 
-/// "BKN020CB", "OVC004///", "BKN///", "//////".
+/// The layer that a word such as "BKN020CB", "OVC004///", "BKN///" or "//////" stands for.
 std::optional<Layer> layerOf(std::string_view word) {
     const auto* cover = std::ranges::find(layerWords, word.substr(0, 3),
                                           &std::pair<std::string_view, Cover>::first);
@@ -97,7 +97,7 @@ std::optional<Layer> layerOf(std::string_view word) {
 }
 
 std::optional<Visibility> visibilityOf(std::string_view word) {
-    // Automatic stations add that they cannot tell directions apart.
+    // Automatic stations append NDV: they cannot tell whether the visibility varies by direction.
     if (word.size() == 7 && word.ends_with("NDV")) {
         word.remove_suffix(3);
     }
@@ -119,7 +119,7 @@ bool isVariation(std::string_view word) {
            isDigits(word.substr(4));
 }
 
-/// After which the visibility stands: "22010KT", "180V240", "/////KT".
+/// Whether the visibility may follow this word: "22010KT", "180V240", "/////KT".
 bool isWind(std::string_view word) {
     return isVariation(word) ||
            (word.size() >= 7 && (word.ends_with("KT") || word.ends_with("MPS")));

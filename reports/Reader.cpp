@@ -14,7 +14,7 @@
 namespace reports {
 namespace {
 
-/// A number that is all of `text` and lies within both limits, which belong to it.
+/// The number that `text` consists of, if it is from `least` to `most`.
 std::optional<double> numberOf(std::string_view text, double least, double most) {
     text = platform::trimmed(text);
     double value = 0;
@@ -31,7 +31,7 @@ std::optional<int> wholeNumberOf(std::string_view text, double least, double mos
     return value ? std::optional(static_cast<int>(std::lround(*value))) : std::nullopt;
 }
 
-/// "2025-09-20T18:53:00.000Z", its fraction or not; UTC.
+/// Reads a time in UTC, "2025-09-20T18:53:00.000Z", with or without the fraction.
 std::optional<Date> dateOf(std::string_view text) {
     text = platform::trimmed(text);
     constexpr std::string_view form = "0000-00-00T00:00:00";
@@ -76,7 +76,7 @@ Cover coverOf(std::string_view text) {
     return found == covers.end() ? Cover::unknown : found->second;
 }
 
-/// The wind as its elements come, which may be in any order.
+/// Collects the elements of a wind, which may come in any order.
 struct WindParts {
     std::optional<int> direction;
     bool isVariable = false;
@@ -88,7 +88,7 @@ struct WindParts {
             return {};
         }
         Wind wind{direction, isVariable, *speed, gust};
-        // The classic layout has 0 for a direction that varies; north is 360.
+        // In the classic layout a direction of 0 means that it varies; north is 360.
         if (*speed > 0 && direction == 0) {
             wind.direction.reset();
             wind.isVariable = true;
@@ -97,7 +97,7 @@ struct WindParts {
     }
 };
 
-/// Whether a report's own identifier and text can be those of a station.
+/// Whether an identifier and a raw text can be those of a real report.
 bool isSound(std::string_view station, std::string_view raw) {
     constexpr std::size_t longestStation = 8;
     constexpr std::size_t longestRaw = 16 * 1024;
@@ -107,7 +107,7 @@ bool isSound(std::string_view station, std::string_view raw) {
            });
 }
 
-/// What a change leaves of what held before it.
+/// The conditions after a change: what it states, and for the rest what held before it.
 Conditions changed(Conditions held, const Conditions& stated) {
     if (stated.wind) {
         held.wind = stated.wind;
@@ -228,14 +228,14 @@ public:
     [[nodiscard]] std::size_t passedOver() const { return passedOver_; }
 
 private:
-    /// What layers belong to; null outside a report.
+    /// The conditions that are being read; null outside a report.
     Conditions* conditions() {
         return isForecast_ ? &taf_->forecasts.back().stated
                : metar_    ? &metar_->conditions
                            : nullptr;
     }
 
-    /// What METARs and forecasts have in common.
+    /// Takes the elements that METARs and forecasts have in common.
     void takeConditions(std::string_view name, Conditions& conditions) {
         if (name == "wind_dir_degrees") {
             wind_.isVariable = text_ == "VRB";
@@ -376,7 +376,7 @@ private:
         const auto begins = std::exchange(validFrom_, {});
         const auto ends = std::exchange(validTo_, {});
         const RawFlags flags = rawFlags(taf.raw);
-        // Some forecasts do not say when they were issued; then their beginning has to do.
+        // Some TAFs do not say when they were issued; the start of their validity has to serve.
         const auto time = issued ? issued : begins;
         if (!isSound(taf.station, taf.raw) || !time || flags.isNil) {
             ++passedOver_;
@@ -393,7 +393,7 @@ private:
     }
 
     Receiver& receiver_;
-    /// Of the element that is ending.
+    /// The text of the element that is being read.
     std::string text_;
     int depth_ = 0;
     bool isReply_ = false;

@@ -14,12 +14,12 @@ namespace reports {
 
 /// What a reply turned out to be.
 enum class Understanding : std::uint8_t {
-    whole,   ///< a reply of the service, to its end
-    nothing, ///< a whole one without any report, or no bytes at all
-    none,    ///< something else, or a reply that breaks off or says that the question was wrong
+    whole,   ///< a complete reply of the service, with reports
+    nothing, ///< a complete reply without any report, or no bytes at all
+    none,    ///< something else, a reply that breaks off, or one that reports an error
 };
 
-/// Who takes what a reader finds.
+/// Takes the reports that a reader finds.
 class Receiver {
 public:
     virtual ~Receiver() = default;
@@ -27,27 +27,28 @@ public:
     virtual void receive(Taf&& taf) = 0;
 };
 
-/// Reads one reply of the weather data server, as its bytes come: METARs or TAFs in XML, of one
+/// Reads one reply of the weather data server as its bytes arrive: METARs or TAFs in XML, of one
 /// station or of the whole world, in the service's present layout or its classic one
 /// (https://aviationweather.gov/data/api, schemas metar 1.2 to 2.0 and taf 1.1 to 2.0).
 ///
 /// Each report is handed on as soon as it is complete, in the order of the reply. An element that
-/// cannot be read, or is out of its range, is absent from its report; a report without station,
-/// time or raw text, and one that only says that there is none (NIL), is passed over. What a report
-/// hands on it has from its own elements and its own raw text, from no other reply. One thread.
+/// cannot be read, or is out of range, is absent from its report. A report without a station, a
+/// time or a raw text is passed over, as is one that only says that there is none (NIL). A report's
+/// values come from its own elements and its own raw text, never from another report. Used by one
+/// thread.
 class Reader {
 public:
-    /// The receiver is borrowed and outlives the reader.
+    /// The receiver is borrowed and must outlive the reader.
     explicit Reader(Receiver& receiver);
     ~Reader();
     Reader(const Reader&) = delete;
     Reader& operator=(const Reader&) = delete;
 
-    /// The next bytes; false when the rest will not be read.
+    /// Reads the next bytes; false if the rest will not be read.
     bool feed(std::span<const std::byte> bytes);
-    /// The reply is at its end.
+    /// Says what the reply turned out to be, now that it is at its end.
     [[nodiscard]] Understanding finish();
-    /// Reports that were passed over.
+    /// The number of reports that were passed over.
     [[nodiscard]] std::size_t passedOver() const;
 
 private:

@@ -18,11 +18,11 @@ using platform::Date;
 enum class Category : std::uint8_t { unknown, VFR, MVFR, IFR, LIFR };
 
 struct Wind {
-    /// Where it comes from, in degrees from true north: 1 to 360, or 0 in calm. Absent where it
-    /// varies or the report lacks it.
+    /// Where it comes from, in degrees from true north: 1 to 360, or 0 in a calm. Absent if it
+    /// varies or is not reported.
     std::optional<int> direction;
     bool isVariable = false;
-    /// In knots, and never negative.
+    /// In knots, never negative; so is the gust.
     int speed = 0;
     std::optional<int> gust;
 
@@ -30,9 +30,9 @@ struct Wind {
 };
 
 struct Visibility {
-    /// In statute miles, as the service has converted it.
+    /// In statute miles, as converted by the service.
     double miles = 0;
-    /// It is this far at least.
+    /// The visibility is at least this far.
     bool isOrMore = false;
 
     friend bool operator==(const Visibility&, const Visibility&) = default;
@@ -40,7 +40,7 @@ struct Visibility {
 
 /// How much of the sky a layer covers, or what a report says instead of layers.
 enum class Cover : std::uint8_t {
-    unknown,   ///< a layer is told of, but not how much it covers
+    unknown,   ///< a layer is reported, but not how much it covers
     none,      ///< SKC, CLR, NSC, NCD: no clouds, or none that matter
     CAVOK,     ///< no clouds that matter, and 10 km of visibility without weather
     few,       ///< FEW
@@ -60,13 +60,13 @@ struct Layer {
     friend bool operator==(const Layer&, const Layer&) = default;
 };
 
-/// What both an observation and a forecast tell of.
+/// What observations and forecasts have in common.
 struct Conditions {
     std::optional<Wind> wind;
     std::optional<Visibility> visibility;
-    /// Present weather in the codes of WMO table 4678, blanks between them. Empty for none.
+    /// Present weather in the codes of WMO table 4678, separated by blanks; empty if there is none.
     std::string weather;
-    /// As given; empty where a report tells nothing of the sky.
+    /// In the report's order; empty if it says nothing about the sky.
     std::vector<Layer> layers;
     /// In feet.
     std::optional<int> verticalVisibility;
@@ -74,11 +74,11 @@ struct Conditions {
     friend bool operator==(const Conditions&, const Conditions&) = default;
 };
 
-/// Where an aerodrome's report was amended or corrected, a later one takes its place.
+/// Whether a report was sent anew, and why: it takes the place of the original of the same time.
 enum class Revision : std::uint8_t { none, amended, corrected };
 
 struct Metar {
-    /// The identifier that the report gives itself.
+    /// The station's identifier, as the report itself gives it.
     std::string station;
     Date observed;
     /// As it was sent.
@@ -87,11 +87,11 @@ struct Metar {
     /// In degrees Celsius.
     std::optional<double> temperature;
     std::optional<double> dewPoint;
-    /// QNH in inches of mercury, as the service has converted it.
+    /// QNH in inches of mercury, as converted by the service.
     std::optional<double> altimeter;
-    /// The station's own, in metres.
+    /// Of the station, in metres.
     std::optional<double> elevation;
-    /// The service's word where it has one, else what the conditions leave no doubt about.
+    /// As the service gives it; otherwise what follows from the conditions beyond doubt.
     Category category = Category::unknown;
     Revision revision = Revision::none;
     bool isSpecial = false;
@@ -106,13 +106,13 @@ struct Forecast {
     Kind kind = Kind::base;
     Date begins;
     Date ends;
-    /// Of a change that is `becoming`: when it is complete.
+    /// When a change of the kind `becoming` is complete.
     std::optional<Date> complete;
-    /// In percent, of a temporary or probable one that has one.
+    /// In percent; only some temporary and probable parts have one.
     std::optional<int> probability;
     /// What this part itself says. A change names only what changes.
     Conditions stated;
-    /// That, with all that holds on from the parts before it.
+    /// What it states, together with what still holds from the parts before it.
     Conditions expected;
     Category category = Category::unknown;
 
@@ -125,7 +125,8 @@ struct Taf {
     Date begins;
     Date ends;
     std::string raw;
-    /// In the order in which they begin; a lasting part before the temporary ones of its time.
+    /// In the order in which they begin; a lasting part before the temporary ones that begin with
+    /// it.
     std::vector<Forecast> forecasts;
     Revision revision = Revision::none;
     bool isCancelled = false;
@@ -133,9 +134,8 @@ struct Taf {
     friend bool operator==(const Taf&, const Taf&) = default;
 };
 
-/// Whether the first takes the place of the second where both are of one station: the later one, or
-/// at equal times the one that was amended or corrected; where that decides nothing, the first,
-/// which came later.
+/// Whether `report` takes the place of `kept`, which came before it from the same station. The
+/// later of the two counts; at equal times the amended or corrected one; otherwise `report`.
 [[nodiscard]] bool replaces(const Metar& report, const Metar& kept);
 [[nodiscard]] bool replaces(const Taf& report, const Taf& kept);
 

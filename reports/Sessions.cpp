@@ -43,7 +43,7 @@ Answer::Ending endingOf(const platform::URLSessions::Ending& ending, Kind kind,
     Reader reader(collector);
     reader.feed(*ending.data);
     if (reader.finish() == Understanding::none) {
-        // What was whole in it counts.
+        // Reports that were complete before the reply broke off count.
         return collector.has(kind) ? Answer::Ending::whole : Answer::Ending::notUnderstood;
     }
     return collector.has(kind) ? Answer::Ending::whole : Answer::Ending::nothing;

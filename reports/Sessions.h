@@ -10,16 +10,17 @@
 
 namespace reports {
 
-/// URL sessions in front of the real ones: they hand every request and every reply on as they are,
-/// and give the store what replies to questions for a station's reports bring, each read on its own
-/// and before its handler is called. Any thread.
+/// URL sessions that stand in front of the real ones and pass every request and every reply on
+/// unchanged. They also read each reply to a question for a station's reports, and give the store
+/// what it brings before the request's handler is called. Any thread may use them.
 class Sessions final : public platform::URLSessions {
 public:
-    /// What the address asks for; nothing for any other address. Any thread.
+    /// What an address asks for; nothing if it does not ask for a station's reports. Called on any
+    /// thread.
     using QuestionIn = std::function<std::optional<Question>(const platform::URL& address)>;
 
-    /// The sessions and the store are borrowed; both outlive this object, and the store outlives
-    /// the sessions' thread.
+    /// The sessions and the store are borrowed. Both must outlive this object, and the store the
+    /// sessions' thread as well.
     Sessions(platform::URLSessions& real, Store& store, QuestionIn questionIn);
 
     void startDataTask(const Request& request, CompletionHandler handler) override;

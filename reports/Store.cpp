@@ -10,8 +10,8 @@ namespace {
 
 constexpr std::chrono::hours historyKept{48};
 constexpr std::chrono::hours historyShown{24};
-/// How far ahead of our clock a report may be and still keep later ones out. Clocks differ; but one
-/// report from next year must not be the last for good.
+/// How far ahead of our clock a report may be and still count as the latest, since clocks differ.
+/// Without a limit, one report dated next year would keep all others out until then.
 constexpr std::chrono::hours mostAhead{3};
 
 class Work final : public platform::Operation {
@@ -23,7 +23,7 @@ private:
     std::function<void()> work_;
 };
 
-/// Puts a report in its place; false where the one that is there stays.
+/// Puts `report` in the place of `kept`; false if that one stays.
 template <typename Report>
 bool put(std::shared_ptr<const Report>& kept, const std::shared_ptr<const Report>& report,
          Date keptTime, Date now) {
@@ -112,7 +112,7 @@ bool Store::merge(Batch& batch) {
     const std::scoped_lock lock(mutex_);
     std::erase_if(batch.metars, [&](const Batch::Entry& entry) {
         auto& kept = stations_[entry.report->station].metar;
-        // An older one may still fill a gap of the history.
+        // An older one may still fill a gap in the history.
         return !put(kept, entry.report, kept ? kept->observed : now, now) && !entry.keepsHistory;
     });
     std::erase_if(batch.tafs, [&](const std::shared_ptr<const Taf>& taf) {
@@ -132,8 +132,8 @@ bool Store::merge(Batch& batch) {
 }
 
 void Store::keep(Batch batch) {
-    // By the reports' own time where that is earlier: a clock that jumps ahead must not empty the
-    // history.
+    // History is counted back from the newest report, if that is earlier than our clock: a clock
+    // that jumps ahead must not empty it.
     Date newest = Date::min() + historyKept;
     for (const auto& [metar, keepsHistory] : batch.metars) {
         newest = std::max(newest, metar->observed);

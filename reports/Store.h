@@ -17,7 +17,7 @@
 
 namespace reports {
 
-/// What is known of one station. Its reports do not change any more; a newer one takes their place.
+/// What is known about one station. A report is never changed; a newer one takes its place.
 struct StationReports {
     std::shared_ptr<const Metar> metar;
     std::shared_ptr<const Taf> taf;
@@ -27,16 +27,17 @@ struct StationReports {
     int openQuestions = 0;
 };
 
-/// Every station's last METAR and TAF and how they were had, in memory and behind that on the disk,
-/// where the METARs of stations that were asked for on their own are kept for 48 hours. Any thread;
-/// nothing waits for the disk.
+/// Every station's last METAR and TAF, and how the last requests for them ended: in memory, and on
+/// the disk for the next start. Of stations that were asked for one at a time, the METARs of 48
+/// hours are kept on the disk. Any thread may use it; only `flush` and the destructor wait for the
+/// disk.
 class Store {
 public:
-    /// Posted on the thread that changes something, or on the store's own; the object is the text
-    /// of the one station concerned, or absent when there may be many.
+    /// Posted on the thread that made a change, or on the store's own. The object is the identifier
+    /// of the station concerned, or absent if there may be several.
     static constexpr const char* didChange = "reportsDidChange";
 
-    /// The services are borrowed and outlive the store. Reading what the file holds begins at once.
+    /// The services are borrowed and must outlive the store. It begins to read the file at once.
     Store(platform::NotificationCenter& center, platform::Clock& clock, platform::Log& log,
           std::filesystem::path file);
     /// Waits until everything is written.
@@ -49,14 +50,14 @@ public:
 
     /// Notes that a server is being asked; `take` brings the answer.
     void ask(const Question& question);
-    /// Takes what one transfer brought: each report where it takes the place of the one that is
-    /// there, and the answers.
+    /// Takes what one transfer brought: each report that takes the place of the one that is there,
+    /// and the answers.
     void take(Batch batch);
-    /// Hands a station's METARs of the last 24 hours, the oldest first, to `then` on the store's
-    /// thread.
+    /// Calls `then` on the store's thread with a station's METARs of the 24 hours up to its last
+    /// one, the oldest first.
     void history(std::string station, std::function<void(std::vector<Metar>)> then);
 
-    /// Waits until what was taken so far is on the disk, or given up.
+    /// Waits until what was taken so far has been written, or could not be.
     void flush();
 
 private:
@@ -72,7 +73,7 @@ private:
     std::map<std::string, StationReports, std::less<>> stations_;
     /// Used on the queue's thread only.
     std::unique_ptr<Database> database_;
-    /// Last, so that it ends first.
+    /// Declared last, so that it ends before what its work uses.
     platform::OperationQueue queue_;
 };
 

@@ -23,7 +23,7 @@ constexpr std::array<Word, 10> precipitation{{{"DZ", "drizzle"},
                                               {"IC", "ice crystals"},
                                               {"UP", "unidentified precipitation"}}};
 
-/// What is never precipitation: it stands alone in its code, after a descriptor at most.
+/// What is not precipitation: alone in its code, or after one descriptor.
 constexpr std::array<Word, 14> others{{{"BR", "mist"},
                                        {"FG", "fog"},
                                        {"FU", "smoke"},
@@ -59,7 +59,7 @@ bool take(std::string_view& code, std::string_view start) {
     return isThere;
 }
 
-/// "rain", "rain and snow", "rain, snow and hail"; nothing where `code` is not made of
+/// "rain", "rain and snow", "rain, snow and hail"; nothing if `code` does not consist of
 /// precipitation alone.
 std::optional<std::string> precipitationWords(std::string_view code) {
     std::vector<std::string_view> found;

@@ -42,7 +42,7 @@ TEST(Category, IsTheWorseOfCeilingAndVisibilityAndUnknownWhereSomethingWorseMayB
         {miles(0.99), clear, {}, Category::LIFR},
         {farEnough, {{Cover::obscured, {}, {}}}, 200, Category::LIFR},
         {miles(2), {{Cover::obscured, {}, {}}}, 700, Category::IFR},
-        // What is missing may be worse, save that nothing is worse than LIFR.
+        // A missing value might make it worse, but nothing is worse than LIFR.
         {farEnough, {}, {}, Category::unknown},
         {missing, clear, {}, Category::unknown},
         {missing, broken(2000), {}, Category::unknown},

@@ -104,7 +104,7 @@ TEST(Description, FactsOfAMetarAreThoseThatItHas) {
     metar.conditions = {{}, {}, "", {{Cover::obscured, {}, ""}}, 200};
     EXPECT_EQ(factsOf(metar.conditions),
               (std::vector<Fact>{{"Clouds", "sky obscured; vertical visibility 200 ft"}}));
-    // Density altitude of the standard atmosphere is the altitude itself.
+    // In the standard atmosphere the density altitude is the altitude itself.
     Metar standard;
     standard.temperature = 15;
     standard.altimeter = 29.92;

@@ -40,11 +40,11 @@ TEST(RawText, SkyAndVisibilityOfAMetarAtItsOwnTime) {
         {"METAR LDOS 180730Z 22003MPS 0100 FG NSC 01/01 Q1018", "LIFR"},
         {"METAR KAAA 180730Z 22003KT 10SM CLR 01/01", "VFR"},
         {"METAR KAAA 180730Z 22003KT 10SM VV002 01/01", "LIFR"},
-        // The trend's and the remarks' are not the present ones.
+        // Trend and remarks do not tell of the present.
         {"METAR NZWN 180730Z 22003KT 9999 OVC026/// 12/10 Q1001 TEMPO BKN008", "MVFR"},
         {"METAR KAAA 180730Z 22003KT 10SM NSC BECMG OVC001", "VFR"},
         {"METAR KAAA 180730Z 22003KT 10SM CLR RMK VV001", "VFR"},
-        // Doubt.
+        // Forms that leave doubt.
         {"METAR RJCC 180730Z 22003KT 9999 FEW030 BKN///", ""},
         {"METAR FYGB 180700Z AUTO 01003KT //// // ////// 25/11 Q1020", ""},
         {"METAR KNMT 1218 DH0700/PPH M", ""},

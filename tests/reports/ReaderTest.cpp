@@ -24,7 +24,7 @@ struct Found final : Receiver {
     std::size_t passedOver = 0;
 };
 
-/// Reads a text in parts of a size.
+/// Reads a text in parts of `part` bytes.
 Found read(std::string_view text, std::size_t part = std::string_view::npos) {
     Found found;
     Reader reader(found);
@@ -224,7 +224,8 @@ TEST(Reader, PutsATafInOrderAndLetsChangesInherit) {
     }
     EXPECT_EQ(only.forecasts[1].complete, at(21, 15));
 
-    // CAVOK stays until an element of its own ends it, and then only as far as that says.
+    // CAVOK holds until a change states visibility, weather or clouds. Unless it states clouds,
+    // there are still none.
     const Found cavok =
         read(taf(forecast("", 12, 14, visibility("6+") + "<sky_condition sky_cover=\"CAVOK\"/>") +
                  forecast("BECMG", 14, 16, "<wind_speed_kt>17</wind_speed_kt>") +
@@ -265,7 +266,7 @@ std::string contentsOf(const std::filesystem::path& path) {
     return text;
 }
 
-/// Whether a cut reply gave the first of what the whole one gives, by its last one.
+/// Whether `some` are the first of `all`. Comparing the last of them is enough.
 template <typename T>
 bool begins(const std::vector<T>& some, const std::vector<T>& all) {
     return some.empty() || (some.size() <= all.size() && some.back() == all[some.size() - 1]);
@@ -333,7 +334,8 @@ TEST(Reader, GivesAWholeWorldItsCategories) {
     const std::string text = contentsOf(path);
     const Found whole = read(text);
     EXPECT_EQ(whole.metars.size() + whole.passedOver, 4538U);
-    // The closer together, the nearer the beginning: each cut reads all that stands before it.
+    // Each cut reads everything before it, so they are denser near the beginning, where that is
+    // little.
     for (std::size_t i = 1; i <= 200; ++i) {
         const std::size_t end = text.size() * i * i / std::size_t{201 * 201};
         const Found cut = read(std::string_view(text).substr(0, end), 4096);
@@ -343,7 +345,8 @@ TEST(Reader, GivesAWholeWorldItsCategories) {
     for (const Metar& metar : whole.metars) {
         ++counts[nameOf(metar.category)];
     }
-    // 639 reports come without the service's word: one is none, and 197 leave no doubt.
+    // 639 reports have no category from the service: one is NIL, 196 are certain from their
+    // conditions.
     EXPECT_EQ(counts, (std::map<std::string_view, int>{{"VFR", 2251 + 79},
                                                        {"MVFR", 908 + 67},
                                                        {"IFR", 391 + 20},

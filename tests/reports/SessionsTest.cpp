@@ -27,8 +27,7 @@ std::string tafOf(const std::string& station) {
            "</station_id><issue_time>2024-03-01T12:00:00Z</issue_time></TAF></data></response>";
 }
 
-/// Sessions in front of real ones, for which the last five characters of an address are kind and
-/// station.
+/// Sessions that understand the addresses "/mKAAA", the METAR of KAAA, and "/tKAAA", its TAF.
 struct SessionsTest : testing::Test {
     static std::optional<Question> questionIn(const platform::URL& address) {
         const std::string last = address.text.substr(address.text.rfind('/') + 1);

@@ -64,7 +64,7 @@ struct StoreTest : testing::Test {
         host.clock.time = noon;
         open();
     }
-    /// Ends the store, if there is one, and starts it anew.
+    /// Ends the store, if there is one, and starts another on the same file.
     void open() {
         store.reset();
         store = std::make_unique<Store>(host.notificationCenter, host.clock, host.log, file);
@@ -159,11 +159,11 @@ TEST_F(StoreTest, KeepsHistoryOfStationsThatWereAskedForWhateverTheClockDoes) {
     store.reset();
     EXPECT_EQ(Database(file, host.log).history("KAAA", noon - 100h).size(), 5U) << "of 48 hours";
     open();
-    // A gap is filled later, and the last one stays the last.
+    // A METAR that comes late fills its gap, and the last one stays the last.
     take(noon - 15h, true);
     EXPECT_EQ(raws(), (std::vector<std::string>{"-20", "-15", "-10", "0"}));
     EXPECT_EQ(rawOf("KAAA"), "0");
-    // Our clock jumps by days, forth and back.
+    // Our clock jumps three days ahead, then three days back.
     for (const auto jump : {72h, -72h}) {
         host.clock.time = noon + jump;
         store->take({{{metar("KBBB", noon), false}}, {}, {}});
@@ -215,7 +215,7 @@ TEST_F(StoreTest, BeginsAnewWhereTheFileIsDamaged) {
 }
 
 TEST_F(StoreTest, WorksOnInMemoryWhereNothingCanBeWritten) {
-    // A folder that is none.
+    // The folder of the path is a plain file.
     file = folder.write("plain", "") / "reports.sqlite";
     for (int start = 0; start < 2; ++start) {
         open();

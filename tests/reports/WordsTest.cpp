@@ -37,7 +37,7 @@ TEST(Words, OfWeatherCodes) {
     }
 }
 
-/// What a sentence of either kind says, whatever its order and its filling words.
+/// The known words of a description, ours or the table's, in an order that allows comparing them.
 std::vector<std::string> meaningOf(std::string text) {
     std::ranges::transform(text, text.begin(),
                            [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
@@ -46,7 +46,7 @@ std::vector<std::string> meaningOf(std::string text) {
             text.replace(at, from.size(), to);
         }
     };
-    // The table's own slip, and what is said in more words than one.
+    // The table's typing error, and terms of several words.
     replace("freezng", "freezing");
     replace("small hail or snow pellets", "soft-pellets");
     replace("snow pellets/small hail", "soft-pellets");
@@ -69,12 +69,11 @@ std::vector<std::string> meaningOf(std::string text) {
     }
     std::ranges::sort(found);
     std::vector<std::string> meaning;
-    std::vector<std::string> order;
     for (const auto& [at, word] : found) {
         meaning.push_back(word);
     }
-    // "Thunderstorm with heavy rain" and "heavy ... showers": the rank of the precipitation counts,
-    // the place of its descriptors does not.
+    // "Thunderstorm with heavy rain" may be "heavy thunderstorm with rain": the order of kinds of
+    // precipitation counts, the place of what describes them does not.
     std::stable_partition(meaning.begin(), meaning.end(), [](const std::string& word) {
         return word == "light" || word == "heavy" || word == "thunderstorm" || word == "shower" ||
                word == "freezing" || word == "unidentified";
