@@ -3,8 +3,8 @@
 
 #include <QBuffer>
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QImageReader>
-#include <QLocale>
 #include <QNetworkAccessManager>
 #include <QNetworkDiskCache>
 #include <QNetworkReply>
@@ -79,31 +79,8 @@ QImage decoded(const QByteArray& bytes, int mostPixels) {
                                                       : QImage::Format_RGB32);
 }
 
-constexpr std::chrono::milliseconds longestRetryAfter = 24h;
-
-/// The delay that a server asks for, in seconds or by a date (RFC 9110, 10.2.3); zero if it asks
-/// for none.
-std::chrono::milliseconds retryAfter(const QNetworkReply& reply) {
-    const QByteArray text = reply.rawHeader("Retry-After").trimmed();
-    if (!text.isEmpty() &&
-        std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })) {
-        // Nine digits fit an int, and are far beyond the limit already.
-        return std::min<std::chrono::milliseconds>(std::chrono::seconds(text.left(9).toInt()),
-                                                   longestRetryAfter);
-    }
-    const auto dated = [](const QByteArray& date) {
-        QDateTime time = QLocale::c().toDateTime(QString::fromLatin1(date),
-                                                 QStringLiteral("ddd, dd MMM yyyy hh:mm:ss 'GMT'"));
-        time.setTimeSpec(Qt::UTC);
-        return time;
-    };
-    const QDateTime end = dated(text);
-    // By the server's own clock, if it sends its time.
-    const QDateTime told = dated(reply.rawHeader("Date"));
-    const QDateTime now = told.isValid() ? told : QDateTime::currentDateTimeUtc();
-    return end.isValid() ? std::clamp(std::chrono::milliseconds(now.msecsTo(end)),
-                                      std::chrono::milliseconds(0), longestRetryAfter)
-                         : std::chrono::milliseconds(0);
+ServerPause::Time now() {
+    return std::chrono::steady_clock::now();
 }
 
 bool isRefusal(int status) {
@@ -120,11 +97,11 @@ TileLoader::TileLoader(TileSources sources)
       cacheFolder_(std::move(sources.cacheFolder)),
       limits_(sources.limits),
       images_(limits_.kibibytes),
-      standings_(servers_.size()) {
+      pauses_(servers_.size(), ServerPause(limits_.serverPause, limits_.longestPause)) {
     for (std::size_t i = 0; i < servers_.size(); ++i) {
         const QString scheme = addressOf(servers_[i], {}).scheme();
         if (scheme != QLatin1String("https") && scheme != QLatin1String("http")) {
-            standings_[i].leftAlone = QDeadlineTimer(QDeadlineTimer::Forever);
+            pauses_[i].neverAsk();
         }
     }
     for (QTimer* timer : {&gathering_, &retry_}) {
@@ -136,8 +113,7 @@ TileLoader::TileLoader(TileSources sources)
 
 TileLoader::~TileLoader() {
     // Replies are destroyed with their manager, and must no longer report here.
-    for (QNetworkReply* reply :
-         network_ ? network_->findChildren<QNetworkReply*>() : QList<QNetworkReply*>()) {
+    for (QNetworkReply* reply : findChildren<QNetworkReply*>()) {
         reply->disconnect(this);
     }
 }
@@ -154,11 +130,10 @@ const QImage* TileLoader::image(std::size_t server, const map::Tile& tile) const
 
 bool TileLoader::mayAsk(const Wish& wish) const {
     const auto paused = pausedTiles_.constFind(wish.key);
-    const QDeadlineTimer& leftAlone = standings_[wish.server].leftAlone;
-    const bool hasSource =
-        leftAlone.hasExpired() || (!leftAlone.isForever() && !cacheFolder_.isEmpty());
+    const Time end = pauses_[wish.server].end();
+    const bool hasSource = end <= now() || (end != Time::max() && !cacheFolder_.isEmpty());
     return hasSource && !images_.contains(wish.key) && !underWay_.contains(wish.key) &&
-           (paused == pausedTiles_.constEnd() || paused->hasExpired());
+           (paused == pausedTiles_.constEnd() || *paused <= now());
 }
 
 const TileLoader::Wish* TileLoader::nextOf(const TileWishes& view) const {
@@ -199,9 +174,9 @@ void TileLoader::makeRoom() {
 
 void TileLoader::request(const Wish& wish) {
     if (!network_) {
-        network_ = std::make_unique<QNetworkAccessManager>();
+        network_ = new QNetworkAccessManager(this);
         if (!cacheFolder_.isEmpty()) {
-            auto* cache = new TileCache(network_.get());
+            auto* cache = new TileCache(network_);
             cache->setCacheDirectory(cacheFolder_);
             cache->setMaximumCacheSize(limits_.diskBytes);
             network_->setCache(cache);
@@ -214,7 +189,7 @@ void TileLoader::request(const Wish& wish) {
     request.setMaximumRedirectsAllowed(3);
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    const bool isFromDisk = !standings_[wish.server].leftAlone.hasExpired();
+    const bool isFromDisk = pauses_[wish.server].end() > now();
     if (isFromDisk) {
         request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
                              QNetworkRequest::AlwaysCache);
@@ -252,27 +227,29 @@ void TileLoader::finished(QNetworkReply& reply, const Wish& wish, bool isFromDis
     }
     if (!image.isNull()) {
         if (!reply.attribute(QNetworkRequest::SourceIsFromCacheAttribute).toBool()) {
-            standings_[wish.server].pause = 0ms;
+            pauses_[wish.server].served();
         }
         came(wish, std::move(image));
     } else if (isFromDisk) {
-        pauseTile(wish, standings_[wish.server].leftAlone);
+        pauseTile(wish, pauses_[wish.server].end());
     } else if (isRefusal(status)) {
-        refused(wish.server, retryAfter(reply));
+        pauses_[wish.server].refused(now(), retryAfter(reply.rawHeader("Retry-After"),
+                                                       reply.rawHeader("Date"),
+                                                       QDateTime::currentDateTimeUtc()));
     } else if (late ||
                (error != QNetworkReply::NoError && error < QNetworkReply::ContentAccessDenied &&
                 error != QNetworkReply::OperationCanceledError)) {
-        leaveAlone(wish.server, limits_.serverPause);
+        pauses_[wish.server].notReached(now());
     } else {
         if (network_->cache()) {
             network_->cache()->remove(reply.url());
         }
-        pauseTile(wish, QDeadlineTimer(limits_.tilePause));
+        pauseTile(wish, now() + limits_.tilePause);
     }
     start();
 }
 
-void TileLoader::pauseTile(const Wish& wish, const QDeadlineTimer& end) {
+void TileLoader::pauseTile(const Wish& wish, Time end) {
     if (pausedTiles_.size() >= mostPausedTiles) {
         pausedTiles_.clear();
     }
@@ -294,35 +271,17 @@ void TileLoader::came(const Wish& wish, QImage image) {
     }
 }
 
-void TileLoader::refused(std::size_t server, std::chrono::milliseconds retryAfter) {
-    Standing& standing = standings_[server];
-    // Requests under way together are refused together, which counts as one refusal.
-    if (standing.leftAlone.hasExpired()) {
-        standing.pause = std::clamp(standing.pause * 2, limits_.serverPause, limits_.longestPause);
-    }
-    leaveAlone(server, std::max(standing.pause, retryAfter));
-}
-
-void TileLoader::leaveAlone(std::size_t server, std::chrono::milliseconds time) {
-    const QDeadlineTimer end(time, Qt::PreciseTimer);
-    standings_[server].leftAlone = std::max(standings_[server].leftAlone, end);
-}
-
 void TileLoader::planRetry() {
-    QDeadlineTimer next(QDeadlineTimer::Forever);
-    for (const Standing& standing : standings_) {
-        if (!standing.leftAlone.hasExpired()) {
-            next = std::min(next, standing.leftAlone);
+    const Time time = now();
+    Time next = Time::max();
+    for (const ServerPause& pause : pauses_) {
+        if (pause.end() > time) {
+            next = std::min(next, pause.end());
         }
     }
-    if (!next.isForever()) {
-        retry_.start(std::chrono::ceil<std::chrono::milliseconds>(next.remainingTimeAsDuration()));
+    if (next != Time::max()) {
+        retry_.start(std::chrono::ceil<std::chrono::milliseconds>(next - time));
     }
-}
-
-std::chrono::milliseconds TileLoader::leftAloneFor(std::size_t server) const {
-    return std::chrono::ceil<std::chrono::milliseconds>(
-        standings_[server].leftAlone.remainingTimeAsDuration());
 }
 
 TileWishes::TileWishes(std::shared_ptr<TileLoader> loader, std::function<void()> arrived)

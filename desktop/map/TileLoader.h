@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "desktop/map/ServerPause.h"
 #include "map/Tiles.h"
 
 #include <QByteArray>
 #include <QCache>
-#include <QDeadlineTimer>
 #include <QHash>
 #include <QImage>
 #include <QObject>
@@ -67,12 +67,8 @@ public:
     ~TileLoader() override;
 
     [[nodiscard]] const std::vector<map::TileServer>& servers() const { return servers_; }
-    /// Whether any tile is under way, or any wish has not been looked at yet.
-    [[nodiscard]] bool isBusy() const { return !underWay_.isEmpty() || gathering_.isActive(); }
     /// Null if it is not in memory; valid until the event loop runs.
     [[nodiscard]] const QImage* image(std::size_t server, const map::Tile& tile) const;
-    /// How much longer the server will not be asked, whatever is wanted.
-    [[nodiscard]] std::chrono::milliseconds leftAloneFor(std::size_t server) const;
 
 private:
     friend class TileWishes;
@@ -84,11 +80,7 @@ private:
         Key key;
         map::Tile tile;
     };
-    struct Standing {
-        QDeadlineTimer leftAlone;
-        /// The pause after the last refusal; zero once a tile came.
-        std::chrono::milliseconds pause{0};
-    };
+    using Time = ServerPause::Time;
 
     [[nodiscard]] static Key keyOf(std::size_t server, const map::Tile& tile);
     [[nodiscard]] bool mayAsk(const Wish& wish) const;
@@ -97,10 +89,8 @@ private:
     void makeRoom();
     void request(const Wish& wish);
     void finished(QNetworkReply& reply, const Wish& wish, bool isFromDisk, bool late);
-    void pauseTile(const Wish& wish, const QDeadlineTimer& end);
+    void pauseTile(const Wish& wish, Time end);
     void came(const Wish& wish, QImage image);
-    void refused(std::size_t server, std::chrono::milliseconds retryAfter);
-    void leaveAlone(std::size_t server, std::chrono::milliseconds time);
     void planRetry();
 
     const std::vector<map::TileServer> servers_;
@@ -108,14 +98,14 @@ private:
     const QString cacheFolder_;
     const TileLimits limits_;
 
-    /// Created with the first request.
-    std::unique_ptr<QNetworkAccessManager> network_;
+    /// Created with the first request; owned as a child, like its replies.
+    QNetworkAccessManager* network_ = nullptr;
     mutable QCache<Key, QImage> images_;
     /// The least recently served one first.
     std::vector<TileWishes*> views_;
     QSet<Key> underWay_;
-    QHash<Key, QDeadlineTimer> pausedTiles_;
-    std::vector<Standing> standings_;
+    QHash<Key, Time> pausedTiles_;
+    std::vector<ServerPause> pauses_;
     /// Until the event loop runs: of what a view wants meanwhile, only the last counts.
     QTimer gathering_;
     QTimer retry_;

@@ -192,8 +192,7 @@ TEST(MapView, TilesReplaceTheBaseMapAsTheyArrive) {
     view.show();
     const Location place{47, 8};
     showAround(view, place, 40'000);
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return !tiles.requests.empty() && !view.state().loader->isBusy(); }));
+    ASSERT_TRUE(support::settle(*view.state().loader));
     ASSERT_EQ(view.state().tiles.front().zoom, 10);
     EXPECT_NE(picture(view).pixelColor(30, 60), view.state().scheme.land);
     // Zoomed in, the coarse tile is shown in place of the finer ones that do not exist.
@@ -234,12 +233,12 @@ TEST(MapView, ASelectionRequestsOnlyTilesThatAreShownInTheEnd) {
     view.resize(600, 400);
     view.show();
     map::showPlace(view, {46.004, 8.911}, 0);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !setup.tiles->isBusy(); }));
+    ASSERT_TRUE(support::settle(*setup.tiles));
     // Showing a place sets the map's type, centre and region one after another.
     for (const std::int64_t type : {1, 1, 0}) {
         tiles.requests.clear();
         map::showPlace(view, {48.35 + static_cast<double>(type), 11.79}, type);
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !setup.tiles->isBusy(); }));
+        ASSERT_TRUE(support::settle(*setup.tiles));
         std::set<std::string> shown;
         for (const map::Tile& tile : view.state().tiles) {
             shown.insert(

@@ -3,7 +3,6 @@
 #include "tests/support/LoopbackTiles.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <QLocale>
 #include <QNetworkDiskCache>
 #include <QTest>
 #include <QTimer>
@@ -21,6 +20,7 @@ using desktop::TileLoader;
 using desktop::TileWishes;
 using map::Tile;
 using support::LoopbackTiles;
+using support::settle;
 
 /// How long to wait for anything that must happen, in milliseconds.
 constexpr int patience = 20'000;
@@ -38,10 +38,6 @@ protected:
                                  limits});
         wishes_ = std::make_unique<TileWishes>(loader, [this] { ++arrivals_; });
         return loader;
-    }
-    /// Whether every request was answered in time, with a tile or without.
-    bool settle(const TileLoader& loader) {
-        return QTest::qWaitFor([&] { return !loader.isBusy(); }, patience);
     }
 
     support::TemporaryFolder folder_;
@@ -212,70 +208,82 @@ TEST_F(TileLoaderTest, TilesThatNeverCompleteAreGivenUp) {
     }
 }
 
-TEST_F(TileLoaderTest, ServersThatRefuseAreLeftAloneAtLeastAsLongAsTheySay) {
-    const auto dated = [](int seconds) {
-        return QLocale::c()
-            .toString(QDateTime::currentDateTimeUtc().addSecs(seconds),
-                      QStringLiteral("ddd, dd MMM yyyy hh:mm:ss 'GMT'"))
-            .toLatin1();
-    };
+TEST_F(TileLoaderTest, ServersThatRefuseGetOnlyWhatIsUnderWay) {
     const struct {
         const char* status;
-        QByteArray header;
-        std::chrono::seconds leftAlone;
+        std::size_t requests;
     } rows[] = {
-        {"500 Internal Server Error", {}, 30s},
-        {"503 Service Unavailable", "Retry-After: 5", 30s},
-        {"503 Service Unavailable", "Retry-After: 120", 120s},
-        {"403 Forbidden", "Retry-After: 99999999999999999999", 86'400s},
-        {"429 Too Many Requests", "Retry-After: " + dated(3600), 3600s},
-        {"429 Too Many Requests", "Retry-After: " + dated(-3600), 30s},
-        // Relative to the server's own clock.
-        {"503 Service Unavailable",
-         "Retry-After: Sun, 06 Nov 1994 08:51:37 GMT\r\nDate: Sun, 06 Nov 1994 08:49:37 GMT", 120s},
-        {"404 Not Found", "Retry-After: 120", 0s},
+        {"500 Internal Server Error", 4},
+        {"403 Forbidden", 4},
+        {"429 Too Many Requests", 4},
+        {"404 Not Found", 8},
+        {"410 Gone", 8},
     };
-    std::vector<Tile> hundred;
-    for (int i = 0; i < 100; ++i) {
-        hundred.push_back({10, i % 10, i / 10});
-    }
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.status + (" " + row.header).toStdString());
+        SCOPED_TRACE(row.status);
         tiles_.answer = [&](QTcpSocket& socket, const LoopbackTiles::Request&) {
-            socket.write(LoopbackTiles::reply({}, row.header.isEmpty() ? "" : row.header + "\r\n",
-                                              row.status));
+            socket.write(LoopbackTiles::reply({}, "Retry-After: 120\r\n", row.status));
         };
         tiles_.requests.clear();
-        const auto loader = this->loader();
-        wishes_->want(0, hundred);
+        const auto loader = this->loader({.serverPause = 1ms});
+        wishes_->want(0, someTiles);
         ASSERT_TRUE(settle(*loader));
         wishes_->want(0, someTiles);
         ASSERT_TRUE(settle(*loader));
-        // Only the requests already under way are refused; no more are sent.
-        EXPECT_EQ(tiles_.requests.size(), row.leftAlone > 0s ? 4U : 108U);
-        EXPECT_LE(loader->leftAloneFor(0), row.leftAlone);
-        EXPECT_GE(loader->leftAloneFor(0), row.leftAlone - 10s);
+        EXPECT_EQ(tiles_.requests.size(), row.requests);
     }
-}
-
-TEST_F(TileLoaderTest, ServersThatGoOnRefusingAreLeftAloneForLongerAndLonger) {
+    // After the pause it is asked again.
     tiles_.answer = [](QTcpSocket& socket, const LoopbackTiles::Request&) {
         socket.write(LoopbackTiles::reply({}, {}, "403 Forbidden"));
     };
-    const auto loader = this->loader({.serverPause = 20ms, .longestPause = 320ms});
-    std::chrono::milliseconds longest = 0ms;
-    const auto isLeftAloneFor = [&](std::chrono::milliseconds time) {
-        longest = std::max(longest, loader->leftAloneFor(0));
-        return longest > time;
-    };
-    // Pauses of 20, 40, 80, 160 and 320 ms, and never longer.
+    tiles_.requests.clear();
+    const auto loader = this->loader({.serverPause = 1ms});
     wishes_->want(0, someTiles);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return isLeftAloneFor(160ms); }, patience));
-    const std::size_t asked = tiles_.requests.size();
-    EXPECT_LE(asked, 5U * 4);
-    ASSERT_TRUE(QTest::qWaitFor(
-        [&] { return !isLeftAloneFor(320ms) && tiles_.requests.size() >= asked + 4; }, patience));
-    EXPECT_LE(longest, 320ms);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return tiles_.requests.size() >= 8; }, patience));
+}
+
+TEST(ServerPause, DoublesWithEachRefusalAndLastsAsLongAsTheServerSays) {
+    desktop::ServerPause pause(30s, 100s);
+    auto now = desktop::ServerPause::Time{} + 1h;
+    EXPECT_LT(pause.end(), now);
+    pause.notReached(now);
+    EXPECT_EQ(pause.end() - now, 30s);
+    for (const auto length : {30s, 60s, 100s, 100s}) {
+        now = pause.end();
+        pause.refused(now, 0s);
+        // A request that was under way at the same time.
+        pause.refused(now + 1s, 0s);
+        EXPECT_EQ(pause.end() - now, length + 1s);
+    }
+    now = pause.end();
+    pause.refused(now, 500s);
+    EXPECT_EQ(pause.end() - now, 500s);
+    now = pause.end();
+    pause.served();
+    pause.refused(now, 5s);
+    EXPECT_EQ(pause.end() - now, 30s);
+}
+
+TEST(ServerPause, LastsAsLongAsTheHeadersSay) {
+    const QDateTime now({2026, 11, 21}, {12, 0}, Qt::UTC);
+    const struct {
+        const char* retryAfter;
+        const char* date;
+        std::chrono::seconds length;
+    } rows[] = {
+        {"", "", 0s},
+        {" 120 ", "", 120s},
+        {"-5", "", 0s},
+        {"99999999999999999999", "", 86'400s},
+        {"Sat, 21 Nov 2026 13:00:00 GMT", "", 3600s},
+        {"Sat, 21 Nov 2026 11:00:00 GMT", "", 0s},
+        {"Sat, 21 Nov 2099 11:00:00 GMT", "soon", 86'400s},
+        {"Sun, 06 Nov 1994 08:51:37 GMT", "Sun, 06 Nov 1994 08:49:37 GMT", 120s},
+        {"soon", "Sun, 06 Nov 1994 08:49:37 GMT", 0s},
+    };
+    for (const auto& [retryAfter, date, length] : rows) {
+        EXPECT_EQ(desktop::retryAfter(retryAfter, date, now), length) << retryAfter;
+    }
 }
 
 TEST_F(TileLoaderTest, ViewsShareOneLoaderInTurns) {
@@ -306,12 +314,14 @@ TEST_F(TileLoaderTest, ViewsShareOneLoaderInTurns) {
                                        "/standard/3/2/2"}));
     // Tiles not yet requested when their view is destroyed are not requested any more.
     third.reset();
-    while (loader->isBusy()) {
-        for (const auto& reply : std::exchange(replies, {})) {
-            reply();
-        }
-        QTest::qWait(0);
-    }
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] {
+            for (const auto& reply : std::exchange(replies, {})) {
+                reply();
+            }
+            return support::isIdle(*loader);
+        },
+        patience));
     EXPECT_EQ(held, 4U);
     EXPECT_EQ(tiles_.requests.size(), someTiles.size() + 2);
     EXPECT_EQ(arrivals, (std::map<char, int>{{'1', 8}, {'2', 2}}));
@@ -353,7 +363,6 @@ TEST_F(TileLoaderTest, TilesOnDiskAreShownWhileTheServerIsLeftAlone) {
     const auto loader = this->loader();
     wishes_->want(0, {{10, 2, 5}});
     ASSERT_TRUE(settle(*loader));
-    EXPECT_GT(loader->leftAloneFor(0), 500s);
     std::vector<Tile> wanted = someTiles;
     wanted.insert(wanted.end(), kept.begin(), kept.end());
     wishes_->want(0, wanted);

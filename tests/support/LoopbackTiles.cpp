@@ -4,6 +4,9 @@
 #include <QBuffer>
 #include <QHostAddress>
 #include <QImage>
+#include <QNetworkReply>
+#include <QTest>
+#include <QTimer>
 
 namespace support {
 
@@ -54,6 +57,19 @@ QByteArray LoopbackTiles::picture(const QByteArray& path, const QSize& size) {
     QBuffer buffer(&bytes);
     image.save(&buffer, "PNG");
     return bytes;
+}
+
+bool isIdle(const QObject& loader) {
+    return loader.findChildren<QNetworkReply*>().isEmpty();
+}
+
+bool settle(const QObject& loader) {
+    // A loader looks at what is wanted when its timer runs out, which is before this one does.
+    QTimer later;
+    later.setSingleShot(true);
+    later.setTimerType(Qt::PreciseTimer);
+    later.start(0);
+    return QTest::qWaitFor([&] { return !later.isActive() && isIdle(loader); }, 20'000);
 }
 
 } // namespace support

@@ -43,4 +43,12 @@ private:
     void serve(QTcpSocket& socket);
 };
 
+/// Whether a loader of tiles has no request under way, seen by its replies, which are children of
+/// it.
+[[nodiscard]] bool isIdle(const QObject& loader);
+
+/// Waits until a loader has seen to what is wanted by now. False if some request has neither been
+/// answered nor given up in time.
+[[nodiscard]] bool settle(const QObject& loader);
+
 } // namespace support
