@@ -3,6 +3,7 @@
 do, each time with a home folder of its own."""
 import os
 import plistlib
+import select
 import signal
 import socket
 import subprocess
@@ -40,12 +41,15 @@ def end(program, how=signal.SIGTERM):
     return program.returncode, [line for line in said.splitlines() if not line.startswith(CHATTER)]
 
 
-def wait_for(condition):
-    deadline = time.monotonic() + PATIENCE
-    while not condition():
-        if time.monotonic() > deadline:
-            raise AssertionError("the condition did not come true in time")
-        time.sleep(0.02)
+def first_to_end(programs):
+    """Waits for one of some programs to end and returns it."""
+    handles = {os.pidfd_open(program.pid): program for program in programs}
+    ended, _, _ = select.select(list(handles), [], [], PATIENCE)
+    for handle in handles:
+        os.close(handle)
+    if not ended:
+        raise AssertionError("all %d programs are still running" % len(handles))
+    return handles[ended[0]]
 
 
 class StartsAndEnds(unittest.TestCase):
@@ -99,7 +103,9 @@ class StartsAndEnds(unittest.TestCase):
         for runtime in (self.runtime, os.path.join(self.folder, "other")):
             with self.subTest(runtime=runtime):
                 # While it is still starting, the first one may not answer in time.
-                wait_for(lambda: self.later_says(runtime) == "")
+                deadline = time.monotonic() + PATIENCE
+                while said := self.later_says(runtime):
+                    self.assertLess(time.monotonic(), deadline, said)
         first.send_signal(signal.SIGSTOP)
         began = time.monotonic()
         said = self.later_says(self.runtime)
@@ -116,8 +122,7 @@ class StartsAndEnds(unittest.TestCase):
     def test_of_two_starts_at_once_one_stays(self):
         self.fetch_from_server()
         both = [self.home.start(self.runtime), self.home.start(self.runtime)]
-        wait_for(lambda: any(program.poll() is not None for program in both))
-        second = next(program for program in both if program.poll() is not None)
+        second = first_to_end(both)
         first = both[1 - both.index(second)]
         second.communicate()
         self.assertEqual(second.returncode, 0)
