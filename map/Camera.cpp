@@ -1,15 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "map/Camera.h"
 
+#include "platform/values/Units.h"
+
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 namespace map {
 
 namespace {
 
-constexpr double radiansPerDegree = std::numbers::pi / 180;
+using platform::radiansPerDegree;
+
 constexpr double greatestScale = 256.0 * (1 << 20);
 /// With the eye this many view heights away from the middle of a tilted view, no tilt up to the
 /// steepest one brings the horizon into the view.

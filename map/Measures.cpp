@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "map/Measures.h"
 
+#include "platform/values/Units.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -22,8 +24,6 @@ constexpr std::array<std::int64_t, 19> steps{
 
 /// Parallels are not drawn closer to the poles than this.
 constexpr double lastParallel = 85;
-
-constexpr double metresPerMile = 1609.344;
 
 std::string angleText(std::int64_t seconds, char positive, char negative) {
     const std::int64_t size = std::abs(seconds);
@@ -87,7 +87,7 @@ ScaleBar scaleBar(const Camera& camera, double longest) {
     const double latitude = unproject(camera.centre()).latitude;
     const double metresPerPoint = metresPerDegreeEast(latitude) * 360 / camera.scale();
     return {mark(metresPerPoint, longest, 1000, "km"),
-            mark(metresPerPoint, longest, metresPerMile, "mi")};
+            mark(metresPerPoint, longest, platform::metresPerMile, "mi")};
 }
 
 } // namespace map

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "map/Mercator.h"
 
+#include "platform/values/Units.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -10,9 +12,9 @@ namespace map {
 namespace {
 
 constexpr double pi = std::numbers::pi;
-constexpr double radiansPerDegree = pi / 180;
 constexpr double nearestToPole = 89.99;
 
+using platform::radiansPerDegree;
 using namespace platform::wgs84;
 
 double onTheMap(double latitude) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "reports/Description.h"
 
+#include "platform/values/Units.h"
 #include "reports/Numbers.h"
 #include "reports/RawText.h"
 #include "reports/Words.h"
@@ -19,9 +20,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr double metresInMile = 1609.344;
-constexpr double metresInNauticalMile = 1852;
-constexpr double metresInFoot = 0.3048;
+constexpr double metresPerNauticalMile = 1852;
+constexpr double metresPerFoot = 0.3048;
 
 std::string timeOf(Date date) {
     return fmt::format("{:%H:%M}", std::chrono::floor<std::chrono::seconds>(date));
@@ -119,7 +119,7 @@ std::optional<double> densityAltitude(const Metar& metar) {
     const double kelvin = *metar.temperature + 273.15;
     const double vapour = metar.dewPoint ? vapourPressure(*metar.dewPoint) : 0;
     const double virtualKelvin =
-        kelvin / (1 - vapour / (stationInches * hectopascalsInInch) * (1 - 0.622));
+        kelvin / (1 - vapour / (stationInches * hectopascalsPerInch) * (1 - 0.622));
     const double rankine = virtualKelvin * 9 / 5;
     return 145442.16 * (1 - std::pow(17.326 * stationInches / rankine, 0.235));
 }
@@ -234,7 +234,7 @@ std::string windInWords(const std::optional<Wind>& wind) {
         return {};
     }
     const auto speed = [](int knots) {
-        return fmt::format("{} kt ({:.0f} m/s)", knots, knots * metresInNauticalMile / 3600);
+        return fmt::format("{} kt ({:.0f} m/s)", knots, knots * metresPerNauticalMile / 3600);
     };
     if (wind->speed == 0 && !wind->gust) {
         return "calm";
@@ -261,7 +261,7 @@ std::string visibilityInWords(const std::optional<Visibility>& visibility) {
     if (!visibility) {
         return {};
     }
-    const double metres = visibility->miles * metresInMile;
+    const double metres = visibility->miles * platform::metresPerMile;
     // Rounded to the steps in which most countries report it.
     const int step = metres < 800 ? 50 : metres < 5000 ? 100 : 1000;
     const int rounded = static_cast<int>(std::lround(metres / step)) * step;
@@ -307,14 +307,14 @@ std::vector<Fact> factsOf(const Metar& metar) {
     add(facts, "Temperature", temperaturesInWords(metar));
     if (metar.altimeter) {
         add(facts, "Pressure",
-            fmt::format("{:.0f} hPa ({:.2f} inHg)", *metar.altimeter * hectopascalsInInch,
+            fmt::format("{:.0f} hPa ({:.2f} inHg)", *metar.altimeter * hectopascalsPerInch,
                         *metar.altimeter));
     }
     if (const auto altitude = densityAltitude(metar)) {
         const int feet = static_cast<int>(std::lround(*altitude / 100)) * 100;
         add(facts, "Density altitude",
             fmt::format("{} ft, at an elevation of {} ft", grouped(feet),
-                        grouped(static_cast<int>(std::lround(*metar.elevation / metresInFoot)))));
+                        grouped(static_cast<int>(std::lround(*metar.elevation / metresPerFoot)))));
     }
     return facts;
 }
@@ -361,7 +361,7 @@ std::string metarInWords(const Metar& metar) {
     if (!conditions.layers.empty() || conditions.verticalVisibility) {
         addWords("ceiling ", ceilingInWords(ceilingOf(conditions)));
     }
-    addWords("", metar.altimeter ? fmt::format("{:.0f} hPa", *metar.altimeter * hectopascalsInInch)
+    addWords("", metar.altimeter ? fmt::format("{:.0f} hPa", *metar.altimeter * hectopascalsPerInch)
                                  : "");
     return text;
 }
@@ -390,7 +390,7 @@ std::string trendInWords(std::span<const Metar> metars) {
             shortest = seen;
         }
         if (metar.altimeter) {
-            pressure.add(*metar.altimeter * hectopascalsInInch);
+            pressure.add(*metar.altimeter * hectopascalsPerInch);
         }
         worst = std::max(worst, metar.category);
     }

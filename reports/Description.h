@@ -14,7 +14,7 @@
 /// mentioned.
 namespace reports {
 
-inline constexpr double hectopascalsInInch = 33.863886;
+inline constexpr double hectopascalsPerInch = 33.863886;
 
 /// From this age on, a report is called old.
 inline constexpr std::chrono::minutes oldAge{75};

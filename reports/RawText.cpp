@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "reports/RawText.h"
 
+#include "platform/values/Units.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -9,7 +11,7 @@
 namespace reports {
 namespace {
 
-constexpr double metresInMile = 1609.344;
+using platform::metresPerMile;
 
 bool isDigits(std::string_view text) {
     return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
@@ -102,10 +104,10 @@ std::optional<Visibility> visibilityOf(std::string_view word) {
         word.remove_suffix(3);
     }
     if (word == "9999") {
-        return Visibility{10'000 / metresInMile, true};
+        return Visibility{10'000 / metresPerMile, true};
     }
     if (word.size() == 4 && isDigits(word)) {
-        return Visibility{number(word) / metresInMile, false};
+        return Visibility{number(word) / metresPerMile, false};
     }
     if (word.size() > 2 && word.size() <= 4 && word.ends_with("SM") &&
         isDigits(word.substr(0, word.size() - 2))) {
@@ -156,7 +158,7 @@ Conditions rawConditions(std::string_view metar) {
             break;
         }
         if (text == "CAVOK") {
-            found.visibility = Visibility{10'000 / metresInMile, true};
+            found.visibility = Visibility{10'000 / metresPerMile, true};
             found.layers = {{Cover::CAVOK, {}, {}}};
         } else if (text == "CLR" || text == "SKC" || text == "NSC" || text == "NCD") {
             found.layers.push_back({Cover::none, {}, {}});

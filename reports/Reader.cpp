@@ -100,7 +100,7 @@ struct WindParts {
 /// Whether an identifier and a raw text can be those of a real report.
 bool isSound(std::string_view station, std::string_view raw) {
     constexpr std::size_t longestStation = 8;
-    constexpr std::size_t longestRaw = 16 * 1024;
+    constexpr std::size_t longestRaw = std::size_t{16} << 10;
     return !station.empty() && station.size() <= longestStation && !raw.empty() &&
            raw.size() <= longestRaw && std::ranges::all_of(station, [](char c) {
                return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');

@@ -66,7 +66,7 @@ std::optional<double> gust(const Metar& metar) {
 }
 
 std::optional<double> pressure(const Metar& metar) {
-    return metar.altimeter ? std::optional(*metar.altimeter * reports::hectopascalsInInch)
+    return metar.altimeter ? std::optional(*metar.altimeter * reports::hectopascalsPerInch)
                            : std::nullopt;
 }
 

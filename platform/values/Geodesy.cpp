@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "platform/values/Geodesy.h"
 
+#include "platform/values/Units.h"
+
 #include <GeographicLib/Geodesic.hpp>
 
 #include <cmath>
 #include <limits>
-#include <numbers>
 
 namespace platform {
 
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double radiansPerDegree = std::numbers::pi / 180;
 
 /// In metres, rounded down. A degree of latitude is shortest at the equator, where it is a(1-e²)
 /// radians long: 110,574.2 m on WGS84.

@@ -15,15 +15,15 @@ namespace {
 using desktop::MapView;
 using platform::Location;
 
-constexpr Location place{48.35, 11.79};
+constexpr Location airport{48.35, 11.79};
 
-/// A map of 600 by 400 points that shows 2000 metres around `place`.
+/// A map of 600 by 400 points that shows 2000 metres around `airport`.
 class MapInputTest : public testing::Test {
 protected:
     MapInputTest() {
         view_.resize(600, 400);
         view_.show();
-        view_.setRegion(view_.regionThatFits(map::regionWithDistance(place, 2000, 2000)));
+        view_.setRegion(view_.regionThatFits(map::regionWithDistance(airport, 2000, 2000)));
     }
 
     static desktop::MapSetup setup() {
@@ -37,7 +37,7 @@ protected:
     [[nodiscard]] const map::Camera& shown() const { return view_.state().view; }
     /// How far the middle of the view has moved, in points.
     [[nodiscard]] QPointF moved() const {
-        const map::WorldPoint before = map::project(place);
+        const map::WorldPoint before = map::project(airport);
         return QPointF(shown().centre().x - before.x, shown().centre().y - before.y) *
                shown().scale();
     }
@@ -95,7 +95,7 @@ TEST_F(MapInputTest, KeysMoveAndZoom) {
 TEST_F(MapInputTest, WheelPinchAndDoubleClickZoomAroundThePointer) {
     const QPointF at(450, 120);
     const auto zoomed = [&](double by, auto act) {
-        view_.setRegion(map::regionWithDistance(place, 2000, 2000));
+        view_.setRegion(map::regionWithDistance(airport, 2000, 2000));
         const double before = shown().zoom();
         const map::WorldPoint under = shown().toWorld({at.x(), at.y()});
         act();
@@ -115,7 +115,7 @@ TEST_F(MapInputTest, WheelPinchAndDoubleClickZoomAroundThePointer) {
 
 TEST_F(MapInputTest, DotsShowTheirNamesAndAreChosenByClicking) {
     const Location other{48.353, 11.795};
-    view_.setStations({{"ETSI", {48.9, 11.5}}, {"EDDM", place}, {"EDMX", other}});
+    view_.setStations({{"ETSI", {48.9, 11.5}}, {"EDDM", airport}, {"EDMX", other}});
     std::vector<std::size_t> clicked;
     view_.stationClicked = [&](std::size_t station) { clicked.push_back(station); };
     for (const int type : {0, 1, 2, 3}) {
@@ -128,7 +128,7 @@ TEST_F(MapInputTest, DotsShowTheirNamesAndAreChosenByClicking) {
         EXPECT_EQ(view_.state().pointed, 2U);
         EXPECT_NE(view_.grab().toImage(), before);
         QTest::mouseClick(&view_, Qt::LeftButton, {}, at + QPoint(3, -3));
-        QTest::mouseClick(&view_, Qt::LeftButton, {}, pointOf(place));
+        QTest::mouseClick(&view_, Qt::LeftButton, {}, pointOf(airport));
         QTest::mouseClick(&view_, Qt::LeftButton, {}, {40, 200});
         EXPECT_EQ(clicked, (std::vector<std::size_t>{2, 1}));
         QTest::mouseMove(&view_, {40, 200});
@@ -137,9 +137,9 @@ TEST_F(MapInputTest, DotsShowTheirNamesAndAreChosenByClicking) {
     // A drag that begins on a dot is not a click, and the pointer forgets stations that are gone.
     clicked.clear();
     view_.setMapType(0);
-    drag(pointOf(place), pointOf(place) + QPoint(50, 0));
+    drag(pointOf(airport), pointOf(airport) + QPoint(50, 0));
     EXPECT_TRUE(clicked.empty());
-    QTest::mouseMove(&view_, pointOf(place));
+    QTest::mouseMove(&view_, pointOf(airport));
     ASSERT_TRUE(view_.state().pointed);
     view_.setStations({});
     view_.grab();

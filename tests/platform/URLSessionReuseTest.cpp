@@ -17,8 +17,6 @@ using support::patience;
 using support::WeatherServer;
 using Lines = std::vector<std::string>;
 
-const std::string defaultServer = "https://aviationweather.gov/";
-
 /// Sessions whose requests all go to one server, whatever their host, with clocks that stand still.
 /// The server counts its replies and records the requests with their conditions.
 struct Reuse : testing::Test {
@@ -55,7 +53,7 @@ struct Reuse : testing::Test {
         options.connectTo = server.authority();
         options.hostLimits = {{.host = "aviationweather.gov", .perMinute = 100, .atOnce = 4}};
         options.successor = [](const URL& address) {
-            return address.text.ends_with("/old") ? URL{defaultServer + "new"} : address;
+            return address.text.ends_with("/old") ? URL{support::defaultServer + "new"} : address;
         };
         options.now = [] { return std::chrono::steady_clock::time_point(std::chrono::hours(1)); };
         options.date = [this] { return date.load(); };
@@ -108,7 +106,7 @@ TEST_F(Reuse, GivesTheRightReplyDespiteRedirectsAndMuddledAnswers) {
     for (const char* address : {"http://localhost/old", "https://localhost/old"}) {
         EXPECT_EQ(fetch(sessions, address), "B.5");
     }
-    EXPECT_EQ(fetch(sessions, defaultServer + "new"), "B.5");
+    EXPECT_EQ(fetch(sessions, support::defaultServer + "new"), "B.5");
 }
 
 TEST_F(Reuse, CompletesLikeATransfer) {
@@ -137,16 +135,16 @@ TEST_F(Reuse, CompletesLikeATransfer) {
 TEST_F(Reuse, SupersededRequestsLeaveHalfOfTheMinuteToTheCurrentOnes) {
     const auto superseded = std::make_shared<std::atomic<bool>>(true);
     for (int i = 0; i < 200; ++i) {
-        sessions.startDataTask({{defaultServer + std::to_string(i)}, false, superseded},
+        sessions.startDataTask({{support::defaultServer + std::to_string(i)}, false, superseded},
                                [](const auto&) {});
     }
     ASSERT_TRUE(server.waitForTargets(50));
     for (const std::string name : {"current", "another"}) {
-        EXPECT_EQ(fetch(sessions, defaultServer + name).substr(0, 2), "A.");
+        EXPECT_EQ(fetch(sessions, support::defaultServer + name).substr(0, 2), "A.");
         EXPECT_EQ(server.targets().back(), "/" + name);
     }
     // A new request for one that is waiting makes it current again.
-    EXPECT_EQ(fetch(sessions, defaultServer + "7").substr(0, 2), "A.");
+    EXPECT_EQ(fetch(sessions, support::defaultServer + "7").substr(0, 2), "A.");
     EXPECT_EQ(server.targets().size(), 53U);
 }
 

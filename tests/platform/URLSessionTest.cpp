@@ -179,8 +179,6 @@ TEST(URLSession, StoppingDropsHandlersAndLaterWork) {
     EXPECT_EQ(sessions.openRequests(), 0U);
 }
 
-const std::string defaultServer = "https://aviationweather.gov/";
-
 /// Options that send requests for the default data server, and all others, to a test server.
 URLSessionOptions leadingTo(const WeatherServer& server) {
     URLSessionOptions options = server.options();
@@ -197,10 +195,10 @@ TEST(URLSession, KeepsToAServersLimitPerMinuteNewestRequestsFirst) {
     NotificationCenter center;
     CurlURLSessions sessions(center, options);
     for (const char* number : {"1", "2", "3"}) {
-        EXPECT_EQ(fetch(sessions, defaultServer + number), "text");
+        EXPECT_EQ(fetch(sessions, support::defaultServer + number), "text");
     }
     for (const char* number : {"4", "5", "6", "7", "8"}) {
-        sessions.startDataTask({{defaultServer + number}}, [](const auto&) {});
+        sessions.startDataTask({{support::defaultServer + number}}, [](const auto&) {});
     }
     // Other hosts are not held up. Their requests also make the sessions look at the clock.
     const std::string other = "https://localhost/";

@@ -10,7 +10,7 @@ namespace {
 using namespace std::chrono_literals;
 using testing::HasSubstr;
 
-const Date noon = Date(std::chrono::sys_days(std::chrono::year(2026) / 11 / 21)) + 12h;
+const Date now = Date(std::chrono::sys_days(std::chrono::year(2026) / 11 / 21)) + 12h;
 
 TEST(Description, Age) {
     const std::pair<Date::duration, const char*> cases[] = {
@@ -26,7 +26,7 @@ TEST(Description, Age) {
         {-13h, "22 Nov 01:00 UTC, 13 hours ahead of this computer's clock"},
     };
     for (const auto& [age, words] : cases) {
-        EXPECT_EQ(ageInWords(noon - age, noon), words);
+        EXPECT_EQ(ageInWords(now - age, now), words);
     }
 }
 
@@ -118,11 +118,11 @@ TEST(Description, PartsOfATaf) {
     const auto part = [](Kind kind, Date::duration length, std::optional<int> probability) {
         Forecast made;
         made.kind = kind;
-        made.begins = noon;
-        made.ends = noon + length;
+        made.begins = now;
+        made.ends = now + length;
         made.probability = probability;
         if (kind == Kind::becoming) {
-            made.complete = noon + 2h;
+            made.complete = now + 2h;
         }
         return partInWords(made);
     };
@@ -135,23 +135,23 @@ TEST(Description, PartsOfATaf) {
     EXPECT_EQ(part(Kind::probable, 1h, 40), "Probability 40 %, 21 Nov 12:00 to 13:00 UTC");
 
     Taf taf;
-    taf.issued = noon;
-    taf.begins = noon;
-    taf.ends = noon + 6h;
-    EXPECT_EQ(tafInWords(taf, noon + 1h),
+    taf.issued = now;
+    taf.begins = now;
+    taf.ends = now + 6h;
+    EXPECT_EQ(tafInWords(taf, now + 1h),
               "Issued 21 Nov 12:00 UTC, valid 21 Nov 12:00 to 18:00 UTC");
     taf.revision = Revision::amended;
-    EXPECT_THAT(tafInWords(taf, noon + 6h), testing::StartsWith("Expired. Amended. Issued"));
+    EXPECT_THAT(tafInWords(taf, now + 6h), testing::StartsWith("Expired. Amended. Issued"));
     taf.isCancelled = true;
-    EXPECT_THAT(tafInWords(taf, noon + 6h), testing::StartsWith("Cancelled. "));
+    EXPECT_THAT(tafInWords(taf, now + 6h), testing::StartsWith("Cancelled. "));
 }
 
 TEST(Description, ARunOfReportsIsSummedUp) {
     EXPECT_EQ(trendInWords({}), "");
     std::vector<Metar> run(3);
-    run[0].observed = noon - 13h;
-    run[1].observed = noon - 1h;
-    run[2].observed = noon;
+    run[0].observed = now - 13h;
+    run[1].observed = now - 1h;
+    run[2].observed = now;
     EXPECT_EQ(trendInWords(run), "3 METARs, 20 Nov 23:00 to 21 Nov 12:00 UTC.");
     run[0].temperature = -0.4;
     run[2].temperature = 7.6;
@@ -175,10 +175,10 @@ TEST(Description, StatusSaysWhatWasAskedAndWhatIsShownInstead) {
                             std::optional<Date> kept) {
         StationReports all;
         if (metar) {
-            all.metarAnswer = Answer{noon, *metar, 429};
+            all.metarAnswer = Answer{now, *metar, 429};
         }
         if (taf) {
-            all.tafAnswer = Answer{noon, *taf, 429};
+            all.tafAnswer = Answer{now, *taf, 429};
         }
         if (kept) {
             Metar report;
@@ -194,15 +194,15 @@ TEST(Description, StatusSaysWhatWasAskedAndWhatIsShownInstead) {
         const char* status;
     } cases[] = {
         {{}, {}, {}, "No METAR of KXYZ has been asked for yet."},
-        {Ending::whole, {}, noon, "Asked data.example at 12:00 UTC."},
-        {Ending::whole, Ending::whole, noon, "Asked data.example at 12:00 UTC."},
-        {Ending::whole, Ending::nothing, noon,
+        {Ending::whole, {}, now, "Asked data.example at 12:00 UTC."},
+        {Ending::whole, Ending::whole, now, "Asked data.example at 12:00 UTC."},
+        {Ending::whole, Ending::nothing, now,
          "Asked data.example at 12:00 UTC. No TAF of KXYZ is in force; asked at 12:00 UTC."},
-        {Ending::notReached, Ending::notReached, noon - 2h,
+        {Ending::notReached, Ending::notReached, now - 2h,
          "data.example could not be reached at 12:00 UTC; this is what it sent at 10:00 UTC."},
         {Ending::notReached,
          {},
-         noon - 24h,
+         now - 24h,
          "data.example could not be reached at 12:00 UTC; this is what it sent at 20 Nov 12:00 "
          "UTC."},
         {Ending::refused,
@@ -217,33 +217,33 @@ TEST(Description, StatusSaysWhatWasAskedAndWhatIsShownInstead) {
     };
     for (const auto& [metar, taf, kept, status] : cases) {
         StationReports asked = reports(metar, taf, kept);
-        EXPECT_EQ(statusInWords(asked, "KXYZ", "data.example", noon), status);
+        EXPECT_EQ(statusInWords(asked, "KXYZ", "data.example", now), status);
         asked.openQuestions = 1;
-        EXPECT_EQ(statusInWords(asked, "KXYZ", "data.example", noon), "Asking data.example…");
+        EXPECT_EQ(statusInWords(asked, "KXYZ", "data.example", now), "Asking data.example…");
     }
 }
 
 TEST(Description, TheWholeReportAsText) {
     Metar metar;
     metar.raw = "METAR KXYZ 211200Z";
-    metar.observed = noon;
+    metar.observed = now;
     metar.category = Category::VFR;
     Taf taf;
     taf.raw = "TAF KXYZ 211120Z 2112/2212 CAVOK TEMPO 2114/2116 3000";
-    taf.issued = taf.begins = noon;
-    taf.ends = noon + 24h;
+    taf.issued = taf.begins = now;
+    taf.ends = now + 24h;
     Forecast part;
-    part.begins = noon;
-    part.ends = noon + 24h;
+    part.begins = now;
+    part.ends = now + 24h;
     part.stated.visibility = Visibility{6.21, true};
     taf.forecasts = {part};
-    EXPECT_EQ(reportAsText("KXYZ, Somewhere", &metar, &taf, noon),
+    EXPECT_EQ(reportAsText("KXYZ, Somewhere", &metar, &taf, now),
               "KXYZ, Somewhere\n\nVFR, 12:00 UTC, 0 minutes ago\nMETAR KXYZ 211200Z\n\n"
               "Issued 21 Nov 12:00 UTC, valid 21 Nov 12:00 to 22 Nov 12:00 UTC\n"
               "TAF KXYZ 211120Z 2112/2212 CAVOK\nTEMPO 2114/2116 3000\n"
               "At first, 21 Nov 12:00 to 22 Nov 12:00 UTC: Visibility: 6.21 statute miles or more "
               "(10 km)\n");
-    EXPECT_EQ(reportAsText("KXYZ", nullptr, nullptr, noon), "KXYZ\n");
+    EXPECT_EQ(reportAsText("KXYZ", nullptr, nullptr, now), "KXYZ\n");
 }
 
 } // namespace

@@ -46,6 +46,9 @@ private:
     bool areAllOpen_ = false;
 };
 
+/// The address of the default data server.
+inline const std::string defaultServer = "https://aviationweather.gov/";
+
 /// A web server on its own loopback port. For https it has a throwaway certificate, valid for
 /// "localhost" and the default data server, that only `options()` trust. The destructor opens all
 /// gates and waits for every answer.
