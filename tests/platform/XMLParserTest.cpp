@@ -93,7 +93,7 @@ TEST(XMLParser, BoundsWhatHostileDocumentsCost) {
         Transcript transcript;
         EXPECT_FALSE(parse(document, transcript));
         EXPECT_LE(transcript.characters, std::size_t{9} << 20);
-        EXPECT_LE(transcript.line.size(), (std::size_t{9} << 20) + 3 * 1000);
+        EXPECT_LE(transcript.line.size(), (std::size_t{9} << 20) + 3'000);
     }
     Transcript bearable;
     EXPECT_TRUE(parse(nested(1000), bearable));

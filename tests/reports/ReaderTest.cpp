@@ -337,7 +337,7 @@ TEST(Reader, GivesAWholeWorldItsCategories) {
     // Each cut reads everything before it, so they are denser near the beginning, where that is
     // little.
     for (std::size_t i = 1; i <= 200; ++i) {
-        const std::size_t end = text.size() * i * i / std::size_t{201 * 201};
+        const std::size_t end = text.size() * i * i / (std::size_t{201} * 201);
         const Found cut = read(std::string_view(text).substr(0, end), 4096);
         ASSERT_TRUE(begins(cut.metars, whole.metars)) << end;
     }

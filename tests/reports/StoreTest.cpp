@@ -72,7 +72,8 @@ struct StoreTest : testing::Test {
     }
     std::vector<Metar> history(const std::string& station) {
         std::promise<std::vector<Metar>> promise;
-        store->history(station, [&](std::vector<Metar> found) { promise.set_value(found); });
+        store->history(station,
+                       [&](std::vector<Metar> found) { promise.set_value(std::move(found)); });
         return promise.get_future().get();
     }
     [[nodiscard]] std::string rawOf(const std::string& station) const {
@@ -244,7 +245,7 @@ TEST_F(StoreTest, WaitsForAnotherProgramAndGoesOnWithoutIt) {
 
 TEST_F(StoreTest, LetsHistoryGoWhereTheFileIsFull) {
     const std::filesystem::path small = folder / "small.sqlite";
-    Database database(small, host.log, 256 * 1024);
+    Database database(small, host.log, std::size_t{256} << 10);
     for (int hour = 0; hour < 48; ++hour) {
         Batch batch;
         for (char letter = 'A'; letter <= 'Z'; ++letter) {
@@ -257,7 +258,7 @@ TEST_F(StoreTest, LetsHistoryGoWhereTheFileIsFull) {
     EXPECT_EQ(database.latest().metars.size(), 26U);
     EXPECT_EQ(database.history("KAAA", noon + 47h).size(), 1U);
     EXPECT_EQ(host.log.lines().size(), 1U);
-    EXPECT_LE(std::filesystem::file_size(small), 256U * 1024);
+    EXPECT_LE(std::filesystem::file_size(small), std::size_t{256} << 10);
 }
 
 } // namespace

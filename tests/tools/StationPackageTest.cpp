@@ -51,7 +51,7 @@ protected:
     }
 
     std::string written(const Value& root, const std::string& name = "a.STNPKG") {
-        const auto path = (folder / name).string();
+        std::string path = (folder / name).string();
         EXPECT_TRUE(KeyedArchiver::archiveRootObject(root, path));
         return path;
     }
