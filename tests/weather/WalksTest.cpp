@@ -135,7 +135,7 @@ TEST(WeatherWalks, GoOnWhenTheOwnersOfTheirGrabbersReleaseThem) {
     current.reset();
     // All three are in the middle of their lists, and now go on side by side.
     walked.server.gates.openAll();
-    const Texts posts = walks.posts.waitFor(std::size_t{3 * 2 * (200 + 1 + 1)});
+    const Texts posts = walks.posts.waitFor(std::size_t{3} * 2 * (200 + 1 + 1));
     walks.sessions.stop();
     for (const auto& grabber : grabbers) {
         EXPECT_TRUE(grabber.expired());
