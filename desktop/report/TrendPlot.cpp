@@ -21,7 +21,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using reports::Category;
-using reports::Ceiling;
 using reports::Date;
 using reports::Metar;
 
@@ -88,7 +87,7 @@ int TrendPlot::itemAt(const QPoint& point) const {
 QSize TrendPlot::minimumSizeHint() const {
     const QFontMetricsF metrics(fontMetrics());
     return {static_cast<int>(24 * metrics.averageCharWidth()),
-            static_cast<int>(std::ceil(22 * metrics.height() + axisHeight(metrics)))};
+            static_cast<int>(std::ceil(26 * metrics.height() + axisHeight(metrics)))};
 }
 
 void TrendPlot::currentChanged() {
