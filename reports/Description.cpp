@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <ctime>
 #include <iterator>
 #include <utility>
 
@@ -23,12 +24,18 @@ using namespace std::chrono_literals;
 constexpr double metresPerNauticalMile = 1852;
 constexpr double metresPerFoot = 0.3048;
 
+/// For the formatter, which would take a time point as nanoseconds: these end in the year 2262.
+std::tm calendar(Date date) {
+    return fmt::gmtime(static_cast<std::time_t>(
+        std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count()));
+}
+
 std::string timeOf(Date date) {
-    return fmt::format("{:%H:%M}", std::chrono::floor<std::chrono::seconds>(date));
+    return fmt::format("{:%H:%M}", calendar(date));
 }
 
 std::string dayOf(Date date) {
-    return fmt::format("{:%d %b}", std::chrono::floor<std::chrono::seconds>(date));
+    return fmt::format("{:%d %b}", calendar(date));
 }
 
 auto startOfDay(Date date) {

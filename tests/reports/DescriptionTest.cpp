@@ -142,6 +142,9 @@ TEST(Description, PartsOfATaf) {
               "Issued 21 Nov 12:00 UTC, valid 21 Nov 12:00 to 18:00 UTC");
     taf.revision = Revision::amended;
     EXPECT_THAT(tafInWords(taf, now + 6h), testing::StartsWith("Expired. Amended. Issued"));
+    taf.ends = now + std::chrono::days(2'900'000);
+    EXPECT_THAT(tafInWords(taf, now), HasSubstr("12:00 UTC, valid 21 Nov 12:00 to "));
+    taf.ends = now;
     taf.isCancelled = true;
     EXPECT_THAT(tafInWords(taf, now + 6h), testing::StartsWith("Cancelled. "));
 }
