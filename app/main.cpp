@@ -45,7 +45,7 @@ int main(int argc, char* argv[]) {
     }
     const platform::Host& own = host.services();
     reports::Store reports(own.notificationCenter, own.clock, own.log,
-                           desktop::DesktopHost::cacheFolder() / "reports.sqlite");
+                           host.reportsFile());
     reports::Sessions sessions(host.urlSessions(), reports, weather::questionIn);
     platform::Host services = host.servicesWith(sessions);
     // The menus must outlive the delegate, whose windows carry them.

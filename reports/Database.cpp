@@ -132,6 +132,9 @@ Database::Database(std::filesystem::path path, platform::Log& log, std::size_t m
 Database::~Database() = default;
 
 bool Database::open() {
+    if (path_.empty()) {
+        return false;
+    }
     try {
         connect();
     } catch (const Failure& failure) {

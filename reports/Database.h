@@ -64,6 +64,7 @@ struct Batch {
 class Database {
 public:
     /// The log is borrowed and must outlive the database. The file never grows beyond `mostBytes`.
+    /// With an empty path nothing is kept.
     Database(std::filesystem::path path, platform::Log& log,
              std::size_t mostBytes = std::size_t{64} << 20);
     ~Database();

@@ -38,6 +38,7 @@ public:
     static constexpr const char* didChange = "reportsDidChange";
 
     /// The services are borrowed and must outlive the store. It begins to read the file at once.
+    /// With an empty path nothing is kept on the disk.
     Store(platform::NotificationCenter& center, platform::Clock& clock, platform::Log& log,
           std::filesystem::path file);
     /// Waits until everything is written.

@@ -47,9 +47,9 @@ public:
         return folders_.paths(SearchPaths::applicationSupport, SearchPaths::userDomain).front() +
                "/nosig";
     }
-    /// The folder of what can be fetched again.
-    [[nodiscard]] static std::filesystem::path cacheFolder() {
-        return QStandardPaths::writableLocation(QStandardPaths::CacheLocation).toStdString();
+    /// The file in which reports are kept; empty if the user has no folders to write to.
+    [[nodiscard]] std::filesystem::path reportsFile() const {
+        return folders_.areThere() ? cacheFolder() / "reports.sqlite" : std::filesystem::path();
     }
     [[nodiscard]] QString settingsFile() const { return settings_.fileName(); }
     /// The outlines come with the program. All maps share one tile loader.
@@ -58,6 +58,11 @@ public:
     }
 
 private:
+    /// The folder of what can be fetched again.
+    [[nodiscard]] static std::filesystem::path cacheFolder() {
+        return QStandardPaths::writableLocation(QStandardPaths::CacheLocation).toStdString();
+    }
+
     platform::StandardErrorLog log_;
     platform::SystemClock clock_;
     platform::NotificationCenter notificationCenter_;

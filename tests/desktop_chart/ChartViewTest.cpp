@@ -47,10 +47,10 @@ TEST(ChartView, TheWindowLoadsTheEngineWhenTheChartIsFirstShown) {
     const QRect place = child("mapV")->geometry();
     choose("mapChart");
     EXPECT_TRUE(isEngineLoaded());
-    // The weather's timer runs, and so does that of the blinking hint.
+    // The timers of the weather and of the reports' ages run, and so does that of the blinking hint.
     using namespace std::chrono_literals;
     EXPECT_EQ(program.fake.timers.runningIntervals(),
-              (std::vector<std::chrono::milliseconds>{30min, 1300ms}));
+              (std::vector<std::chrono::milliseconds>{20s, 30min, 1300ms}));
     EXPECT_TRUE(child("secView")->isVisible());
     EXPECT_FALSE(child("mapV")->isVisible());
     EXPECT_TRUE(child("dLcikWords")->isVisible());
@@ -66,9 +66,9 @@ TEST(ChartView, TheWindowLoadsTheEngineWhenTheChartIsFirstShown) {
     openLarger();
     EXPECT_EQ(program.fake.workspace.opened.size(), 1U);
     choose("mapChart");
-    EXPECT_EQ(program.fake.timers.runningIntervals().size(), 2U) << "chosen again";
+    EXPECT_EQ(program.fake.timers.runningIntervals().size(), 3U) << "chosen again";
     choose("mapSatellite");
-    EXPECT_EQ(program.fake.timers.runningIntervals().size(), 1U);
+    EXPECT_EQ(program.fake.timers.runningIntervals().size(), 2U);
     openLarger();
     EXPECT_EQ(program.fake.workspace.opened.size(), 1U);
     EXPECT_TRUE(child("mapV")->isVisible());
