@@ -59,6 +59,35 @@ Block cut(platform::Data output, std::size_t length) {
     return std::make_shared<const platform::Data>(std::move(output));
 }
 
+/// `format` is zlib's figure for the longest window and the kind of stream.
+Block inflated(const Block& block, std::size_t limit, int format) try {
+    if (!block || block->empty()) {
+        return block;
+    }
+    Stream<inflateEnd> owner;
+    z_stream& stream = *owner;
+    if (inflateInit2(&stream, format) != Z_OK) {
+        return nullptr;
+    }
+    // One byte beyond the limit shows that a block exceeds it.
+    const std::size_t mostRoom = limit + 1;
+    const std::size_t half = block->size() / 2;
+    platform::Data output(std::min(block->size() + half, mostRoom));
+    std::size_t produced = 0;
+    std::span<const std::byte> input(*block);
+    int result = Z_OK;
+    while (result == Z_OK && produced < mostRoom) {
+        if (produced == output.size()) {
+            output.resize(std::min(produced + half, mostRoom));
+        }
+        feed(stream, input);
+        result = produce(stream, output, produced, [&] { return inflate(&stream, Z_SYNC_FLUSH); });
+    }
+    return result == Z_STREAM_END && produced <= limit ? cut(std::move(output), produced) : nullptr;
+} catch (const std::bad_alloc&) {
+    return nullptr;
+}
+
 } // namespace
 
 Block zlibDeflate(const Block& block) try {
@@ -87,30 +116,10 @@ Block zlibDeflate(const Block& block) try {
     return nullptr;
 }
 
-Block zlibInflate(const Block& block, std::size_t limit) try {
-    if (!block || block->empty()) {
-        return block;
-    }
-    Stream<inflateEnd> owner;
-    z_stream& stream = *owner;
-    if (inflateInit(&stream) != Z_OK) {
-        return nullptr;
-    }
-    // One byte beyond the limit shows that a block exceeds it.
-    const std::size_t mostRoom = limit + 1;
-    const std::size_t half = block->size() / 2;
-    platform::Data output(std::min(block->size() + half, mostRoom));
-    std::size_t produced = 0;
-    std::span<const std::byte> input(*block);
-    int result = Z_OK;
-    while (result == Z_OK && produced < mostRoom) {
-        if (produced == output.size()) {
-            output.resize(std::min(produced + half, mostRoom));
-        }
-        feed(stream, input);
-        result = produce(stream, output, produced, [&] { return inflate(&stream, Z_SYNC_FLUSH); });
-    }
-    return result == Z_STREAM_END && produced <= limit ? cut(std::move(output), produced) : nullptr;
-} catch (const std::bad_alloc&) {
-    return nullptr;
+Block zlibInflate(const Block& block, std::size_t limit) {
+    return inflated(block, limit, MAX_WBITS);
+}
+
+Block gzipInflate(const Block& block, std::size_t limit) {
+    return inflated(block, limit, MAX_WBITS + 16);
 }

@@ -6,7 +6,8 @@
 #include <cstddef>
 #include <memory>
 
-/// Compresses blocks of bytes to zlib streams (RFC 1950), and back. Any thread. An empty or null
+/// Compresses blocks of bytes to zlib streams (RFC 1950), and decompresses these and gzip files
+/// (RFC 1952). Any thread. An empty or null
 /// block is returned as the same object. Memory grows with the output; if it runs out, the result
 /// is null.
 
@@ -21,4 +22,9 @@ zlibDeflate(const std::shared_ptr<const platform::Data>& block);
 /// Bytes after the end of the stream are ignored.
 [[nodiscard]] std::shared_ptr<const platform::Data>
 zlibInflate(const std::shared_ptr<const platform::Data>& block,
+            std::size_t limit = zlibInflateLimit);
+
+/// The same for the first member of a gzip file.
+[[nodiscard]] std::shared_ptr<const platform::Data>
+gzipInflate(const std::shared_ptr<const platform::Data>& file,
             std::size_t limit = zlibInflateLimit);

@@ -4,9 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <span>
+#include <string_view>
 
 namespace {
 
+using namespace std::string_view_literals;
 using Block = std::shared_ptr<const platform::Data>;
 
 Block blockOf(platform::Data bytes) {
@@ -49,6 +52,25 @@ TEST(DataCompression, BrokenStreamsGiveNothing) {
     platform::Data corrupt = whole;
     corrupt[100] ^= std::byte{1};
     EXPECT_FALSE(zlibInflate(blockOf(corrupt)));
+}
+
+TEST(DataCompression, InflatesGzipFilesThatAreWholeAndWithinTheLimit) {
+    const std::string_view file =
+        "\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03\xf3\x0e\x76\xf3\x57\xf0\xc6"
+        "\x24\x00\x71\x3d\x37\xbe\x18\x00\x00\x00"sv;
+    const auto blockOfText = [](std::string_view text) {
+        const auto bytes = std::as_bytes(std::span(text));
+        return blockOf({bytes.begin(), bytes.end()});
+    };
+    const Block text = blockOfText("KSFO KSFO KSFO KSFO KSFO");
+    ASSERT_TRUE(gzipInflate(blockOfText(file)));
+    EXPECT_EQ(*gzipInflate(blockOfText(file), text->size()), *text);
+    EXPECT_FALSE(gzipInflate(blockOfText(file), text->size() - 1));
+    for (std::size_t length = 1; length < file.size(); ++length) {
+        EXPECT_FALSE(gzipInflate(blockOfText(file.substr(0, length)))) << length;
+    }
+    EXPECT_FALSE(gzipInflate(zlibDeflate(text)));
+    EXPECT_FALSE(zlibInflate(blockOfText(file)));
 }
 
 TEST(DataCompression, InflatesUpToTwoGibibytesButNoFurther) {
