@@ -146,6 +146,8 @@ public:
         Date asked;
         /// What the handler is given.
         const std::optional<Data>& data;
+        /// When the server says that what it sent was last changed; absent if it does not.
+        std::optional<Date> modified = std::nullopt;
     };
 
     struct Request {
@@ -159,6 +161,12 @@ public:
         /// For who wants to know more than a handler is told: called right before the handler, on
         /// the same thread. May be empty.
         std::function<void(const Ending& ending)> ended = nullptr;
+        /// For who has an earlier reply: what has not changed since then need not be sent again;
+        /// the reply then is empty, with status 304. One that is cached counts more.
+        std::optional<Date> modifiedSince = std::nullopt;
+        /// Told how many bytes of the reply have arrived, decompressed, each time some do. Same
+        /// thread. May be empty.
+        std::function<void(std::size_t bytes)> arrived = nullptr;
     };
 
     /// Takes the body of a complete reply, whatever its status; absent if the transfer did not

@@ -4,6 +4,7 @@
 #include "platform/text/Text.h"
 
 #include <curl/curl.h>
+#include <fmt/chrono.h>
 
 #include <algorithm>
 #include <charconv>
@@ -156,6 +157,17 @@ std::vector<std::string> HTTPCache::conditions(const HTTPReply& kept) {
         lines.push_back("If-Modified-Since: " + std::string(changed));
     }
     return lines;
+}
+
+std::optional<Date> HTTPCache::modifiedDate(const HTTPReply& reply) {
+    const std::string_view changed = fieldOf(reply, "last-modified");
+    return changed.empty() ? std::nullopt : dateIn(changed);
+}
+
+std::string HTTPCache::textOfDate(Date date) {
+    return fmt::format("{:%a, %d %b %Y %H:%M:%S} GMT",
+                       fmt::gmtime(std::chrono::system_clock::to_time_t(
+                           std::chrono::floor<std::chrono::seconds>(date))));
 }
 
 void HTTPCache::keep(const std::string& address, HTTPReply reply) {

@@ -9,6 +9,7 @@
 #include <list>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -52,6 +53,10 @@ public:
     /// The header lines that ask for a reply only if it differs from the kept one; empty if that
     /// has no validator.
     [[nodiscard]] static std::vector<std::string> conditions(const HTTPReply& kept);
+    /// When a reply says that it was last modified; absent if it does not.
+    [[nodiscard]] static std::optional<Date> modifiedDate(const HTTPReply& reply);
+    /// As header lines have it (RFC 9110, 5.6.7).
+    [[nodiscard]] static std::string textOfDate(Date date);
 
     /// Replaces the kept reply with this one, or just removes it if this one may not be kept. The
     /// least recently used replies make room. A server error (5xx, 429) says nothing about the kept

@@ -126,7 +126,8 @@ struct CurlURLSessions::State {
         }
         HTTPCache::Kept kept = cache.find(address);
         if (kept && !task.request.revalidates && HTTPCache::isFresh(*kept, options.date())) {
-            complete(std::move(task), {static_cast<int>(kept->status), kept->asked, kept->body});
+            complete(std::move(task), {static_cast<int>(kept->status), kept->asked, kept->body,
+                                       HTTPCache::modifiedDate(*kept)});
             return;
         }
         auto transfer = std::make_unique<URLTransfer>(address, options);
@@ -215,13 +216,14 @@ struct CurlURLSessions::State {
         }
         curl_multi_remove_handle(multi, transfer->handle());
         std::optional<Data> data;
+        std::optional<Date> modified;
         switch (transfer->end(isWhole)) {
         case URLTransfer::Outcome::redirected:
             cache.remove(transfer->address());
             begin(std::move(transfer));
             return;
         case URLTransfer::Outcome::complete:
-            if (!takeReply(*transfer, data)) {
+            if (!takeReply(*transfer, data, modified)) {
                 begin(std::move(transfer));
                 return;
             }
@@ -230,7 +232,7 @@ struct CurlURLSessions::State {
             break;
         }
         const Ending ending{data ? static_cast<int>(transfer->reply().status) : 0,
-                            transfer->reply().asked, data};
+                            transfer->reply().asked, data, modified};
         std::vector<Task> askers = transfer->takeAskers();
         transfer.reset();
         for (Task& asker : askers) {
@@ -239,8 +241,10 @@ struct CurlURLSessions::State {
     }
 
     /// Puts the body of a complete transfer into `data`, and its reply into the cache if that is
-    /// allowed. Returns false if the transfer must begin again, unconditionally.
-    bool takeReply(URLTransfer& transfer, std::optional<Data>& data) {
+    /// allowed; `modified` becomes what the reply says. Returns false if the transfer must begin
+    /// again, unconditionally.
+    bool takeReply(URLTransfer& transfer, std::optional<Data>& data,
+                   std::optional<Date>& modified) {
         constexpr long notModified = 304;
         HTTPReply& reply = transfer.reply();
         if (transfer.kept() && reply.status == notModified) {
@@ -248,11 +252,13 @@ struct CurlURLSessions::State {
             transfer.setKept(nullptr);
             if (kept) {
                 data = kept->body;
+                modified = HTTPCache::modifiedDate(*kept);
                 reply.status = kept->status;
             }
             return kept != nullptr;
         }
         data = reply.body;
+        modified = HTTPCache::modifiedDate(reply);
         if (!transfer.isRedirected()) {
             cache.keep(transfer.address(), std::move(reply));
         }

@@ -46,6 +46,7 @@ URLTransfer::URLTransfer(std::string address, const URLSessionOptions& options)
 
 void URLTransfer::join(Asker asker) {
     revalidates_ |= asker.request.revalidates;
+    modifiedSince_ = askers_.empty() ? asker.request.modifiedSince : std::nullopt;
     askers_.push_back(std::move(asker));
 }
 
@@ -92,6 +93,8 @@ void URLTransfer::setHeaderLines() {
     std::vector<std::string> lines;
     if (kept_) {
         lines = HTTPCache::conditions(*kept_);
+    } else if (modifiedSince_) {
+        lines.push_back("If-Modified-Since: " + HTTPCache::textOfDate(*modifiedSince_));
     }
     if (revalidates_) {
         lines.emplace_back("Cache-Control: no-cache");
@@ -164,6 +167,11 @@ std::size_t URLTransfer::receiveBody(char* bytes, std::size_t size, std::size_t 
         return 0;
     }
     body.insert(body.end(), first, first + size * count);
+    for (const Asker& asker : transfer.askers_) {
+        if (asker.request.arrived) {
+            asker.request.arrived(body.size());
+        }
+    }
     return size * count;
 }
 

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -77,6 +78,8 @@ private:
     const URLSessionOptions& options_;
     std::vector<Asker> askers_;
     bool revalidates_ = false;
+    /// Of the only request; several may have different earlier replies.
+    std::optional<Date> modifiedSince_;
     HTTPCache::Kept kept_;
     std::unique_ptr<void, FreeList> connectTo_;
     std::unique_ptr<void, FreeList> headerLines_;

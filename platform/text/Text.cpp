@@ -5,6 +5,7 @@
 #include <unicode/brkiter.h>
 #include <unicode/bytestream.h>
 #include <unicode/casemap.h>
+#include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
 #include <unicode/ucnv.h>
 #include <unicode/unistr.h>
@@ -196,6 +197,42 @@ bool equalIgnoringCase(std::string_view one, std::string_view other) {
             });
     };
     return folded(one) == folded(other);
+}
+
+std::string inAsciiLetters(std::string_view text) {
+    if (isAscii(text)) {
+        return std::string(text);
+    }
+    // Letters and signs that have no decomposition.
+    static constexpr std::pair<char32_t, std::string_view> letters[] = {
+        {U'Æ', "AE"}, {U'æ', "ae"}, {U'Œ', "OE"}, {U'œ', "oe"}, {U'Ø', "O"}, {U'ø', "o"},
+        {U'Ł', "L"},  {U'ł', "l"},  {U'Đ', "D"},  {U'đ', "d"},  {U'Ð', "D"}, {U'ð', "d"},
+        {U'Þ', "TH"}, {U'þ', "th"}, {U'ß', "ss"}, {U'ı', "i"},  {U'ʻ', "'"}, {U'ʼ', "'"},
+        {U'’', "'"},  {U'‘', "'"},  {U'–', "-"},  {U'—', "-"},
+    };
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2* form = icu::Normalizer2::getNFKDInstance(status);
+    std::string decomposed;
+    if (form != nullptr) {
+        decomposed = converted(text, [&](auto piece, auto& sink, auto& fault) {
+            form->normalizeUTF8(0, piece, sink, nullptr, fault);
+        });
+    }
+    std::string result;
+    for (std::size_t at = 0; at < decomposed.size();) {
+        const Character character = characterAt(decomposed, at);
+        at += character.length;
+        const auto* const letter = std::ranges::find(letters, character.code,
+                                                     &std::pair<char32_t, std::string_view>::first);
+        if (character.code < 0x80) {
+            result += static_cast<char>(character.code);
+        } else if (letter != std::end(letters)) {
+            result += letter->second;
+        } else if (u_charType(static_cast<UChar32>(character.code)) != U_NON_SPACING_MARK) {
+            result += ' ';
+        }
+    }
+    return result;
 }
 
 std::int64_t utf16Length(std::string_view text) {

@@ -28,6 +28,10 @@ namespace platform {
 [[nodiscard]] std::string lowerCased(std::string_view text);
 [[nodiscard]] bool equalIgnoringCase(std::string_view one, std::string_view other);
 
+/// The text in ASCII: letters lose their marks, those such as "Ø" or "æ" become the letters that
+/// stand for them, and every other character becomes a blank.
+[[nodiscard]] std::string inAsciiLetters(std::string_view text);
+
 [[nodiscard]] std::int64_t utf16Length(std::string_view text);
 /// The first `units` UTF-16 units, extended so that no user-perceived character is cut.
 [[nodiscard]] std::string_view wholeCharacterPrefix(std::string_view text, std::int64_t units);
