@@ -14,6 +14,10 @@ inline constexpr std::string_view dataServerPath = "/adds/dataserver_current/htt
 inline constexpr std::string_view metarPath = "/api/data/metar";
 inline constexpr std::string_view tafPath = "/api/data/taf";
 
+/// The files of every station's last METAR and TAF, compressed with gzip.
+inline constexpr std::string_view worldMetarsPath = "/data/cache/metars.cache.xml.gz";
+inline constexpr std::string_view worldTafsPath = "/data/cache/tafs.cache.xml.gz";
+
 /// The host of the aeronautical charts, over https.
 inline constexpr std::string_view chartHost = "skyvector.com";
 

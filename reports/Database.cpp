@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 #include <sqlite3.h>
 
+#include <limits>
 #include <span>
 #include <system_error>
 #include <type_traits>
@@ -14,7 +15,7 @@
 namespace reports {
 namespace {
 
-constexpr int schema = 1;
+constexpr int schema = 2;
 constexpr std::size_t pageSize = 4096;
 constexpr int patience = 2'000;
 
@@ -24,10 +25,19 @@ constexpr const char* tables =
     "CREATE INDEX metar_observed ON metar(observed);"
     "CREATE TABLE taf(station TEXT PRIMARY KEY, report BLOB NOT NULL) WITHOUT ROWID;"
     "CREATE TABLE answer(station TEXT NOT NULL, kind INTEGER NOT NULL, asked INTEGER NOT NULL,"
-    " ending INTEGER NOT NULL, status INTEGER NOT NULL, PRIMARY KEY(station, kind)) WITHOUT ROWID;";
+    " ending INTEGER NOT NULL, status INTEGER NOT NULL, renewed INTEGER NOT NULL, tag TEXT NOT "
+    "NULL,"
+    " PRIMARY KEY(station, kind)) WITHOUT ROWID;";
 
 std::int64_t number(Date date) {
     return date.time_since_epoch().count();
+}
+
+/// Stands for no time.
+constexpr std::int64_t never = std::numeric_limits<std::int64_t>::min();
+
+std::optional<Date> dateOf(std::int64_t number) {
+    return number == never ? std::nullopt : std::optional(Date(Date::duration(number)));
 }
 
 /// A result code of SQLite on its way to where it is dealt with. It is never thrown out of this
@@ -190,7 +200,8 @@ Batch Database::latest() {
                 all.tafs.push_back(std::make_shared<const Taf>(std::move(*taf)));
             }
         }
-        Statement answers(handle, "SELECT station, kind, asked, ending, status FROM answer");
+        Statement answers(handle,
+                          "SELECT station, kind, asked, ending, status, renewed, tag FROM answer");
         while (answers.step()) {
             const std::int64_t ending = answers.number(3);
             if (ending >= 0 && ending <= static_cast<std::int64_t>(Answer::Ending::whole)) {
@@ -198,7 +209,8 @@ Batch Database::latest() {
                     {answers.text(0),
                      answers.number(1) == 0 ? Kind::metar : Kind::taf,
                      {Date(Date::duration(answers.number(2))), static_cast<Answer::Ending>(ending),
-                      static_cast<int>(answers.number(4))}});
+                      static_cast<int>(answers.number(4)), dateOf(answers.number(5)),
+                      answers.text(6)}});
             }
         }
     } catch (const Failure& failure) {
@@ -259,10 +271,11 @@ void Database::tryWrite(const Batch& batch) {
             const platform::Data bytes = encoded(*taf);
             (keepTaf << taf->station << Bytes(bytes)).run();
         }
-        Statement keepAnswer(handle, "INSERT OR REPLACE INTO answer VALUES(?, ?, ?, ?, ?)");
+        Statement keepAnswer(handle, "INSERT OR REPLACE INTO answer VALUES(?, ?, ?, ?, ?, ?, ?)");
         for (const auto& [station, kind, answer] : batch.answers) {
             (keepAnswer << station << static_cast<std::int64_t>(kind) << number(answer.asked)
-                        << static_cast<std::int64_t>(answer.ending) << std::int64_t{answer.status})
+                        << static_cast<std::int64_t>(answer.ending) << std::int64_t{answer.status}
+                        << (answer.renewed ? number(*answer.renewed) : never) << answer.tag)
                 .run();
         }
         connection_->run("COMMIT");

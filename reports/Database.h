@@ -35,6 +35,11 @@ struct Answer {
     Ending ending = Ending::notReached;
     /// The status of the HTTP reply; 0 if none came.
     int status = 0;
+    /// When the server last sent a whole reply, or said that it had not changed; absent if it never
+    /// did. Known of the whole world's reports alone, and so is the next.
+    std::optional<Date> renewed = std::nullopt;
+    /// The entity tag of that reply.
+    std::string tag = {};
 
     friend bool operator==(const Answer&, const Answer&) = default;
 };

@@ -110,8 +110,11 @@ void Store::close(const std::vector<Batch::Asked>& answered) {
 bool Store::merge(Batch& batch) {
     const Date now = clock_.now();
     const std::scoped_lock lock(mutex_);
-    std::erase_if(batch.metars, [&](const Batch::Entry& entry) {
-        auto& kept = stations_[entry.report->station].metar;
+    std::erase_if(batch.metars, [&](Batch::Entry& entry) {
+        StationReports& station = stations_[entry.report->station];
+        auto& kept = station.metar;
+        // Whoever looked at the station is interested in its history.
+        entry.keepsHistory |= station.metarAnswer.has_value();
         // An older one may still fill a gap in the history.
         return !put(kept, entry.report, kept ? kept->observed : now, now) && !entry.keepsHistory;
     });

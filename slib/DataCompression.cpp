@@ -14,6 +14,9 @@ namespace {
 
 using Block = std::shared_ptr<const platform::Data>;
 
+/// zlib's figure for a gzip file.
+constexpr int gzipFormat = MAX_WBITS + 16;
+
 /// zlib counts bytes in 32 bits, so a longer block is processed in pieces.
 constexpr std::size_t longestPiece = std::numeric_limits<uInt>::max();
 
@@ -121,5 +124,30 @@ Block zlibInflate(const Block& block, std::size_t limit) {
 }
 
 Block gzipInflate(const Block& block, std::size_t limit) {
-    return inflated(block, limit, MAX_WBITS + 16);
+    return inflated(block, limit, gzipFormat);
+}
+
+bool gzipInflate(std::span<const std::byte> file, std::size_t limit,
+                 const std::function<void(std::span<const std::byte>)>& take) try {
+    constexpr std::size_t pieceSize = 65536;
+    Stream<inflateEnd> owner;
+    z_stream& stream = *owner;
+    if (inflateInit2(&stream, gzipFormat) != Z_OK) {
+        return false;
+    }
+    platform::Data piece(pieceSize);
+    std::size_t total = 0;
+    int result = Z_OK;
+    while (result == Z_OK && total <= limit) {
+        feed(stream, file);
+        std::size_t produced = 0;
+        result = produce(stream, piece, produced, [&] { return inflate(&stream, Z_SYNC_FLUSH); });
+        total += produced;
+        if (total <= limit) {
+            take(std::span(piece).first(produced));
+        }
+    }
+    return result == Z_STREAM_END && total <= limit;
+} catch (const std::bad_alloc&) {
+    return false;
 }

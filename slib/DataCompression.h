@@ -4,12 +4,13 @@
 #include "platform/values/Value.h"
 
 #include <cstddef>
+#include <functional>
 #include <memory>
+#include <span>
 
 /// Compresses blocks of bytes to zlib streams (RFC 1950), and decompresses these and gzip files
-/// (RFC 1952). Any thread. An empty or null
-/// block is returned as the same object. Memory grows with the output; if it runs out, the result
-/// is null.
+/// (RFC 1952). Any thread. An empty or null block is returned as the same object. Memory grows with
+/// the output; if it runs out, the result is null.
 
 /// Blocks that would grow beyond this many bytes are not decompressed.
 inline constexpr std::size_t zlibInflateLimit = std::size_t{2} << 30;
@@ -28,3 +29,9 @@ zlibInflate(const std::shared_ptr<const platform::Data>& block,
 [[nodiscard]] std::shared_ptr<const platform::Data>
 gzipInflate(const std::shared_ptr<const platform::Data>& file,
             std::size_t limit = zlibInflateLimit);
+
+/// The same in pieces, for who does not need it all at once: hands what the file's first member
+/// yields to `take`, in order. False if the file is corrupt, cut short or yields more than `limit`
+/// bytes, or if memory runs out; what it yielded up to there has been handed on.
+[[nodiscard]] bool gzipInflate(std::span<const std::byte> file, std::size_t limit,
+                               const std::function<void(std::span<const std::byte>)>& take);

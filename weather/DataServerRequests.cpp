@@ -49,6 +49,12 @@ platform::URL historyRequest(platform::Host& host, std::string_view identifier) 
                         product::addresses::metarPath, queryValue(identifier))};
 }
 
+platform::URL worldRequest(platform::Host& host, reports::Kind kind) {
+    return {fmt::format("https://{}{}", dataServer(host),
+                        kind == reports::Kind::metar ? product::addresses::worldMetarsPath
+                                                     : product::addresses::worldTafsPath)};
+}
+
 platform::URL fixedTafRequest(platform::Host& host, std::string_view latest) {
     return request(host, "http", "TAFs", "KSFO", latest);
 }

@@ -24,6 +24,9 @@ namespace weather {
 /// Request, in the present form, for the METARs of one station of the last 24 hours.
 [[nodiscard]] platform::URL historyRequest(platform::Host& host, std::string_view identifier);
 
+/// Request for the file of every station's last report of a kind.
+[[nodiscard]] platform::URL worldRequest(platform::Host& host, reports::Kind kind);
+
 /// Request for the TAF of station KSFO over plain http. `latest` is the key that asks for the
 /// latest report: "mostRecent" or "mostRecentForEachStation".
 [[nodiscard]] platform::URL fixedTafRequest(platform::Host& host, std::string_view latest);

@@ -148,6 +148,8 @@ public:
         const std::optional<Data>& data;
         /// When the server says that what it sent was last changed; absent if it does not.
         std::optional<Date> modified = std::nullopt;
+        /// The entity tag of what the server sent; empty if it has none.
+        std::string tag = {};
     };
 
     struct Request {
@@ -164,6 +166,8 @@ public:
         /// For who has an earlier reply: what has not changed since then need not be sent again;
         /// the reply then is empty, with status 304. One that is cached counts more.
         std::optional<Date> modifiedSince = std::nullopt;
+        /// The same for who knows the entity tag of the earlier reply. May be empty.
+        std::string knownTag = {};
         /// Told how many bytes of the reply have arrived, decompressed, each time some do. Same
         /// thread. May be empty.
         std::function<void(std::size_t bytes)> arrived = nullptr;

@@ -164,6 +164,20 @@ std::optional<Date> HTTPCache::modifiedDate(const HTTPReply& reply) {
     return changed.empty() ? std::nullopt : dateIn(changed);
 }
 
+std::string HTTPCache::entityTag(const HTTPReply& reply) {
+    return std::string(fieldOf(reply, "etag"));
+}
+
+bool HTTPCache::isEntityTag(std::string_view text) {
+    constexpr std::string_view weak = "W/";
+    if (text.starts_with(weak)) {
+        text.remove_prefix(weak.size());
+    }
+    return text.size() >= 2 && text.front() == '"' && text.back() == '"' &&
+           std::ranges::all_of(text.substr(1, text.size() - 2),
+                               [](char c) { return c > ' ' && c < '\x7F' && c != '"'; });
+}
+
 std::string HTTPCache::textOfDate(Date date) {
     return fmt::format("{:%a, %d %b %Y %H:%M:%S} GMT",
                        fmt::gmtime(std::chrono::system_clock::to_time_t(

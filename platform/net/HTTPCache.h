@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -55,6 +56,10 @@ public:
     [[nodiscard]] static std::vector<std::string> conditions(const HTTPReply& kept);
     /// When a reply says that it was last modified; absent if it does not.
     [[nodiscard]] static std::optional<Date> modifiedDate(const HTTPReply& reply);
+    /// A reply's entity tag; empty if it has none.
+    [[nodiscard]] static std::string entityTag(const HTTPReply& reply);
+    /// Whether a text is an entity tag (RFC 9110, 8.8.3), and so fit to be sent.
+    [[nodiscard]] static bool isEntityTag(std::string_view text);
     /// As header lines have it (RFC 9110, 5.6.7).
     [[nodiscard]] static std::string textOfDate(Date date);
 

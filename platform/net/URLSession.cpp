@@ -126,8 +126,9 @@ struct CurlURLSessions::State {
         }
         HTTPCache::Kept kept = cache.find(address);
         if (kept && !task.request.revalidates && HTTPCache::isFresh(*kept, options.date())) {
-            complete(std::move(task), {static_cast<int>(kept->status), kept->asked, kept->body,
-                                       HTTPCache::modifiedDate(*kept)});
+            complete(std::move(task),
+                     {static_cast<int>(kept->status), kept->asked, kept->body,
+                      HTTPCache::modifiedDate(*kept), HTTPCache::entityTag(*kept)});
             return;
         }
         auto transfer = std::make_unique<URLTransfer>(address, options);
@@ -215,15 +216,14 @@ struct CurlURLSessions::State {
             pacer->hasEnded();
         }
         curl_multi_remove_handle(multi, transfer->handle());
-        std::optional<Data> data;
-        std::optional<Date> modified;
+        Taken taken;
         switch (transfer->end(isWhole)) {
         case URLTransfer::Outcome::redirected:
             cache.remove(transfer->address());
             begin(std::move(transfer));
             return;
         case URLTransfer::Outcome::complete:
-            if (!takeReply(*transfer, data, modified)) {
+            if (!takeReply(*transfer, taken)) {
                 begin(std::move(transfer));
                 return;
             }
@@ -231,8 +231,8 @@ struct CurlURLSessions::State {
         case URLTransfer::Outcome::failed:
             break;
         }
-        const Ending ending{data ? static_cast<int>(transfer->reply().status) : 0,
-                            transfer->reply().asked, data, modified};
+        const Ending ending{taken.data ? static_cast<int>(transfer->reply().status) : 0,
+                            transfer->reply().asked, taken.data, taken.modified, taken.tag};
         std::vector<Task> askers = transfer->takeAskers();
         transfer.reset();
         for (Task& asker : askers) {
@@ -240,25 +240,35 @@ struct CurlURLSessions::State {
         }
     }
 
-    /// Puts the body of a complete transfer into `data`, and its reply into the cache if that is
-    /// allowed; `modified` becomes what the reply says. Returns false if the transfer must begin
-    /// again, unconditionally.
-    bool takeReply(URLTransfer& transfer, std::optional<Data>& data,
-                   std::optional<Date>& modified) {
+    /// What a reply brings.
+    struct Taken {
+        void takeVersion(const HTTPReply& reply) {
+            modified = HTTPCache::modifiedDate(reply);
+            tag = HTTPCache::entityTag(reply);
+        }
+
+        std::optional<Data> data;
+        std::optional<Date> modified;
+        std::string tag;
+    };
+
+    /// Takes what a complete transfer brings, and puts its reply into the cache if that is allowed.
+    /// Returns false if the transfer must begin again, unconditionally.
+    bool takeReply(URLTransfer& transfer, Taken& taken) {
         constexpr long notModified = 304;
         HTTPReply& reply = transfer.reply();
         if (transfer.kept() && reply.status == notModified) {
             const auto kept = cache.freshened(transfer.address(), *transfer.kept(), reply);
             transfer.setKept(nullptr);
             if (kept) {
-                data = kept->body;
-                modified = HTTPCache::modifiedDate(*kept);
+                taken.data = kept->body;
+                taken.takeVersion(*kept);
                 reply.status = kept->status;
             }
             return kept != nullptr;
         }
-        data = reply.body;
-        modified = HTTPCache::modifiedDate(reply);
+        taken.data = reply.body;
+        taken.takeVersion(reply);
         if (!transfer.isRedirected()) {
             cache.keep(transfer.address(), std::move(reply));
         }

@@ -47,6 +47,7 @@ URLTransfer::URLTransfer(std::string address, const URLSessionOptions& options)
 void URLTransfer::join(Asker asker) {
     revalidates_ |= asker.request.revalidates;
     modifiedSince_ = askers_.empty() ? asker.request.modifiedSince : std::nullopt;
+    knownTag_ = askers_.empty() ? asker.request.knownTag : "";
     askers_.push_back(std::move(asker));
 }
 
@@ -93,6 +94,8 @@ void URLTransfer::setHeaderLines() {
     std::vector<std::string> lines;
     if (kept_) {
         lines = HTTPCache::conditions(*kept_);
+    } else if (HTTPCache::isEntityTag(knownTag_)) {
+        lines.push_back("If-None-Match: " + knownTag_);
     } else if (modifiedSince_) {
         lines.push_back("If-Modified-Since: " + HTTPCache::textOfDate(*modifiedSince_));
     }

@@ -80,6 +80,7 @@ private:
     bool revalidates_ = false;
     /// Of the only request; several may have different earlier replies.
     std::optional<Date> modifiedSince_;
+    std::string knownTag_;
     HTTPCache::Kept kept_;
     std::unique_ptr<void, FreeList> connectTo_;
     std::unique_ptr<void, FreeList> headerLines_;
