@@ -47,7 +47,8 @@ TEST(ChartView, TheWindowLoadsTheEngineWhenTheChartIsFirstShown) {
     const QRect place = child("mapV")->geometry();
     choose("mapChart");
     EXPECT_TRUE(isEngineLoaded());
-    // The timers of the weather and of the reports' ages run, and so does that of the blinking hint.
+    // The timers of the weather and of the reports' ages run, and so does that of the blinking
+    // hint.
     using namespace std::chrono_literals;
     EXPECT_EQ(program.fake.timers.runningIntervals(),
               (std::vector<std::chrono::milliseconds>{20s, 30min, 1300ms}));
