@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "reports/Cells.h"
 
+#include "reports/Description.h"
 #include "reports/Numbers.h"
 
 #include <fmt/format.h>
@@ -49,6 +50,10 @@ std::string ceilingCell(const Conditions& conditions) {
 
 std::string temperatureCell(const std::optional<double>& celsius) {
     return celsius ? fmt::format("{} °C", std::lround(*celsius)) : "";
+}
+
+std::string pressureCell(const std::optional<double>& inches) {
+    return inches ? fmt::format("{} hPa", std::lround(*inches * hectopascalsPerInch)) : "";
 }
 
 std::string ageCell(Date observed, Date now) {

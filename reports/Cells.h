@@ -16,6 +16,8 @@ namespace reports {
 [[nodiscard]] std::string ceilingCell(const Conditions& conditions);
 /// "-3 °C", in whole degrees.
 [[nodiscard]] std::string temperatureCell(const std::optional<double>& celsius);
+/// "1013 hPa", from inches of mercury.
+[[nodiscard]] std::string pressureCell(const std::optional<double>& inches);
 /// "12 min", "3 h", "2 d"; "ahead" for a time in the future.
 [[nodiscard]] std::string ageCell(Date observed, Date now);
 

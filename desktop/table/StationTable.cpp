@@ -1,141 +1,65 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/table/StationTable.h"
 
-#include "desktop/controls/Contrast.h"
+#include "catalogue/StationCells.h"
+#include "desktop/table/RowPainter.h"
 
-#include <QEvent>
-#include <QFontMetricsF>
+#include <QActionGroup>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
 #include <QHeaderView>
-#include <QPainter>
+#include <QMenu>
 #include <QScopedValueRollback>
-#include <QStyledItemDelegate>
+#include <QScrollBar>
 #include <QTableView>
 
-#include <cmath>
+#include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace desktop {
 
 namespace {
 
-/// How many rows are measured for the widths of columns: many if the table is larger than ever
-/// before, few on other reloads, which come with every keystroke of a search.
-constexpr int manyRows = 10'000;
-constexpr int fewRows = 50;
-
-constexpr double widestColumn = 10'000;
-
-/// The settings key of the widths that the user has set, in pixels; 0 for a column left alone.
-const QString columnsKey = QStringLiteral("columns");
-
-/// Precedes the name of a marked row.
-const QString star = QStringLiteral("★ ");
-
-/// Measures many short texts. Adding up the advances of single characters is about a hundred times
-/// faster than laying the text out, and underestimates no text by more than a pixel.
-class TextWidths {
-public:
-    explicit TextWidths(const QFont& font) : metrics_(font) {
-        for (std::size_t c = 0; c < advances_.size(); ++c) {
-            advances_[c] = metrics_.horizontalAdvance(QChar(static_cast<char16_t>(c)));
-        }
-    }
-
-    [[nodiscard]] double of(const QString& text) const {
-        double width = 1;
-        for (const QChar c : text) {
-            if (c.unicode() >= advances_.size()) {
-                return 1 + metrics_.horizontalAdvance(text);
-            }
-            width += advances_[c.unicode()];
-        }
-        return width;
-    }
-
-private:
-    QFontMetricsF metrics_;
-    std::array<double, 256> advances_{};
-};
-
-/// Makes the selected row stand out from the others, and its letters from it, in any palette. The
-/// row is filled if the table has the keyboard focus, and otherwise pale between two lines.
-class Rows final : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    void paint(QPainter* painter, const QStyleOptionViewItem& option,
-               const QModelIndex& index) const override {
-        QStyledItemDelegate::paint(painter, option, index);
-        if (!option.state.testFlag(QStyle::State_Selected) || isActive(option)) {
-            return;
-        }
-        const QColor line = standingOut(option.palette.color(QPalette::Active, QPalette::Highlight),
-                                        around(option), contrastOfShapes);
-        const QRect& cell = option.rect;
-        painter->fillRect(cell.left(), cell.top(), cell.width(), lineWidth, line);
-        painter->fillRect(cell.left(), cell.bottom() + 1 - lineWidth, cell.width(), lineWidth,
-                          line);
-    }
-
-protected:
-    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
-        QStyledItemDelegate::initStyleOption(option, index);
-        if (index.data(StationTableModel::markedRole).toBool()) {
-            option->text.prepend(star);
-        }
-        if (!option->state.testFlag(QStyle::State_Selected)) {
-            return;
-        }
-        QPalette& palette = option->palette;
-        const auto color = [&](QPalette::ColorRole role) {
-            return palette.color(QPalette::Active, role);
-        };
-        const Filling focused =
-            legible(color(QPalette::Highlight), color(QPalette::HighlightedText), around(*option));
-        const QColor letters = color(QPalette::Text);
-        const QColor pale =
-            standingOut(mixed(color(QPalette::Base), color(QPalette::Highlight), 1.0 / 3), letters,
-                        contrastOfText);
-        palette.setColor(QPalette::Active, QPalette::Highlight, focused.ground);
-        palette.setColor(QPalette::Active, QPalette::HighlightedText, focused.letters);
-        palette.setColor(QPalette::Inactive, QPalette::Highlight, pale);
-        palette.setColor(QPalette::Inactive, QPalette::HighlightedText, letters);
-    }
-
-private:
-    static constexpr int lineWidth = 2;
-
-    static bool isActive(const QStyleOptionViewItem& option) {
-        return option.state.testFlag(QStyle::State_Active);
-    }
-    /// The one of the two alternating row colours that is harder to stand out from.
-    static QColor around(const QStyleOptionViewItem& option) {
-        const QColor highlight = option.palette.color(QPalette::Active, QPalette::Highlight);
-        const QColor one = option.palette.color(QPalette::Active, QPalette::Base);
-        const QColor other = option.palette.color(QPalette::Active, QPalette::AlternateBase);
-        return contrast(highlight, one) < contrast(highlight, other) ? one : other;
-    }
-};
+/// In the settings: the column's identifier, or nothing.
+const QString sortedKey = QStringLiteral("sortedBy");
+const QString descendingKey = QStringLiteral("sortedDescending");
 
 } // namespace
 
-StationTable::StationTable(QTableView& view) : view_(view), model_(*this) {
+StationTable::StationTable(QTableView& view) : view_(view), model_(*this), columns_(view, model_) {
     view_.setModel(&model_);
-    view_.setItemDelegate(new Rows(&view_));
+    view_.setItemDelegate(new RowPainter(&view_));
     view_.installEventFilter(this);
+    view_.viewport()->installEventFilter(this);
     connect(view_.selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { selectionDidChange(); });
-    connect(view_.horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column) {
-        if (!resizing_) {
-            widths_[static_cast<std::size_t>(column)].setByUser = true;
-        }
+    QHeaderView& header = *view_.horizontalHeader();
+    header.setSectionsClickable(true);
+    header.setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(&header, &QHeaderView::sectionClicked, this,
+            [this](int column) { sortByNext(column); });
+    connect(&header, &QHeaderView::customContextMenuRequested, this, [this](const QPoint& place) {
+        QHeaderView& clicked = *view_.horizontalHeader();
+        const int column = clicked.logicalIndexAt(place);
+        QMenu& menu = newMenu();
+        addColumnEntries(menu, column < 0 ? columns_.shown().back() : column);
+        menu.popup(clicked.mapToGlobal(place));
     });
+    columns_.hidden = [this](int column) {
+        if (model_.sorting() && model_.sorting()->column == column) {
+            sortBy({});
+        }
+    };
     for (QTimer* soon : {&lossUntold_, &fitting_}) {
         soon->setSingleShot(true);
         soon->setInterval(0);
     }
     connect(&lossUntold_, &QTimer::timeout, this, [this] { selectionDidChange(); });
     connect(&fitting_, &QTimer::timeout, this, [this] { fit(); });
+    ageing_.setInterval(std::chrono::minutes(1));
+    connect(&ageing_, &QTimer::timeout, view_.viewport(), qOverload<>(&QWidget::update));
     fit();
 }
 
@@ -152,30 +76,30 @@ void StationTable::setDelegate(platform::TableViewDelegate* delegate) {
 }
 
 void StationTable::setColumnWidth(std::string_view column, double width) {
-    const auto index = catalogue::stationColumnOf(column);
-    if (index && width >= 0 && width <= widestColumn) {
-        widths_[*index].asked = width;
-        openColumn(static_cast<int>(*index));
+    if (const auto index = catalogue::stationColumnOf(column)) {
+        columns_.setAskedWidth(static_cast<int>(*index), width);
     }
 }
 
 void StationTable::reloadData() {
     const auto selected = static_cast<int>(selectedRow());
+    const int column = currentColumn();
     {
         const QScopedValueRollback guard(reloading_, true);
         model_.reload();
         if (selected < model_.rowCount()) {
-            select(selected);
+            select(selected, column);
         }
     }
     if (selected >= model_.rowCount()) {
         lossUntold_.start();
     }
-    measureContent();
+    columns_.measureContent();
 }
 
 void StationTable::selectRow(std::int64_t row) {
-    select(row < model_.rowCount() ? static_cast<int>(std::max<std::int64_t>(row, -1)) : -1);
+    select(row < model_.rowCount() ? static_cast<int>(std::max<std::int64_t>(row, -1)) : -1,
+           currentColumn());
     // The view sees no change when a selection is emptied that a reload has already emptied.
     if (lossUntold_.isActive()) {
         selectionDidChange();
@@ -184,17 +108,91 @@ void StationTable::selectRow(std::int64_t row) {
 
 std::int64_t StationTable::selectedRow() const {
     const QModelIndexList rows = view_.selectionModel()->selectedRows();
-    return rows.isEmpty() ? -1 : rows.first().row();
+    return rows.isEmpty() ? -1 : rowAt(rows.first());
 }
 
 void StationTable::scrollRowToVisible(std::int64_t row) {
     if (row >= 0 && row < model_.rowCount()) {
-        view_.scrollTo(model_.index(static_cast<int>(row), 0));
+        // A view scrolls to cells, and not to hidden ones.
+        const int across = view_.horizontalScrollBar()->value();
+        view_.scrollTo(model_.index(model_.shownRow(row), currentColumn()));
+        view_.horizontalScrollBar()->setValue(across);
+    }
+}
+
+void StationTable::setStations(StationTableModel::StationOfRow stationOfRow) {
+    model_.setStations(std::move(stationOfRow));
+}
+
+void StationTable::setWeather(std::optional<Weather> weather) {
+    const auto selected = static_cast<int>(selectedRow());
+    const int column = currentColumn();
+    const QScopedValueRollback guard(reloading_, true);
+    if (weather) {
+        ageing_.start();
+    } else {
+        ageing_.stop();
+    }
+    model_.setWeather(std::move(weather));
+    columns_.measureContent();
+    columns_.apply();
+    showSorting();
+    // Other columns make a selected row an incomplete one.
+    if (selected >= 0) {
+        select(selected, std::min(column, model_.columnCount() - 1));
+    }
+}
+
+void StationTable::weatherChanged() {
+    const QScopedValueRollback guard(reloading_, true);
+    model_.weatherChanged();
+}
+
+void StationTable::sortBy(std::optional<Sort> sort) {
+    const QScopedValueRollback guard(reloading_, true);
+    const auto before = model_.sorting();
+    model_.sortBy(sort);
+    showSorting();
+    if (before) {
+        columns_.open(before->column);
+    }
+}
+
+void StationTable::showSorting() {
+    QHeaderView& header = *view_.horizontalHeader();
+    const auto& sort = model_.sorting();
+    const bool isSorted = sort && sort->column < model_.columnCount();
+    header.setSortIndicatorShown(isSorted);
+    if (!isSorted) {
+        view_.setAccessibleDescription({});
+        return;
+    }
+    header.setSortIndicator(sort->column, sort->order == SortOrder::ascending
+                                              ? Qt::AscendingOrder
+                                              : Qt::DescendingOrder);
+    // The arrow needs room.
+    columns_.open(sort->column);
+    view_.setAccessibleDescription(
+        model_.headerData(sort->column, Qt::Horizontal, Qt::AccessibleTextRole).toString());
+}
+
+void StationTable::sortByNext(int column) {
+    const auto& now = model_.sorting();
+    if (!now || now->column != column) {
+        sortBy(Sort{column, SortOrder::ascending});
+    } else if (now->order == SortOrder::ascending) {
+        sortBy(Sort{column, SortOrder::descending});
+    } else {
+        sortBy({});
     }
 }
 
 void StationTable::setMarked(std::function<bool(int row)> isMarked) {
     model_.setMarked(std::move(isMarked));
+}
+
+std::int64_t StationTable::rowAt(const QModelIndex& index) const {
+    return model_.sourceRow(index.row());
 }
 
 int StationTable::widthOfColumns() const {
@@ -203,26 +201,22 @@ int StationTable::widthOfColumns() const {
 }
 
 void StationTable::recall(const QSettings& memory) {
-    const QVariantList widths = memory.value(columnsKey).toList();
-    for (int column = 0;
-         column < std::min<int>(model_.columnCount(), static_cast<int>(widths.size())); ++column) {
-        if (const int width = widths[column].toInt(); width > 0 && width <= widestColumn) {
-            widths_[static_cast<std::size_t>(column)].setByUser = true;
-            view_.horizontalHeader()->resizeSection(column, width);
-        }
+    columns_.recall(memory);
+    const int column = StationTableModel::columnOf(memory.value(sortedKey).toString());
+    if (column >= 0 && !view_.isColumnHidden(column)) {
+        sortBy(Sort{column, memory.value(descendingKey).toBool() ? SortOrder::descending
+                                                                 : SortOrder::ascending});
     }
 }
 
 void StationTable::remember(QSettings& memory) const {
-    QVariantList widths;
-    for (int column = 0; column < model_.columnCount(); ++column) {
-        const bool setByUser = widths_[static_cast<std::size_t>(column)].setByUser;
-        widths.append(setByUser ? view_.columnWidth(column) : 0);
-    }
-    memory.setValue(columnsKey, widths);
+    columns_.remember(memory);
+    const auto& sort = model_.sorting();
+    memory.setValue(sortedKey, sort ? StationTableModel::identifierOf(sort->column) : QString());
+    memory.setValue(descendingKey, sort && sort->order == SortOrder::descending);
 }
 
-void StationTable::select(int row) {
+void StationTable::select(int row, int column) {
     if (row < 0) {
         view_.selectionModel()->clear();
         return;
@@ -230,7 +224,7 @@ void StationTable::select(int row) {
     // Callers ask for scrolling separately.
     const bool scrolls = view_.hasAutoScroll();
     view_.setAutoScroll(false);
-    const QModelIndex index = model_.index(row, 0);
+    const QModelIndex index = model_.index(model_.shownRow(row), column);
     view_.selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
     view_.setAutoScroll(scrolls);
     // Last, since the delegate may reload the table.
@@ -248,37 +242,12 @@ void StationTable::selectionDidChange() {
     }
 }
 
-void StationTable::measureContent() {
-    const int rows = model_.rowCount();
-    const int looks = std::min(rows, rows > mostRowsMeasured_ ? manyRows : fewRows);
-    mostRowsMeasured_ = std::max(mostRowsMeasured_, rows);
-    const TextWidths widths(view_.font());
-    for (int column = 0; column < model_.columnCount(); ++column) {
-        double& content = widths_[static_cast<std::size_t>(column)].content;
-        const double before = content;
-        const double mark = column == StationTableModel::markedColumn ? widths.of(star) : 0;
-        for (int look = 0; look < looks; ++look) {
-            const auto row = static_cast<int>(std::int64_t{look} * rows / looks);
-            content = std::max(content, mark + widths.of(model_.cellText(row, column)));
-        }
-        if (content > before) {
-            openColumn(column);
-        }
+int StationTable::currentColumn() const {
+    const QModelIndex current = view_.currentIndex();
+    if (current.isValid() && !view_.isColumnHidden(current.column())) {
+        return current.column();
     }
-}
-
-void StationTable::openColumn(int column) {
-    const Width& width = widths_[static_cast<std::size_t>(column)];
-    if (width.setByUser) {
-        return;
-    }
-    const QScopedValueRollback guard(resizing_, true);
-    QHeaderView& header = *view_.horizontalHeader();
-    const int margin =
-        view_.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &view_) + 1;
-    const int text = static_cast<int>(std::ceil(std::max(width.asked, width.content)));
-    const int air = view_.fontMetrics().averageCharWidth();
-    header.resizeSection(column, air + std::max(text + 2 * margin, header.sectionSizeHint(column)));
+    return columns_.shown().front();
 }
 
 void StationTable::fit() {
@@ -288,21 +257,96 @@ void StationTable::fit() {
     view_.verticalHeader()->setMinimumSectionSize(1);
     view_.verticalHeader()->setDefaultSectionSize(row);
     view_.horizontalHeader()->setMinimumHeight(row + 2 * margin);
-    mostRowsMeasured_ = 0;
-    for (Width& width : widths_) {
-        width.content = 0;
+    columns_.fit();
+}
+
+QMenu& StationTable::newMenu() {
+    auto* menu = new QMenu(&view_);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    return *menu;
+}
+
+void StationTable::addColumnEntries(QMenu& menu, int column) {
+    auto* group = new QActionGroup(&menu);
+    const auto add = [&](const QString& text, std::optional<Sort> sort) {
+        QAction* entry = menu.addAction(text, this, [this, sort] { sortBy(sort); });
+        entry->setCheckable(true);
+        group->addAction(entry);
+        entry->setChecked(sort == model_.sorting());
+    };
+    add(QStringLiteral("Sort &Ascending"), Sort{column, SortOrder::ascending});
+    add(QStringLiteral("Sort &Descending"), Sort{column, SortOrder::descending});
+    add(QStringLiteral("Catalogue &Order"), {});
+    menu.addSeparator();
+    columns_.addTo(menu, column);
+}
+
+void StationTable::openRowMenu(const QModelIndex& index, const QPoint& place) {
+    QMenu& menu = newMenu();
+    int column = currentColumn();
+    if (index.isValid()) {
+        column = index.column();
+        menu.addAction(QStringLiteral("&Copy Cell"), this, [this, column] { copy({column}); });
+        menu.addAction(QStringLiteral("Copy &Row"), this, [this] { copy(columns_.shown()); });
+        addToRowMenu(menu, rowAt(index));
+        menu.addSeparator();
     }
-    measureContent();
-    for (int column = 0; column < model_.columnCount(); ++column) {
-        openColumn(column);
+    const QString heading = model_.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+    addColumnEntries(*menu.addMenu(QStringLiteral("Column “%1”").arg(heading)), column);
+    menu.popup(view_.viewport()->mapToGlobal(place));
+}
+
+void StationTable::copy(const std::vector<int>& columns) {
+    const auto row = static_cast<int>(selectedRow());
+    if (row < 0) {
+        return;
     }
+    QStringList cells;
+    for (const int column : columns) {
+        cells.append(model_.cellText(row, column).trimmed());
+    }
+    QGuiApplication::clipboard()->setText(cells.join(QLatin1Char('\t')));
 }
 
 bool StationTable::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == &view_ &&
-        (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)) {
-        // Deferred until the view and its headers have taken up the change.
-        fitting_.start();
+    switch (event->type()) {
+    case QEvent::FontChange:
+    case QEvent::StyleChange:
+        if (watched == &view_) {
+            // Deferred until the view and its headers have taken up the change.
+            fitting_.start();
+        }
+        break;
+    case QEvent::KeyPress:
+        if (watched == &view_ && static_cast<QKeyEvent*>(event)->matches(QKeySequence::Copy)) {
+            copy(columns_.shown());
+            return true;
+        }
+        break;
+    case QEvent::ContextMenu: {
+        const auto& request = *static_cast<QContextMenuEvent*>(event);
+        if (request.reason() == QContextMenuEvent::Keyboard) {
+            const bool hasRow = selectedRow() >= 0;
+            const QModelIndex index =
+                hasRow ? model_.index(model_.shownRow(selectedRow()), currentColumn())
+                       : QModelIndex();
+            const QRect cell = view_.visualRect(index) & view_.viewport()->rect();
+            openRowMenu(index, cell.center());
+            return true;
+        }
+        if (watched == view_.viewport()) {
+            const QModelIndex index = view_.indexAt(request.pos());
+            // The row is selected by the press already, if this comes from a mouse.
+            if (index.isValid()) {
+                view_.setCurrentIndex(index);
+            }
+            openRowMenu(index, request.pos());
+            return true;
+        }
+        break;
+    }
+    default:
+        break;
     }
     return QObject::eventFilter(watched, event);
 }

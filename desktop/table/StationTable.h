@@ -1,28 +1,34 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "catalogue/StationCells.h"
 #include "desktop/table/StationTableModel.h"
+#include "desktop/table/TableColumns.h"
 #include "platform/views/TableView.h"
 
 #include <QObject>
 #include <QSettings>
 #include <QTimer>
 
-#include <array>
 #include <functional>
+#include <optional>
 
+class QMenu;
 class QTableView;
 
 namespace desktop {
 
-/// The logic's station table on a Qt table view.
+/// The logic's station table on a Qt table view, with weather beside the stations while that is
+/// wanted.
 ///
-/// A column opens wide enough for its heading, for the width that the logic asks for and for its
-/// content, as far as a limited sample of rows shows. From then on it only grows, and once the user
-/// has set its width it does not change at all.
+/// The user can sort it by any column, and arrange the columns. The logic knows nothing of this:
+/// its rows keep their numbers. A click on a heading sorts up, then down, then not at all; the menu
+/// of the headings and that of the rows do the same, and the latter can be opened by the keyboard.
+/// Ctrl+C copies the selected row.
 class StationTable final : public QObject, public platform::TableView {
 public:
+    using Weather = StationTableModel::Weather;
+    using Sort = StationTableModel::Sort;
+
     /// The view is borrowed and must outlive the table.
     explicit StationTable(QTableView& view);
     ~StationTable() override;
@@ -35,48 +41,60 @@ public:
     [[nodiscard]] std::int64_t selectedRow() const override;
     void scrollRowToVisible(std::int64_t row) override;
 
+    /// Says which station a row shows, or null; needed for sorting and for weather.
+    void setStations(StationTableModel::StationOfRow stationOfRow);
+    /// Shows weather columns with these reports, or none. Selection and place are kept.
+    void setWeather(std::optional<Weather> weather);
+    /// Must be called when reports have changed. Selection and place are kept.
+    void weatherChanged();
+    /// A column that is hidden cannot be sorted by.
+    void sortBy(std::optional<Sort> sort);
+
     /// Rows for which `isMarked` returns true carry a star.
     void setMarked(std::function<bool(int row)> isMarked);
     /// Must be called when that answer has changed for a row without a reload.
     void markChanged(int row) { model_.markChanged(row); }
+    /// Adds entries that concern the selected row to its menu, which goes away by itself.
+    std::function<void(QMenu& menu, std::int64_t row)> addToRowMenu = [](QMenu&, std::int64_t) {};
 
+    /// The row that the view shows at an index of its model; -1 for none.
+    [[nodiscard]] std::int64_t rowAt(const QModelIndex& index) const;
     /// The width of all columns and the scroll bar, in pixels.
     [[nodiscard]] int widthOfColumns() const;
-    /// Restore and save the widths that the user has set.
+    /// Restore and save how the user has arranged and sorted the table.
     void recall(const QSettings& memory);
     void remember(QSettings& memory) const;
 
     [[nodiscard]] const StationTableModel& model() const { return model_; }
 
 protected:
-    /// Fits rows and columns again when the view's font or style changes.
+    /// Fits rows and columns again when the view's font or style changes, copies, and opens the
+    /// menu of a row.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    struct Width {
-        /// The least width that the logic asks for, and the width of the widest text seen, both
-        /// without margins.
-        double asked = 0;
-        double content = 0;
-        bool setByUser = false;
-    };
-
-    void select(int row);
+    void select(int row, int column);
     void selectionDidChange();
-    void measureContent();
-    void openColumn(int column);
     void fit();
+    void showSorting();
+    void sortByNext(int column);
+    /// The column of the cell that the keyboard is on, or the first one.
+    [[nodiscard]] int currentColumn() const;
+    [[nodiscard]] QMenu& newMenu();
+    void addColumnEntries(QMenu& menu, int column);
+    void openRowMenu(const QModelIndex& index, const QPoint& place);
+    void copy(const std::vector<int>& columns);
 
     QTableView& view_;
     StationTableModel model_;
+    TableColumns columns_;
     platform::TableViewDelegate* delegate_ = nullptr;
-    std::array<Width, std::tuple_size_v<decltype(catalogue::stationColumns)>> widths_;
-    int mostRowsMeasured_ = 0;
     bool reloading_ = false;
-    bool resizing_ = false;
     /// Runs from a reload that has emptied the selection until the delegate is told.
     QTimer lossUntold_;
     QTimer fitting_;
+    /// Reports grow older.
+    QTimer ageing_;
 };
 
 } // namespace desktop

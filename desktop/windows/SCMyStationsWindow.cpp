@@ -41,14 +41,14 @@ SCMyStationsWindow::SCMyStationsWindow(SCMyStationsWindowController& controller,
         views_->stations.mark(controller_.stationInRow(views_->stations.table.selectedRow()).get());
     });
     connect(&table, &QTableView::activated, this,
-            [this](const QModelIndex& index) { openSheet(index.row()); });
+            [this](const QModelIndex& index) { openSheet(views_->stations.table.rowAt(index)); });
 }
 
 SCMyStationsWindow::~SCMyStationsWindow() {
     controller_.outlets = {};
 }
 
-void SCMyStationsWindow::openSheet(int row) {
+void SCMyStationsWindow::openSheet(std::int64_t row) {
     if (const auto station = controller_.stationInRow(row)) {
         (new SCWetherSheet(*this, map_))->begin(station);
     }

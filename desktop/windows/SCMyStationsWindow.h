@@ -28,7 +28,7 @@ protected:
 private:
     struct Views;
 
-    void openSheet(int row);
+    void openSheet(std::int64_t row);
 
     SCMyStationsWindowController& controller_;
     MapSetup map_;

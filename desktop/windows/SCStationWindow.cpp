@@ -8,6 +8,7 @@
 #include "desktop/controls/FadingLabel.h"
 #include "desktop/controls/WrappingRow.h"
 #include "desktop/report/ReportTabs.h"
+#include "desktop/text/Text.h"
 #include "desktop/windows/ProgramMenus.h"
 #include "desktop/windows/TableWithMap.h"
 #include "mystations/aiiFlashingText.h"
@@ -15,8 +16,11 @@
 #include "platform/views/MapType.h"
 #include "ui_SCStationWindowController.h"
 
+#include <QClipboard>
 #include <QFontDatabase>
+#include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QTimer>
 
 #include <chrono>
@@ -125,13 +129,7 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
                  ui.sf->setFocus(Qt::ShortcutFocusReason);
                  ui.sf->selectAll();
              },
-         .favoritesChanged =
-             [this] {
-                 for (const std::int64_t row : controller_.rowsMarkedWithSelected()) {
-                     views_->stations.table.markChanged(static_cast<int>(row));
-                 }
-                 views_->reports->refreshSoon();
-             },
+         .favoritesChanged = [this] { favoritesChanged(); },
          .hasLargerChart = [this] { return views_->secView.hasLargerChart(); },
          .openLargerChart = [this] { views_->secView.openLargerChart(); }});
     controller_.outlets = {.table = &views_->stations.table,
@@ -170,6 +168,7 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
     bindMap(host);
     bindWeather(host);
     bindReports(host, reports);
+    bindRowMenu(reports);
     showTableOrHint();
 }
 
@@ -250,6 +249,49 @@ void SCStationWindow::bindReports(platform::Host& host, reports::Store& reports)
              [this](const std::string& identifier) { controller_.selectStation(identifier); }});
     connect(views_->ui.metarB, &QPushButton::clicked, views_->reports,
             [tabs = views_->reports] { tabs->askAgain(); });
+}
+
+void SCStationWindow::bindRowMenu(reports::Store& reports) {
+    // A row's menu opens on the selected row, to which the controller's commands apply.
+    views_->stations.table.addToRowMenu = [this, &reports](QMenu& menu, std::int64_t row) {
+        const auto station = controller_.stationInRow(row);
+        if (!station) {
+            return;
+        }
+        if (const auto metar = reports.reportsOf(identifierOf(*station)).metar) {
+            menu.addAction(QStringLiteral("Copy &METAR"), this, [metar] {
+                QGuiApplication::clipboard()->setText(shownText(metar->raw));
+            });
+        }
+        menu.addSeparator();
+        menu.addAction(station->isFavorite() ? QStringLiteral("Remove &Favorite")
+                                             : QStringLiteral("Make &Favorite"),
+                       this, [this] {
+                           controller_.favMenuItem();
+                           favoritesChanged();
+                       });
+        QMenu* near = menu.addMenu(QStringLiteral("&Near This"));
+        const QComboBox& distances = *views_->ui.distButton;
+        for (int i = 0; i < distances.count(); ++i) {
+            near->addAction(distances.itemText(i), this, [this, i] {
+                views_->distButton.selectItem(i);
+                controller_.geMeterDistChanged();
+            });
+        }
+        menu.addAction(QStringLiteral("&Show on Map"), this, [this, station] {
+            views_->switchieDu.setSelectedSegment(
+                static_cast<int>(platform::drawnType(controller_.currentMapType)));
+            controller_.switchieswitcheDu();
+            controller_.mapStiation(*station);
+        });
+    };
+}
+
+void SCStationWindow::favoritesChanged() {
+    for (const std::int64_t row : controller_.rowsMarkedWithSelected()) {
+        views_->stations.table.markChanged(static_cast<int>(row));
+    }
+    views_->reports->refreshSoon();
 }
 
 void SCStationWindow::showReportsOf(const AviationWeatherStation* station) {

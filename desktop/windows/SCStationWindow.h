@@ -40,6 +40,8 @@ private:
     void bindMap(platform::Host& host);
     void bindWeather(platform::Host& host);
     void bindReports(platform::Host& host, reports::Store& reports);
+    void bindRowMenu(reports::Store& reports);
+    void favoritesChanged();
     void showReportsOf(const AviationWeatherStation* station);
     void showTableOrHint();
 

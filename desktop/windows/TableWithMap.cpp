@@ -16,6 +16,7 @@ TableWithMap::TableWithMap(const catalogue::StationRows& rows, const Places& pla
         table.selectRow(row);
         table.scrollRowToVisible(row);
     };
+    table.setStations([&rows](int row) { return rows.stationInRow(row); });
     QObject::connect(&table.model(), &QAbstractItemModel::modelReset, &table,
                      [this, &rows] { mapView.setStations(onMap(rows.shownStations())); });
 }
