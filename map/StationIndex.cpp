@@ -56,10 +56,13 @@ WorldPoint StationIndex::Entry::point() const {
             std::ldexp(static_cast<double>(gathered(code)), -bits)};
 }
 
-StationIndex::StationIndex(std::span<const Station> stations) {
-    entries_.reserve(stations.size());
+StationIndex::StationIndex(std::span<const Station> stations)
+    : StationIndex(stations, [](std::size_t) { return true; }) {}
+
+StationIndex::StationIndex(std::span<const Station> stations,
+                           const std::function<bool(std::size_t)>& holds) {
     for (std::size_t i = 0; i < stations.size(); ++i) {
-        if (stations[i].location.isValid()) {
+        if (stations[i].location.isValid() && holds(i)) {
             const WorldPoint point = project(stations[i].location);
             entries_.push_back(
                 {spread(gridded(point.x - std::floor(point.x))) << 1 | spread(gridded(point.y)),

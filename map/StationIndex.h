@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -29,6 +30,8 @@ class StationIndex {
 public:
     StationIndex() = default;
     explicit StationIndex(std::span<const Station> stations);
+    /// Of those that `holds` picks by their positions in the list alone.
+    StationIndex(std::span<const Station> stations, const std::function<bool(std::size_t)>& holds);
 
     /// Adds the stations inside a rectangle, which may extend over several turns of the earth; only
     /// one of those that share a square of side `cell`, or the same place. The squares do not move

@@ -3,9 +3,12 @@
 
 #include <QApplication>
 #include <QGestureEvent>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
+#include <QTextDocument>
+#include <QToolTip>
 #include <QWheelEvent>
 
 #include <cmath>
@@ -157,6 +160,16 @@ bool MapView::event(QEvent* event) {
             zoomBy(1 + gesture->value(), gesture->position());
             return true;
         }
+    } else if (event->type() == QEvent::ToolTip) {
+        const auto* help = static_cast<QHelpEvent*>(event);
+        const QString text = helpAt(help->pos());
+        if (text.isEmpty()) {
+            QToolTip::hideText();
+        } else {
+            // Reports come from outside: nothing in one may count as markup.
+            QToolTip::showText(help->globalPos(), Qt::convertFromPlainText(text), this);
+        }
+        return true;
     } else if (event->type() == QEvent::Leave && state_.pointed) {
         state_.pointed.reset();
         update();

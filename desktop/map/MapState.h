@@ -2,6 +2,7 @@
 #pragma once
 
 #include "desktop/map/MapScheme.h"
+#include "desktop/map/StationWeather.h"
 #include "desktop/map/TileLoader.h"
 #include "map/BaseMap.h"
 #include "map/Camera.h"
@@ -37,6 +38,9 @@ struct MapState {
 
     std::vector<map::Station> stations;
     map::StationIndex index;
+    bool showsWeather = false;
+    /// While weather is shown, one for each of `stations`.
+    std::vector<StationWeather> weather;
     std::optional<map::Station> marker;
     /// The index of the station under the pointer.
     std::optional<std::uint32_t> pointed;

@@ -3,6 +3,7 @@
 
 #include "desktop/text/Text.h"
 #include "platform/host/Files.h"
+#include "reports/Description.h"
 
 #include <QPainter>
 #include <QResizeEvent>
@@ -48,6 +49,26 @@ void MapView::setStations(std::vector<map::Station> stations) {
     state_.pointed.reset();
     state_.index = map::StationIndex(stations);
     state_.stations = std::move(stations);
+    renewWeather();
+}
+
+void MapView::setWeather(MetarOf metarOf, reports::Date now) {
+    metarOf_ = std::move(metarOf);
+    now_ = now;
+    renewWeather();
+}
+
+void MapView::renewWeather() {
+    state_.showsWeather = metarOf_ != nullptr;
+    state_.weather.clear();
+    if (state_.showsWeather) {
+        state_.weather.reserve(state_.stations.size());
+        for (const map::Station& station : state_.stations) {
+            state_.weather.push_back(
+                stationWeather(metarOf_(station.identifier), station.location.latitude, now_));
+        }
+    }
+    dots_.renew();
     update();
 }
 
@@ -60,6 +81,23 @@ void MapView::setMarker(std::optional<map::Station> station) {
         state_.marker ? QStringLiteral("Shows station %1").arg(shownText(state_.marker->identifier))
                       : QString());
     update();
+}
+
+QString MapView::helpAt(const QPointF& at) const {
+    if (furniture_.creditPlace().contains(at)) {
+        return furniture_.elidedCredit();
+    }
+    if (!state_.pointed || !metarOf_) {
+        return {};
+    }
+    const std::string& identifier = state_.stations[*state_.pointed].identifier;
+    const reports::Metar* metar = metarOf_(identifier);
+    if (!metar) {
+        return shownText(identifier) + QStringLiteral(": no report");
+    }
+    return QStringLiteral("%1, %2\n%3\n%4")
+        .arg(shownText(identifier), shownText(reports::wordOf(metar->category)),
+             shownText(metar->raw), shownText(reports::ageInWords(metar->observed, now_)));
 }
 
 bool MapView::isHidden() const {
@@ -155,9 +193,12 @@ void MapView::paintEvent(QPaintEvent* /*event*/) {
     ground_.paint(painter);
     painter.restore();
     painter.save();
-    dots_.paint(painter);
+    dots_.paint(painter, furniture_.places());
     painter.restore();
+    painter.save();
     furniture_.paint(painter);
+    painter.restore();
+    dots_.paintTop(painter);
 }
 
 void MapView::changeEvent(QEvent* event) {

@@ -42,6 +42,14 @@ public:
     /// Sets the dots, of which there may be any number; `stationClicked` is given an index into
     /// `stations`.
     void setStations(std::vector<map::Station> stations);
+    /// Returns the latest METAR of the station with an identifier, or null. What it points to need
+    /// only last until the next call.
+    using MetarOf = std::function<const reports::Metar*(const std::string& identifier)>;
+    /// Shows the stations' weather as it is at `now`, with a legend; an empty function ends that.
+    /// The function is called for every station, at once and whenever the stations change, and for
+    /// the station at the pointer. To be set again when there are new reports, and every minute,
+    /// since reports grow old.
+    void setWeather(MetarOf metarOf, reports::Date now);
     /// Marks the selected station; absent for none.
     void setMarker(std::optional<map::Station> station);
 
@@ -80,6 +88,9 @@ private:
     };
 
     void restyle();
+    void renewWeather();
+    /// What a tool tip says about a place; empty for nothing.
+    [[nodiscard]] QString helpAt(const QPointF& at) const;
     /// Works out what the view now shows, and asks for the tiles that it needs.
     void viewChanged();
     /// Zooming and moving are the user's: the region that the logic set no longer holds.
@@ -101,6 +112,9 @@ private:
     /// Whether the user has moved away from it since.
     bool moved_ = false;
     mutable std::optional<Fit> fit_;
+
+    MetarOf metarOf_;
+    reports::Date now_;
 
     std::optional<QPointF> pressed_;
     QPointF last_;

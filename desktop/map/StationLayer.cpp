@@ -52,12 +52,22 @@ QPixmap dotPicture(double zoom, double pixelsPerPoint, const MapScheme& scheme) 
 
 } // namespace
 
-void StationLayer::paint(QPainter& painter) {
+void StationLayer::paint(QPainter& painter, const std::vector<QRectF>& furniture) {
     painter.setFont(state_.font);
-    drawDots(painter);
+    shown_.clear();
+    if (state_.showsWeather) {
+        weather_.drawDots(painter, shown_);
+        weather_.drawBarbs(painter, furniture);
+    } else {
+        drawDots(painter);
+    }
     if (state_.type == platform::hybridMap) {
         drawLabels(painter);
     }
+}
+
+void StationLayer::paintTop(QPainter& painter) const {
+    painter.setFont(state_.font);
     drawMarker(painter);
     if (state_.pointed) {
         const map::Station& station = state_.stations[*state_.pointed];
@@ -74,7 +84,6 @@ std::optional<QPointF> StationLayer::screenPoint(const platform::Location& locat
 
 void StationLayer::drawDots(QPainter& painter) {
     const map::Camera& view = state_.view;
-    shown_.clear();
     state_.index.add(view.seen(), leastApart / view.scale(), shown_);
     const QPixmap dot = dotPicture(view.zoom(), state_.pixelsPerPoint, state_.scheme);
     const QSizeF size = dot.deviceIndependentSize();
