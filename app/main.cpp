@@ -8,6 +8,7 @@
 #include "reports/Sessions.h"
 #include "weather/DataServerRequests.h"
 #include "weather/DataServerSessions.h"
+#include "weather/WorldWeather.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -44,13 +45,14 @@ int main(int argc, char* argv[]) {
         return EXIT_SUCCESS;
     }
     const platform::Host& own = host.services();
-    reports::Store reports(own.notificationCenter, own.clock, own.log,
-                           host.reportsFile());
+    reports::Store reports(own.notificationCenter, own.clock, own.log, host.reportsFile());
     reports::Sessions sessions(host.urlSessions(), reports, weather::questionIn);
     platform::Host services = host.servicesWith(sessions);
+    weather::WorldWeather world(services, reports);
     // The menus must outlive the delegate, whose windows carry them.
     desktop::ProgramMenus menus;
-    desktop::ProgramWindows windows(services, reports, host.mapSetup(), host.settingsFile(), menus);
+    desktop::ProgramWindows windows(services, reports, world, host.mapSetup(), host.settingsFile(),
+                                    menus);
     AppDelegate delegate(services, windows);
     menus.actOn(delegate);
     delegate.applicationDidFinishLaunching();

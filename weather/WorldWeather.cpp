@@ -21,6 +21,7 @@ using Ending = Answer::Ending;
 constexpr const char* setting = "worldweather";
 /// How often it is looked whether a file is due.
 constexpr auto step = 15s;
+constexpr double bytesInMegabyte = 1e6;
 /// In the store, what is known of the file of all stations is kept under no station's name.
 const std::string allStations;
 
@@ -218,6 +219,10 @@ std::optional<platform::Date> WorldWeather::renewed() const {
 std::string WorldWeather::status() const {
     if (!isOn_) {
         return {};
+    }
+    if (const auto bytes = arrived()) {
+        return fmt::format("Fetching the weather of the world, {:.1f} MB so far…",
+                           static_cast<double>(*bytes) / bytesInMegabyte);
     }
     const auto last = answer(reports::Kind::metar);
     if (!last) {

@@ -79,6 +79,9 @@ void ProgramMenus::addStationEntries() {
         stations_, QStringLiteral("Always Show Favorites' Weather"), "alwaysShowFavWeatherMenu", {},
         [this] { delegate_->sw->alwaysShowFavWeatherMenu(*alwaysFavItem_); });
     alwaysFavItem_->entry().setCheckable(true);
+    worldWeather_ = &add(stations_, QStringLiteral("Weather of the &World"),
+                         Qt::CTRL | Qt::SHIFT | Qt::Key_W, [] {});
+    worldWeather_->setCheckable(true);
     largerChart_ = &add(stations_, QStringLiteral("Open &Larger Chart"), Qt::CTRL | Qt::Key_L,
                         [this] { stationWindow_.openLargerChart(); });
     const QString distances[] = {

@@ -39,6 +39,8 @@ public:
         std::function<void()> openLargerChart;
     };
     void setStationWindowActions(StationWindowActions actions);
+    /// The entry that switches the weather of the world on and off, for the main window to bind.
+    [[nodiscard]] QAction& worldWeather() { return *worldWeather_; }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -64,6 +66,7 @@ private:
     /// A deque: entries must not move, since the logic keeps a pointer to one.
     std::deque<MenuEntry> validated_;
     MenuEntry* alwaysFavItem_ = nullptr;
+    QAction* worldWeather_ = nullptr;
     QAction* largerChart_ = nullptr;
 };
 

@@ -11,10 +11,12 @@
 
 namespace desktop {
 
-ProgramWindows::ProgramWindows(platform::Host& host, reports::Store& reports, MapSetup map,
-                               const QString& memory, ProgramMenus& menus)
+ProgramWindows::ProgramWindows(platform::Host& host, reports::Store& reports,
+                               weather::WorldWeather& world, MapSetup map, const QString& memory,
+                               ProgramMenus& menus)
     : host_(host),
       reports_(reports),
+      world_(world),
       map_(std::move(map)),
       memory_(memory, QSettings::IniFormat),
       menus_(menus) {
@@ -25,7 +27,8 @@ ProgramWindows::ProgramWindows(platform::Host& host, reports::Store& reports, Ma
 
 std::unique_ptr<platform::Window>
 ProgramWindows::stationWindow(SCStationWindowController& controller) {
-    return std::make_unique<SCStationWindow>(controller, host_, reports_, map_, menus_, memory_);
+    return std::make_unique<SCStationWindow>(controller, host_, reports_, world_, map_, menus_,
+                                             memory_);
 }
 
 std::unique_ptr<platform::Window>

@@ -6,6 +6,7 @@
 #include "desktop/windows/ProgramMenus.h"
 #include "platform/host/Host.h"
 #include "reports/Store.h"
+#include "weather/WorldWeather.h"
 
 #include <QSettings>
 
@@ -14,10 +15,10 @@ namespace desktop {
 /// Makes the program's windows on this desktop; must outlive them.
 class ProgramWindows final : public app::Windows {
 public:
-    /// Host, reports and menus are borrowed. `memory` is the file in which windows store their
+    /// All but the map's setup is borrowed. `memory` is the file in which windows store their
     /// positions.
-    ProgramWindows(platform::Host& host, reports::Store& reports, MapSetup map,
-                   const QString& memory, ProgramMenus& menus);
+    ProgramWindows(platform::Host& host, reports::Store& reports, weather::WorldWeather& world,
+                   MapSetup map, const QString& memory, ProgramMenus& menus);
 
     [[nodiscard]] std::unique_ptr<platform::Window>
     stationWindow(SCStationWindowController& controller) override;
@@ -32,6 +33,7 @@ public:
 private:
     platform::Host& host_;
     reports::Store& reports_;
+    weather::WorldWeather& world_;
     MapSetup map_;
     QSettings memory_;
     ProgramMenus& menus_;

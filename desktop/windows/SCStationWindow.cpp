@@ -11,6 +11,7 @@
 #include "desktop/text/Text.h"
 #include "desktop/windows/ProgramMenus.h"
 #include "desktop/windows/TableWithMap.h"
+#include "desktop/windows/WorldSwitch.h"
 #include "mystations/aiiFlashingText.h"
 #include "platform/text/Text.h"
 #include "platform/views/MapType.h"
@@ -116,8 +117,8 @@ struct SCStationWindow::Views {
 };
 
 SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform::Host& host,
-                                 reports::Store& reports, const MapSetup& map, ProgramMenus& menus,
-                                 QSettings& memory)
+                                 reports::Store& reports, weather::WorldWeather& world,
+                                 const MapSetup& map, ProgramMenus& menus, QSettings& memory)
     : ProgramWindow(menus, memory),
       controller_(controller),
       menus_(menus),
@@ -169,6 +170,8 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
     bindWeather(host);
     bindReports(host, reports);
     bindRowMenu(reports);
+    new WorldSwitch({host, reports, world}, {*this, menus.worldWeather(), *ui.worldWeather,
+                                             *ui.worldStatus, *ui.worldWorking, views_->stations});
     showTableOrHint();
 }
 

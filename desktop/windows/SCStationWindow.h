@@ -5,6 +5,7 @@
 #include "desktop/windows/ProgramWindow.h"
 #include "platform/host/Host.h"
 #include "reports/Store.h"
+#include "weather/WorldWeather.h"
 
 #include <memory>
 
@@ -20,8 +21,8 @@ class SCStationWindow final : public ProgramWindow {
 public:
     /// Fills the outlets; what is borrowed must outlive the window.
     SCStationWindow(SCStationWindowController& controller, platform::Host& host,
-                    reports::Store& reports, const MapSetup& map, ProgramMenus& menus,
-                    QSettings& memory);
+                    reports::Store& reports, weather::WorldWeather& world, const MapSetup& map,
+                    ProgramMenus& menus, QSettings& memory);
     /// Empties the outlets.
     ~SCStationWindow() override;
 

@@ -8,6 +8,7 @@
 #include "reports/Sessions.h"
 #include "tests/support/FakeHost.h"
 #include "weather/DataServerRequests.h"
+#include "weather/WorldWeather.h"
 
 #include <QApplication>
 #include <QMainWindow>
@@ -67,8 +68,9 @@ private:
                       fake.folder / "reports.sqlite"),
               sessions(real, reports, weather::questionIn),
               host(fake.hostWith(sessions, fake.events)),
-              windows(host, reports, map, desktop::pathText((fake.folder / "windows.ini").string()),
-                      menus),
+              world(host, reports),
+              windows(host, reports, world, map,
+                      desktop::pathText((fake.folder / "windows.ini").string()), menus),
               delegate(host, windows) {
             menus.actOn(delegate);
         }
@@ -76,6 +78,7 @@ private:
         reports::Store reports;
         reports::Sessions sessions;
         platform::Host host;
+        weather::WorldWeather world;
 
         desktop::ProgramMenus menus;
         desktop::ProgramWindows windows;
