@@ -13,6 +13,8 @@ inline constexpr std::string_view dataServerPath = "/adds/dataserver_current/htt
 /// The paths at which `dataServerHost` answers METAR and TAF requests since it retired that one.
 inline constexpr std::string_view metarPath = "/api/data/metar";
 inline constexpr std::string_view tafPath = "/api/data/taf";
+/// The path of its table of stations: JSON, compressed, renewed daily.
+inline constexpr std::string_view stationTablePath = "/data/cache/stations.cache.json.gz";
 
 /// The files of every station's last METAR and TAF, compressed with gzip.
 inline constexpr std::string_view worldMetarsPath = "/data/cache/metars.cache.xml.gz";

@@ -2,18 +2,21 @@
 // Makes, prints and checks station package files, using the program's own libraries.
 #include "catalogue/ListFile.h"
 #include "catalogue/Packages.h"
-#include "catalogue/stationparser.h"
+#include "catalogue/table/PackageMaker.h"
 #include "platform/archive/KeyedArchiver.h"
 #include "platform/archive/KeyedUnarchiver.h"
 #include "platform/host/System.h"
 #include "platform/text/Text.h"
 #include "platform/values/Geodesy.h"
+#include "tools/Messages.h"
+#include "tools/Update.h"
 
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 
 #include <cstdio>
 #include <new>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -22,24 +25,15 @@
 namespace {
 
 using platform::escapedControls;
+using tools::fail;
+using tools::say;
 
 constexpr const char* usage =
-    "usage: stationpackage make LIST FILE   make a package from a list\n"
-    "       stationpackage print FILE       print one line per station\n"
-    "       stationpackage check FILE       report what is wrong with it\n";
-
-/// Prints a message about a file. Whatever is not fit for a screen is escaped, in the name and in
-/// the text alike.
-void say(const std::string& file, const std::string& message) {
-    const auto line =
-        fmt::format("stationpackage: {}: {}\n", escapedControls(file), escapedControls(message));
-    std::fputs(line.c_str(), stderr);
-}
-
-int fail(const std::string& file, const std::string& reason) {
-    say(file, reason);
-    return 1;
-}
+    "usage: stationpackage make LIST FILE [POSITIONS]      make a package from a list\n"
+    "       stationpackage update TABLE FOLDER [DATE]     make list and package from a table\n"
+    "       stationpackage print FILE                     print one line per station\n"
+    "       stationpackage check FILE                     report what is wrong with it\n"
+    "TABLE is a file, - for standard input, or \"service\" for the weather service's own.\n";
 
 std::string column(const std::optional<std::string>& text) {
     return escapedControls(text.value_or(""));
@@ -84,32 +78,30 @@ std::string stationLine(const AviationWeatherStation& station) {
     return fmt::format("{}", fmt::join(columns, "\t"));
 }
 
-int make(const std::string& list, const std::string& file) {
+int make(const std::string& list, const std::string& file, const std::string* positions) {
     auto read = catalogue::readList(list);
     if (!read) {
         return fail(list, "cannot be read");
     }
-    platform::NotificationCenter center;
     platform::StandardErrorLog log;
-    const auto parser = stationparser::initWithNSString(center, log, std::move(read->text));
-    parser->parse();
-    const auto collection = parser->theCollection();
-    if (!collection && parser->error()) {
-        throw std::bad_alloc();
+    const auto made =
+        catalogue::packageOf(std::move(read->text), log, platform::SystemClock().now());
+    if (!made.collection) {
+        return fail(list, made.fault);
     }
-    if (!collection || collection->stations->empty()) {
-        return fail(list, "holds no station");
+    if (positions) {
+        const auto lines = catalogue::readListFile(*positions);
+        const auto fault = lines ? catalogue::setPositions(*made.collection, *lines)
+                                 : std::string("cannot be read");
+        if (!fault.empty()) {
+            return fail(*positions, fault);
+        }
     }
-    if (parser->error()) {
-        return fail(list, "ends unexpectedly");
-    }
-    collection->numberOfStations = static_cast<std::int64_t>(collection->stations->size());
-    collection->lastUpdated = platform::SystemClock().now();
-    if (!platform::KeyedArchiver::archiveRootObject(collection, file)) {
+    if (!platform::KeyedArchiver::archiveRootObject(made.collection, file)) {
         return fail(file, "cannot be written");
     }
     fmt::print("stations: {}, lines realigned: {}, lines that do not fit: {}\n",
-               collection->numberOfStations, read->realignedLines, read->oddLines);
+               made.collection->numberOfStations, read->realignedLines, read->oddLines);
     return 0;
 }
 
@@ -162,8 +154,12 @@ int check(const std::string& file) {
 }
 
 int run(const std::vector<std::string>& words) {
-    if (words.size() == 3 && words[0] == "make") {
-        return make(words[1], words[2]);
+    if ((words.size() == 3 || words.size() == 4) && words[0] == "make") {
+        return make(words[1], words[2], words.size() == 4 ? &words[3] : nullptr);
+    }
+    if ((words.size() == 3 || words.size() == 4) && words[0] == "update") {
+        return tools::update(words[1], words[2],
+                             words.size() == 4 ? std::optional(words[3]) : std::nullopt);
     }
     if (words.size() == 2 && words[0] == "print") {
         return print(words[1]);
