@@ -2,14 +2,20 @@
 #include "bench/StationLists.h"
 #include "catalogue/Packages.h"
 #include "catalogue/stationparser.h"
+#include "catalogue/table/ListMaker.h"
+#include "catalogue/table/PackageMaker.h"
+#include "catalogue/table/ServiceTable.h"
 #include "platform/archive/KeyedArchiver.h"
 #include "platform/archive/KeyedUnarchiver.h"
+#include "platform/host/Files.h"
 #include "platform/host/System.h"
 
 #include <GeographicLib/Geodesic.hpp>
 #include <benchmark/benchmark.h>
 
+#include <chrono>
 #include <cmath>
+#include <optional>
 
 namespace {
 
@@ -34,6 +40,38 @@ void parse(benchmark::State& state) {
     countStations(state);
 }
 BENCHMARK(parse)->Apply(both);
+
+/// The weather service's table, as it is sent; absent, with an error, if it is not here.
+std::optional<platform::Data> table(benchmark::State& state) {
+    auto bytes = platform::readFile(
+        NOSIG_SOURCE_DIR "/../shared/data/world/stations-cache-2026-02.json.gz", 1 << 24);
+    if (!bytes) {
+        state.SkipWithError("there is no table in ../shared/data");
+    }
+    return bytes;
+}
+
+void makeFromTable(benchmark::State& state) {
+    const auto bytes = table(state);
+    platform::StandardErrorLog log;
+    for (auto _ : state) {
+        const auto made =
+            catalogue::makeList(catalogue::readTable(*bytes), catalogue::Places::ours(),
+                                std::chrono::year(2026) / 2 / 1);
+        const auto package = catalogue::packageOf(made.list, log, {});
+        benchmark::DoNotOptimize(catalogue::setPositions(*package.collection, made.positions));
+        benchmark::DoNotOptimize(platform::KeyedArchiver::archivedData(package.collection));
+    }
+}
+BENCHMARK(makeFromTable)->Unit(benchmark::kMillisecond);
+
+void readTable(benchmark::State& state) {
+    const auto bytes = table(state);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(catalogue::readTable(*bytes));
+    }
+}
+BENCHMARK(readTable)->Unit(benchmark::kMillisecond);
 
 void save(benchmark::State& state) {
     const auto& collection = bench::collection(static_cast<int>(state.range(0)));
