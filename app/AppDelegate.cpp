@@ -16,7 +16,12 @@ void bringToFront(platform::Window& window) {
 } // namespace
 
 AppDelegate::AppDelegate(platform::Host& host, app::Windows& windows)
-    : host_(host), windows_(windows) {}
+    : host_(host), windows_(windows) {
+    keeper = app::CatalogueKeeper::make(
+        host, {.show = [this](const auto& collection) { sw->showCatalogue(collection); },
+               .favorites = [this] { return sw->allFavorites(); },
+               .say = [this] { showCatalogueWindow(); }});
+}
 
 AppDelegate::~AppDelegate() = default;
 
@@ -102,6 +107,33 @@ void AppDelegate::doReleaseNotes() {
             host_, windows_, "SLIBReleaseNotesWindowController");
     }
     releaseNotes->bringToFront();
+}
+
+void AppDelegate::doUpdateCatalogue() {
+    keeper->update();
+}
+
+void AppDelegate::doUseShippedCatalogue() {
+    keeper->useShipped();
+}
+
+void AppDelegate::doUseAsMyCatalogue() {
+    if (showsOpenedList()) {
+        keeper->offerToKeep(sw->masterCollection());
+    }
+}
+
+bool AppDelegate::showsOpenedList() const {
+    const auto master = sw ? sw->masterCollection() : nullptr;
+    return master && master->fromURL && master->fromURL->text.starts_with("file:") &&
+           sw->hasCatalogue();
+}
+
+void AppDelegate::showCatalogueWindow() {
+    if (!catalogueWindow_) {
+        catalogueWindow_ = windows_.catalogueWindow(*keeper);
+    }
+    catalogueWindow_->showWindow();
 }
 
 void AppDelegate::doEmailFeedback() {

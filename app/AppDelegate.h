@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/CatalogueKeeper.h"
 #include "app/SCAboutWindowController.h"
 #include "app/SCSaveOptionsSheetController.h"
 #include "app/SLIBReleaseNotesWindowController.h"
@@ -52,6 +53,7 @@ public:
     std::shared_ptr<SCAboutWindowController> ab;
     std::shared_ptr<slibHelpWindow> h;
     std::shared_ptr<SLIBReleaseNotesWindowController> releaseNotes;
+    std::shared_ptr<app::CatalogueKeeper> keeper;
 
     /// Creates and shows the main window.
     void applicationDidFinishLaunching();
@@ -68,6 +70,12 @@ public:
     void doAbout();
     void doHelp();
     void doReleaseNotes();
+    void doUpdateCatalogue();
+    void doUseShippedCatalogue();
+    /// Asks whether the list that the user has opened is to be the catalogue.
+    void doUseAsMyCatalogue();
+    /// Whether the catalogue that is shown was read from a list of the user's.
+    [[nodiscard]] bool showsOpenedList() const;
     /// The actions of the about window's buttons, available without the window.
     void doEmailFeedback();
     void doGoToWebsite();
@@ -80,6 +88,7 @@ public:
 private:
     void makeStationWindow();
     [[nodiscard]] std::shared_ptr<SCAboutWindowController> aboutLogic();
+    void showCatalogueWindow();
 
     platform::Host& host_;
     app::Windows& windows_;
@@ -88,4 +97,5 @@ private:
     std::unique_ptr<platform::Window> myStationsWindow_;
     std::unique_ptr<platform::Window> aboutWindow_;
     std::unique_ptr<platform::Window> helpWindow_;
+    std::unique_ptr<platform::Window> catalogueWindow_;
 };

@@ -13,6 +13,8 @@ class slibHelpWindow;
 
 namespace app {
 
+class CatalogueKeeper;
+
 /// Creates the program's windows from their interface files, hidden at first. Each factory fills
 /// the outlets of its controller, which the window borrows and which must outlive it. Main thread
 /// only.
@@ -29,6 +31,8 @@ public:
     helpWindow(slibHelpWindow& controller) = 0;
     [[nodiscard]] virtual std::unique_ptr<platform::Window>
     releaseNotesWindow(SLIBReleaseNotesWindowController& controller) = 0;
+    [[nodiscard]] virtual std::unique_ptr<platform::Window>
+    catalogueWindow(CatalogueKeeper& keeper) = 0;
 };
 
 } // namespace app

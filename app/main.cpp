@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/AppDelegate.h"
+#include "catalogue/own/OwnCatalogue.h"
 #include "desktop/host/DesktopHost.h"
 #include "desktop/host/EndSignals.h"
 #include "desktop/host/SingleInstance.h"
@@ -15,6 +16,7 @@
 
 #include <cstdlib>
 #include <functional>
+#include <string_view>
 #include <utility>
 
 namespace {
@@ -49,6 +51,10 @@ int main(int argc, char* argv[]) {
     reports::Sessions sessions(host.urlSessions(), reports, weather::questionIn);
     platform::Host services = host.servicesWith(sessions);
     weather::WorldWeather world(services, reports);
+    const catalogue::OwnCatalogue ownCatalogue(host.services());
+    host.program().replacement = [&](std::string_view name) {
+        return ownCatalogue.replacementOf(name);
+    };
     // The menus must outlive the delegate, whose windows carry them.
     desktop::ProgramMenus menus;
     desktop::ProgramWindows windows(services, reports, world, host.mapSetup(), host.settingsFile(),

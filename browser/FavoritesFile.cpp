@@ -6,8 +6,6 @@
 #include "platform/host/Files.h"
 #include "slib/SupportLibCat.h"
 
-#include <fmt/format.h>
-
 #include <filesystem>
 #include <memory>
 #include <utility>
@@ -23,15 +21,6 @@ bool write(const FavoritesFile::Identifiers& identifiers, const std::string& pat
     array->isMutable = false;
     array->elements.assign(identifiers.begin(), identifiers.end());
     return platform::KeyedArchiver::archiveRootObject(array, path);
-}
-
-/// Returns a name beside `path` that is not in use.
-std::string nameAside(const std::string& path) {
-    std::string aside = path + ".unreadable";
-    for (int i = 2; std::filesystem::exists(std::filesystem::symlink_status(aside)); ++i) {
-        aside = fmt::format("{}.unreadable.{}", path, i);
-    }
-    return aside;
 }
 
 } // namespace
@@ -86,10 +75,5 @@ std::optional<FavoritesFile::Identifiers> FavoritesFile::read(const std::string&
 }
 
 void FavoritesFile::setAside(const std::string& path) {
-    const std::string aside = nameAside(path);
-    std::error_code error;
-    std::filesystem::rename(path, aside, error);
-    isBarred_ |= static_cast<bool>(error);
-    host_.log.line(error ? fmt::format("{} can be neither read nor renamed and is unchanged", path)
-                         : fmt::format("{} cannot be read and is now called {}", path, aside));
+    isBarred_ |= !platform::setAside(path, host_.log);
 }

@@ -29,6 +29,12 @@ void SCStationWindowController::addCollection(
     resetWorkingCollection();
 }
 
+void SCStationWindowController::showCatalogue(
+    const std::shared_ptr<AviationWeatherStationCollection>& collection) {
+    addCollection(collection);
+    showAll();
+}
+
 void SCStationWindowController::replaceMaster(
     std::shared_ptr<AviationWeatherStationCollection> collection) {
     // No mark may change until marks are set in the new master.

@@ -88,6 +88,8 @@ public:
 
     /// Reads the shipped package into the master (`flag` false) or empties the master (true).
     void loadParsedFile(bool flag);
+    /// Makes `collection` the master and lists it whole, with the selected station selected again.
+    void showCatalogue(const std::shared_ptr<AviationWeatherStationCollection>& collection);
     /// Makes `collection` the master; the next reload of the table shows a copy of it.
     void addCollection(const std::shared_ptr<AviationWeatherStationCollection>& collection);
     /// Lets the user choose a station list, and parses it in the background.

@@ -38,7 +38,8 @@ platform::TextAttributes slibStandardTextAttributes_andSize(const platform::Colo
 }
 
 std::string fileNameInBundle(platform::Host& host, std::string_view name) {
-    return platform::joinedPath(host.bundle.resourcePath(), name);
+    auto own = host.bundle.replacementOf(name);
+    return own ? std::move(*own) : platform::joinedPath(host.bundle.resourcePath(), name);
 }
 
 std::optional<std::string> fileNameInDocDirectory(platform::Host& host,

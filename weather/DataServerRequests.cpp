@@ -59,6 +59,10 @@ platform::URL fixedTafRequest(platform::Host& host, std::string_view latest) {
     return request(host, "http", "TAFs", "KSFO", latest);
 }
 
+platform::URL stationTableRequest(platform::Host& host) {
+    return {fmt::format("https://{}{}", dataServer(host), product::addresses::stationTablePath)};
+}
+
 std::optional<reports::Question> questionIn(const platform::URL& address) {
     const std::string_view text = address.text;
     const std::size_t start = text.find('?');

@@ -31,6 +31,9 @@ namespace weather {
 /// latest report: "mostRecent" or "mostRecentForEachStation".
 [[nodiscard]] platform::URL fixedTafRequest(platform::Host& host, std::string_view latest);
 
+/// Request for the server's table of all stations.
+[[nodiscard]] platform::URL stationTableRequest(platform::Host& host);
+
 /// What an address asks for, in the classic form or the present one; nothing for one that is no
 /// question for a single station's METAR or TAF. The station as it is named, unescaped.
 [[nodiscard]] std::optional<reports::Question> questionIn(const platform::URL& address);

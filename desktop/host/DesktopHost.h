@@ -39,6 +39,7 @@ public:
         return {notificationCenter_, settings_, folders_, program_, panels_,   timers_,
                 mainQueue_,          clock_,    log_,     sessions, launcher_, events_};
     }
+    [[nodiscard]] Program& program() { return program_; }
     [[nodiscard]] MainQueue& mainQueue() { return mainQueue_; }
     [[nodiscard]] platform::CurlURLSessions& urlSessions() { return urlSessions_; }
     /// The folder of the user's files that only this program writes.

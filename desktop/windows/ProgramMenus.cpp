@@ -84,6 +84,12 @@ void ProgramMenus::addStationEntries() {
     worldWeather_->setCheckable(true);
     largerChart_ = &add(stations_, QStringLiteral("Open &Larger Chart"), Qt::CTRL | Qt::Key_L,
                         [this] { stationWindow_.openLargerChart(); });
+    add(stations_, QStringLiteral("&Update Catalogue"), {},
+        [this] { delegate_->doUpdateCatalogue(); });
+    useAsMine_ = &add(stations_, QStringLiteral("Use as My &Catalogue…"), {},
+                      [this] { delegate_->doUseAsMyCatalogue(); });
+    useShipped_ = &add(stations_, QStringLiteral("Use S&hipped Catalogue"), {},
+                       [this] { delegate_->doUseShippedCatalogue(); });
     const QString distances[] = {
         QStringLiteral("Within 10 Miles"), QStringLiteral("Within 25 Miles"),
         QStringLiteral("Within 50 Miles"), QStringLiteral("Within 100 Miles")};
@@ -117,6 +123,7 @@ void ProgramMenus::addTo(QMainWindow& window) {
     addMenu(QStringLiteral("Nosi&g"), program_);
     QMenu* stations = addMenu(QStringLiteral("&Stations"), stations_);
     stations->insertSeparator(stations_[1]);
+    stations->insertSeparator(stations_[stations_.size() - 3]);
     QMenu* near = stations->addMenu(QStringLiteral("&Near the Selected Station"));
     near->addActions(QList<QAction*>(near_.begin(), near_.end()));
     connect(near, &QMenu::aboutToShow, this, [this] { validate(); });
@@ -135,6 +142,8 @@ void ProgramMenus::validate() {
     }
     // Not a command of the main window's controller, whose validation would refuse it.
     largerChart_->setEnabled(stationWindow_.hasLargerChart && stationWindow_.hasLargerChart());
+    useAsMine_->setEnabled(delegate_ && delegate_->showsOpenedList());
+    useShipped_->setEnabled(delegate_ && delegate_->keeper->hasOwn());
 }
 
 bool ProgramMenus::eventFilter(QObject* watched, QEvent* event) {

@@ -68,6 +68,8 @@ private:
     MenuEntry* alwaysFavItem_ = nullptr;
     QAction* worldWeather_ = nullptr;
     QAction* largerChart_ = nullptr;
+    QAction* useShipped_ = nullptr;
+    QAction* useAsMine_ = nullptr;
 };
 
 } // namespace desktop

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/windows/ProgramWindows.h"
 
+#include "desktop/windows/CatalogueWindow.h"
 #include "desktop/windows/SCMyStationsWindow.h"
 #include "desktop/windows/SCStationWindow.h"
 #include "desktop/windows/SmallWindows.h"
@@ -47,6 +48,10 @@ std::unique_ptr<platform::Window> ProgramWindows::helpWindow(slibHelpWindow& con
 std::unique_ptr<platform::Window>
 ProgramWindows::releaseNotesWindow(SLIBReleaseNotesWindowController& controller) {
     return std::make_unique<ReleaseNotesWindow>(controller, menus_, memory_);
+}
+
+std::unique_ptr<platform::Window> ProgramWindows::catalogueWindow(app::CatalogueKeeper& keeper) {
+    return std::make_unique<CatalogueWindow>(keeper, menus_, memory_);
 }
 
 } // namespace desktop

@@ -29,6 +29,8 @@ public:
     [[nodiscard]] std::unique_ptr<platform::Window> helpWindow(slibHelpWindow& controller) override;
     [[nodiscard]] std::unique_ptr<platform::Window>
     releaseNotesWindow(SLIBReleaseNotesWindowController& controller) override;
+    [[nodiscard]] std::unique_ptr<platform::Window>
+    catalogueWindow(app::CatalogueKeeper& keeper) override;
 
 private:
     platform::Host& host_;

@@ -211,6 +211,18 @@ std::optional<Data> readFile(const fs::path& path, std::uint64_t limit) try {
     return std::nullopt;
 }
 
+bool setAside(const std::string& path, Log& log) {
+    std::string aside = path + ".unreadable";
+    for (int i = 2; std::filesystem::exists(std::filesystem::symlink_status(aside)); ++i) {
+        aside = fmt::format("{}.unreadable.{}", path, i);
+    }
+    std::error_code error;
+    std::filesystem::rename(path, aside, error);
+    log.line(error ? fmt::format("{} can be neither read nor renamed and is unchanged", path)
+                   : fmt::format("{} cannot be read and is now called {}", path, aside));
+    return !error;
+}
+
 std::error_code replaceFile(const fs::path& path, std::span<const std::byte> bytes) {
     const std::optional<fs::path> target = linkTarget(path);
     if (!target) {

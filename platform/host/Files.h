@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/host/Host.h"
 #include "platform/values/Value.h"
 
 #include <cstdint>
@@ -32,6 +33,11 @@ std::error_code createDirectory(const std::filesystem::path& path, bool withInte
 
 /// The contents of a regular file; absent if it cannot be read or is longer than `limit` bytes.
 [[nodiscard]] std::optional<Data> readFile(const std::filesystem::path& path, std::uint64_t limit);
+
+/// Renames a file that cannot be read, so that it is neither lost nor read again: ".unreadable"
+/// goes behind its name, and a number behind that if there is such a file. Logs one line, also if
+/// it fails; returns whether it did not.
+bool setAside(const std::string& path, Log& log);
 
 /// Writes a new file beside `path`, flushes it to disk and renames it over the old one, whose
 /// permissions it takes over. A symbolic link stays and its target is replaced; anything but a

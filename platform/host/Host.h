@@ -45,6 +45,11 @@ public:
     virtual ~Bundle() = default;
     /// The folder of the files that ship with the program.
     [[nodiscard]] virtual std::string resourcePath() const = 0;
+    /// The user's own file in place of one that ships with the program; absent if there is none.
+    [[nodiscard]] virtual std::optional<std::string>
+    replacementOf(std::string_view /*name*/) const {
+        return std::nullopt;
+    }
     /// A fact about the program, such as "CFBundleExecutable"; absent if unknown.
     [[nodiscard]] virtual std::optional<std::string> infoValue(std::string_view key) const = 0;
 };

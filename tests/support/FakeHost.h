@@ -51,6 +51,11 @@ public:
         return found == info.end() ? std::nullopt : std::optional(found->second);
     }
 
+    [[nodiscard]] std::optional<std::string> replacementOf(std::string_view name) const override {
+        return replacement ? replacement(name) : std::nullopt;
+    }
+
+    std::function<std::optional<std::string>(std::string_view name)> replacement;
     std::string resources;
     std::map<std::string, std::string, std::less<>> info;
 };
