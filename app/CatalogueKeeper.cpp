@@ -64,11 +64,12 @@ void CatalogueKeeper::update() {
     const auto update = update_ = std::make_shared<Update>();
     update->address = weather::stationTableRequest(host_);
     platform::URLSessions::Request request{update->address};
-    request.revalidates = true;
     if (const auto own = hasOwn() ? own_.inUse() : nullptr;
         own && own->fromURL == update->address) {
-        update->since = request.modifiedSince = own->lastUpdated;
+        update->since = own->lastUpdated;
     }
+    // Without an own catalogue the table counts as changed, whenever that was.
+    request.known = {{update->since, {}}};
     request.arrived = [this, &host = host_, weak = weak_from_this(), update](std::size_t bytes) {
         host.mainThread.perform(weak, [this, update, bytes] {
             if (update == update_) {
@@ -79,7 +80,7 @@ void CatalogueKeeper::update() {
     request.ended = [this, &host = host_, weak = weak_from_this(), update](const auto& ending) {
         update->status = ending.status;
         if (ending.status == whole) {
-            update->changed = ending.modified.value_or(ending.asked);
+            update->changed = ending.version.modified.value_or(ending.asked);
             update->table = *ending.data;
         }
         host.mainThread.perform(weak, [this, update] { take(update); });

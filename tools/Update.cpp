@@ -82,7 +82,7 @@ Source service() {
         "https://{}{}", product::addresses::dataServerHost, product::addresses::stationTablePath)}};
     request.ended = [&](const platform::URLSessions::Ending& ending) {
         Source source{ending.data.value_or(platform::Data()),
-                      dayOf(ending.modified.value_or(ending.asked)),
+                      dayOf(ending.version.modified.value_or(ending.asked)),
                       {}};
         source.fault = !ending.data           ? "cannot be reached"
                        : ending.status != 200 ? fmt::format("answers with status {}", ending.status)

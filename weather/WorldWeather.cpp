@@ -173,9 +173,9 @@ void WorldWeather::fetch(File& file) {
                  answer->asked = ending.asked;
                  answer->status = ending.status;
                  answer->ending = endingOf(ending.status, ending.data.has_value());
-                 answer->tag = ending.tag.empty() ? tag : ending.tag;
+                 answer->tag = ending.version.tag.empty() ? tag : ending.version.tag;
              },
-         .knownTag = tag,
+         .known = platform::URLSessions::Version{{}, tag},
          .arrived = [onMain, &file](
                         std::size_t bytes) { onMain([&file, bytes] { file.arrived = bytes; }); }},
         [&store = store_, onMain, answer, tag, &file,

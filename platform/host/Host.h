@@ -143,6 +143,16 @@ public:
 /// that share a transfer are called one after another, in the order of asking.
 class URLSessions {
 public:
+    /// What tells a reply from earlier and later ones for the same address.
+    struct Version {
+        /// When the server says that it was last changed.
+        std::optional<Date> modified;
+        /// Its entity tag (RFC 9110, 8.8.3); empty if it has none.
+        std::string tag;
+
+        friend bool operator==(const Version&, const Version&) = default;
+    };
+
     /// How a transfer ended.
     struct Ending {
         /// Of the HTTP reply; 0 where the transfer did not complete.
@@ -151,10 +161,7 @@ public:
         Date asked;
         /// What the handler is given.
         const std::optional<Data>& data;
-        /// When the server says that what it sent was last changed; absent if it does not.
-        std::optional<Date> modified = std::nullopt;
-        /// The entity tag of what the server sent; empty if it has none.
-        std::string tag = {};
+        Version version = {};
     };
 
     struct Request {
@@ -168,11 +175,9 @@ public:
         /// For who wants to know more than a handler is told: called right before the handler, on
         /// the same thread. May be empty.
         std::function<void(const Ending& ending)> ended = nullptr;
-        /// For who has an earlier reply: what has not changed since then need not be sent again;
-        /// the reply then is empty, with status 304. One that is cached counts more.
-        std::optional<Date> modifiedSince = std::nullopt;
-        /// The same for who knows the entity tag of the earlier reply. May be empty.
-        std::string knownTag = {};
+        /// For who keeps the reply, so that no cache need: asks only for a later one than this,
+        /// which may be unknown. If there is none, the reply is empty, with status 304.
+        std::optional<Version> known = std::nullopt;
         /// Told how many bytes of the reply have arrived, decompressed, each time some do. Same
         /// thread. May be empty.
         std::function<void(std::size_t bytes)> arrived = nullptr;

@@ -120,15 +120,15 @@ struct CurlURLSessions::State {
     void take(Task task) {
         const URL& asked = task.request.address;
         const std::string address = options.successor ? options.successor(asked).text : asked.text;
-        if (URLTransfer* shared = transferOf(address)) {
+        const auto& known = task.request.known;
+        if (URLTransfer* shared = transferOf(address, known)) {
             shared->join(std::move(task));
             return;
         }
-        HTTPCache::Kept kept = cache.find(address);
+        HTTPCache::Kept kept = known ? nullptr : cache.find(address);
         if (kept && !task.request.revalidates && HTTPCache::isFresh(*kept, options.date())) {
             complete(std::move(task),
-                     {static_cast<int>(kept->status), kept->asked, kept->body,
-                      HTTPCache::modifiedDate(*kept), HTTPCache::entityTag(*kept)});
+                     {static_cast<int>(kept->status), kept->asked, kept->body, versionOf(*kept)});
             return;
         }
         auto transfer = std::make_unique<URLTransfer>(address, options);
@@ -137,10 +137,12 @@ struct CurlURLSessions::State {
         begin(std::move(transfer));
     }
 
-    /// The transfer of an address, waiting, in which case it becomes the newest, or running; or
-    /// null.
-    URLTransfer* transferOf(const std::string& address) {
-        const auto isIt = [&](const Transfer& one) { return one->address() == address; };
+    /// The transfer of an address under the same condition, waiting, in which case it becomes the
+    /// newest, or running; or null.
+    URLTransfer* transferOf(const std::string& address, const std::optional<Version>& known) {
+        const auto isIt = [&](const Transfer& one) {
+            return one->address() == address && one->known() == known;
+        };
         if (const auto found = std::ranges::find_if(waiting, isIt); found != waiting.end()) {
             std::rotate(found, found + 1, waiting.end());
             return waiting.back().get();
@@ -232,7 +234,7 @@ struct CurlURLSessions::State {
             break;
         }
         const Ending ending{taken.data ? static_cast<int>(transfer->reply().status) : 0,
-                            transfer->reply().asked, taken.data, taken.modified, taken.tag};
+                            transfer->reply().asked, taken.data, taken.version};
         std::vector<Task> askers = transfer->takeAskers();
         transfer.reset();
         for (Task& asker : askers) {
@@ -242,15 +244,13 @@ struct CurlURLSessions::State {
 
     /// What a reply brings.
     struct Taken {
-        void takeVersion(const HTTPReply& reply) {
-            modified = HTTPCache::modifiedDate(reply);
-            tag = HTTPCache::entityTag(reply);
-        }
-
         std::optional<Data> data;
-        std::optional<Date> modified;
-        std::string tag;
+        Version version;
     };
+
+    [[nodiscard]] static Version versionOf(const HTTPReply& reply) {
+        return {HTTPCache::modifiedDate(reply), HTTPCache::entityTag(reply)};
+    }
 
     /// Takes what a complete transfer brings, and puts its reply into the cache if that is allowed.
     /// Returns false if the transfer must begin again, unconditionally.
@@ -262,14 +262,14 @@ struct CurlURLSessions::State {
             transfer.setKept(nullptr);
             if (kept) {
                 taken.data = kept->body;
-                taken.takeVersion(*kept);
+                taken.version = versionOf(*kept);
                 reply.status = kept->status;
             }
             return kept != nullptr;
         }
         taken.data = reply.body;
-        taken.takeVersion(reply);
-        if (!transfer.isRedirected()) {
+        taken.version = versionOf(reply);
+        if (!transfer.isRedirected() && !transfer.known()) {
             cache.keep(transfer.address(), std::move(reply));
         }
         return true;

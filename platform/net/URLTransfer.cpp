@@ -46,8 +46,7 @@ URLTransfer::URLTransfer(std::string address, const URLSessionOptions& options)
 
 void URLTransfer::join(Asker asker) {
     revalidates_ |= asker.request.revalidates;
-    modifiedSince_ = askers_.empty() ? asker.request.modifiedSince : std::nullopt;
-    knownTag_ = askers_.empty() ? asker.request.knownTag : "";
+    known_ = asker.request.known;
     askers_.push_back(std::move(asker));
 }
 
@@ -94,10 +93,10 @@ void URLTransfer::setHeaderLines() {
     std::vector<std::string> lines;
     if (kept_) {
         lines = HTTPCache::conditions(*kept_);
-    } else if (HTTPCache::isEntityTag(knownTag_)) {
-        lines.push_back("If-None-Match: " + knownTag_);
-    } else if (modifiedSince_) {
-        lines.push_back("If-Modified-Since: " + HTTPCache::textOfDate(*modifiedSince_));
+    } else if (known_ && HTTPCache::isEntityTag(known_->tag)) {
+        lines.push_back("If-None-Match: " + known_->tag);
+    } else if (known_ && known_->modified) {
+        lines.push_back("If-Modified-Since: " + HTTPCache::textOfDate(*known_->modified));
     }
     if (revalidates_) {
         lines.emplace_back("Cache-Control: no-cache");

@@ -33,6 +33,8 @@ public:
     [[nodiscard]] const std::string& address() const { return address_; }
     /// Adds a request that shares the transfer. An exchange that has begun is not affected.
     void join(Asker asker);
+    /// The condition that all its requests have in common.
+    [[nodiscard]] const std::optional<URLSessions::Version>& known() const { return known_; }
     /// Whether all requests have been superseded.
     [[nodiscard]] bool isSuperseded() const;
     /// Returns all requests, in the order of joining, and forgets them.
@@ -78,9 +80,7 @@ private:
     const URLSessionOptions& options_;
     std::vector<Asker> askers_;
     bool revalidates_ = false;
-    /// Of the only request; several may have different earlier replies.
-    std::optional<Date> modifiedSince_;
-    std::string knownTag_;
+    std::optional<URLSessions::Version> known_;
     HTTPCache::Kept kept_;
     std::unique_ptr<void, FreeList> connectTo_;
     std::unique_ptr<void, FreeList> headerLines_;

@@ -38,6 +38,7 @@ protected:
         }
         delegate().doHelp();
         delegate().doAbout();
+        delegate().doUseShippedCatalogue();
         delegate().openMyStations();
         auto& mine = *window("SCMyStationsWindowController").findChild<QTableView*>();
         emit mine.activated(mine.model()->index(0, 0));
@@ -47,7 +48,7 @@ protected:
                 all.append(one);
             }
         }
-        EXPECT_EQ(all.size(), 6);
+        EXPECT_EQ(all.size(), 7);
         return all;
     }
     /// Selects a station whose reports come at once.

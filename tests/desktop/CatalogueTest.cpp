@@ -1,0 +1,343 @@
+// SPDX-License-Identifier: MIT
+#include "app/CatalogueKeeper.h"
+#include "catalogue/Packages.h"
+#include "catalogue/own/OwnCatalogue.h"
+#include "catalogue/own/TableUpdate.h"
+#include "platform/archive/KeyedArchiver.h"
+#include "platform/net/URLSession.h"
+#include "tests/support/RunningProgram.h"
+#include "tests/support/WeatherServer.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTableView>
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+#include <zlib.h>
+
+#include <filesystem>
+#include <mutex>
+#include <optional>
+#include <span>
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr const char* tableDate = "Fri, 20 Nov 2026 06:00:00 GMT";
+
+std::string row(const std::string& icao, const std::string& site, double latitude,
+                const std::string& types = R"("METAR","TAF")") {
+    return fmt::format(R"({{"icaoId":"{}","site":"{}","lat":{},"lon":8.5,"elev":100,)"
+                       R"("country":"DE","siteType":[{}]}})",
+                       icao, site, latitude, types);
+}
+
+std::string table(const std::vector<std::string>& rows) {
+    return fmt::format("[{}]", fmt::join(rows, ","));
+}
+
+std::vector<std::string> oldRows() {
+    std::vector<std::string> rows{row("EDAA", "Alpha", 50), row("EDBB", "Bravo", 51),
+                                  row("EDGG", "Golf", 52)};
+    for (char c = 'J'; c <= 'Q'; ++c) {
+        rows.push_back(row(std::string("EDZ") + c, std::string("Zulu ") + c, 40));
+    }
+    return rows;
+}
+
+/// EDGG is gone, EDNN new, EDBB moved and EDZQ renamed.
+std::vector<std::string> newRows() {
+    auto rows = oldRows();
+    rows[1] = row("EDBB", "Bravo", 51.0001);
+    rows[2] = row("EDNN", "November", 52);
+    rows.back() = row("EDZQ", "Quebec", 40);
+    return rows;
+}
+
+std::string gzip(const std::string& text) {
+    z_stream stream{};
+    deflateInit2(&stream, 9, Z_DEFLATED, MAX_WBITS + 16, 8, Z_DEFAULT_STRATEGY);
+    std::string packed(deflateBound(&stream, text.size()), '\0');
+    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
+    stream.avail_in = static_cast<uInt>(text.size());
+    stream.next_out = reinterpret_cast<Bytef*>(packed.data());
+    stream.avail_out = static_cast<uInt>(packed.size());
+    EXPECT_EQ(deflate(&stream, Z_FINISH), Z_STREAM_END);
+    packed.resize(stream.total_out);
+    deflateEnd(&stream);
+    return packed;
+}
+
+platform::Data bytesOf(const std::string& text) {
+    const auto bytes = std::as_bytes(std::span(text));
+    return {bytes.begin(), bytes.end()};
+}
+
+/// The program with its real windows and a weather service on loopback.
+class CatalogueTest : public ::testing::Test, protected support::RunningProgram {
+protected:
+    struct Answer {
+        int status = 200;
+        std::string body;
+        std::string redirect;
+    };
+
+    CatalogueTest() {
+        const auto old =
+            catalogue::updateFromTable(bytesOf(table(oldRows())), {}, nullptr, fake.log);
+        EXPECT_TRUE(platform::KeyedArchiver::archiveRootObject(
+            old.collection, (fake.folder / "resources/Stations.STNPKG").string()));
+        fake.bundle.replacement = [this](std::string_view name) { return own.replacementOf(name); };
+        fake.userDefaults.setObject(server.authority(), "dataserverhost");
+        begin();
+    }
+    ~CatalogueTest() override { end(); }
+
+    void begin() {
+        sessions_.emplace(fake.notificationCenter, server.options());
+        start(*sessions_);
+    }
+    void end() {
+        server.gates.openAll();
+        sessions_->stop();
+        stop();
+    }
+    void answer(Answer next) {
+        const std::scoped_lock lock(mutex_);
+        answer_ = std::move(next);
+    }
+    template <typename Condition>
+    void runUntil(const char* what, Condition hasCome) {
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] {
+                fake.mainThread.run();
+                return hasCome();
+            },
+            60'000))
+            << what;
+    }
+    /// The entry of the Stations menu, validated.
+    static QAction& entry(const char* title) {
+        QMenu* menu = stations().menuBar()->actions().at(1)->menu();
+        emit menu->aboutToShow();
+        for (QAction* one : menu->actions()) {
+            if (one->text().remove(QLatin1Char('&')) == QString::fromUtf8(title)) {
+                return *one;
+            }
+        }
+        throw std::runtime_error(title);
+    }
+    /// Chooses Update Catalogue and returns what the program says in the end.
+    std::string updated() {
+        entry("Update Catalogue").trigger();
+        EXPECT_TRUE(part<QPushButton>("stop").isVisible());
+        auto& keeper = *delegate().keeper;
+        const auto shown = keeper.changed;
+        keeper.changed = [this, &keeper, shown] {
+            said += keeper.words() + "\n";
+            shown();
+        };
+        runUntil("the end of the update", [this] { return !delegate().keeper->isUpdating(); });
+        keeper.changed = shown;
+        EXPECT_FALSE(part<QPushButton>("stop").isVisible());
+        return words();
+    }
+    static std::string words() { return part<QLabel>("words").text().toStdString(); }
+    template <typename T>
+    static T& part(const char* name) {
+        return *window("CatalogueWindow").findChild<T*>(QString::fromUtf8(name));
+    }
+    std::string listed() {
+        std::string all;
+        for (const auto& station : *delegate().sw->workingCollection->stations) {
+            all += *station->ICAO + (station->isFavorite() ? "* " : " ");
+        }
+        return all;
+    }
+    void select(int row) { child<QTableView>("table").selectRow(row); }
+
+    std::string ifModifiedSince() {
+        const std::scoped_lock lock(mutex_);
+        return ifModifiedSince_;
+    }
+
+    /// What `updated` has seen the program say.
+    std::string said;
+    catalogue::OwnCatalogue own{fake.host};
+    support::WeatherServer server{[this](const auto& request, auto& response) {
+        if (request.path != "/data/cache/stations.cache.json.gz") {
+            return;
+        }
+        Answer answer;
+        {
+            const std::scoped_lock lock(mutex_);
+            ifModifiedSince_ = request.get_header_value("If-Modified-Since");
+            answer = answer_;
+        }
+        server.gates.pass("table");
+        if (!answer.redirect.empty()) {
+            response.set_redirect(answer.redirect);
+        } else if (answer.status == 200 && ifModifiedSince_ == tableDate) {
+            response.status = 304;
+        } else {
+            response.status = answer.status;
+            response.set_header("Last-Modified", tableDate);
+            response.set_content(answer.body, "application/gzip");
+        }
+    }};
+
+    static constexpr const char* oldList =
+        "EDAA EDBB EDGG EDZJ EDZK EDZL EDZM EDZN EDZO EDZP EDZQ ";
+
+private:
+    std::mutex mutex_;
+    Answer answer_;
+    std::string ifModifiedSince_;
+    std::optional<platform::CurlURLSessions> sessions_;
+};
+
+TEST_F(CatalogueTest, AnUpdateIsShownKeptAndToldAndCanBeUndone) {
+    server.gates.openAll();
+    ASSERT_EQ(listed(), oldList);
+    for (const int one : {0, 2}) {
+        select(one);
+        delegate().sw->favMenuItem();
+    }
+    select(1);
+    EXPECT_FALSE(entry("Use Shipped Catalogue").isEnabled());
+    answer({200, gzip(table(newRows())), ""});
+    EXPECT_EQ(updated(), "1 new, 1 gone, 2 moved or renamed, edition of 20 November 2026. It lacks "
+                         "these favorites, which are kept for when it has them again: EDGG GOLF.");
+    EXPECT_THAT(said, StartsWith("Fetching the table of stations: 0 KB…\n"));
+    const std::string newList = "EDAA* EDBB EDNN EDZJ EDZK EDZL EDZM EDZN EDZO EDZP EDZQ ";
+    const auto sorted = [](std::string text) {
+        std::ranges::sort(text);
+        return text;
+    };
+    EXPECT_EQ(sorted(listed()), sorted(newList));
+    EXPECT_EQ(delegate().sw->selectedStation->ICAO, "EDBB");
+    EXPECT_EQ(delegate().sw->selectedStation->latitude, 51.0001);
+    EXPECT_EQ(delegate().sw->nowSelection,
+              child<QTableView>("table").selectionModel()->currentIndex().row());
+    EXPECT_TRUE(std::filesystem::exists(fake.folder / "support/nosig/own/Stations.STNPKG"));
+
+    // It is there after a new start, asks only for a newer table, and keeps no marks of its own.
+    end();
+    begin();
+    EXPECT_EQ(sorted(listed()), sorted(newList));
+    EXPECT_FALSE(own.inUse()->stations->front()->isFavorite());
+    EXPECT_EQ(updated(), "There is no newer table of stations than that of 20 November 2026.");
+    EXPECT_EQ(ifModifiedSince(), tableDate);
+
+    entry("Use Shipped Catalogue").trigger();
+    EXPECT_EQ(words(), "The catalogue that came with Nosig is in use again.");
+    EXPECT_EQ(listed(), "EDAA* EDBB EDGG* EDZJ EDZK EDZL EDZM EDZN EDZO EDZP EDZQ ");
+    EXPECT_FALSE(entry("Use Shipped Catalogue").isEnabled());
+    EXPECT_EQ(updated().substr(0, 5), "1 new") << "an update asks again for what is no longer kept";
+    EXPECT_EQ(ifModifiedSince(), "Thu, 01 Jan 1970 00:00:00 GMT");
+}
+
+TEST_F(CatalogueTest, WhatFailsChangesNothingAndSaysWhy) {
+    server.gates.openAll();
+    const std::string whole = gzip(table(newRows()));
+    auto fewer = newRows();
+    fewer.resize(8);
+    auto withoutTafs = newRows();
+    for (std::size_t i = 0; i < 3; ++i) {
+        withoutTafs[i] = row(fmt::format("EDY{}", i), "Yankee", 50, R"("METAR")");
+    }
+    const struct {
+        Answer answer;
+        const char* words;
+    } rows[] = {
+        {{404, "<html>nicht gefunden</html>", ""}, "has no table of stations (status 404)"},
+        {{304, "", ""}, "has no table of stations (status 304)"},
+        {{200, "", "http://localhost/elsewhere"}, "cannot be reached"},
+        {{200, whole.substr(0, whole.size() / 2), ""}, "is cut short, damaged or too large"},
+        {{200, gzip(std::string(40 << 20, ' ')), ""}, "is cut short, damaged or too large"},
+        {{200, "<!DOCTYPE html><html lang='fr'>Indisponible</html>", ""}, "is no table of"},
+        {{200, "", ""}, "is no table of"},
+        {{200, std::string(17 << 20, ' '), ""}, "cannot be reached"},
+        {{200, gzip(table(fewer)), ""}, "has only 8 stations, where there were 11"},
+        {{200, gzip(table(withoutTafs)), ""}, "has only 8 stations with TAFs, where there were 11"},
+    };
+    for (const auto& one : rows) {
+        answer(one.answer);
+        EXPECT_THAT(updated(), AllOf(HasSubstr(one.words), HasSubstr("stays as it is")));
+        EXPECT_EQ(listed(), oldList);
+        EXPECT_FALSE(own.isThere());
+    }
+    std::filesystem::create_directories(fake.folder / "support/nosig");
+    fake.folder.write("support/nosig/own", "in the way");
+    answer({200, whole, ""});
+    EXPECT_THAT(updated(), HasSubstr("cannot be written"));
+    EXPECT_EQ(listed(), oldList);
+}
+
+TEST_F(CatalogueTest, AStoppedUpdateNeverHappens) {
+    answer({200, gzip(table(newRows())), ""});
+    entry("Update Catalogue").trigger();
+    EXPECT_TRUE(part<QProgressBar>("working").isVisible());
+    EXPECT_THAT(words(), StartsWith("Asking"));
+    ASSERT_TRUE(server.waitForTargets(1));
+    entry("Update Catalogue").trigger();
+    part<QPushButton>("stop").click();
+    EXPECT_EQ(words(), "Stopped. The catalogue stays as it is.");
+    EXPECT_FALSE(part<QProgressBar>("working").isVisible());
+    server.gates.open("table");
+    // The answer to the next question comes after that to the stopped one.
+    answer({404, "", ""});
+    EXPECT_THAT(updated(), HasSubstr("404"));
+    EXPECT_EQ(listed(), oldList);
+    EXPECT_FALSE(own.isThere());
+}
+
+TEST(TableUpdate, NamesAsManyStationsAsASentenceHolds) {
+    StationArray stations;
+    std::string words;
+    for (int i = 0; i < 5; ++i) {
+        stations.push_back(AviationWeatherStation::init());
+        stations.back()->ICAO = fmt::format("EDX{}", i);
+        stations.back()->stationName = "X-RAY           ";
+        words += fmt::format("{}EDX{} X-RAY", i > 0 ? ", " : "", i);
+        EXPECT_EQ(catalogue::namesInWords(stations), words);
+    }
+    stations.push_back(AviationWeatherStation::init());
+    EXPECT_EQ(catalogue::namesInWords(stations), words + " and 1 more");
+}
+
+TEST_F(CatalogueTest, AnOpenedListCanBecomeTheCatalogue) {
+    EXPECT_FALSE(entry("Use as My Catalogue…").isEnabled());
+    fake.panels.answers.emplace_back(platform::URL::file(
+        fake.folder
+            .write("mine.txt", "! mine\n\nSOMEWHERE 1\nZZ SAMPLE FIELD     KZZQ ZZQ   72999   "
+                               "39 52N  104 40W 1656   X     T     A    7 US\n")
+            .string()));
+    child<QPushButton>("parserIt").click();
+    runUntil("the list", [this] { return listed() == "KZZQ "; });
+    entry("Use as My Catalogue…").trigger();
+    EXPECT_THAT(words(), StartsWith("Use the 1 stations that were opened"));
+    EXPECT_FALSE(own.isThere());
+    part<QPushButton>("agree").click();
+    EXPECT_EQ(words(), "These stations are your catalogue now.");
+    EXPECT_FALSE(part<QPushButton>("agree").isVisible());
+    end();
+    begin();
+    EXPECT_EQ(listed(), "KZZQ ");
+    // One that cannot be read is set aside, and the shipped one takes its place.
+    fake.folder.write("support/nosig/own/Stations.STNPKG", "damaged");
+    end();
+    begin();
+    EXPECT_EQ(listed(), oldList);
+    EXPECT_THAT(fake.log.lines(), testing::Contains(HasSubstr("is now called")).Times(1));
+    EXPECT_FALSE(entry("Use Shipped Catalogue").isEnabled());
+}
+
+} // namespace
