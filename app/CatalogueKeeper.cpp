@@ -163,10 +163,11 @@ void CatalogueKeeper::offerToKeep(std::shared_ptr<AviationWeatherStationCollecti
     update_ = nullptr;
     offered_ = std::move(collection);
     if (offered_) {
-        tell(fmt::format("Use the {} stations that were opened as your catalogue? Nosig then shows "
-                         "them whenever it starts, until you update the catalogue or choose Use "
-                         "Shipped Catalogue.",
-                         offered_->stations ? offered_->stations->size() : 0));
+        tell(
+            fmt::format("Use the opened list as your catalogue? Nosig then shows its stations ({}) "
+                        "whenever it starts, until you update the catalogue or choose Use Shipped "
+                        "Catalogue.",
+                        offered_->stations ? offered_->stations->size() : 0));
         use_.say();
     }
 }

@@ -123,8 +123,11 @@ void ProgramMenus::addTo(QMainWindow& window) {
     addMenu(QStringLiteral("Nosi&g"), program_);
     QMenu* stations = addMenu(QStringLiteral("&Stations"), stations_);
     stations->insertSeparator(stations_[1]);
-    stations->insertSeparator(stations_[stations_.size() - 3]);
-    QMenu* near = stations->addMenu(QStringLiteral("&Near the Selected Station"));
+    auto* near = new QMenu(QStringLiteral("&Near the Selected Station"), stations);
+    // The last three are about the catalogue.
+    QAction* const update = stations_[stations_.size() - 3];
+    stations->insertMenu(update, near);
+    stations->insertSeparator(update);
     near->addActions(QList<QAction*>(near_.begin(), near_.end()));
     connect(near, &QMenu::aboutToShow, this, [this] { validate(); });
     addMenu(QStringLiteral("&Windows"), windows_);

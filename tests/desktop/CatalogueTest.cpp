@@ -323,7 +323,7 @@ TEST_F(CatalogueTest, AnOpenedListCanBecomeTheCatalogue) {
     child<QPushButton>("parserIt").click();
     runUntil("the list", [this] { return listed() == "KZZQ "; });
     entry("Use as My Catalogue…").trigger();
-    EXPECT_THAT(words(), StartsWith("Use the 1 stations that were opened"));
+    EXPECT_THAT(words(), StartsWith("Use the opened list as your catalogue?"));
     EXPECT_FALSE(own.isThere());
     part<QPushButton>("agree").click();
     EXPECT_EQ(words(), "These stations are your catalogue now.");
