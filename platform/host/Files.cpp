@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/host/Files.h"
 
+#include "platform/host/Host.h"
+
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/random.h>

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/host/Host.h"
 #include "platform/values/Value.h"
 
 #include <cstdint>
@@ -14,6 +13,8 @@
 #include <vector>
 
 namespace platform {
+
+class Log;
 
 [[nodiscard]] bool fileExists(const std::filesystem::path& path);
 [[nodiscard]] bool isDirectory(const std::filesystem::path& path);
