@@ -68,7 +68,7 @@ void CatalogueKeeper::update() {
         own && own->fromURL == update->address) {
         update->since = own->lastUpdated;
     }
-    // Without an own catalogue the table counts as changed, whenever that was.
+    // Without an own catalogue the table is new, whenever it was changed.
     request.known = {{update->since, {}}};
     request.arrived = [this, &host = host_, weak = weak_from_this(), update](std::size_t bytes) {
         host.mainThread.perform(weak, [this, update, bytes] {

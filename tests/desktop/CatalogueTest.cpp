@@ -241,7 +241,7 @@ TEST_F(CatalogueTest, AnUpdateIsShownKeptAndToldAndCanBeUndone) {
     EXPECT_EQ(listed(), "EDAA* EDBB EDGG* EDZJ EDZK EDZL EDZM EDZN EDZO EDZP EDZQ ");
     EXPECT_FALSE(entry("Use Shipped Catalogue").isEnabled());
     EXPECT_EQ(updated().substr(0, 5), "1 new") << "an update asks again for what is no longer kept";
-    EXPECT_EQ(ifModifiedSince(), "Thu, 01 Jan 1970 00:00:00 GMT");
+    EXPECT_EQ(ifModifiedSince(), "");
 }
 
 TEST_F(CatalogueTest, WhatFailsChangesNothingAndSaysWhy) {
