@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/FakeHost.h"
 #include "tests/support/Stations.h"
+#include "weather/AviationWeatherRecord.h"
 #include "weather/SCWeatherGrabber.h"
 
 #include <gtest/gtest.h>
@@ -55,6 +56,23 @@ TEST(WeatherRequests, OfOneGrabberAreSupersededAndRevalidatedTogether) {
     }
     EXPECT_NE(later.back().address.text.find("KBBB"), std::string::npos);
     EXPECT_FALSE(waiting[2].revalidates || *waiting[2].superseded);
+}
+
+TEST(WeatherRequests, ARecordAsksForOneTafAndLivesUntilItHasCome) {
+    support::FakeHost host;
+    using Reply = std::optional<std::string_view>;
+    for (const Reply reply : {Reply(), Reply("<TAF>"), Reply("<r><TAF>x</TAF></r>")}) {
+        auto record = AviationWeatherRecord::initWithStation_options(host.host, nullptr, 5);
+        EXPECT_EQ(record->requestedData, 5U);
+        record->getNewMessages();
+        EXPECT_EQ(host.urlSessions.addresses().size(), 1U);
+        const std::weak_ptr<AviationWeatherRecord> alive = record;
+        record.reset();
+        EXPECT_FALSE(alive.expired());
+        EXPECT_TRUE(host.urlSessions.answer(
+            "stationString=KSFO&hoursBeforeNow=1&mostRecentForEachStation=true", reply));
+        EXPECT_TRUE(alive.expired());
+    }
 }
 
 } // namespace
