@@ -50,8 +50,8 @@ Taf ofEveryKind() {
     return taf;
 }
 
-struct Shown {
-    explicit Shown(const Taf& taf, Date now = dawn + 5h, int width = 640) {
+struct ShownBar {
+    explicit ShownBar(const Taf& taf, Date now = dawn + 5h, int width = 640) {
         bar.setTaf(&taf, now);
         bar.resize(width, bar.sizeHint().height());
         bar.show();
@@ -65,7 +65,7 @@ struct Shown {
 };
 
 TEST(TafBar, PartsHaveTheirTimesAndLanes) {
-    Shown shown(ofEveryKind());
+    ShownBar shown(ofEveryKind());
     const QRect base = shown.bar.place(0);
     const double left = base.left();
     const double hour = (shown.bar.place(4).right() - left) / 20.0;
@@ -103,7 +103,7 @@ TEST(TafBar, PartsHaveTheirTimesAndLanes) {
 }
 
 TEST(TafBar, AChangeIsASlopeFromOneColourToTheNext) {
-    Shown shown(ofEveryKind());
+    ShownBar shown(ofEveryKind());
     const QImage image = shown.picture();
     const QColor ground = shown.bar.palette().color(QPalette::Window);
     const QRect place = shown.bar.place(4);
@@ -125,7 +125,7 @@ TEST(TafBar, AChangeIsASlopeFromOneColourToTheNext) {
 }
 
 TEST(TafBar, KeysGoFromPartToPartInView) {
-    Shown shown(ofEveryKind());
+    ShownBar shown(ofEveryKind());
     shown.bar.setFocus();
     // The part that holds now.
     EXPECT_EQ(shown.bar.current(), 3);
@@ -149,7 +149,7 @@ TEST(TafBar, KeysGoFromPartToPartInView) {
 }
 
 TEST(TafBar, PartsAreReadInTheirOrder) {
-    Shown shown(ofEveryKind());
+    ShownBar shown(ofEveryKind());
     EXPECT_EQ(shown.spoken().role(), QAccessible::List);
     EXPECT_EQ(shown.spoken().text(QAccessible::Name), QStringLiteral("TAF timeline"));
     ASSERT_EQ(shown.spoken().childCount(), 6);
@@ -174,7 +174,7 @@ TEST(TafBar, PartsAreReadInTheirOrder) {
 }
 
 TEST(TafBar, ToolTipsTellOfThePartUnderThePointer) {
-    Shown shown(ofEveryKind());
+    ShownBar shown(ofEveryKind());
     const QPoint at = shown.bar.place(4).center();
     QHelpEvent help(QEvent::ToolTip, at, shown.bar.mapToGlobal(at));
     QApplication::sendEvent(&shown.bar, &help);
@@ -184,7 +184,7 @@ TEST(TafBar, ToolTipsTellOfThePartUnderThePointer) {
 }
 
 TEST(TafBar, TimeGoesFromLeftToRightInEveryLayout) {
-    Shown shown(ofEveryKind());
+    ShownBar shown(ofEveryKind());
     const QImage usual = shown.picture();
     shown.bar.setLayoutDirection(Qt::RightToLeft);
     EXPECT_EQ(shown.picture(), usual);
@@ -220,7 +220,7 @@ TEST(TafBar, OddForecastsNeitherHangNorLeaveTheBar) {
     };
     for (const auto& [name, taf] : cases) {
         SCOPED_TRACE(name);
-        Shown shown(taf);
+        ShownBar shown(taf);
         shown.bar.setFocus();
         for (const int width : {1, 200, 900}) {
             shown.bar.resize(width, shown.bar.sizeHint().height());

@@ -40,8 +40,8 @@ Metar wholeAt(Date observed) {
     return metar;
 }
 
-struct Shown {
-    explicit Shown(std::vector<Metar> metars, QSize size = {640, 560}) {
+struct ShownTrend {
+    explicit ShownTrend(std::vector<Metar> metars, QSize size = {640, 560}) {
         view.setReports(std::move(metars), noon);
         view.resize(size);
         view.show();
@@ -102,10 +102,10 @@ TEST(TrendView, GapsAreNotDrawnOver) {
         // Where nothing is drawn between two reports, it looks as if the first were not there.
         const Metar second = wholeAt(one.first.observed + one.after);
         const Metar last = wholeAt(noon);
-        Shown shown({one.first, second, last}, {1280, 560});
+        ShownTrend shown({one.first, second, last}, {1280, 560});
         const QImage image = shown.plot().grab().toImage();
         const int x = (shown.plot().place(0).center().x() + shown.plot().place(1).center().x()) / 2;
-        Shown without({second, last}, {1280, 560});
+        ShownTrend without({second, last}, {1280, 560});
         const QImage bare = without.plot().grab().toImage();
         ASSERT_EQ(image.size(), bare.size());
         int curves = 0;
@@ -126,9 +126,9 @@ TEST(TrendView, GapsAreNotDrawnOver) {
 TEST(TrendView, LimitsOfCeilingAndVisibilityCoincide) {
     const auto heightOf = [](reports::Conditions conditions) {
         Metar metar = metarAt(noon - 8h);
-        Shown bare({metar, metarAt(noon)});
+        ShownTrend bare({metar, metarAt(noon)});
         metar.conditions = std::move(conditions);
-        Shown shown({metar, metarAt(noon)});
+        ShownTrend shown({metar, metarAt(noon)});
         const QImage image = shown.plot().grab().toImage();
         const QImage empty = bare.plot().grab().toImage();
         const int x = shown.plot().place(0).center().x();
@@ -162,7 +162,7 @@ TEST(TrendView, LimitsOfCeilingAndVisibilityCoincide) {
 }
 
 TEST(TrendView, ValuesFollowPointerAndKeys) {
-    Shown shown({wholeAt(noon - 3h), metarAt(noon - 2h), wholeAt(noon - 1h)});
+    ShownTrend shown({wholeAt(noon - 3h), metarAt(noon - 2h), wholeAt(noon - 1h)});
     EXPECT_TRUE(shown.values().starts_with("Trend values: 21 Nov 11:00 UTC")) << shown.values();
     QTest::mouseMove(&shown.plot(), QPoint(shown.plot().place(0).center().x() - 60, 40));
     EXPECT_EQ(shown.values(),
@@ -200,7 +200,7 @@ TEST(TrendView, OnlyTheLastDayIsShown) {
     };
     for (const auto& one : cases) {
         SCOPED_TRACE(one.name);
-        Shown shown(one.metars);
+        ShownTrend shown(one.metars);
         EXPECT_EQ(shown.plot().count(), one.count);
         EXPECT_EQ(shown.values() == nothing, one.count == 0) << shown.values();
         EXPECT_EQ(shown.plot().isVisible(), one.count > 0);
@@ -214,7 +214,7 @@ TEST(TrendView, ScrollsRatherThanSqueezes) {
     for (int hour = 24; hour >= 0; --hour) {
         day.push_back(wholeAt(noon - std::chrono::hours(hour)));
     }
-    Shown shown(day, {420, 260});
+    ShownTrend shown(day, {420, 260});
     auto& bar = *shown.view.findChild<QScrollArea*>()->verticalScrollBar();
     EXPECT_GT(bar.maximum(), 0);
     EXPECT_GE(shown.plot().height(), 20 * shown.plot().fontMetrics().height());
