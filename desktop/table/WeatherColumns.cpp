@@ -11,7 +11,7 @@ namespace {
 
 using platform::Date;
 using reports::Metar;
-using enum WeatherColumn::Alignment;
+using enum catalogue::StationColumn::Alignment;
 
 SortKey keyOf(const std::optional<double>& number) {
     return number ? SortKey::of(*number) : SortKey();
