@@ -79,7 +79,8 @@ QRectF FurnitureLayer::middle() const {
 
 std::vector<QRectF> FurnitureLayer::places() const {
     std::vector<QRectF> result;
-    for (const QRectF& place : {scaleBarPlace(), creditPlace(), northArrowPlace(), legend().place}) {
+    for (const QRectF& place :
+         {scaleBarPlace(), creditPlace(), northArrowPlace(), legend().place}) {
         if (!place.isEmpty()) {
             result.push_back(place);
         }
@@ -136,8 +137,8 @@ FurnitureLayer::Credit FurnitureLayer::credit() const {
         2 * padding;
     const double room = frame.bottom() - middle().bottom() - edge - padding;
     const double height =
-        metrics.lineSpacing() * std::clamp(std::floor(room / metrics.lineSpacing()), 1.0,
-                                           double{mostCreditLines});
+        metrics.lineSpacing() *
+        std::clamp(std::floor(room / metrics.lineSpacing()), 1.0, double{mostCreditLines});
     const auto placeOf = [&](const QString& text) {
         return metrics.boundingRect(QRectF(0, 0, width, frame.height()),
                                     Qt::AlignRight | Qt::TextWordWrap, text);

@@ -47,12 +47,15 @@ void WeatherLayer::renew() {
         const auto& barb = state_.weather[i].barb;
         const platform::Location& location = state_.stations[i].location;
         if (barb && location.isValid()) {
-            const QRectF place = grown(barbPath(*barb).boundingRect(), haloWidth / 2, haloWidth / 2);
-            windy_.push_back({{static_cast<std::uint32_t>(i), map::project(location)}, *barb, place});
+            const QRectF place =
+                grown(barbPath(*barb).boundingRect(), haloWidth / 2, haloWidth / 2);
+            windy_.push_back(
+                {{static_cast<std::uint32_t>(i), map::project(location)}, *barb, place});
         }
     }
-    std::ranges::stable_sort(
-        windy_, [](const Windy& one, const Windy& other) { return one.barb.fives > other.barb.fives; });
+    std::ranges::stable_sort(windy_, [](const Windy& one, const Windy& other) {
+        return one.barb.fives > other.barb.fives;
+    });
 }
 
 void WeatherLayer::drawDots(QPainter& painter, std::vector<map::PlacedStation>& shown) {
@@ -93,8 +96,8 @@ std::vector<WeatherLayer::Windy> WeatherLayer::withoutOverlaps(const std::vector
                                                                double scale) {
     double reach = 1;
     for (const Windy& one : windy) {
-        reach = std::max({reach, -one.place.left(), -one.place.top(), one.place.right(),
-                          one.place.bottom()});
+        reach = std::max(
+            {reach, -one.place.left(), -one.place.top(), one.place.right(), one.place.bottom()});
     }
     // The world in squares so large that a barb meets only those of its own and the eight around.
     const auto squares = static_cast<std::int64_t>(std::max(1.0, std::floor(scale / (2 * reach))));
