@@ -92,8 +92,9 @@ ReportPage::ReportPage(QWidget* parent)
     auto* head = new QWidget;
     auto* headRow = new QHBoxLayout(head);
     headRow->setContentsMargins({});
+    age_->setSizePolicy(QSizePolicy::Expanding, age_->sizePolicy().verticalPolicy());
     headRow->addWidget(badge_);
-    headRow->addWidget(age_, 1);
+    headRow->addWidget(age_);
     headRow->addWidget(copyAll_);
     WrappingRow::replace(headRow);
     column->addWidget(hint_);

@@ -18,6 +18,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int linesOfValues = 3;
+constexpr int sideMargin = 6;
 
 } // namespace
 
@@ -37,6 +38,7 @@ TrendView::TrendView(QWidget* parent)
     values_->setTextFormat(Qt::PlainText);
     values_->setWordWrap(true);
     values_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    values_->setContentsMargins(sideMargin, 0, sideMargin, 0);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scroll_, 1);

@@ -31,6 +31,9 @@ public:
     /// hour ahead of it, of which one is mistaken. Their order does not matter.
     void setReports(std::vector<reports::Metar> metars, reports::Date now);
 
+    /// The wrapped label would make layouts take the preferred height for the least one.
+    [[nodiscard]] bool hasHeightForWidth() const override { return false; }
+
     /// The label with the values.
     [[nodiscard]] const QLabel& values() const { return *values_; }
 
