@@ -64,6 +64,10 @@ std::string spanOf(Date begins, Date ends) {
 }
 
 std::string layerInWords(const Layer& layer) {
+    if (layer == Layer()) {
+        // "//////": not even that there are clouds.
+        return "unknown";
+    }
     static constexpr std::array<std::string_view, 8> covers{
         "clouds",   "no significant clouds", "no significant clouds", "few", "scattered", "broken",
         "overcast", "sky obscured"};

@@ -104,6 +104,8 @@ TEST(Description, FactsOfAMetarAreThoseThatItHas) {
     metar.conditions = {{}, {}, "", {{Cover::obscured, {}, ""}}, 200};
     EXPECT_EQ(factsOf(metar.conditions),
               (std::vector<Fact>{{"Clouds", "sky obscured; vertical visibility 200 ft"}}));
+    metar.conditions = {{}, {}, "", {{}}, {}};
+    EXPECT_EQ(factsOf(metar.conditions), (std::vector<Fact>{{"Clouds", "unknown"}}));
     // In the standard atmosphere the density altitude is the altitude itself.
     Metar standard;
     standard.temperature = 15;
