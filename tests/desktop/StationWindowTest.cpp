@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "browser/SCStationWindowController.h"
+#include "tests/support/Reports.h"
 #include "tests/support/RunningProgram.h"
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QTableView>
@@ -114,6 +119,52 @@ TEST_F(StationWindowTest, ArrowsSelectAndFetchAndAShortcutMarksAFavorite) {
     table.clearSelection();
     QTest::keyClick(&table, Qt::Key_D, Qt::ControlModifier);
     EXPECT_EQ(controller().allFavorites().size(), 1U);
+}
+
+TEST_F(StationWindowTest, ARowsMenuActsOnItsStationHoweverTheTableIsSorted) {
+    openList();
+    auto& table = child<QTableView>("table");
+    QHeaderView& header = *table.horizontalHeader();
+    QTest::mouseClick(header.viewport(), Qt::LeftButton, {},
+                      {header.sectionViewportPosition(1) + 8, 5});
+    const auto identifier = [&] {
+        return desktop::shownText(controller().selectedStation->ICAO.value_or(""));
+    };
+    const auto choose = [&](const QString& text) {
+        const QPoint place = table.visualRect(table.model()->index(2, 2)).center();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, place, table.mapToGlobal(place));
+        QApplication::sendEvent(table.viewport(), &event);
+        QWidget& menu = *QApplication::activePopupWidget();
+        for (QAction* entry : menu.findChildren<QAction*>() + menu.actions()) {
+            if (entry->text().remove(u'&') == text) {
+                entry->trigger();
+                menu.close();
+                return;
+            }
+        }
+        menu.close();
+        ADD_FAILURE() << "no entry " << text.toStdString();
+    };
+    choose(QStringLiteral("Make Favorite"));
+    EXPECT_EQ(identifier(), table.model()->index(2, 2).data().toString());
+    ASSERT_EQ(controller().allFavorites().size(), 1U);
+    EXPECT_EQ(controller().allFavorites().front(), controller().selectedStation);
+    EXPECT_TRUE(table.model()
+                    ->index(2, 1)
+                    .data(Qt::AccessibleTextRole)
+                    .toString()
+                    .endsWith(QStringLiteral("favorite")));
+    ASSERT_TRUE(
+        fake.urlSessions.answer("=metars", support::metarReply(identifier().toStdString())));
+    choose(QStringLiteral("Copy METAR"));
+    EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
+              support::metarRaw(identifier().toStdString()));
+    choose(QStringLiteral("Remove Favorite"));
+    EXPECT_TRUE(controller().allFavorites().empty());
+    const auto near = controller().masterCollection()->stationsWithinDistanceFromStation_within(
+        controller().selectedStation, 100);
+    choose(QStringLiteral("Within 100 Miles"));
+    EXPECT_EQ(table.model()->rowCount(), static_cast<int>(near.size()));
 }
 
 TEST_F(StationWindowTest, EveryColumnExplainsItself) {
