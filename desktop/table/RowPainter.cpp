@@ -54,19 +54,24 @@ void colorSelected(QStyleOptionViewItem& option) {
     palette.setColor(QPalette::Inactive, QPalette::HighlightedText, letters);
 }
 
-/// Gives the letters the category's colour, and makes room for its shape before them.
-void colorCategory(QStyleOptionViewItem& option, reports::Category category) {
-    const bool alternates = option.features.testFlag(QStyleOptionViewItem::Alternate);
-    const QColor ground = option.palette.color(
-        isActive(option) ? QPalette::Active : QPalette::Inactive,
-        isSelected(option) ? QPalette::Highlight
-                           : (alternates ? QPalette::AlternateBase : QPalette::Base));
-    const QColor color = categoryColor(category, ground);
-    option.palette.setColor(QPalette::Text, color);
-    option.palette.setColor(QPalette::HighlightedText, color);
+/// Makes room for the category's shape, and gives it and the word the category's colour unless the
+/// row is filled.
+void showCategory(QStyleOptionViewItem& option, reports::Category category) {
     const int size = option.fontMetrics.capHeight();
     option.features |= QStyleOptionViewItem::HasDecoration;
     option.decorationSize = QSize(size, size);
+    if (isSelected(option) && isActive(option)) {
+        return;
+    }
+    const bool alternates = option.features.testFlag(QStyleOptionViewItem::Alternate);
+    const QColor ground =
+        option.palette.color(isActive(option) ? QPalette::Active : QPalette::Inactive,
+                             isSelected(option) ? QPalette::Highlight
+                             : alternates       ? QPalette::AlternateBase
+                                                : QPalette::Base);
+    const QColor color = categoryColor(category, ground);
+    option.palette.setColor(QPalette::Text, color);
+    option.palette.setColor(QPalette::HighlightedText, color);
 }
 
 } // namespace
@@ -82,7 +87,10 @@ void RowPainter::paint(QPainter* painter, const QStyleOptionViewItem& option,
             style->subElementRect(QStyle::SE_ItemViewItemDecoration, &cell, cell.widget);
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        painter->fillPath(categoryShape(*category, place), cell.palette.color(QPalette::Text));
+        painter->fillPath(
+            categoryShape(*category, place),
+            cell.palette.color(isActive(option) ? QPalette::Active : QPalette::Inactive,
+                               isSelected(option) ? QPalette::HighlightedText : QPalette::Text));
         painter->restore();
     }
     if (!isSelected(option) || isActive(option)) {
@@ -104,7 +112,7 @@ void RowPainter::initStyleOption(QStyleOptionViewItem* option, const QModelIndex
         colorSelected(*option);
     }
     if (const auto category = categoryOf(index)) {
-        colorCategory(*option, *category);
+        showCategory(*option, *category);
     }
 }
 
