@@ -203,7 +203,7 @@ int StationTable::widthOfColumns() const {
 void StationTable::recall(const QSettings& memory) {
     columns_.recall(memory);
     const int column = StationTableModel::columnOf(memory.value(sortedKey).toString());
-    if (column >= 0 && !view_.isColumnHidden(column)) {
+    if (column >= 0 && !columns_.isHidden(column)) {
         sortBy(Sort{column, memory.value(descendingKey).toBool() ? SortOrder::descending
                                                                  : SortOrder::ascending});
     }

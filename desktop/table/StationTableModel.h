@@ -37,7 +37,8 @@ public:
 
     using StationOfRow = std::function<std::shared_ptr<const AviationWeatherStation>(int row)>;
 
-    /// The reports to show, and the time that their age is counted to.
+    /// The reports to show, and the time that their age is counted to. Both are called on the main
+    /// thread, for every cell that is shown or sorted.
     struct Weather {
         /// Null for a station without a report. The identifier has no blanks around it.
         std::function<std::shared_ptr<const reports::Metar>(const std::string& identifier)> metarOf;

@@ -190,6 +190,10 @@ std::vector<int> TableColumns::shown() const {
     return columns;
 }
 
+bool TableColumns::isHidden(int column) const {
+    return columns_[static_cast<std::size_t>(column)].isHidden;
+}
+
 void TableColumns::setHidden(int column, bool isHidden) {
     if (isHidden && shown() == std::vector{column}) {
         return;

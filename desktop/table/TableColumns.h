@@ -40,6 +40,8 @@ public:
 
     /// From left to right, without those that are hidden.
     [[nodiscard]] std::vector<int> shown() const;
+    /// Also of a column that is away.
+    [[nodiscard]] bool isHidden(int column) const;
     /// Adds the entries that hide, move, show and reset columns; `column` is the one concerned.
     void addTo(QMenu& menu, int column);
     /// Called when the user has hidden a column.
