@@ -136,14 +136,15 @@ FurnitureLayer::Credit FurnitureLayer::credit() const {
         std::max(frame.width() - longestBar - 4 * padding - 3 * edge, 0.4 * frame.width()) -
         2 * padding;
     const double room = frame.bottom() - middle().bottom() - edge - padding;
-    const double height =
-        metrics.lineSpacing() *
-        std::clamp(std::floor(room / metrics.lineSpacing()), 1.0, double{mostCreditLines});
     const auto placeOf = [&](const QString& text) {
         return metrics.boundingRect(QRectF(0, 0, width, frame.height()),
                                     Qt::AlignRight | Qt::TextWordWrap, text);
     };
-    const auto fits = [&](const QString& text) { return placeOf(text).height() <= height + 0.5; };
+    const double line = placeOf(QStringLiteral("X")).height();
+    const double lines = std::clamp(std::floor(room / line), 1.0, double{mostCreditLines});
+    const auto fits = [&](const QString& text) {
+        return placeOf(text).height() < (lines + 0.5) * line;
+    };
     QString text = whole;
     if (!fits(text)) {
         // As many whole words as there is room for.

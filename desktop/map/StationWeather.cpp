@@ -14,19 +14,23 @@ namespace desktop {
 
 namespace {
 
-constexpr double staff = 24;
+/// Where the staff ends and where it begins, outside the dot.
+constexpr double staff = 25;
+constexpr double staffBegin = 5;
 constexpr double feather = 9;
 /// How far the outer end of a feather is ahead of its root.
 constexpr double slant = 3;
 constexpr double spacing = 4;
 constexpr double flagWidth = 5;
-constexpr double calmRadius = 8;
+constexpr double calmRadius = 7;
 
 constexpr int fivesOfFlag = 10;
 constexpr int fivesOfLong = 2;
 
 /// How much of the ground's colour there is in an old report's.
-constexpr double paleness = 0.65;
+constexpr double paleness = 0.55;
+/// Of a hollow dot's radius to the size of others: with nothing to say, it is to be seen last.
+constexpr double hollowRadius = 0.3;
 
 std::optional<WindBarb> barbOf(const std::optional<reports::Wind>& wind, double latitude) {
     if (!wind || wind->isVariable || !wind->direction) {
@@ -56,7 +60,9 @@ QPainterPath barbPath(const WindBarb& barb) {
     const int longs = barb.fives % fivesOfFlag / fivesOfLong;
     const bool hasShort = barb.fives % fivesOfLong != 0;
     // Drawn for a north wind of the northern hemisphere, then turned.
-    const double tip = -std::max(staff, flags * (flagWidth + 1) + longs * spacing + 2 * spacing);
+    const double tip =
+        -std::max(staff, staffBegin + flags * (flagWidth + 1) + longs * spacing + 2 * spacing);
+    path.moveTo(0, -staffBegin);
     path.lineTo(0, tip);
     double at = tip;
     for (int i = 0; i < flags; ++i, at += flagWidth + 1) {
@@ -83,7 +89,7 @@ void drawWeatherDot(QPainter& painter, const QPointF& middle, double size, doubl
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
     if (!weather.category) {
-        const double radius = 0.35 * size;
+        const double radius = hollowRadius * size;
         for (const auto& [color, width] :
              {std::pair(colors.rim, 1 + 2 * rim), std::pair(colors.line, 1.0)}) {
             painter.setPen(QPen(color, width));
@@ -95,6 +101,12 @@ void drawWeatherDot(QPainter& painter, const QPointF& middle, double size, doubl
     const QPainterPath shape = categoryShape(*weather.category, place);
     const QColor color = categoryColor(*weather.category, colors.ground);
     painter.strokePath(shape, QPen(colors.rim, 2 * rim));
+    if (weather.category == reports::Category::unknown) {
+        // A ring alone could be taken for a hollow dot.
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(mixed(color, colors.ground, paleness));
+        painter.drawEllipse(place);
+    }
     painter.fillPath(shape, weather.isOld ? mixed(color, colors.ground, paleness) : color);
     if (weather.isOld) {
         // The paler colour alone would not stand out from the ground.
