@@ -51,9 +51,7 @@ void FurnitureLayer::paint(QPainter& painter) const {
     painter.setFont(smallFont());
     drawScaleBar(painter);
     drawCredit(painter);
-    if (state_.isTilted()) {
-        drawNorthArrow(painter);
-    }
+    drawNorthArrow(painter);
     drawLegend(painter);
     if (state_.hasFocus) {
         painter.setRenderHint(QPainter::Antialiasing, false);
@@ -180,12 +178,15 @@ void FurnitureLayer::drawCredit(QPainter& painter) const {
 
 QRectF FurnitureLayer::northArrowPlace() const {
     constexpr double side = 2 * northArrowRadius;
-    return state_.isTilted() ? QRectF(state_.frame().right() - edge - side, edge, side, side)
-                             : QRectF();
+    const QRectF place(state_.frame().right() - edge - side, edge, side, side);
+    return state_.isTilted() && !place.intersects(middle()) ? place : QRectF();
 }
 
 void FurnitureLayer::drawNorthArrow(QPainter& painter) const {
     const QRectF place = northArrowPlace();
+    if (place.isEmpty()) {
+        return;
+    }
     drawPlate(painter, place, state_.scheme);
     painter.save();
     painter.translate(place.center());

@@ -167,7 +167,8 @@ bool MapView::event(QEvent* event) {
             QToolTip::hideText();
         } else {
             // Reports come from outside: nothing in one may count as markup.
-            QToolTip::showText(help->globalPos(), Qt::convertFromPlainText(text), this);
+            QToolTip::showText(help->globalPos(),
+                               Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal), this);
         }
         return true;
     } else if (event->type() == QEvent::Leave && state_.pointed) {
