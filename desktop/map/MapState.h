@@ -42,6 +42,8 @@ struct MapState {
     /// While weather is shown, one for each of `stations`.
     std::vector<StationWeather> weather;
     std::optional<map::Station> marker;
+    /// Of the marked station, which need not be one of `stations`; absent unless weather is shown.
+    std::optional<StationWeather> markerWeather;
     /// The index of the station under the pointer.
     std::optional<std::uint32_t> pointed;
 

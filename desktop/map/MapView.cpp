@@ -58,6 +58,14 @@ void MapView::setWeather(MetarOf metarOf, reports::Date now) {
     renewWeather();
 }
 
+void MapView::renewMarkerWeather() {
+    state_.markerWeather.reset();
+    if (state_.showsWeather && state_.marker) {
+        state_.markerWeather = stationWeather(metarOf_(state_.marker->identifier),
+                                              state_.marker->location.latitude, now_);
+    }
+}
+
 void MapView::renewWeather() {
     state_.showsWeather = metarOf_ != nullptr;
     state_.weather.clear();
@@ -68,6 +76,7 @@ void MapView::renewWeather() {
                 stationWeather(metarOf_(station.identifier), station.location.latitude, now_));
         }
     }
+    renewMarkerWeather();
     dots_.renew();
     update();
 }
@@ -77,6 +86,7 @@ void MapView::setMarker(std::optional<map::Station> station) {
     if (state_.marker && !state_.marker->location.isValid()) {
         state_.marker.reset();
     }
+    renewMarkerWeather();
     setAccessibleDescription(
         state_.marker ? QStringLiteral("Shows station %1").arg(shownText(state_.marker->identifier))
                       : QString());

@@ -89,6 +89,7 @@ private:
 
     void restyle();
     void renewWeather();
+    void renewMarkerWeather();
     /// What a tool tip says about a place; empty for nothing.
     [[nodiscard]] QString helpAt(const QPointF& at) const;
     /// Works out what the view now shows, and asks for the tiles that it needs.

@@ -19,6 +19,8 @@ constexpr double leastApart = 2;
 /// With more dots than this, none has its identifier beside it.
 constexpr std::size_t mostLabels = 400;
 constexpr double labelGap = 6;
+/// Fits into the marker.
+constexpr double markedDotSize = 8;
 
 /// A dot's diameter without its rim, in points: small when the whole world is in view, large enough
 /// to point at when there are few dots.
@@ -127,14 +129,24 @@ void StationLayer::drawMarker(QPainter& painter) const {
     }
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
+    if (state_.markerWeather) {
+        // The furniture may be below.
+        painter.setBrush(state_.scheme.land);
+    }
     for (const auto& [color, width] :
          {std::pair(state_.scheme.dotRim, 5.0), std::pair(state_.scheme.marker, 2.5)}) {
         painter.setPen(QPen(color, width));
         painter.drawEllipse(*at, 8, 8);
     }
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(state_.scheme.marker);
-    painter.drawEllipse(*at, 2.5, 2.5);
+    if (state_.markerWeather) {
+        const MapScheme& scheme = state_.scheme;
+        drawWeatherDot(painter, *at, markedDotSize, 0, *state_.markerWeather,
+                       {scheme.land, scheme.dotRim, scheme.name});
+    } else {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(state_.scheme.marker);
+        painter.drawEllipse(*at, 2.5, 2.5);
+    }
     drawLabel(painter, *at + QPointF(6, 0), state_.marker->identifier);
 }
 

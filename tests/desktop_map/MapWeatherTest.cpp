@@ -301,7 +301,10 @@ TEST_F(MapWeatherTest, FurnitureKeepsClearOfASelectedStationAndNeverHidesOne) {
                 map::Camera moved = view_.state().view;
                 moved.move(by.x(), by.y());
                 view_.setCenterCoordinate(map::unproject(moved.centre()));
-                EXPECT_EQ(colorAt(pointOf(0)), view_.state().scheme.marker);
+                // The marker has the weather inside.
+                EXPECT_EQ(colorAt(pointOf(0)),
+                          desktop::categoryColor(Category::LIFR, view_.state().scheme.land));
+                EXPECT_EQ(colorAt(pointOf(0) + QPoint(0, 8)), view_.state().scheme.marker);
             }
         }
     }
