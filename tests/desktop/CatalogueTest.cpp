@@ -161,6 +161,7 @@ protected:
         }
         return all;
     }
+    [[nodiscard]] std::size_t openRequests() const { return sessions_->openRequests(); }
     void select(int row) { child<QTableView>("table").selectRow(row); }
 
     std::string ifModifiedSince() {
@@ -292,7 +293,8 @@ TEST_F(CatalogueTest, AStoppedUpdateNeverHappens) {
     EXPECT_EQ(words(), "Stopped. The catalogue stays as it is.");
     EXPECT_FALSE(part<QProgressBar>("working").isVisible());
     server.gates.open("table");
-    // The answer to the next question comes after that to the stopped one.
+    runUntil("the end of every request", [this] { return openRequests() == 0; });
+    EXPECT_EQ(words(), "Stopped. The catalogue stays as it is.");
     answer({404, "", ""});
     EXPECT_THAT(updated(), HasSubstr("404"));
     EXPECT_EQ(listed(), oldList);
