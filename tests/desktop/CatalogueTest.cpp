@@ -5,6 +5,7 @@
 #include "catalogue/own/TableUpdate.h"
 #include "platform/archive/KeyedArchiver.h"
 #include "platform/net/URLSession.h"
+#include "tests/support/Gzip.h"
 #include "tests/support/RunningProgram.h"
 #include "tests/support/WeatherServer.h"
 
@@ -17,7 +18,6 @@
 #include <QTableView>
 #include <fmt/format.h>
 #include <gmock/gmock.h>
-#include <zlib.h>
 
 #include <filesystem>
 #include <mutex>
@@ -59,20 +59,6 @@ std::vector<std::string> newRows() {
     rows[2] = row("EDNN", "November", 52);
     rows.back() = row("EDZQ", "Quebec", 40);
     return rows;
-}
-
-std::string gzip(const std::string& text) {
-    z_stream stream{};
-    deflateInit2(&stream, 9, Z_DEFLATED, MAX_WBITS + 16, 8, Z_DEFAULT_STRATEGY);
-    std::string packed(deflateBound(&stream, text.size()), '\0');
-    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
-    stream.avail_in = static_cast<uInt>(text.size());
-    stream.next_out = reinterpret_cast<Bytef*>(packed.data());
-    stream.avail_out = static_cast<uInt>(packed.size());
-    EXPECT_EQ(deflate(&stream, Z_FINISH), Z_STREAM_END);
-    packed.resize(stream.total_out);
-    deflateEnd(&stream);
-    return packed;
 }
 
 platform::Data bytesOf(const std::string& text) {
@@ -213,7 +199,7 @@ TEST_F(CatalogueTest, AnUpdateIsShownKeptAndToldAndCanBeUndone) {
     }
     select(1);
     EXPECT_FALSE(entry("Use Shipped Catalogue").isEnabled());
-    answer({200, gzip(table(newRows())), ""});
+    answer({200, support::gzip(table(newRows())), ""});
     EXPECT_EQ(updated(), "1 new, 1 gone, 2 moved or renamed, edition of 20 November 2026. It lacks "
                          "these favorites, which are kept for when it has them again: EDGG GOLF.");
     EXPECT_THAT(said, StartsWith("Fetching the table of stations: 0 KB…\n"));
@@ -247,7 +233,7 @@ TEST_F(CatalogueTest, AnUpdateIsShownKeptAndToldAndCanBeUndone) {
 
 TEST_F(CatalogueTest, WhatFailsChangesNothingAndSaysWhy) {
     server.gates.openAll();
-    const std::string whole = gzip(table(newRows()));
+    const std::string whole = support::gzip(table(newRows()));
     auto fewer = newRows();
     fewer.resize(8);
     auto withoutTafs = newRows();
@@ -262,12 +248,14 @@ TEST_F(CatalogueTest, WhatFailsChangesNothingAndSaysWhy) {
         {{304, "", ""}, "has no table of stations (status 304)"},
         {{200, "", "http://localhost/elsewhere"}, "cannot be reached"},
         {{200, whole.substr(0, whole.size() / 2), ""}, "is cut short, damaged or too large"},
-        {{200, gzip(std::string(40 << 20, ' ')), ""}, "is cut short, damaged or too large"},
+        {{200, support::gzip(std::string(40 << 20, ' ')), ""},
+         "is cut short, damaged or too large"},
         {{200, "<!DOCTYPE html><html lang='fr'>Indisponible</html>", ""}, "is no table of"},
         {{200, "", ""}, "is no table of"},
         {{200, std::string(17 << 20, ' '), ""}, "cannot be reached"},
-        {{200, gzip(table(fewer)), ""}, "has only 8 stations, where there were 11"},
-        {{200, gzip(table(withoutTafs)), ""}, "has only 8 stations with TAFs, where there were 11"},
+        {{200, support::gzip(table(fewer)), ""}, "has only 8 stations, where there were 11"},
+        {{200, support::gzip(table(withoutTafs)), ""},
+         "has only 8 stations with TAFs, where there were 11"},
     };
     for (const auto& one : rows) {
         answer(one.answer);
@@ -283,7 +271,7 @@ TEST_F(CatalogueTest, WhatFailsChangesNothingAndSaysWhy) {
 }
 
 TEST_F(CatalogueTest, AStoppedUpdateNeverHappens) {
-    answer({200, gzip(table(newRows())), ""});
+    answer({200, support::gzip(table(newRows())), ""});
     entry("Update Catalogue").trigger();
     EXPECT_TRUE(part<QProgressBar>("working").isVisible());
     EXPECT_THAT(words(), StartsWith("Asking"));
