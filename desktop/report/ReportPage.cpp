@@ -79,13 +79,13 @@ ReportPage::ReportPage(QWidget* parent)
       copyAll_(new QPushButton(QStringLiteral("Copy Report"))),
       metar_(new ReportText(QStringLiteral("Report METAR"))),
       copyMetar_(new QPushButton(QStringLiteral("Copy"))),
-      facts_(new ReportText(QStringLiteral("Report METAR decoded"))),
+      facts_(new ReportText(QStringLiteral("Decoded METAR"))),
       tafHead_(wrappingLabel()),
       bar_(new TafBar),
       undecoded_(wrappingLabel()),
       taf_(new ReportText(QStringLiteral("Report TAF"))),
       copyTaf_(new QPushButton(QStringLiteral("Copy"))),
-      parts_(new ReportText(QStringLiteral("Report TAF decoded"))),
+      parts_(new ReportText(QStringLiteral("Decoded TAF"))),
       favorites_(new FavoriteReports) {
     auto* body = new QWidget;
     auto* column = new QVBoxLayout(body);
@@ -204,7 +204,7 @@ void ReportPage::showTaf() {
     const bool isWhole = taf && taf->forecasts.size() >= reports::partsOfTaf(taf->raw);
     bar_->setTaf(isWhole ? taf.get() : nullptr, content_.now);
     bar_->setVisible(isWhole && !taf->forecasts.empty());
-    say(*undecoded_, QStringLiteral("Report TAF decoding"),
+    say(*undecoded_, QStringLiteral("TAF decoding"),
         isWhole || !taf ? QString()
                         : QStringLiteral("The server has not decoded every part of this TAF: go by "
                                          "its text."));
@@ -215,7 +215,7 @@ void ReportPage::showTaf() {
         parts_->showEntries({}, ReportText::Layout::below);
         return;
     }
-    say(*tafHead_, QStringLiteral("Report TAF validity"),
+    say(*tafHead_, QStringLiteral("TAF validity"),
         shownText(reports::tafInWords(*taf, content_.now)));
     QStringList lines;
     for (const std::string& line : reports::brokenTaf(taf->raw)) {

@@ -161,15 +161,15 @@ TEST_F(ReportTest, SaysWhatThereIsAndNothingElse) {
     fake.clock.time = fake.clock.now() + std::chrono::minutes(12);
     fake.timers.fire();
     EXPECT_EQ(label("Report age"), "00:00 UTC, 12 minutes ago");
-    EXPECT_THAT(text("Report METAR decoded"), StartsWith("Wind\t↗ from 230° at 12 kt"));
-    EXPECT_THAT(text("Report METAR decoded"), testing::Not(HasSubstr("Pressure")));
+    EXPECT_THAT(text("Decoded METAR"), StartsWith("Wind\t↗ from 230° at 12 kt"));
+    EXPECT_THAT(text("Decoded METAR"), testing::Not(HasSubstr("Pressure")));
     await("a TAF", [&] { return shown<desktop::TafBar>("") != nullptr; });
-    EXPECT_THAT(text("Report TAF decoded"), HasSubstr("Visibility: 6 statute miles or more"));
+    EXPECT_THAT(text("Decoded TAF"), HasSubstr("Visibility: 6 statute miles or more"));
 
     // The text tells of more than the server has decoded.
     change = "FM010900 1SM OVC003";
     select("CHARLIE");
-    await("a TAF that is not decoded in full", [&] { return !label("Report TAF dec").empty(); });
+    await("a TAF that is not decoded in full", [&] { return !label("TAF decoding").empty(); });
     EXPECT_EQ(shown<desktop::TafBar>(""), nullptr);
 
     select("NAMELESS");
