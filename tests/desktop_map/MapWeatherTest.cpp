@@ -21,12 +21,12 @@ using desktop::WindBarb;
 using reports::Category;
 using reports::Metar;
 
-constexpr reports::Date someTime{std::chrono::hours(400'000)};
+constexpr reports::Date noon{std::chrono::hours(400'000)};
 
 Metar metarOf(Category category, std::chrono::minutes age, std::optional<reports::Wind> wind = {}) {
     Metar metar;
     metar.category = category;
-    metar.observed = someTime - age;
+    metar.observed = noon - age;
     metar.conditions.wind = wind;
     return metar;
 }
@@ -44,12 +44,12 @@ TEST(StationWeather, AReportGrowsPaleThenCountsAsNone) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.age.count());
         const Metar metar = metarOf(Category::VFR, row.age, reports::Wind{10, false, 5, {}});
-        const auto weather = desktop::stationWeather(&metar, 0, someTime);
+        const auto weather = desktop::stationWeather(&metar, 0, noon);
         EXPECT_EQ(weather.category.has_value(), row.isShown);
         EXPECT_EQ(weather.isOld, row.isOld);
         EXPECT_EQ(weather.barb.has_value(), row.isShown);
     }
-    EXPECT_FALSE(desktop::stationWeather(nullptr, 0, someTime).category);
+    EXPECT_FALSE(desktop::stationWeather(nullptr, 0, noon).category);
 }
 
 TEST(WindBarb, HasItsFeathersWhereTheWindSaysSo) {
@@ -75,7 +75,7 @@ TEST(WindBarb, HasItsFeathersWhereTheWindSaysSo) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.wind.speed);
         const Metar metar = metarOf(Category::VFR, {}, row.wind);
-        const auto barb = desktop::stationWeather(&metar, row.latitude, someTime).barb;
+        const auto barb = desktop::stationWeather(&metar, row.latitude, noon).barb;
         ASSERT_EQ(barb.has_value(), row.isShown);
         if (!barb) {
             continue;
@@ -126,7 +126,7 @@ struct Barbs {
                 reports::Wind{
                     static_cast<int>(random() % 361), false, static_cast<int>(random() % 80), {}});
             state.weather.push_back(
-                desktop::stationWeather(&metar, state.stations.back().location.latitude, someTime));
+                desktop::stationWeather(&metar, state.stations.back().location.latitude, noon));
         }
         state.showsWeather = true;
         layer.renew();
@@ -204,7 +204,7 @@ protected:
                 const auto found = metars_.find(identifier);
                 return found == metars_.end() ? nullptr : &found->second;
             },
-            someTime);
+            noon);
     }
     QPoint pointOf(std::size_t station) {
         const auto at = view_.state()
@@ -249,7 +249,7 @@ TEST_F(MapWeatherTest, DotsFollowTheWeatherAndEveryChangeOfTheStations) {
     EXPECT_EQ(colorAt(pointOf(4)), bad);
     stations_.pop_back();
     view_.setStations(stations_);
-    view_.setWeather(nullptr, someTime);
+    view_.setWeather(nullptr, noon);
     EXPECT_EQ(view_.grab().toImage(), without);
 }
 
