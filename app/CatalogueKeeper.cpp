@@ -17,16 +17,6 @@ constexpr int notModified = 304;
 constexpr int whole = 200;
 constexpr const char* staysAsItIs = "The catalogue stays as it is.";
 
-/// Runs a function on a queue's thread.
-class Work final : public platform::Operation {
-public:
-    explicit Work(std::function<void()> work) : work_(std::move(work)) {}
-    void main() override { work_(); }
-
-private:
-    std::function<void()> work_;
-};
-
 } // namespace
 
 struct CatalogueKeeper::Update {
@@ -104,12 +94,12 @@ void CatalogueKeeper::take(const std::shared_ptr<Update>& update) {
         update->status == whole && (!update->since || update->changed > *update->since);
     if (isNewer) {
         tell("Making the catalogue…");
-        queue_.addOperation(std::make_shared<Work>([this, weak = weak_from_this(), update] {
+        queue_.addWork([this, weak = weak_from_this(), update] {
             const auto present = own_.inUse();
             update->result = catalogue::updateFromTable(update->table, update->changed,
                                                         present.get(), host_.log);
             host_.mainThread.perform(weak, [this, update] { finish(update); });
-        }));
+        });
         return;
     }
     update_ = nullptr;

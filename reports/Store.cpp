@@ -14,15 +14,6 @@ constexpr std::chrono::hours historyShown{24};
 /// Without a limit, one report dated next year would keep all others out until then.
 constexpr std::chrono::hours mostAhead{3};
 
-class Work final : public platform::Operation {
-public:
-    explicit Work(std::function<void()> work) : work_(std::move(work)) {}
-    void main() override { work_(); }
-
-private:
-    std::function<void()> work_;
-};
-
 /// Puts `report` in the place of `kept`; false if that one stays.
 template <typename Report>
 bool put(std::shared_ptr<const Report>& kept, const std::shared_ptr<const Report>& report,
@@ -161,7 +152,7 @@ void Store::flush() {
 }
 
 void Store::perform(std::function<void()> work) {
-    queue_.addOperation(std::make_shared<Work>(std::move(work)));
+    queue_.addWork(std::move(work));
 }
 
 void Store::post(std::optional<std::string> station) {

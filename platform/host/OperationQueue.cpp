@@ -80,6 +80,18 @@ void OperationQueue::addOperation(std::shared_ptr<Operation> operation) {
     state_->changed.notify_all();
 }
 
+void OperationQueue::addWork(std::function<void()> work) {
+    class Work final : public Operation {
+    public:
+        explicit Work(std::function<void()> work) : work_(std::move(work)) {}
+        void main() override { work_(); }
+
+    private:
+        std::function<void()> work_;
+    };
+    addOperation(std::make_shared<Work>(std::move(work)));
+}
+
 void OperationQueue::waitUntilAllOperationsAreFinished() {
     std::unique_lock lock(state_->mutex);
     state_->changed.wait(lock, [this] { return state_->isIdle(); });

@@ -48,6 +48,8 @@ public:
 
     /// The queue shares ownership of the operation until it has completed. Null is ignored.
     void addOperation(std::shared_ptr<Operation> operation);
+    /// Adds an operation that only calls a function.
+    void addWork(std::function<void()> work);
     void waitUntilAllOperationsAreFinished();
     [[nodiscard]] bool isIdle() const;
 
