@@ -165,13 +165,15 @@ public:
 
     void parser_didStartElement(std::string_view name) override {
         text_.clear();
+        isLayer_ = false;
         if (depth_++ == 0) {
             isReply_ = name == "response" || name == "METAR" || name == "TAF";
         }
         if (name == "METAR") {
+            forgetReport();
             metar_.emplace();
-            wind_ = {};
         } else if (name == "TAF") {
+            forgetReport();
             taf_.emplace();
         } else if (name == "forecast" && taf_) {
             taf_->forecasts.emplace_back();
@@ -181,8 +183,6 @@ public:
         } else if (name == "sky_condition" && conditions()) {
             conditions()->layers.emplace_back();
             isLayer_ = true;
-        } else {
-            isLayer_ = false;
         }
     }
 
@@ -228,6 +228,17 @@ public:
     [[nodiscard]] std::size_t passedOver() const { return passedOver_; }
 
 private:
+    /// A report in which another one begins is none.
+    void forgetReport() {
+        metar_.reset();
+        taf_.reset();
+        isForecast_ = false;
+        wind_ = {};
+        for (auto* date : {&time_, &validFrom_, &validTo_, &begins_, &ends_}) {
+            date->reset();
+        }
+    }
+
     /// The conditions that are being read; null outside a report.
     Conditions* conditions() {
         return isForecast_ ? &taf_->forecasts.back().stated
@@ -290,13 +301,12 @@ private:
     void endMetar() {
         Metar metar = std::move(*metar_);
         metar_.reset();
-        const auto time = std::exchange(time_, {});
         const RawFlags flags = rawFlags(metar.raw);
-        if (!isSound(metar.station, metar.raw) || !time || flags.isNil) {
+        if (!isSound(metar.station, metar.raw) || !time_ || flags.isNil) {
             ++passedOver_;
             return;
         }
-        metar.observed = *time;
+        metar.observed = *time_;
         metar.revision = std::max(metar.revision, flags.revision);
         Conditions& conditions = metar.conditions;
         conditions.wind = wind_.wind();
@@ -372,19 +382,16 @@ private:
         Taf taf = std::move(*taf_);
         taf_.reset();
         isForecast_ = false;
-        const auto issued = std::exchange(time_, {});
-        const auto begins = std::exchange(validFrom_, {});
-        const auto ends = std::exchange(validTo_, {});
         const RawFlags flags = rawFlags(taf.raw);
         // Some TAFs do not say when they were issued; the start of their validity has to serve.
-        const auto time = issued ? issued : begins;
+        const auto time = time_ ? time_ : validFrom_;
         if (!isSound(taf.station, taf.raw) || !time || flags.isNil) {
             ++passedOver_;
             return;
         }
         taf.issued = *time;
-        taf.begins = begins.value_or(*time);
-        taf.ends = std::max(ends.value_or(taf.begins), taf.begins);
+        taf.begins = validFrom_.value_or(*time);
+        taf.ends = std::max(validTo_.value_or(taf.begins), taf.begins);
         taf.revision = flags.revision;
         taf.isCancelled = flags.isCancelled;
         settle(taf);

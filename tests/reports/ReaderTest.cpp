@@ -163,6 +163,10 @@ TEST(Reader, PassesOverWhatIsNoReport) {
         {"<response><errors><error>Invalid station string</error></errors></response>",
          Understanding::none, 0},
         {"no XML", Understanding::none, 0},
+        // Reports and what only they can have, where none belongs.
+        {"<TAF><forecast><TAF><a/></TAF></forecast></TAF>", Understanding::nothing, 1},
+        {"<METAR><sky_condition><METAR sky_cover=\"OVC\"/></sky_condition></METAR>",
+         Understanding::nothing, 1},
         {whole.substr(0, whole.size() - 1), Understanding::none, 0},
     };
     for (const auto& [reply, understanding, passedOver] : cases) {
