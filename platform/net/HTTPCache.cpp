@@ -23,6 +23,11 @@ std::string_view fieldOf(const HTTPReply& reply, std::string_view name) {
     return found == reply.fields.end() ? std::string_view() : std::string_view(found->second);
 }
 
+bool isControl(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return (byte < ' ' && c != '\t') || byte == 0x7F;
+}
+
 /// Removes the first element from a list and returns it (RFC 9110, 5.6.1). A comma within quotes
 /// does not separate elements.
 std::string_view takeElement(std::string_view& list) {
@@ -150,12 +155,14 @@ bool HTTPCache::isFresh(const HTTPReply& reply, Date now) {
 
 std::vector<std::string> HTTPCache::conditions(const HTTPReply& kept) {
     std::vector<std::string> lines;
-    if (const std::string_view tag = fieldOf(kept, "etag"); !tag.empty()) {
-        lines.push_back("If-None-Match: " + std::string(tag));
-    }
-    if (const std::string_view changed = fieldOf(kept, "last-modified"); !changed.empty()) {
-        lines.push_back("If-Modified-Since: " + std::string(changed));
-    }
+    const auto addLine = [&](std::string_view name, std::string_view value) {
+        // What a server sent is not sent back if it could pass for more than one line.
+        if (!value.empty() && std::ranges::none_of(value, isControl)) {
+            lines.push_back(fmt::format("{}: {}", name, value));
+        }
+    };
+    addLine("If-None-Match", fieldOf(kept, "etag"));
+    addLine("If-Modified-Since", fieldOf(kept, "last-modified"));
     return lines;
 }
 

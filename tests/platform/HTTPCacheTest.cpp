@@ -89,6 +89,10 @@ TEST(HTTPCache, RevalidatesRepliesAndAppliesTheAnswer) {
                       {"date", "Sun, 06 Nov 1994 08:48:47 GMT"}};
     EXPECT_EQ(HTTPCache::conditions(replyWith(kept)),
               (std::vector<std::string>{"If-None-Match: \"a\"", "If-Modified-Since: " + change}));
+    EXPECT_EQ(HTTPCache::conditions(
+                  replyWith({{"etag", "\"a\"\rHost: other"}, {"last-modified", "now\x7F"}})),
+              std::vector<std::string>())
+        << "a line end in a field would be one in our request";
     const struct {
         const char* what;
         Fields fields;
