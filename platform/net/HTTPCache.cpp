@@ -76,9 +76,12 @@ std::optional<seconds> secondsIn(std::string_view text) {
     return seconds(error == std::errc() ? std::min(count, most) : most);
 }
 
+/// A date beyond the year 9999, which has no form in HTTP, is none.
 std::optional<Date> dateIn(std::string_view text) {
+    constexpr auto end = std::chrono::sys_days(std::chrono::year(10000) / 1 / 1);
     const std::time_t date = curl_getdate(std::string(text).c_str(), nullptr);
-    return date < 0 ? std::nullopt : std::optional(Date(seconds(date)));
+    return date < 0 || seconds(date) >= end.time_since_epoch() ? std::nullopt
+                                                               : std::optional(Date(seconds(date)));
 }
 
 Date dateOf(const HTTPReply& reply) {

@@ -52,6 +52,7 @@ TEST(HTTPCache, ReusesRepliesForAsLongAsTheySay) {
         {"date: Sun, 06 Nov 1994 08:49:37 GMT|expires: Sun, 06 Nov 1994 08:50:37 GMT", true, 59},
         {"expires: Sun Nov  6 08:50:38 1994", true, 59},
         {"expires: 0|etag: \"a\"", true, 0},
+        {"expires: Sun, 06 Nov 4711846|etag: \"a\"", true, 0},
         // max-age, valid or not, overrides expires.
         {"expires: 0|cache-control: max-age=60", true, 59},
         {"expires: Sun, 06 Nov 2094 08:49:37 GMT|cache-control: max-age=x", false, 0},
