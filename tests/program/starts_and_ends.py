@@ -3,6 +3,7 @@
 do, each time with a home folder of its own."""
 import os
 import plistlib
+import resource
 import select
 import signal
 import socket
@@ -27,11 +28,12 @@ class Home:
         self.files = os.path.join(path, ".local/share/nosig")
         self.favourites = os.path.join(self.files, "kzrfavorites.kzrfv")
 
-    def start(self, runtime):
+    def start(self, runtime, prepare=None, **variables):
         os.makedirs(runtime, mode=0o700, exist_ok=True)
         environment = {k: v for k, v in os.environ.items() if not k.startswith("XDG_")}
-        environment.update(HOME=self.path, XDG_RUNTIME_DIR=runtime)
-        return subprocess.Popen([PROGRAM], env=environment, stderr=subprocess.PIPE, text=True)
+        environment.update(HOME=self.path, XDG_RUNTIME_DIR=runtime, **variables)
+        return subprocess.Popen([PROGRAM], env=environment, stderr=subprocess.PIPE, text=True,
+                                preexec_fn=prepare)
 
 
 def end(program, how=signal.SIGTERM):
@@ -50,6 +52,23 @@ def first_to_end(programs):
     if not ended:
         raise AssertionError("all %d programs are still running" % len(handles))
     return handles[ended[0]]
+
+
+def files_below(folder):
+    return {os.path.relpath(os.path.join(path, name), folder)
+            for path, _, names in os.walk(folder) for name in names}
+
+
+def ports_listened_on(process):
+    """The local addresses of a process's listening internet sockets."""
+    held = {os.readlink(entry.path) for entry in os.scandir(f"/proc/{process}/fd")}
+    listening = "0A"
+    found = []
+    for table in ("tcp", "tcp6"):
+        with open(f"/proc/{process}/net/{table}", encoding="ascii") as lines:
+            rows = [line.split() for line in lines][1:]
+        found += [row[1] for row in rows if row[3] == listening and f"socket:[{row[9]}]" in held]
+    return found
 
 
 class StartsAndEnds(unittest.TestCase):
@@ -138,6 +157,28 @@ class StartsAndEnds(unittest.TestCase):
         program = self.home.start(self.runtime)
         self.assertIn("/wall/home/.local/share", program.stderr.readline())
         self.assertEqual(end(program), (0, []))
+
+    def test_it_writes_only_the_files_that_it_names_and_listens_on_no_port(self):
+        self.fetch_from_server()
+        scratch = os.path.join(self.folder, "scratch")
+        os.mkdir(scratch)
+        program = self.home.start(self.runtime, TMPDIR=scratch)
+        self.accept()
+        self.assertEqual(ports_listened_on(program.pid), [])
+        self.assertNotEqual(ports_listened_on(os.getpid()), [], "the check must see the test's own")
+        self.assertEqual(end(program), (0, []))
+        self.assertEqual(files_below(self.home.path), {
+            ".config/nosig/nosig.ini", ".local/share/nosig/kzrfavorites.kzrfv",
+            ".local/share/nosig/lock", ".cache/nosig/reports.sqlite"})
+        self.assertEqual(files_below(scratch), set())
+
+    def test_64_open_files_are_enough(self):
+        self.fetch_from_server()
+        few = lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (64, 64))
+        program = self.home.start(self.runtime, prepare=few)
+        self.accept()
+        self.assertEqual(end(program), (0, []))
+        self.assertTrue(os.path.exists(self.home.favourites))
 
 
 if __name__ == "__main__":
