@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "reports/Codec.h"
 
+#include "reports/Ranges.h"
+
 #include <nlohmann/json.hpp>
 
 #include <cstddef>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,9 +25,17 @@ json orNull(const std::optional<T>& value) {
 }
 
 template <typename T>
-std::optional<T> optionalAt(const json& fields, std::size_t index) {
+T within(const Range<T>& range, T value) {
+    if (!range.holds(value)) {
+        throw std::out_of_range("no value of a report");
+    }
+    return value;
+}
+
+template <typename T>
+std::optional<T> optionalAt(const json& fields, std::size_t index, const Range<T>& range) {
     const json& field = fields.at(index);
-    return field.is_null() ? std::nullopt : std::optional(field.get<T>());
+    return field.is_null() ? std::nullopt : std::optional(within(range, field.get<T>()));
 }
 
 json dateOut(Date date) {
@@ -32,7 +43,7 @@ json dateOut(Date date) {
 }
 
 Date dateIn(const json& field) {
-    return Date(Date::duration(field.get<Date::rep>()));
+    return within(dates, Date(Date::duration(field.get<Date::rep>())));
 }
 
 template <typename Enum>
@@ -70,19 +81,21 @@ json out(const Conditions& conditions) {
 Conditions conditionsIn(const json& fields) {
     Conditions conditions;
     if (const json& wind = fields.at(0); !wind.is_null()) {
-        conditions.wind = Wind{optionalAt<int>(wind, 0), wind.at(1).get<bool>(),
-                               wind.at(2).get<int>(), optionalAt<int>(wind, 3)};
+        conditions.wind =
+            Wind{optionalAt(wind, 0, windDirections), wind.at(1).get<bool>(),
+                 within(windSpeeds, wind.at(2).get<int>()), optionalAt(wind, 3, windSpeeds)};
     }
     if (const json& visibility = fields.at(1); !visibility.is_null()) {
-        conditions.visibility =
-            Visibility{visibility.at(0).get<double>(), visibility.at(1).get<bool>()};
+        conditions.visibility = Visibility{within(visibilities, visibility.at(0).get<double>()),
+                                           visibility.at(1).get<bool>()};
     }
     conditions.weather = fields.at(2).get<std::string>();
     for (const json& layer : fields.at(3)) {
         conditions.layers.push_back({enumIn(layer.at(0), Cover::obscured),
-                                     optionalAt<int>(layer, 1), layer.at(2).get<std::string>()});
+                                     optionalAt(layer, 1, heights),
+                                     layer.at(2).get<std::string>()});
     }
-    conditions.verticalVisibility = optionalAt<int>(fields, 4);
+    conditions.verticalVisibility = optionalAt(fields, 4, heights);
     return conditions;
 }
 
@@ -121,10 +134,10 @@ std::optional<Metar> decodedMetar(std::span<const std::byte> bytes) {
                      dateIn(fields.at(1)),
                      fields.at(2).get<std::string>(),
                      conditionsIn(fields.at(3)),
-                     optionalAt<double>(fields, 4),
-                     optionalAt<double>(fields, 5),
-                     optionalAt<double>(fields, 6),
-                     optionalAt<double>(fields, 7),
+                     optionalAt(fields, 4, temperatures),
+                     optionalAt(fields, 5, dewPoints),
+                     optionalAt(fields, 6, altimeters),
+                     optionalAt(fields, 7, elevations),
                      enumIn(fields.at(8), Category::LIFR),
                      enumIn(fields.at(9), Revision::corrected),
                      fields.at(10).get<bool>(),
@@ -160,7 +173,7 @@ std::optional<Taf> decodedTaf(std::span<const std::byte> bytes) {
                 {enumIn(forecast.at(0), Forecast::Kind::probable), dateIn(forecast.at(1)),
                  dateIn(forecast.at(2)),
                  forecast.at(3).is_null() ? std::nullopt : std::optional(dateIn(forecast.at(3))),
-                 optionalAt<int>(forecast, 4), conditionsIn(forecast.at(5)),
+                 optionalAt(forecast, 4, probabilities), conditionsIn(forecast.at(5)),
                  conditionsIn(forecast.at(6)), enumIn(forecast.at(7), Category::LIFR)});
         }
         return taf;

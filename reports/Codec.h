@@ -7,7 +7,8 @@
 #include <span>
 
 /// Reports as bytes to be stored (CBOR, RFC 8949). Decoding gives a report equal to the one that
-/// was encoded, or nothing if the bytes are not those of such a report.
+/// was encoded, or nothing if the bytes are not those of such a report, with values that one can
+/// have.
 namespace reports {
 
 [[nodiscard]] platform::Data encoded(const Metar& metar);

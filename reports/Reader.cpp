@@ -3,6 +3,7 @@
 
 #include "platform/text/Text.h"
 #include "reports/Category.h"
+#include "reports/Ranges.h"
 #include "reports/RawText.h"
 
 #include <algorithm>
@@ -14,20 +15,20 @@
 namespace reports {
 namespace {
 
-/// The number that `text` consists of, if it is from `least` to `most`.
-std::optional<double> numberOf(std::string_view text, double least, double most) {
+/// The number that `text` consists of, if it is in the range.
+std::optional<double> numberOf(std::string_view text, const Range<double>& range) {
     text = platform::trimmed(text);
     double value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (text.empty() || error != std::errc() || end != text.data() + text.size() ||
-        !(value >= least && value <= most)) {
+        !range.holds(value)) {
         return {};
     }
     return value;
 }
 
-std::optional<int> wholeNumberOf(std::string_view text, double least, double most) {
-    const auto value = numberOf(text, least, most);
+std::optional<int> wholeNumberOf(std::string_view text, const Range<int>& range) {
+    const auto value = numberOf(text, {double(range.least), double(range.most)});
     return value ? std::optional(static_cast<int>(std::lround(*value))) : std::nullopt;
 }
 
@@ -57,7 +58,8 @@ std::optional<Date> dateOf(std::string_view text) {
     if (!day.ok() || part(11, 2) > 23 || part(14, 2) > 59 || part(17, 2) > 59) {
         return {};
     }
-    return Date(std::chrono::sys_days(day)) + time;
+    const Date date = Date(std::chrono::sys_days(day)) + time;
+    return dates.holds(date) ? std::optional(date) : std::nullopt;
 }
 
 constexpr std::array<std::pair<std::string_view, Cover>, 10> covers{{{"SKC", Cover::none},
@@ -194,7 +196,7 @@ public:
         if (name == "sky_cover") {
             layer.cover = coverOf(value);
         } else if (name == "cloud_base_ft_agl") {
-            layer.base = wholeNumberOf(value, 0, 100'000);
+            layer.base = wholeNumberOf(value, heights);
         } else if (name == "cloud_type" && (value == "CB" || value == "TCU")) {
             layer.kind = value;
         }
@@ -250,22 +252,22 @@ private:
     void takeConditions(std::string_view name, Conditions& conditions) {
         if (name == "wind_dir_degrees") {
             wind_.isVariable = text_ == "VRB";
-            wind_.direction = wholeNumberOf(text_, 0, 360);
+            wind_.direction = wholeNumberOf(text_, windDirections);
         } else if (name == "wind_speed_kt") {
-            wind_.speed = wholeNumberOf(text_, 0, 400);
+            wind_.speed = wholeNumberOf(text_, windSpeeds);
         } else if (name == "wind_gust_kt") {
-            wind_.gust = wholeNumberOf(text_, 0, 400);
+            wind_.gust = wholeNumberOf(text_, windSpeeds);
         } else if (name == "visibility_statute_mi") {
             const bool isOrMore = text_.ends_with('+');
             if (const auto miles =
                     numberOf(std::string_view(text_).substr(0, text_.size() - (isOrMore ? 1 : 0)),
-                             0, 1000)) {
+                             visibilities)) {
                 conditions.visibility = Visibility{*miles, isOrMore};
             }
         } else if (name == "wx_string") {
             conditions.weather = platform::trimmed(text_);
         } else if (name == "vert_vis_ft") {
-            conditions.verticalVisibility = wholeNumberOf(text_, 0, 100'000);
+            conditions.verticalVisibility = wholeNumberOf(text_, heights);
         }
     }
 
@@ -278,13 +280,13 @@ private:
         } else if (name == "observation_time") {
             time_ = dateOf(text_);
         } else if (name == "temp_c") {
-            metar.temperature = numberOf(text_, -100, 70);
+            metar.temperature = numberOf(text_, temperatures);
         } else if (name == "dewpoint_c") {
-            metar.dewPoint = numberOf(text_, -120, 50);
+            metar.dewPoint = numberOf(text_, dewPoints);
         } else if (name == "altim_in_hg") {
-            metar.altimeter = numberOf(text_, 20, 35);
+            metar.altimeter = numberOf(text_, altimeters);
         } else if (name == "elevation_m") {
-            metar.elevation = numberOf(text_, -500, 9998);
+            metar.elevation = numberOf(text_, elevations);
         } else if (name == "flight_category") {
             metar.category = categoryNamed(platform::trimmed(text_));
         } else if (name == "metar_type") {
@@ -338,7 +340,7 @@ private:
         } else if (name == "time_becoming") {
             forecast.complete = dateOf(text_);
         } else if (name == "probability") {
-            forecast.probability = wholeNumberOf(text_, 1, 99);
+            forecast.probability = wholeNumberOf(text_, probabilities);
         } else {
             takeConditions(name, forecast.stated);
         }

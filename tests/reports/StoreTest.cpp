@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <future>
@@ -103,6 +104,16 @@ TEST(Codec, GivesBackWhatItTookAndNothingElse) {
         other[at] ^= std::byte{0xff};
         static_cast<void>(decodedMetar(other));
     }
+    // What no report can have would be too much for sums that are right for all that can.
+    const auto spoilt = [&kept](auto spoil) {
+        Metar one = *kept;
+        spoil(one);
+        return decodedMetar(encoded(one)).has_value();
+    };
+    EXPECT_FALSE(spoilt([](Metar& one) { one.elevation = -5e7; }));
+    EXPECT_FALSE(spoilt([](Metar& one) { one.observed = Date::min(); }));
+    EXPECT_FALSE(spoilt([](Metar& one) { one.temperature = std::nan(""); }));
+    EXPECT_FALSE(spoilt([](Metar& one) { one.conditions.wind = Wind{{}, false, -1, {}}; }));
 }
 
 TEST_F(StoreTest, KeepsTheLastOfEachStationOverARestart) {
