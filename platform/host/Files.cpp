@@ -115,7 +115,7 @@ private:
 
 std::string unusedName() {
     std::uint64_t number = 0;
-    static_cast<void>(::getrandom(&number, sizeof number, 0));
+    [[maybe_unused]] const ssize_t got = ::getrandom(&number, sizeof number, 0);
     return fmt::format(".{:016x}.new", number);
 }
 
