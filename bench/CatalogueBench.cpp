@@ -19,9 +19,10 @@
 
 namespace {
 
-/// Runs a benchmark on the real list and on a million stations.
-void both(benchmark::internal::Benchmark* one) {
-    one->Arg(bench::realList)->Arg(bench::millionStations)->Unit(benchmark::kMillisecond);
+/// Runs a benchmark on the real list, and on a thousand to a million stations.
+void atAllSizes(benchmark::internal::Benchmark* one) {
+    one->Arg(bench::realList)->RangeMultiplier(10)->Range(1000, bench::millionStations);
+    one->Unit(benchmark::kMillisecond);
 }
 
 void countStations(benchmark::State& state) {
@@ -39,7 +40,7 @@ void parse(benchmark::State& state) {
     }
     countStations(state);
 }
-BENCHMARK(parse)->Apply(both);
+BENCHMARK(parse)->Apply(atAllSizes);
 
 /// The weather service's table, as it is sent; absent, with an error, if it is not here.
 std::optional<platform::Data> table(benchmark::State& state) {
@@ -80,7 +81,7 @@ void save(benchmark::State& state) {
     }
     countStations(state);
 }
-BENCHMARK(save)->Apply(both);
+BENCHMARK(save)->Apply(atAllSizes);
 
 void load(benchmark::State& state) {
     const auto bytes =
@@ -91,7 +92,7 @@ void load(benchmark::State& state) {
     }
     countStations(state);
 }
-BENCHMARK(load)->Apply(both);
+BENCHMARK(load)->Apply(atAllSizes);
 
 template <typename Query>
 void measure(benchmark::State& state, Query query) {
@@ -105,39 +106,39 @@ void measure(benchmark::State& state, Query query) {
 void stationsWithMETARs(benchmark::State& state) {
     measure(state, [](const auto& stations) { return stations.stationsWithMETARCapability(); });
 }
-BENCHMARK(stationsWithMETARs)->Apply(both);
+BENCHMARK(stationsWithMETARs)->Apply(atAllSizes);
 
 void stationsWithTAFs(benchmark::State& state) {
     measure(state, [](const auto& stations) { return stations.stationsWithTAFCapability(); });
 }
-BENCHMARK(stationsWithTAFs)->Apply(both);
+BENCHMARK(stationsWithTAFs)->Apply(atAllSizes);
 
 /// Looks for an identifier that does not exist, so that every station is compared.
 void stationByIdentifier(benchmark::State& state) {
     measure(state, [](const auto& stations) { return stations.stationWithICAOID("ZZZ9"); });
 }
-BENCHMARK(stationByIdentifier)->Apply(both);
+BENCHMARK(stationByIdentifier)->Apply(atAllSizes);
 
 void searchIdentifiers(benchmark::State& state) {
     measure(state, [](const auto& stations) {
         return stations.stationArrayWithPartialICAOID_orName_orState("sf", {}, {});
     });
 }
-BENCHMARK(searchIdentifiers)->Apply(both);
+BENCHMARK(searchIdentifiers)->Apply(atAllSizes);
 
 void searchNames(benchmark::State& state) {
     measure(state, [](const auto& stations) {
         return stations.stationArrayWithPartialICAOID_orName_orState({}, "san", {});
     });
 }
-BENCHMARK(searchNames)->Apply(both);
+BENCHMARK(searchNames)->Apply(atAllSizes);
 
 void searchRegions(benchmark::State& state) {
     measure(state, [](const auto& stations) {
         return stations.stationArrayWithPartialICAOID_orName_orState({}, {}, "land");
     });
 }
-BENCHMARK(searchRegions)->Apply(both);
+BENCHMARK(searchRegions)->Apply(atAllSizes);
 
 void groupByRegion(benchmark::State& state) {
     const auto collection =
@@ -147,12 +148,12 @@ void groupByRegion(benchmark::State& state) {
     }
     countStations(state);
 }
-BENCHMARK(groupByRegion)->Apply(both);
+BENCHMARK(groupByRegion)->Apply(atAllSizes);
 
 void copyForTheTable(benchmark::State& state) {
     measure(state, [](const auto& stations) { return stations.copySharingStations(); });
 }
-BENCHMARK(copyForTheTable)->Apply(both);
+BENCHMARK(copyForTheTable)->Apply(atAllSizes);
 
 void stationsWithin100Miles(benchmark::State& state) {
     measure(state, [](const auto& stations) {
@@ -160,21 +161,21 @@ void stationsWithin100Miles(benchmark::State& state) {
             stations.stations->at(stations.stations->size() / 2), 100);
     });
 }
-BENCHMARK(stationsWithin100Miles)->Apply(both);
+BENCHMARK(stationsWithin100Miles)->Apply(atAllSizes);
 
 void stationsAroundAPlace(benchmark::State& state) {
     measure(state, [](const auto& stations) {
         return stations.stationsClosestToLocation_within({47.46, 8.55}, 100);
     });
 }
-BENCHMARK(stationsAroundAPlace)->Apply(both);
+BENCHMARK(stationsAroundAPlace)->Apply(atAllSizes);
 
 void closestStation(benchmark::State& state) {
     measure(state, [](const auto& stations) {
         return stations.stationClosestToLocation({47.46, 8.55});
     });
 }
-BENCHMARK(closestStation)->Apply(both);
+BENCHMARK(closestStation)->Apply(atAllSizes);
 
 /// The yardstick for the distance queries: measures every station, in both directions.
 void plainGeodesicLoop(benchmark::State& state) {
@@ -195,6 +196,6 @@ void plainGeodesicLoop(benchmark::State& state) {
         return inside;
     });
 }
-BENCHMARK(plainGeodesicLoop)->Apply(both);
+BENCHMARK(plainGeodesicLoop)->Apply(atAllSizes);
 
 } // namespace

@@ -4,13 +4,16 @@
 #include "reports/Reader.h"
 #include "reports/Store.h"
 #include "slib/DataCompression.h"
+#include "tests/support/Gzip.h"
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
+#include <malloc.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <random>
 
 namespace {
@@ -35,9 +38,7 @@ std::string reply(int metars) {
     };
     std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?><response version=\"2.0\"><data>";
     for (int i = 0; i < metars; ++i) {
-        const std::string station =
-            fmt::format("K{}{}{}", static_cast<char>('A' + i / 676 % 26),
-                        static_cast<char>('A' + i / 26 % 26), static_cast<char>('A' + i % 26));
+        const std::string station = fmt::format("K{:05}", i);
         text += fmt::format(
             "<METAR><raw_text>METAR {0} 180758Z {1:02}0{2:02}KT 10SM BKN{3:03} 02/M06 A3008 RMK "
             "AO2 "
@@ -56,20 +57,37 @@ std::string reply(int metars) {
     return text + "</data></response>";
 }
 
-/// A recorded reply with the whole world's METARs if there is one, otherwise a made-up one of about
-/// its size. If the environment names a file for it, it is written there for other methods to read.
+constexpr int worldsMetars = 4538;
+constexpr std::size_t limit = std::size_t{1} << 30;
+
+/// A file of the whole world's METARs as the service sends it: a recorded one if there is one and
+/// the world is wanted once, otherwise a made-up one of about its size, or of so many times that.
+const platform::Data& packedWorld(int times) {
+    static std::map<int, platform::Data> files;
+    platform::Data& file = files[times];
+    if (file.empty() && times == 1) {
+        file = platform::readFile(NOSIG_SOURCE_DIR
+                                  "/../shared/data/world/metars-world-2014-12-18-rebuilt.xml.gz",
+                                  limit)
+                   .value_or(platform::Data());
+    }
+    if (file.empty()) {
+        const std::string packed = support::gzip(reply(times * worldsMetars));
+        const auto bytes = std::as_bytes(std::span(packed));
+        file.assign(bytes.begin(), bytes.end());
+    }
+    return file;
+}
+
+/// The world's METARs unpacked. If the environment names a file for it, it is written there for
+/// other methods to read.
 const std::string& world() {
     static const std::string text = [] {
-        constexpr const char* recorded =
-            NOSIG_SOURCE_DIR "/../shared/data/world/metars-world-2014-12-18-rebuilt.xml.gz";
-        constexpr std::size_t limit = std::size_t{64} << 20;
-        auto packed = platform::readFile(recorded, limit);
-        const auto whole =
-            packed ? gzipInflate(std::make_shared<const platform::Data>(*std::move(packed)), limit)
-                   : nullptr;
-        std::string found =
-            whole ? std::string(reinterpret_cast<const char*>(whole->data()), whole->size())
-                  : reply(4538);
+        std::string found;
+        static_cast<void>(
+            gzipInflate(packedWorld(1), limit, [&found](std::span<const std::byte> bytes) {
+                found.append(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+            }));
         if (const char* path = std::getenv("NOSIG_BENCH_WORLD")) {
             std::ofstream(path, std::ios::binary) << found;
         }
@@ -99,8 +117,55 @@ void readWorld(benchmark::State& state) {
 }
 BENCHMARK(readWorld)->Unit(benchmark::kMillisecond);
 
+struct Services {
+    platform::NotificationCenter center;
+    platform::SystemClock clock;
+    platform::StandardErrorLog log;
+};
+
+/// What follows the arrival of a file of the world's METARs, until the program has them.
+void takeWorld(const platform::Data& packed, Store& store) {
+    Collector collector;
+    Reader reader(collector);
+    static_cast<void>(gzipInflate(
+        packed, limit, [&reader](std::span<const std::byte> bytes) { (void)reader.feed(bytes); }));
+    static_cast<void>(reader.finish());
+    store.take(std::move(collector.batch));
+}
+
+/// Without the disk, which the store writes behind. The argument is how many worlds.
+void gzipToStore(benchmark::State& state) {
+    Services services;
+    const platform::Data& packed = packedWorld(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        Store store(services.center, services.clock, services.log, {});
+        takeWorld(packed, store);
+        state.PauseTiming();
+        store.flush();
+        state.counters["METARs"] = static_cast<double>(store.allMetars().size());
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(gzipToStore)->Arg(1)->Arg(10)->Arg(100)->Unit(benchmark::kMillisecond);
+
+/// What the world's METARs take in memory once they are there.
+void memoryOfWorld(benchmark::State& state) {
+    Services services;
+    const platform::Data& packed = packedWorld(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        const std::size_t before = mallinfo2().uordblks + mallinfo2().hblkhd;
+        Store store(services.center, services.clock, services.log, {});
+        takeWorld(packed, store);
+        store.flush();
+        constexpr double mebibyte = 1 << 20;
+        const std::size_t after = mallinfo2().uordblks + mallinfo2().hblkhd;
+        state.counters["MiB"] = static_cast<double>(after - before) / mebibyte;
+    }
+}
+BENCHMARK(memoryOfWorld)->Arg(1)->Arg(100)->Iterations(1)->Unit(benchmark::kMillisecond);
+
 /// A store's file in a new folder, with one batch of reports ready.
-struct Stage {
+struct Stage : Services {
     Stage() {
         Reader reader(collector);
         reader.feed(std::as_bytes(std::span(world())));
@@ -113,9 +178,6 @@ struct Stage {
         std::string name = (std::filesystem::temp_directory_path() / "nosig-XXXXXX").string();
         return std::string(mkdtemp(name.data()));
     }();
-    platform::NotificationCenter center;
-    platform::SystemClock clock;
-    platform::StandardErrorLog log;
     std::filesystem::path file = folder + "/reports.sqlite";
 };
 

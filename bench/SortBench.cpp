@@ -23,21 +23,25 @@ using desktop::StationTable;
 using desktop::StationTableModel;
 
 struct Rows final : catalogue::StationRows {
+    explicit Rows(int size) : size_(size) {}
     [[nodiscard]] const AviationWeatherStationCollection* shownStations() const override {
-        return bench::collection(bench::realList).get();
+        return bench::collection(size_).get();
     }
     void tableViewSelectionDidChange(const platform::TableView& /*table*/) override {}
+
+private:
+    int size_;
 };
 
 /// About as many stations have a METAR as in the world: every other one of the list.
-reports::Batch world() {
+reports::Batch world(int size) {
     std::mt19937 random(1);
     const auto number = [&random](int least, int most) {
         return std::uniform_int_distribution(least, most)(random);
     };
     reports::Batch batch;
     bool reportsNow = false;
-    for (const auto& station : *bench::collection(bench::realList)->stations) {
+    for (const auto& station : *bench::collection(size)->stations) {
         reportsNow = !reportsNow;
         if (!reportsNow) {
             continue;
@@ -60,7 +64,7 @@ reports::Batch world() {
 /// A table on a window as large as the program's, with every station of the list, and reports in a
 /// store that keeps none on the disk.
 struct Stage {
-    explicit Stage(bool hasWeather) {
+    Stage(int size, bool hasWeather) : rows(size) {
         view.setSelectionBehavior(QAbstractItemView::SelectRows);
         view.setSelectionMode(QAbstractItemView::SingleSelection);
         view.verticalHeader()->hide();
@@ -68,7 +72,7 @@ struct Stage {
         view.show();
         table.setDataSource(&rows);
         table.setStations([this](int row) { return rows.stationInRow(row); });
-        store.take(world());
+        store.take(world(size));
         if (hasWeather) {
             table.setWeather(StationTable::Weather{
                 [this](const std::string& station) { return store.reportsOf(station).metar; },
@@ -90,10 +94,10 @@ struct Stage {
 /// What every keystroke of a search does, at its worst: with a sort of that column, or without one
 /// for -1.
 void reloadTable(benchmark::State& state) {
-    Stage stage(state.range(0) != 0);
-    if (state.range(1) >= 0) {
+    Stage stage(static_cast<int>(state.range(0)), state.range(1) != 0);
+    if (state.range(2) >= 0) {
         stage.table.sortBy(
-            StationTable::Sort{static_cast<int>(state.range(1)), SortOrder::ascending});
+            StationTable::Sort{static_cast<int>(state.range(2)), SortOrder::ascending});
     }
     for (auto _ : state) {
         stage.table.reloadData();
@@ -101,16 +105,14 @@ void reloadTable(benchmark::State& state) {
     state.SetLabel(std::to_string(stage.table.model().rowCount()) + " rows");
 }
 BENCHMARK(reloadTable)
-    ->ArgNames({"weather", "sortedBy"})
-    ->Args({0, -1})
-    ->Args({1, -1})
-    ->Args({1, 1})
-    ->Args({1, 16})
+    ->ArgNames({"stations", "weather", "sortedBy"})
+    ->Args({bench::realList, 0, -1})
+    ->ArgsProduct({{bench::realList, bench::millionStations}, {1}, {-1, 1, 16}})
     ->Unit(benchmark::kMillisecond);
 
 void sortTable(benchmark::State& state) {
-    Stage stage(true);
-    const auto column = static_cast<int>(state.range(0));
+    Stage stage(static_cast<int>(state.range(0)), true);
+    const auto column = static_cast<int>(state.range(1));
     SortOrder order = SortOrder::ascending;
     for (auto _ : state) {
         stage.table.sortBy(StationTable::Sort{column, order});
@@ -122,24 +124,31 @@ void sortTable(benchmark::State& state) {
                        .toStdString());
 }
 BENCHMARK(sortTable)
-    ->DenseRange(0, StationTableModel::allColumns() - 1)
+    ->ArgNames({"stations", "column"})
+    ->ArgsProduct({{bench::realList},
+                   benchmark::CreateDenseRange(0, StationTableModel::allColumns() - 1, 1)})
+    ->ArgsProduct({{bench::millionStations}, {0, 5, 16, 23}})
     ->Unit(benchmark::kMillisecond);
 
 /// From a whole world's reports to cells on the screen, sorted by category or not.
 void storeToTable(benchmark::State& state) {
-    Stage stage(true);
-    if (state.range(0) != 0) {
+    const auto size = static_cast<int>(state.range(0));
+    Stage stage(size, true);
+    if (state.range(1) != 0) {
         stage.table.sortBy(
             StationTable::Sort{StationTableModel::stationColumns(), SortOrder::descending});
     }
-    const reports::Batch batch = world();
+    const reports::Batch batch = world(size);
     for (auto _ : state) {
         stage.store.take(batch);
         stage.table.weatherChanged();
         benchmark::DoNotOptimize(stage.view.grab());
     }
 }
-BENCHMARK(storeToTable)->ArgName("sorted")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(storeToTable)
+    ->ArgNames({"stations", "sorted"})
+    ->ArgsProduct({{bench::realList, bench::millionStations}, {0, 1}})
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -7,6 +7,8 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <map>
+#include <utility>
 
 namespace bench {
 
@@ -36,28 +38,28 @@ std::shared_ptr<AviationWeatherStationCollection> parsed(const std::string& text
 } // namespace
 
 const std::string& listText(int size) {
-    static const std::string real = readList();
-    if (size == realList) {
-        return real;
-    }
-    static const std::string repeated = [] {
-        const std::size_t stations = collection(realList)->stations->size();
+    static std::map<int, std::string> texts{{realList, readList()}};
+    const std::string& real = texts.at(realList);
+    if (!texts.contains(size)) {
+        const std::size_t length =
+            real.size() * static_cast<std::size_t>(size) / collection(realList)->stations->size();
         std::string text;
-        for (std::size_t i = 0; i < 1'000'000; i += stations) {
+        while (text.size() < length) {
             text += real;
         }
-        return text;
-    }();
-    return repeated;
+        text.erase(text.rfind('\n', length) + 1);
+        texts[size] = std::move(text);
+    }
+    return texts.at(size);
 }
 
 const std::shared_ptr<AviationWeatherStationCollection>& collection(int size) {
-    static const auto real = parsed(listText(realList));
-    if (size == realList) {
-        return real;
+    static std::map<int, std::shared_ptr<AviationWeatherStationCollection>> collections;
+    auto& collection = collections[size];
+    if (!collection) {
+        collection = parsed(listText(size));
     }
-    static const auto million = parsed(listText(millionStations));
-    return million;
+    return collection;
 }
 
 } // namespace bench
