@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "bench/StationLists.h"
 #include "catalogue/Packages.h"
+#include "catalogue/Suggestions.h"
 #include "catalogue/stationparser.h"
 #include "catalogue/table/ListMaker.h"
 #include "catalogue/table/PackageMaker.h"
@@ -139,6 +140,25 @@ void searchRegions(benchmark::State& state) {
     });
 }
 BENCHMARK(searchRegions)->Apply(atAllSizes);
+
+void indexForSuggestions(benchmark::State& state) {
+    measure(state, [](const auto& stations) { return catalogue::SuggestionIndex(&stations); });
+}
+BENCHMARK(indexForSuggestions)->Apply(both);
+
+/// A keystroke: the text that finds most, one of two words, and one that finds nothing.
+void suggest(benchmark::State& state) {
+    const auto& collection = bench::collection(static_cast<int>(state.range(0)));
+    const catalogue::SuggestionIndex index(collection.get());
+    const char* const texts[] = {"a", "new york", "zzzz"};
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(index.find(texts[state.range(1)]));
+    }
+    countStations(state);
+}
+BENCHMARK(suggest)
+    ->ArgsProduct({{bench::realList, bench::millionStations}, {0, 1, 2}})
+    ->Unit(benchmark::kMillisecond);
 
 void groupByRegion(benchmark::State& state) {
     const auto collection =

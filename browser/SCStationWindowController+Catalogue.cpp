@@ -50,6 +50,7 @@ void SCStationWindowController::replaceMaster(
 void SCStationWindowController::resetWorkingCollection() {
     const auto master = masterCollection();
     workingCollection = master ? master->copySharingStations() : nullptr;
+    filter_ = {};
 }
 
 void SCStationWindowController::parseit() {

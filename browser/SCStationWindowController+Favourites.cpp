@@ -47,10 +47,11 @@ StationArray SCStationWindowController::allFavorites() const {
 void SCStationWindowController::showFavsMenu() {
     showingFavs = !showingFavs;
     resetWorkingCollection();
-    if (showingFavs && workingCollection) {
-        workingCollection->stations = std::make_shared<StationArray>(allFavorites());
+    if (showingFavs) {
+        fillTable({.favorites = true});
+    } else {
+        showWorkingCollection();
     }
-    showWorkingCollection();
     resetTableSelectionAfterFilter();
 }
 

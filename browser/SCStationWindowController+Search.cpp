@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "browser/SCStationWindowController.h"
 
+#include "catalogue/Search.h"
+
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -11,57 +13,38 @@ namespace {
 /// In the order of the distance pop-up's items.
 constexpr std::array<std::int64_t, 4> distancesInMiles{10, 25, 50, 100};
 
-enum SearchMode : std::int64_t { identifiers, names, regions };
-
-/// Splits at every blank and comma; empty terms are kept.
-std::vector<std::string> searchTerms(const std::string& text) {
-    std::vector<std::string> terms(1);
-    for (const char c : text) {
-        if (c == ' ' || c == ',') {
-            terms.emplace_back();
-        } else {
-            terms.back() += c;
-        }
-    }
-    return terms;
-}
-
-StationArray found(const AviationWeatherStationCollection& collection, std::int64_t mode,
-                   const std::string& term) {
-    switch (mode) {
-    case identifiers:
-        return collection.stationArrayWithPartialICAOID_orName_orState(term, {}, {});
-    case names:
-        return collection.stationArrayWithPartialICAOID_orName_orState({}, term, {});
-    case regions:
-        return collection.stationArrayWithPartialICAOID_orName_orState({}, {}, term);
-    default:
-        return {};
-    }
-}
-
 } // namespace
 
-void SCStationWindowController::filterIt(const std::string& text) {
+StationArray SCStationWindowController::stationsOf(const browser::TableFilter& filter) const {
     const auto master = masterCollection();
-    StationArray matches;
-    if (master) {
+    StationArray stations;
+    if (master && filter.search) {
         // Kept: users expect this, and the help describes it. The last term's matches come first,
         // and a station that two terms match is listed twice.
-        auto terms = searchTerms(text);
+        auto terms = filter.search->terms;
         std::ranges::reverse(terms);
         for (const std::string& term : terms) {
-            const StationArray more = found(*master, searchingOn_, term);
-            matches.insert(matches.end(), more.begin(), more.end());
+            const StationArray more = catalogue::stationsWith(term, filter.search->field, *master);
+            stations.insert(stations.end(), more.begin(), more.end());
         }
     }
-    if (showingFavs) {
+    if (master && filter.distance) {
+        stations = master->stationsWithinDistanceFromStation_within(filter.distance->station,
+                                                                    filter.distance->miles);
+    }
+    if (filter.favorites) {
         // Kept: users expect this, and the help describes it. The matches are not restricted to
         // favourites.
         const StationArray favorites = allFavorites();
-        matches.insert(matches.end(), favorites.begin(), favorites.end());
+        stations.insert(stations.end(), favorites.begin(), favorites.end());
     }
-    showInTable(std::move(matches));
+    return stations;
+}
+
+void SCStationWindowController::filterIt(const std::string& text) {
+    showInTable({.search = browser::TableFilter::Search{catalogue::SearchField{searchingOn_},
+                                                        catalogue::searchTerms(text)},
+                 .favorites = showingFavs});
 }
 
 void SCStationWindowController::searchTextDidChange() {
@@ -116,9 +99,12 @@ void SCStationWindowController::innnerGetDistant() {
     if (choice < 0 || choice >= std::ssize(distancesInMiles) || !station || !master) {
         return;
     }
+    if (!filter_.distance) {
+        beforeDistance_ = filter_;
+    }
     // Always searches the whole catalogue: distance filters do not narrow one another.
-    showInTable(master->stationsWithinDistanceFromStation_within(
-        station, distancesInMiles[static_cast<std::size_t>(choice)]));
+    showInTable({.distance = browser::TableFilter::Distance{
+                     station, distancesInMiles[static_cast<std::size_t>(choice)]}});
 }
 
 void SCStationWindowController::geMeterDistChanged() {
@@ -127,4 +113,41 @@ void SCStationWindowController::geMeterDistChanged() {
 
 void SCStationWindowController::geMeter() {
     innnerGetDistant();
+}
+
+void SCStationWindowController::leaveSearch() {
+    saerching_ = false;
+    outlets.sf->setStringValue("");
+    auto rest = filter_;
+    rest.search.reset();
+    showAgain(rest);
+}
+
+void SCStationWindowController::leaveDistance() {
+    if (filter_.distance) {
+        showAgain(beforeDistance_);
+    }
+}
+
+void SCStationWindowController::leaveFavorites() {
+    showingFavs = false;
+    auto rest = filter_;
+    rest.favorites = false;
+    showAgain(rest);
+}
+
+void SCStationWindowController::chooseSuggestion(const catalogue::Suggestion& suggestion) {
+    const auto master = masterCollection();
+    if (!master) {
+        return;
+    }
+    const auto [field, term] = catalogue::searchFor(suggestion, *master);
+    searchingOn_ = static_cast<std::int64_t>(field);
+    outlets.switchie->setSelectedSegment(static_cast<int>(field));
+    outlets.sf->setStringValue(term);
+    searchFieldDidStartSearching();
+    searchIt();
+    if (suggestion.station && outlets.table) {
+        selectRow(rowOf(suggestion.station));
+    }
 }

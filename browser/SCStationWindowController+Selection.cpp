@@ -48,9 +48,7 @@ void SCStationWindowController::resetTableSelectionAfterFilter() {
         });
         row = found - stations.begin();
     }
-    outlets.table->selectRow(row);
-    outlets.table->scrollRowToVisible(row);
-    settleSelection();
+    selectRow(row);
 }
 
 std::int64_t
@@ -105,7 +103,10 @@ void SCStationWindowController::selectStation(const std::string& identifier) {
         outlets.sf->setStringValue("");
         searchFieldDidEndSearching();
     }
-    const std::int64_t row = rowOf(station);
+    selectRow(rowOf(station));
+}
+
+void SCStationWindowController::selectRow(std::int64_t row) {
     outlets.table->selectRow(row);
     outlets.table->scrollRowToVisible(row);
     settleSelection();

@@ -26,10 +26,29 @@ void SCStationWindowController::showWorkingCollection() {
     reloadTable();
 }
 
-void SCStationWindowController::showInTable(StationArray stations) {
+void SCStationWindowController::fillTable(const browser::TableFilter& filter) {
     if (workingCollection) {
-        workingCollection->stations = std::make_shared<StationArray>(std::move(stations));
+        workingCollection->stations = std::make_shared<StationArray>(stationsOf(filter));
+        filter_ = filter;
     }
     showWorkingCollection();
+}
+
+void SCStationWindowController::showInTable(const browser::TableFilter& filter) {
+    fillTable(filter);
     resetTableSelectionAfterFilter();
+}
+
+void SCStationWindowController::showAgain(const browser::TableFilter& filter) {
+    // The station that a distance is measured from is not listed, but map and reports still show
+    // it.
+    const auto selected =
+        selectedStation || !filter_.distance ? selectedStation : filter_.distance->station;
+    resetWorkingCollection();
+    if (filter.listsAll()) {
+        showWorkingCollection();
+    } else {
+        fillTable(filter);
+    }
+    selectAgain(selected);
 }

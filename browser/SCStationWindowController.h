@@ -5,8 +5,10 @@
 #include "browser/ReportPane.h"
 #include "browser/SCMainTable.h"
 #include "browser/SCWebView.h"
+#include "browser/TableFilter.h"
 #include "catalogue/AviationWeatherStationCollection.h"
 #include "catalogue/StationCells.h"
+#include "catalogue/Suggestions.h"
 #include "catalogue/stationparser.h"
 #include "platform/host/Guarded.h"
 #include "platform/host/Host.h"
@@ -130,6 +132,21 @@ public:
     void innnerGetDistant();
     void geMeterDistChanged();
     void geMeter();
+    /// Why the table lists what it lists. Changes with the working collection only, and so speaks
+    /// of the rows of the table's last reload.
+    [[nodiscard]] const browser::TableFilter& filter() const { return filter_; }
+    // Each of these ends one reason for which the table does not list every station, and leaves the
+    // others in force; the selected station stays selected if it is still listed.
+    /// Empties the search field. Favourites that were listed with the matches stay.
+    void leaveSearch();
+    /// Returns to what was listed before a distance was chosen. If nothing is selected, selects the
+    /// station that it was measured from. Does nothing if no distance is in force.
+    void leaveDistance();
+    /// Matches of a search stay.
+    void leaveFavorites();
+    /// Searches for what a suggestion stands for as if the user had typed it, in its search mode,
+    /// and selects its station if it stands for one.
+    void chooseSuggestion(const catalogue::Suggestion& suggestion);
     /// Selects the station that was selected before the table's rows changed, found by its name.
     void resetTableSelectionAfterFilter();
     /// Selects the catalogue's first station with this identifier. Lists every station if the table
@@ -196,7 +213,13 @@ private:
     void resetWorkingCollection();
     /// Counts the working collection's stations and reloads the table.
     void showWorkingCollection();
-    void showInTable(StationArray stations);
+    [[nodiscard]] StationArray stationsOf(const browser::TableFilter& filter) const;
+    /// Lists what a filter asks for; does nothing to the selection.
+    void fillTable(const browser::TableFilter& filter);
+    /// The same, and selects the selected station by its name.
+    void showInTable(const browser::TableFilter& filter);
+    /// The same, with the selected station selected again as after a search.
+    void showAgain(const browser::TableFilter& filter);
     void showMap();
     void showChart();
     /// Does nothing unless the chart is shown.
@@ -207,6 +230,8 @@ private:
     /// same record, else of the same identifier, else none. The same record is only highlighted: no
     /// weather is requested, and the map stays.
     void selectAgain(const std::shared_ptr<AviationWeatherStation>& station);
+    /// Selects a row and scrolls to it.
+    void selectRow(std::int64_t row);
     /// Makes the highlighted row's station the selected one, if it is a different one.
     void settleSelection();
     /// Returns -1 if no row shows this station.
@@ -239,6 +264,9 @@ private:
     std::int32_t alwaysFavWeather_ = 0;
     std::int64_t searchingOn_ = 0;
     bool saerching_ = false;
+    browser::TableFilter filter_;
+    /// What the distance in force has replaced.
+    browser::TableFilter beforeDistance_;
     /// Set while highlighting a row whose station is known to be the selected one.
     bool isSelectingAgain_ = false;
     FavoritesFile favoritesFile_;

@@ -143,6 +143,53 @@ std::size_t graphemeBoundary(std::string_view text, std::size_t index) {
     return boundary < 0 ? text.size() : static_cast<std::size_t>(boundary);
 }
 
+std::string caseFolded(std::string_view text) {
+    return converted(text,
+                     [](const icu::StringPiece& piece, icu::ByteSink& sink, UErrorCode& status) {
+                         icu::CaseMap::utf8Fold(0, piece, sink, nullptr, status);
+                     });
+}
+
+/// Letters lose their marks, and those without a decomposition become the ASCII letters that stand
+/// for them. `kept` says what becomes of every other character beyond ASCII.
+template <typename Kept>
+std::string withoutMarks(std::string_view text, Kept kept) {
+    if (isAscii(text)) {
+        return std::string(text);
+    }
+    // Letters and signs that have no decomposition.
+    static constexpr std::pair<char32_t, std::string_view> letters[] = {
+        {U'Æ', "AE"}, {U'æ', "ae"}, {U'Œ', "OE"}, {U'œ', "oe"}, {U'Ø', "O"}, {U'ø', "o"},
+        {U'Ł', "L"},  {U'ł', "l"},  {U'Đ', "D"},  {U'đ', "d"},  {U'Ð', "D"}, {U'ð', "d"},
+        {U'Þ', "TH"}, {U'þ', "th"}, {U'ß', "ss"}, {U'ı', "i"},  {U'ʻ', "'"}, {U'ʼ', "'"},
+        {U'’', "'"},  {U'‘', "'"},  {U'–', "-"},  {U'—', "-"},
+    };
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2* form = icu::Normalizer2::getNFKDInstance(status);
+    std::string decomposed;
+    if (form != nullptr) {
+        decomposed = converted(text, [&](auto piece, auto& sink, auto& fault) {
+            form->normalizeUTF8(0, piece, sink, nullptr, fault);
+        });
+    }
+    std::string result;
+    for (std::size_t at = 0; at < decomposed.size();) {
+        const Character character = characterAt(decomposed, at);
+        const auto bytes = std::string_view(decomposed).substr(at, character.length);
+        at += character.length;
+        const auto* const letter = std::ranges::find(letters, character.code,
+                                                     &std::pair<char32_t, std::string_view>::first);
+        if (character.code < 0x80) {
+            result += static_cast<char>(character.code);
+        } else if (letter != std::end(letters)) {
+            result += letter->second;
+        } else if (u_charType(static_cast<UChar32>(character.code)) != U_NON_SPACING_MARK) {
+            result += kept(bytes);
+        }
+    }
+    return result;
+}
+
 } // namespace
 
 bool isAscii(std::string_view bytes) {
@@ -190,49 +237,18 @@ bool equalIgnoringCase(std::string_view one, std::string_view other) {
     if (isAscii(one) && isAscii(other)) {
         return std::ranges::equal(one, other, {}, asciiLower, asciiLower);
     }
-    const auto folded = [](std::string_view text) {
-        return converted(
-            text, [](const icu::StringPiece& piece, icu::ByteSink& sink, UErrorCode& status) {
-                icu::CaseMap::utf8Fold(0, piece, sink, nullptr, status);
-            });
-    };
-    return folded(one) == folded(other);
+    return caseFolded(one) == caseFolded(other);
 }
 
 std::string inAsciiLetters(std::string_view text) {
+    return withoutMarks(text, [](std::string_view) { return std::string_view(" "); });
+}
+
+std::string folded(std::string_view text) {
     if (isAscii(text)) {
-        return std::string(text);
+        return lowerCased(text);
     }
-    // Letters and signs that have no decomposition.
-    static constexpr std::pair<char32_t, std::string_view> letters[] = {
-        {U'Æ', "AE"}, {U'æ', "ae"}, {U'Œ', "OE"}, {U'œ', "oe"}, {U'Ø', "O"}, {U'ø', "o"},
-        {U'Ł', "L"},  {U'ł', "l"},  {U'Đ', "D"},  {U'đ', "d"},  {U'Ð', "D"}, {U'ð', "d"},
-        {U'Þ', "TH"}, {U'þ', "th"}, {U'ß', "ss"}, {U'ı', "i"},  {U'ʻ', "'"}, {U'ʼ', "'"},
-        {U'’', "'"},  {U'‘', "'"},  {U'–', "-"},  {U'—', "-"},
-    };
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::Normalizer2* form = icu::Normalizer2::getNFKDInstance(status);
-    std::string decomposed;
-    if (form != nullptr) {
-        decomposed = converted(text, [&](auto piece, auto& sink, auto& fault) {
-            form->normalizeUTF8(0, piece, sink, nullptr, fault);
-        });
-    }
-    std::string result;
-    for (std::size_t at = 0; at < decomposed.size();) {
-        const Character character = characterAt(decomposed, at);
-        at += character.length;
-        const auto* const letter = std::ranges::find(letters, character.code,
-                                                     &std::pair<char32_t, std::string_view>::first);
-        if (character.code < 0x80) {
-            result += static_cast<char>(character.code);
-        } else if (letter != std::end(letters)) {
-            result += letter->second;
-        } else if (u_charType(static_cast<UChar32>(character.code)) != U_NON_SPACING_MARK) {
-            result += ' ';
-        }
-    }
-    return result;
+    return caseFolded(withoutMarks(text, [](std::string_view character) { return character; }));
 }
 
 std::int64_t utf16Length(std::string_view text) {

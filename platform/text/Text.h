@@ -32,6 +32,10 @@ namespace platform {
 /// stand for them, and every other character becomes a blank.
 [[nodiscard]] std::string inAsciiLetters(std::string_view text);
 
+/// The text as somebody searches for it: in lower case, and without the marks of letters; those
+/// such as "Ø" or "æ" become the letters that stand for them. Letters of other scripts stay.
+[[nodiscard]] std::string folded(std::string_view text);
+
 [[nodiscard]] std::int64_t utf16Length(std::string_view text);
 /// The first `units` UTF-16 units, extended so that no user-perceived character is cut.
 [[nodiscard]] std::string_view wholeCharacterPrefix(std::string_view text, std::int64_t units);
