@@ -10,6 +10,7 @@
 #include "desktop/report/ReportTabs.h"
 #include "desktop/text/Text.h"
 #include "desktop/windows/ProgramMenus.h"
+#include "desktop/windows/SearchSuggestions.h"
 #include "desktop/windows/TableWithMap.h"
 #include "desktop/windows/WorldSwitch.h"
 #include "mystations/aiiFlashingText.h"
@@ -23,6 +24,8 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QTimer>
+#include <QToolButton>
+#include <QVBoxLayout>
 
 #include <chrono>
 
@@ -109,6 +112,8 @@ struct SCStationWindow::Views {
     FadingLabel hint{*ui.dLcikWords};
     std::shared_ptr<aiiFlashingText> dLcikWords;
     QTimer hintStandsStill;
+    /// Says what a filter that finds nothing has looked for, in the middle of the table's place.
+    QLabel* emptyWords = nullptr;
     /// Owned by the tabs.
     ReportTabs* reports = nullptr;
     /// Shows the progress bar while requests are open; dropped first.
@@ -165,7 +170,8 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
         showTableOrHint();
         views_->reports->refreshSoon();
     });
-    bindSearch();
+    bindFilterLine();
+    bindSearch(host);
     bindMap(host);
     bindWeather(host);
     bindReports(host, reports);
@@ -180,12 +186,48 @@ SCStationWindow::~SCStationWindow() {
     menus_.setStationWindowActions({});
 }
 
-void SCStationWindow::bindSearch() {
+void SCStationWindow::bindFilterLine() {
+    Ui::SCStationWindowController& ui = views_->ui;
+    views_->emptyWords = new QLabel(ui.table->viewport());
+    views_->emptyWords->setTextFormat(Qt::PlainText);
+    views_->emptyWords->setAlignment(Qt::AlignCenter);
+    views_->emptyWords->setWordWrap(true);
+    (new QVBoxLayout(ui.table->viewport()))->addWidget(views_->emptyWords);
+    ui.filterLine->ended = [this](FilterLine::Kind kind) {
+        switch (kind) {
+        case FilterLine::Kind::search:
+            controller_.leaveSearch();
+            break;
+        case FilterLine::Kind::distance:
+            controller_.leaveDistance();
+            break;
+        case FilterLine::Kind::favorites:
+            controller_.leaveFavorites();
+            break;
+        }
+        // The button has gone.
+        views_->ui.table->setFocus(Qt::TabFocusReason);
+    };
+    QWidget* before = ui.showAll;
+    for (auto* button : ui.filterLine->findChildren<QToolButton*>()) {
+        QWidget::setTabOrder(before, button);
+        before = button;
+    }
+}
+
+void SCStationWindow::bindSearch(platform::Host& host) {
     Ui::SCStationWindowController& ui = views_->ui;
     ui.sf->installEventFilter(this);
-    connect(ui.sf, &QLineEdit::textChanged, this, [this] {
+    // Sees the field's keys first.
+    auto* suggestions = new SearchSuggestions(
+        *ui.sf, host.mainThread,
+        {.catalogue = [this] { return controller_.masterCollection(); },
+         .choose = [this](const auto& suggestion) { controller_.chooseSuggestion(suggestion); },
+         .goToTable = [this] { goToTable(); }});
+    connect(ui.sf, &QLineEdit::textChanged, this, [this, suggestions] {
         if (!views_->sf.isSetByLogic()) {
             controller_.searchTextDidChange();
+            suggestions->textEdited();
         }
     });
     connect(ui.switchie, &QButtonGroup::idClicked, this, [this] { controller_.switchieswitche(); });
@@ -314,17 +356,21 @@ bool SCStationWindow::eventFilter(QObject* watched, QEvent* event) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
         case Qt::Key_Down:
-            ui.table->setFocus(Qt::TabFocusReason);
-            // A search may have lost the selection, and the arrow keys need a row to start from.
-            if (views_->stations.table.selectedRow() < 0) {
-                views_->stations.table.selectRow(0);
-            }
+            goToTable();
             return true;
         default:
             break;
         }
     }
     return QMainWindow::eventFilter(watched, event);
+}
+
+void SCStationWindow::goToTable() {
+    views_->ui.table->setFocus(Qt::TabFocusReason);
+    // A search may have lost the selection, and the arrow keys need a row to start from.
+    if (views_->stations.table.selectedRow() < 0) {
+        views_->stations.table.selectRow(0);
+    }
 }
 
 void SCStationWindow::arrange() {
@@ -356,6 +402,11 @@ void SCStationWindow::showTableOrHint() {
     const bool hasCatalogue =
         views_->stations.table.model().rowCount() > 0 || controller_.hasCatalogue();
     views_->stations.showTable(hasCatalogue);
+    const browser::TableFilter& filter = controller_.filter();
+    views_->ui.filterLine->setReasons(browser::reasonsOf(filter));
+    const bool isEmpty = views_->stations.table.model().rowCount() == 0;
+    views_->emptyWords->setText(isEmpty ? shownText(browser::emptyTableWords(filter)) : QString());
+    views_->emptyWords->setVisible(isEmpty);
     if (hasCatalogue && !focusWidget()) {
         views_->ui.table->setFocus();
     }

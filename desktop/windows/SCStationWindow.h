@@ -37,7 +37,8 @@ protected:
 private:
     struct Views;
 
-    void bindSearch();
+    void bindFilterLine();
+    void bindSearch(platform::Host& host);
     void bindMap(platform::Host& host);
     void bindWeather(platform::Host& host);
     void bindReports(platform::Host& host, reports::Store& reports);
@@ -45,6 +46,7 @@ private:
     void favoritesChanged();
     void showReportsOf(const AviationWeatherStation* station);
     void showTableOrHint();
+    void goToTable();
 
     SCStationWindowController& controller_;
     ProgramMenus& menus_;
