@@ -9,7 +9,6 @@
 #include <array>
 #include <limits>
 #include <optional>
-#include <tuple>
 #include <unordered_set>
 #include <utility>
 
@@ -30,40 +29,53 @@ enum Fit : std::size_t {
     beginningAtStart,
     beginning,
     inside,
-    fits,
+    noFit,
 };
 
 std::string_view trimmedText(const std::optional<std::string>& text) {
     return text ? platform::trimmed(*text) : std::string_view();
 }
 
-/// The words of a text, each with a blank before and one after the last; empty if it has none.
-/// Apostrophes belong to no word and separate none: O'HARE is one word.
-std::string wordsOf(std::string_view text) {
-    std::string words;
-    for (const char c : platform::folded(text)) {
-        const bool isLetter =
-            !platform::isAscii(c) || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
-        if (isLetter) {
-            if (words.empty()) {
+/// Adds the words of a text, each with a blank before and one after the last; nothing if it has
+/// none. Apostrophes belong to no word and separate none: O'HARE is one word.
+void addWords(std::string_view text, std::string& words) {
+    bool isInside = false;
+    bool isAny = false;
+    for (const char c : text) {
+        const char letter = platform::asciiLower(c);
+        if (!platform::isAscii(letter) || (letter >= 'a' && letter <= 'z') ||
+            (letter >= '0' && letter <= '9')) {
+            if (!isInside) {
                 words += ' ';
             }
-            words += c;
-        } else if (c != '\'' && !words.empty() && words.back() != ' ') {
-            words += ' ';
+            words += letter;
+            isInside = true;
+            isAny = true;
+        } else if (letter != '\'') {
+            isInside = false;
         }
     }
-    if (!words.empty() && words.back() != ' ') {
+    if (isAny) {
         words += ' ';
     }
+}
+
+std::string wordsOf(std::string_view text) {
+    std::string words;
+    addWords(platform::folded(text), words);
     return words;
 }
 
-auto importance(const AviationWeatherStation& station) {
+constexpr std::size_t priorities = 11;
+constexpr std::size_t ranks = 2 * 2 * priorities;
+
+/// Below `ranks`; the lower, the more important.
+std::size_t rankOf(const AviationWeatherStation& station) {
     const bool issuesTAFs = station.aviationFlag == 'T' || station.aviationFlag == 'U';
-    const char priority = station.plottingPriority;
-    return std::tuple(!issuesTAFs, station.METAR != 'X',
-                      priority >= '0' && priority <= '9' ? priority : char{'9' + 1});
+    const char digit = station.plottingPriority;
+    const std::size_t priority =
+        digit >= '0' && digit <= '9' ? static_cast<std::size_t>(digit - '0') : priorities - 1;
+    return ((issuesTAFs ? 0U : 2U) + (station.METAR == 'X' ? 0U : 1U)) * priorities + priority;
 }
 
 /// The part of a text between blanks and commas that the fewest stations have in a field.
@@ -115,7 +127,11 @@ SuggestedSearch searchFor(const Suggestion& suggestion,
 
 void FoldedTexts::add(std::string_view text) {
     starts_.push_back(words_.size());
-    words_ += wordsOf(text);
+    if (platform::isAscii(text)) {
+        addWords(text, words_);
+    } else {
+        addWords(platform::folded(text), words_);
+    }
 }
 
 template <typename Found>
@@ -150,7 +166,7 @@ struct SuggestionIndex::Query {
         return *std::ranges::max_element(parts, {}, &std::string_view::size);
     }
 
-    /// `fits` if the name does not fit at all.
+    /// `noFit` if the name does not fit at all.
     [[nodiscard]] Fit fitOf(std::string_view name) const {
         const std::string_view all = text;
         if (name == all) {
@@ -166,7 +182,7 @@ struct SuggestionIndex::Query {
         for (const std::string_view part : parts) {
             const auto at = name.find(part);
             if (at == name.npos) {
-                return fits;
+                return noFit;
             }
             // The part is a view into the text, where a blank stands before and after it.
             const std::string_view begun(part.data() - 1, part.size() + 1);
@@ -188,20 +204,28 @@ SuggestionIndex::SuggestionIndex(const AviationWeatherStationCollection* collect
     if (!collection || !collection->stations) {
         return;
     }
-    stations_ = *collection->stations;
+    std::array<StationArray, ranks> ranked;
     std::unordered_set<std::string_view> known;
-    for (const auto& station : stations_) {
-        const auto region = trimmedText(station->stateName);
-        if (!region.empty() && known.insert(region).second) {
-            regions_.emplace_back(region);
-            regionNames_.add(region);
+    std::optional<std::string> last;
+    for (const auto& station : *collection->stations) {
+        ranked[rankOf(*station)].push_back(station);
+        // Those of a region stand together.
+        if (station->stateName != last) {
+            last = station->stateName;
+            const auto region = trimmedText(station->stateName);
+            if (!region.empty() && known.insert(region).second) {
+                regions_.emplace_back(region);
+                regionNames_.add(region);
+            }
         }
     }
-    std::ranges::stable_sort(stations_, {}, [](const auto& one) { return importance(*one); });
-    for (const auto& station : stations_) {
-        identifiers_.add(trimmedText(station->ICAO));
-        codes_.add(trimmedText(station->IATA));
-        names_.add(trimmedText(station->stationName));
+    for (const StationArray& equal : ranked) {
+        for (const auto& station : equal) {
+            identifiers_.add(station->ICAO.value_or(""));
+            codes_.add(station->IATA.value_or(""));
+            names_.add(station->stationName.value_or(""));
+        }
+        stations_.insert(stations_.end(), equal.begin(), equal.end());
     }
 }
 
@@ -254,10 +278,10 @@ SuggestionIndex::stationsByCode(const Query& query) const {
 
 std::vector<std::size_t> SuggestionIndex::bestOf(const FoldedTexts& texts, std::size_t wanted,
                                                  const Query& query) {
-    std::array<std::vector<std::size_t>, fits> found;
+    std::array<std::vector<std::size_t>, noFit> found;
     texts.eachWith(query.longest(), [&](std::size_t index, std::string_view words) {
         const Fit fit = query.fitOf(words);
-        if (fit != fits && found[fit].size() < wanted) {
+        if (fit != noFit && found[fit].size() < wanted) {
             found[fit].push_back(index);
         }
     });

@@ -43,15 +43,15 @@ public:
     Part(Kind kindOfReason, const QString& name, QWidget* parent)
         : QFrame(parent),
           kind(kindOfReason),
-          wayOut(*new QToolButton(this)),
-          words_(*new CutLabel(this)) {
+          words(*new CutLabel(this)),
+          wayOut(*new QToolButton(this)) {
         setObjectName(name);
         wayOut.setObjectName(name + QStringLiteral("End"));
         setFrameShape(QFrame::StyledPanel);
         auto* row = new QHBoxLayout(this);
         row->setContentsMargins(8, 1, 1, 1);
         row->setSpacing(4);
-        row->addWidget(&words_);
+        row->addWidget(&words);
         row->addWidget(&wayOut);
         wayOut.setText(QStringLiteral("×"));
         wayOut.setAutoRaise(true);
@@ -61,18 +61,16 @@ public:
 
     void setReason(const browser::FilterReason& reason) {
         const QString text = shownText(reason.words);
-        words_.setText(text);
-        words_.setToolTip(text.toHtmlEscaped());
+        words.setText(text);
+        words.setToolTip(text.toHtmlEscaped());
         wayOut.setAccessibleName(shownText(reason.wayOut));
         wayOut.setToolTip(shownText(reason.wayOut).toHtmlEscaped());
         show();
     }
 
     const Kind kind;
+    CutLabel& words;
     QToolButton& wayOut;
-
-private:
-    CutLabel& words_;
 };
 
 FilterLine::FilterLine(QWidget* parent) : QWidget(parent) {

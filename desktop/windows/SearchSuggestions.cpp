@@ -29,6 +29,9 @@ SearchSuggestions::SearchSuggestions(QLineEdit& field, platform::MainThread& mai
     setAccessibleName(QStringLiteral("Suggestions for the search"));
     // The keyboard reaches it from the field, not by Tab.
     setFocusPolicy(Qt::ClickFocus);
+    setTabOrder(&field, this);
+    // Stands out from a table that is as dark or as light as the list.
+    setFrameStyle(QFrame::Box | QFrame::Plain);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setUniformItemSizes(true);
     setSpacing(gap);
@@ -60,6 +63,7 @@ void SearchSuggestions::dismiss() {
     if (window()->focusWidget() == this) {
         field_.setFocus(Qt::OtherFocusReason);
     }
+    field_.setAccessibleDescription({});
     hide();
 }
 
@@ -75,6 +79,7 @@ void SearchSuggestions::offer(const std::vector<catalogue::Suggestion>& suggesti
     fit();
     show();
     raise();
+    field_.setAccessibleDescription(QStringLiteral("%1 suggestions below").arg(count()));
 }
 
 void SearchSuggestions::fit() {
@@ -96,6 +101,11 @@ void SearchSuggestions::chooseRow(int row) {
     dismiss();
     actions_.choose(chosen);
     actions_.goToTable();
+}
+
+void SearchSuggestions::goOnInField(QKeyEvent& event) {
+    field_.setFocus(Qt::OtherFocusReason);
+    QApplication::sendEvent(&field_, &event);
 }
 
 void SearchSuggestions::keyPressEvent(QKeyEvent* event) {
@@ -123,11 +133,18 @@ void SearchSuggestions::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_PageUp:
     case Qt::Key_PageDown:
         break;
-    default:
-        // Letters, and the keys that change or leave the text.
-        field_.setFocus(Qt::OtherFocusReason);
-        QApplication::sendEvent(&field_, event);
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        goOnInField(*event);
         return;
+    default:
+        if (!event->text().isEmpty()) {
+            goOnInField(*event);
+            return;
+        }
+        break;
     }
     QListWidget::keyPressEvent(event);
 }

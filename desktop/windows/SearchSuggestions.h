@@ -45,6 +45,7 @@ private:
     void offer(const std::vector<catalogue::Suggestion>& suggestions);
     void fit();
     void chooseRow(int row);
+    void goOnInField(QKeyEvent& event);
 
     QLineEdit& field_;
     Actions actions_;
