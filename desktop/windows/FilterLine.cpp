@@ -8,6 +8,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
+#include <QTextDocument>
 #include <QToolButton>
 
 #include <algorithm>
@@ -62,9 +63,10 @@ public:
     void setReason(const browser::FilterReason& reason) {
         const QString text = shownText(reason.words);
         words.setText(text);
-        words.setToolTip(text.toHtmlEscaped());
-        wayOut.setAccessibleName(shownText(reason.wayOut));
-        wayOut.setToolTip(shownText(reason.wayOut).toHtmlEscaped());
+        words.setToolTip(Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal));
+        const QString end = shownText(reason.wayOut);
+        wayOut.setAccessibleName(end);
+        wayOut.setToolTip(Qt::convertFromPlainText(end, Qt::WhiteSpaceNormal));
         show();
     }
 

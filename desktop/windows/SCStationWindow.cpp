@@ -192,7 +192,11 @@ void SCStationWindow::bindFilterLine() {
     views_->emptyWords->setTextFormat(Qt::PlainText);
     views_->emptyWords->setAlignment(Qt::AlignCenter);
     views_->emptyWords->setWordWrap(true);
-    (new QVBoxLayout(ui.table->viewport()))->addWidget(views_->emptyWords);
+    views_->emptyWords->setAttribute(Qt::WA_TransparentForMouseEvents);
+    auto* middle = new QVBoxLayout(ui.table->viewport());
+    // However long a word, the table keeps its size.
+    middle->setSizeConstraint(QLayout::SetNoConstraint);
+    middle->addWidget(views_->emptyWords);
     ui.filterLine->ended = [this](FilterLine::Kind kind) {
         switch (kind) {
         case FilterLine::Kind::search:

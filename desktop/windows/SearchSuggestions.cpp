@@ -37,7 +37,10 @@ SearchSuggestions::SearchSuggestions(QLineEdit& field, platform::MainThread& mai
     setSpacing(gap);
     hide();
     field.installEventFilter(this);
-    field.window()->installEventFilter(this);
+    // Whatever moves the field.
+    for (QWidget* around = field.parentWidget(); around; around = around->parentWidget()) {
+        around->installEventFilter(this);
+    }
     connect(&field, &QLineEdit::textChanged, this, [this] { dismiss(); });
     connect(this, &QListWidget::itemClicked, this,
             [this](QListWidgetItem* item) { chooseRow(row(item)); });
@@ -156,7 +159,9 @@ bool SearchSuggestions::eventFilter(QObject* watched, QEvent* event) {
         setCurrentRow(0);
         return true;
     }
-    if (watched == window() && event->type() == QEvent::Resize) {
+    const bool isMoved =
+        watched == window() ? event->type() == QEvent::Resize : event->type() == QEvent::Move;
+    if (isMoved && isVisible()) {
         dismiss();
     }
     return QListWidget::eventFilter(watched, event);

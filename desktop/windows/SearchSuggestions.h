@@ -38,7 +38,7 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
-    /// Watches the field's keys and the window's size.
+    /// Watches the field's keys, and what moves it.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
