@@ -15,10 +15,11 @@ namespace reports {
 
 enum class Kind : std::uint8_t { metar, taf };
 
-/// What a data server is asked for.
+/// What a data server is asked for: the reports of one station, or of several at once.
 struct Question {
     Kind kind = Kind::metar;
-    std::string station;
+    /// Their identifiers.
+    std::vector<std::string> stations;
 };
 
 /// How the last request for a station's METAR or TAF ended.

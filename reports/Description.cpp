@@ -147,35 +147,6 @@ std::string momentOf(Date date, Date now) {
            timeOf(date) + " UTC";
 }
 
-/// `kept` is the time of the report that is shown.
-std::string answerInWords(const Question& question, const std::optional<Answer>& answer,
-                          std::string_view server, std::optional<Date> kept, Date now) {
-    const auto& [kind, station] = question;
-    const std::string_view name = kind == Kind::metar ? "METAR" : "TAF";
-    if (!answer) {
-        return fmt::format("No {} of {} has been asked for yet.", name, station);
-    }
-    const std::string shown =
-        kept ? "; this is what it sent at " + momentOf(*kept, now) : std::string();
-    const std::string when = momentOf(answer->asked, now);
-    switch (answer->ending) {
-    case Answer::Ending::notReached:
-        return fmt::format("{} could not be reached at {}{}.", server, when, shown);
-    case Answer::Ending::refused:
-        return fmt::format("{} refused at {} ({}){}.", server, when, answer->status, shown);
-    case Answer::Ending::notUnderstood:
-        return fmt::format("{} sent something that is no report at {}{}.", server, when, shown);
-    case Answer::Ending::nothing:
-        return kind == Kind::metar
-                   ? fmt::format("{} has sent no METAR in the last hours; asked at {}.", station,
-                                 when)
-                   : fmt::format("No TAF of {} is in force; asked at {}.", station, when);
-    case Answer::Ending::whole:
-        break;
-    }
-    return fmt::format("Asked {} at {}.", server, when);
-}
-
 /// "At first …: Wind: …; Visibility: …".
 std::string withFacts(std::string head, const std::vector<Fact>& facts) {
     const char* separator = ": ";
@@ -429,6 +400,29 @@ std::string tafInWords(const Taf& taf, Date now) {
                               spanOf(taf.begins, taf.ends));
 }
 
+std::string answerInWords(Kind kind, std::string_view station, const Answer& answer,
+                          std::string_view server, std::optional<Date> kept, Date now) {
+    const std::string shown =
+        kept ? "; this is what it sent at " + momentOf(*kept, now) : std::string();
+    const std::string when = momentOf(answer.asked, now);
+    switch (answer.ending) {
+    case Answer::Ending::notReached:
+        return fmt::format("{} could not be reached at {}{}.", server, when, shown);
+    case Answer::Ending::refused:
+        return fmt::format("{} refused at {} ({}){}.", server, when, answer.status, shown);
+    case Answer::Ending::notUnderstood:
+        return fmt::format("{} sent something that is no report at {}{}.", server, when, shown);
+    case Answer::Ending::nothing:
+        return kind == Kind::metar
+                   ? fmt::format("{} has sent no METAR in the last hours; asked at {}.", station,
+                                 when)
+                   : fmt::format("No TAF of {} is in force; asked at {}.", station, when);
+    case Answer::Ending::whole:
+        break;
+    }
+    return fmt::format("Asked {} at {}.", server, when);
+}
+
 std::string statusInWords(const StationReports& reports, std::string_view station,
                           std::string_view server, Date now) {
     if (reports.openQuestions > 0) {
@@ -436,15 +430,16 @@ std::string statusInWords(const StationReports& reports, std::string_view statio
     }
     const auto& [metar, taf, metarAnswer, tafAnswer, open] = reports;
     const std::string metars =
-        answerInWords({Kind::metar, std::string(station)}, metarAnswer, server,
-                      metar ? std::optional(metar->observed) : std::nullopt, now);
+        metarAnswer ? answerInWords(Kind::metar, station, *metarAnswer, server,
+                                    metar ? std::optional(metar->observed) : std::nullopt, now)
+                    : fmt::format("No METAR of {} has been asked for yet.", station);
     const bool faredAlike = metarAnswer && tafAnswer && metarAnswer->ending == tafAnswer->ending &&
                             tafAnswer->ending != Answer::Ending::nothing;
     if (!tafAnswer || faredAlike) {
         return metars;
     }
     return metars + " " +
-           answerInWords({Kind::taf, std::string(station)}, tafAnswer, server,
+           answerInWords(Kind::taf, station, *tafAnswer, server,
                          taf ? std::optional(taf->issued) : std::nullopt, now);
 }
 

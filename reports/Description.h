@@ -60,6 +60,11 @@ struct Fact {
 /// "Issued …, valid …", preceded by "Cancelled", "Expired", "Amended" or "Corrected" if it is.
 [[nodiscard]] std::string tafInWords(const Taf& taf, Date now);
 
+/// How the last request for a station's METAR or TAF ended: which server was asked and when, and
+/// what is shown instead if that brought nothing. `kept` is the time of the report that is shown.
+[[nodiscard]] std::string answerInWords(Kind kind, std::string_view station, const Answer& answer,
+                                        std::string_view server, std::optional<Date> kept,
+                                        Date now);
 /// How the last requests for a station's reports ended: which server was asked and when, and what
 /// is shown instead if that brought nothing. One sentence, or two if METAR and TAF fared
 /// differently.

@@ -3,35 +3,40 @@
 
 #include "reports/Reader.h"
 
-#include <algorithm>
+#include <set>
 #include <utility>
 
 namespace reports {
 namespace {
 
 struct Collector final : Receiver {
-    explicit Collector(const std::string& asked) : station(asked) {}
+    explicit Collector(const Question& question)
+        : asked(question.stations.begin(), question.stations.end()), kind(question.kind) {}
 
     void receive(Metar&& metar) override {
-        const bool isAsked = metar.station == station;
+        note(Kind::metar, metar.station);
+        const bool isAsked = asked.contains(metar.station);
         batch.metars.push_back({std::make_shared<const Metar>(std::move(metar)), isAsked});
     }
     void receive(Taf&& taf) override {
+        note(Kind::taf, taf.station);
         batch.tafs.push_back(std::make_shared<const Taf>(std::move(taf)));
     }
-    [[nodiscard]] bool has(Kind kind) const {
-        return kind == Kind::metar ? std::ranges::any_of(batch.metars, &Batch::Entry::keepsHistory)
-                                   : std::ranges::any_of(batch.tafs, [this](const auto& taf) {
-                                         return taf->station == station;
-                                     });
+    void note(Kind found, const std::string& station) {
+        if (found == kind && asked.contains(station)) {
+            answered.insert(station);
+        }
     }
 
-    const std::string& station;
+    const std::set<std::string> asked;
+    const Kind kind;
+    /// The stations asked for of which there is a report.
+    std::set<std::string> answered;
     Batch batch;
 };
 
-Answer::Ending endingOf(const platform::URLSessions::Ending& ending, Kind kind,
-                        Collector& collector) {
+/// What the transfer brought for those stations asked for of which it has no report.
+Answer::Ending endingOf(const platform::URLSessions::Ending& ending, Collector& collector) {
     constexpr int firstSuccess = 200;
     constexpr int lastSuccess = 299;
     if (!ending.data) {
@@ -42,17 +47,21 @@ Answer::Ending endingOf(const platform::URLSessions::Ending& ending, Kind kind,
     }
     Reader reader(collector);
     reader.feed(*ending.data);
-    if (reader.finish() == Understanding::none) {
-        // Reports that were complete before the reply broke off count.
-        return collector.has(kind) ? Answer::Ending::whole : Answer::Ending::notUnderstood;
-    }
-    return collector.has(kind) ? Answer::Ending::whole : Answer::Ending::nothing;
+    return reader.finish() == Understanding::none ? Answer::Ending::notUnderstood
+                                                  : Answer::Ending::nothing;
 }
 
 Batch readReply(const Question& question, const platform::URLSessions::Ending& ending) {
-    Collector collector(question.station);
-    const Answer answer{ending.asked, endingOf(ending, question.kind, collector), ending.status};
-    collector.batch.answers.push_back({question.station, question.kind, answer});
+    Collector collector(question);
+    const Answer::Ending others = endingOf(ending, collector);
+    for (const std::string& station : question.stations) {
+        // Reports that were complete before a reply broke off count.
+        const bool isThere = collector.answered.contains(station);
+        collector.batch.answers.push_back(
+            {station,
+             question.kind,
+             {ending.asked, isThere ? Answer::Ending::whole : others, ending.status}});
+    }
     return std::move(collector.batch);
 }
 

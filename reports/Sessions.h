@@ -11,11 +11,12 @@
 namespace reports {
 
 /// URL sessions that stand in front of the real ones and pass every request and every reply on
-/// unchanged. They also read each reply to a question for a station's reports, and give the store
-/// what it brings before the request's handler is called. Any thread may use them.
+/// unchanged. They also read each reply to a question for stations' reports, and give the store
+/// what it brings, with an answer for every station asked for, before the request's handler is
+/// called. Any thread may use them.
 class Sessions final : public platform::URLSessions {
 public:
-    /// What an address asks for; nothing if it does not ask for a station's reports. Called on any
+    /// What an address asks for; nothing if it does not ask for stations' reports. Called on any
     /// thread.
     using QuestionIn = std::function<std::optional<Question>(const platform::URL& address)>;
 

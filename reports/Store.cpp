@@ -63,9 +63,11 @@ std::vector<std::shared_ptr<const Metar>> Store::allMetars() const {
 void Store::ask(const Question& question) {
     {
         const std::scoped_lock lock(mutex_);
-        ++stations_[question.station].openQuestions;
+        for (const std::string& station : question.stations) {
+            ++stations_[station].openQuestions;
+        }
     }
-    post(question.station);
+    post(question.stations.size() == 1 ? std::optional(question.stations.front()) : std::nullopt);
 }
 
 void Store::take(Batch batch) {

@@ -17,6 +17,9 @@
 
 namespace reports {
 
+/// No station's name: under it stands what is known of the files of all stations' reports.
+inline const std::string allStations{};
+
 /// What is known about one station. A report is never changed; a newer one takes its place.
 struct StationReports {
     std::shared_ptr<const Metar> metar;
@@ -28,8 +31,8 @@ struct StationReports {
 };
 
 /// Every station's last METAR and TAF, and how the last requests for them ended: in memory, and on
-/// the disk for the next start. Of stations that were asked for one at a time, the METARs of 48
-/// hours are kept on the disk. Any thread may use it; only `flush` and the destructor wait for the
+/// the disk for the next start. Of stations that were asked for by name, the METARs of 48 hours
+/// are kept on the disk. Any thread may use it; only `flush` and the destructor wait for the
 /// disk.
 class Store {
 public:

@@ -8,7 +8,10 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <iterator>
 #include <string>
+#include <utility>
 
 namespace weather {
 namespace {
@@ -25,6 +28,19 @@ platform::URL request(platform::Host& host, std::string_view scheme, std::string
 /// Escapes everything but the characters that RFC 3986 calls unreserved.
 std::string queryValue(std::string_view text) {
     return platform::percentEscaped(text, "-._~");
+}
+
+/// The parts between commas, without those that are empty.
+std::vector<std::string> identifiersIn(std::string_view list) {
+    std::vector<std::string> identifiers;
+    while (!list.empty()) {
+        const std::string_view part = list.substr(0, list.find(','));
+        list.remove_prefix(std::min(part.size() + 1, list.size()));
+        if (!part.empty()) {
+            identifiers.emplace_back(part);
+        }
+    }
+    return identifiers;
 }
 
 } // namespace
@@ -49,6 +65,16 @@ platform::URL historyRequest(platform::Host& host, std::string_view identifier) 
                         product::addresses::metarPath, queryValue(identifier))};
 }
 
+platform::URL listRequest(platform::Host& host, reports::Kind kind,
+                          const std::vector<std::string>& identifiers) {
+    std::vector<std::string> escaped;
+    std::ranges::transform(identifiers, std::back_inserter(escaped), queryValue);
+    return {fmt::format("https://{}{}?ids={}&format=xml", dataServer(host),
+                        kind == reports::Kind::metar ? product::addresses::metarPath
+                                                     : product::addresses::tafPath,
+                        fmt::join(escaped, ","))};
+}
+
 platform::URL worldRequest(platform::Host& host, reports::Kind kind) {
     return {fmt::format("https://{}{}", dataServer(host),
                         kind == reports::Kind::metar ? product::addresses::worldMetarsPath
@@ -70,17 +96,21 @@ std::optional<reports::Question> questionIn(const platform::URL& address) {
     const std::string_view query = start == text.npos ? std::string_view() : text.substr(start + 1);
     const bool isClassic = place.ends_with(product::addresses::dataServerPath);
     const std::string_view source = valueOf(query, "dataSource");
-    const std::string_view station = valueOf(query, isClassic ? "stationString" : "ids");
+    const std::string_view named = valueOf(query, isClassic ? "stationString" : "ids");
     const bool isMetar = isClassic ? platform::equalIgnoringCase(source, "metars")
                                    : place.ends_with(product::addresses::metarPath);
     const bool isTaf = isClassic ? platform::equalIgnoringCase(source, "tafs")
                                  : place.ends_with(product::addresses::tafPath);
-    // Several stations have a comma between them; what is escaped is no identifier of the service.
-    if (station.empty() || station.find_first_of(",%") != station.npos || isMetar == isTaf) {
+    // What is escaped is no identifier of the service.
+    if (isMetar == isTaf || named.find('%') != named.npos) {
+        return {};
+    }
+    auto stations = identifiersIn(named);
+    if (stations.empty()) {
         return {};
     }
     return reports::Question{isMetar ? reports::Kind::metar : reports::Kind::taf,
-                             std::string(station)};
+                             std::move(stations)};
 }
 
 } // namespace weather

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Requests to the weather data server, in its classic form unless another is named. They go to the
 /// server that the setting "dataserverhost" names, or else to the default one. May be called on any
@@ -24,6 +25,10 @@ namespace weather {
 /// Request, in the present form, for the METARs of one station of the last 24 hours.
 [[nodiscard]] platform::URL historyRequest(platform::Host& host, std::string_view identifier);
 
+/// Request, in the present form, for the last METARs or TAFs of several stations at once.
+[[nodiscard]] platform::URL listRequest(platform::Host& host, reports::Kind kind,
+                                        const std::vector<std::string>& identifiers);
+
 /// Request for the file of every station's last report of a kind.
 [[nodiscard]] platform::URL worldRequest(platform::Host& host, reports::Kind kind);
 
@@ -35,7 +40,7 @@ namespace weather {
 [[nodiscard]] platform::URL stationTableRequest(platform::Host& host);
 
 /// What an address asks for, in the classic form or the present one; nothing for one that is no
-/// question for a single station's METAR or TAF. The station as it is named, unescaped.
+/// question for the METARs or TAFs of named stations. The stations as they are named.
 [[nodiscard]] std::optional<reports::Question> questionIn(const platform::URL& address);
 
 } // namespace weather

@@ -22,8 +22,6 @@ constexpr const char* setting = "worldweather";
 /// How often it is looked whether a file is due.
 constexpr auto step = 15s;
 constexpr double bytesInMegabyte = 1e6;
-/// In the store, what is known of the file of all stations is kept under no station's name.
-const std::string allStations;
 
 struct Collector final : reports::Receiver {
     void receive(reports::Metar&& metar) override {
@@ -71,7 +69,7 @@ public:
     /// The batch with the answer, which keeps what an earlier one knew if it does not renew it.
     static reports::Batch told(reports::Batch batch, reports::Kind kind, Answer answer,
                                const reports::Store& store) {
-        const auto all = store.reportsOf(allStations);
+        const auto all = store.reportsOf(reports::allStations);
         const auto& before = kind == reports::Kind::metar ? all.metarAnswer : all.tafAnswer;
         if (answer.ending == Ending::whole) {
             answer.renewed = answer.asked;
@@ -79,7 +77,7 @@ public:
             answer.renewed = before->renewed;
             answer.tag = before->tag;
         }
-        batch.answers.push_back({allStations, kind, std::move(answer)});
+        batch.answers.push_back({reports::allStations, kind, std::move(answer)});
         return batch;
     }
 
@@ -132,7 +130,7 @@ void WorldWeather::setSeen(bool seen) {
 }
 
 std::optional<Answer> WorldWeather::answer(reports::Kind kind) const {
-    const auto all = store_.reportsOf(allStations);
+    const auto all = store_.reportsOf(reports::allStations);
     return kind == reports::Kind::metar ? all.metarAnswer : all.tafAnswer;
 }
 

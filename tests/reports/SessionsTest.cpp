@@ -27,21 +27,24 @@ std::string tafOf(const std::string& station) {
            "</station_id><issue_time>2024-03-01T12:00:00Z</issue_time></TAF></data></response>";
 }
 
-/// Sessions that understand the addresses "/mKAAA", the METAR of KAAA, and "/tKAAA", its TAF.
+/// Sessions that understand the addresses "/mKAAA", the METAR of KAAA, and "/tKAAA", its TAF, and
+/// such with several stations, "/mKAAAKBBB".
 struct SessionsTest : testing::Test {
     static std::optional<Question> questionIn(const platform::URL& address) {
         const std::string last = address.text.substr(address.text.rfind('/') + 1);
-        if (last.size() != 5) {
-            return {};
+        Question question{last.front() == 'm' ? Kind::metar : Kind::taf, {}};
+        for (std::size_t at = 1; at + 4 <= last.size(); at += 4) {
+            question.stations.push_back(last.substr(at, 4));
         }
-        return Question{last.front() == 'm' ? Kind::metar : Kind::taf, last.substr(1)};
+        return last.size() % 4 == 1 ? std::optional(question) : std::nullopt;
     }
     std::string get(const std::string& path) {
         return support::fetch(sessions, "https://" + server.authority() + path);
     }
 
     WeatherServer server{[](const httplib::Request& request, httplib::Response& response) {
-        const std::string station = request.path.substr(2);
+        // Of a list, the reply has the first station's report.
+        const std::string station = request.path.substr(2, 4);
         std::string body = request.path[1] == 'm' ? metarOf(station, "raw") : tafOf(station);
         if (station == "K429") {
             response.status = 429;
@@ -54,7 +57,7 @@ struct SessionsTest : testing::Test {
             body = "<response><data num_results=\"0\"/></response>";
         } else if (station == "KOTH") {
             body = metarOf("KAAA", "of another question");
-        } else if (station == "KCUT") {
+        } else if (request.path.ends_with("KCUT")) {
             body.resize(body.size() - 3);
         }
         response.set_content(body, "text/xml");
@@ -96,6 +99,36 @@ TEST_F(SessionsTest, GiveTheStoreWhatRepliesBringAndHandThemOn) {
     EXPECT_EQ(get("/other"), support::fetch(real, "https://" + server.authority() + "/other"));
     EXPECT_EQ(support::fetch(sessions, "https://localhost:1/mKOFF"), "(no data)");
     EXPECT_EQ(store.reportsOf("KOFF").metarAnswer->ending, Ending::notReached);
+}
+
+TEST_F(SessionsTest, AnswerForEveryStationOfAList) {
+    const struct {
+        const char* path;
+        Ending first;
+        Ending second;
+    } cases[] = {
+        {"/mKAAAKNIL", Ending::whole, Ending::nothing},
+        {"/tKAAAKNIL", Ending::whole, Ending::nothing},
+        {"/mKBBBKCUT", Ending::whole, Ending::notUnderstood},
+        {"/mKOTHKNIL", Ending::nothing, Ending::nothing},
+        {"/mKHTMKNIL", Ending::notUnderstood, Ending::notUnderstood},
+        {"/mK204KNIL", Ending::nothing, Ending::nothing},
+        {"/mK429KNIL", Ending::refused, Ending::refused},
+    };
+    for (const auto& [path, first, second] : cases) {
+        SCOPED_TRACE(path);
+        EXPECT_EQ(get(path), support::fetch(real, "https://" + server.authority() + path));
+        const std::string stations = path + 2;
+        for (const auto& [station, ending] :
+             {std::pair(stations.substr(0, 4), first), std::pair(stations.substr(4), second)}) {
+            const StationReports kept = store.reportsOf(station);
+            const auto& answer = path[1] == 'm' ? kept.metarAnswer : kept.tafAnswer;
+            ASSERT_TRUE(answer) << station;
+            EXPECT_EQ(answer->ending, ending) << station;
+            EXPECT_EQ(kept.openQuestions, 0);
+        }
+    }
+    EXPECT_FALSE(store.reportsOf("KNIL").metar);
 }
 
 TEST_F(SessionsTest, TellTheStoreBeforeTheHandlerFromAnyThread) {

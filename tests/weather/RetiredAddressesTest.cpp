@@ -37,26 +37,34 @@ TEST(Questions, AreToldByTheirAddresses) {
     const struct {
         std::string address;
         std::optional<reports::Kind> kind;
+        std::vector<std::string> stations = {"KJFK"};
     } cases[] = {
         {classic + "?dataSource=metars&requestType=retrieve&stationString=KJFK",
          reports::Kind::metar},
         {classic + "?dataSource=TAFs&stationString=KJFK", reports::Kind::taf},
         {"https://aviationweather.gov/api/data/metar?ids=KJFK&hours=24", reports::Kind::metar},
         {"https://aviationweather.gov/api/data/taf?ids=KJFK", reports::Kind::taf},
-        {classic + "?dataSource=TAFs&stationString=KJFK,KLGA", {}},
+        {classic + "?dataSource=TAFs&stationString=KJFK,KLGA",
+         reports::Kind::taf,
+         {"KJFK", "KLGA"}},
+        {"https://aviationweather.gov/api/data/metar?ids=,KLGA,,KJFK,&format=xml",
+         reports::Kind::metar,
+         {"KLGA", "KJFK"}},
+        {"https://aviationweather.gov/api/data/metar?ids=,", {}},
         {classic + "?dataSource=TAFs&stationString=K%20K", {}},
+        {classic + "?dataSource=TAFs&stationString=KJFK,K%2CK", {}},
         {classic + "?dataSource=TAFs", {}},
         {classic, {}},
         {"https://aviationweather.gov/other?ids=KJFK", {}},
         {"", {}},
     };
-    for (const auto& [address, kind] : cases) {
+    for (const auto& [address, kind, stations] : cases) {
         SCOPED_TRACE(address);
         const auto question = questionIn({address});
         ASSERT_EQ(question.has_value(), kind.has_value());
         if (kind) {
             EXPECT_EQ(question->kind, *kind);
-            EXPECT_EQ(question->station, "KJFK");
+            EXPECT_EQ(question->stations, stations);
         }
     }
 }
