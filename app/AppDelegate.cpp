@@ -15,8 +15,8 @@ void bringToFront(platform::Window& window) {
 
 } // namespace
 
-AppDelegate::AppDelegate(platform::Host& host, app::Windows& windows)
-    : host_(host), windows_(windows) {
+AppDelegate::AppDelegate(platform::Host& host, reports::Store& reports, app::Windows& windows)
+    : host_(host), reports_(reports), windows_(windows) {
     keeper = app::CatalogueKeeper::make(
         host, {.show = [this](const auto& collection) { sw->showCatalogue(collection); },
                .favorites = [this] { return sw->allFavorites(); },
@@ -107,6 +107,17 @@ void AppDelegate::doReleaseNotes() {
             host_, windows_, "SLIBReleaseNotesWindowController");
     }
     releaseNotes->bringToFront();
+}
+
+void AppDelegate::doBriefing() {
+    if (!briefing) {
+        briefing = std::make_shared<app::Briefing>(
+            host_, reports_,
+            app::Briefing::Sources{.catalogue = [this] { return sw->masterCollection(); },
+                                   .favorites = [this] { return sw->allFavorites(); }});
+        briefingWindow_ = windows_.briefingWindow(*briefing);
+    }
+    bringToFront(*briefingWindow_);
 }
 
 void AppDelegate::doUpdateCatalogue() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/Briefing.h"
 #include "app/CatalogueKeeper.h"
 #include "app/SCAboutWindowController.h"
 #include "app/SCSaveOptionsSheetController.h"
@@ -11,6 +12,7 @@
 #include "mystations/SCMyStationsWindowController.h"
 #include "platform/host/Host.h"
 #include "platform/views/Outlet.h"
+#include "reports/Store.h"
 
 #include <memory>
 #include <optional>
@@ -33,8 +35,8 @@ public:
         SCSaveOptionsSheetController* so = nullptr;
     };
 
-    /// Both are borrowed and must outlive the delegate.
-    AppDelegate(platform::Host& host, app::Windows& windows);
+    /// All are borrowed and must outlive the delegate.
+    AppDelegate(platform::Host& host, reports::Store& reports, app::Windows& windows);
     ~AppDelegate();
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
@@ -54,6 +56,7 @@ public:
     std::shared_ptr<slibHelpWindow> h;
     std::shared_ptr<SLIBReleaseNotesWindowController> releaseNotes;
     std::shared_ptr<app::CatalogueKeeper> keeper;
+    std::shared_ptr<app::Briefing> briefing;
 
     /// Creates and shows the main window.
     void applicationDidFinishLaunching();
@@ -70,6 +73,7 @@ public:
     void doAbout();
     void doHelp();
     void doReleaseNotes();
+    void doBriefing();
     void doUpdateCatalogue();
     void doUseShippedCatalogue();
     /// Asks whether the list that the user has opened is to be the catalogue.
@@ -91,6 +95,7 @@ private:
     void showCatalogueWindow();
 
     platform::Host& host_;
+    reports::Store& reports_;
     app::Windows& windows_;
     // Each is destroyed before its controller.
     std::unique_ptr<platform::Window> stationWindow_;
@@ -98,4 +103,5 @@ private:
     std::unique_ptr<platform::Window> aboutWindow_;
     std::unique_ptr<platform::Window> helpWindow_;
     std::unique_ptr<platform::Window> catalogueWindow_;
+    std::unique_ptr<platform::Window> briefingWindow_;
 };

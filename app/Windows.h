@@ -13,6 +13,7 @@ class slibHelpWindow;
 
 namespace app {
 
+class Briefing;
 class CatalogueKeeper;
 
 /// Creates the program's windows from their interface files, hidden at first. Each factory fills
@@ -33,6 +34,7 @@ public:
     releaseNotesWindow(SLIBReleaseNotesWindowController& controller) = 0;
     [[nodiscard]] virtual std::unique_ptr<platform::Window>
     catalogueWindow(CatalogueKeeper& keeper) = 0;
+    [[nodiscard]] virtual std::unique_ptr<platform::Window> briefingWindow(Briefing& briefing) = 0;
 };
 
 } // namespace app

@@ -59,7 +59,7 @@ int main(int argc, char* argv[]) {
     desktop::ProgramMenus menus;
     desktop::ProgramWindows windows(services, reports, world, host.mapSetup(), host.settingsFile(),
                                     menus);
-    AppDelegate delegate(services, windows);
+    AppDelegate delegate(services, reports, windows);
     menus.actOn(delegate);
     delegate.applicationDidFinishLaunching();
     delegate.showReleaseNotesOnce();

@@ -82,6 +82,8 @@ void ProgramMenus::addStationEntries() {
     worldWeather_ = &add(stations_, QStringLiteral("Weather of the &World"),
                          Qt::CTRL | Qt::SHIFT | Qt::Key_W, [] {});
     worldWeather_->setCheckable(true);
+    add(stations_, QStringLiteral("&Briefing…"), Qt::CTRL | Qt::Key_B,
+        [this] { delegate_->doBriefing(); });
     largerChart_ = &add(stations_, QStringLiteral("Open &Larger Chart"), Qt::CTRL | Qt::Key_L,
                         [this] { stationWindow_.openLargerChart(); });
     add(stations_, QStringLiteral("&Update Catalogue"), {},

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/windows/ProgramWindows.h"
 
+#include "desktop/windows/BriefingWindow.h"
 #include "desktop/windows/CatalogueWindow.h"
 #include "desktop/windows/SCMyStationsWindow.h"
 #include "desktop/windows/SCStationWindow.h"
@@ -52,6 +53,10 @@ ProgramWindows::releaseNotesWindow(SLIBReleaseNotesWindowController& controller)
 
 std::unique_ptr<platform::Window> ProgramWindows::catalogueWindow(app::CatalogueKeeper& keeper) {
     return std::make_unique<CatalogueWindow>(keeper, menus_, memory_);
+}
+
+std::unique_ptr<platform::Window> ProgramWindows::briefingWindow(app::Briefing& briefing) {
+    return std::make_unique<BriefingWindow>(briefing, menus_, memory_);
 }
 
 } // namespace desktop

@@ -31,6 +31,8 @@ public:
     releaseNotesWindow(SLIBReleaseNotesWindowController& controller) override;
     [[nodiscard]] std::unique_ptr<platform::Window>
     catalogueWindow(app::CatalogueKeeper& keeper) override;
+    [[nodiscard]] std::unique_ptr<platform::Window>
+    briefingWindow(app::Briefing& briefing) override;
 
 private:
     platform::Host& host_;

@@ -39,6 +39,7 @@ protected:
         delegate().doHelp();
         delegate().doAbout();
         delegate().doUseShippedCatalogue();
+        delegate().doBriefing();
         delegate().openMyStations();
         auto& mine = *window("SCMyStationsWindowController").findChild<QTableView*>();
         emit mine.activated(mine.model()->index(0, 0));
@@ -48,7 +49,7 @@ protected:
                 all.append(one);
             }
         }
-        EXPECT_EQ(all.size(), 7);
+        EXPECT_EQ(all.size(), 8);
         return all;
     }
     /// Selects a station whose reports come at once.

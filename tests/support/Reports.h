@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 /// Replies of the data server, made from the identifier of a station, so that a mix-up shows.
 namespace support {
@@ -35,6 +36,17 @@ inline std::string tafReply(const std::string& station, const char* change) {
            "<visibility_statute_mi>6+</visibility_statute_mi>"
            "<sky_condition sky_cover=\"SCT\" cloud_base_ft_agl=\"4000\"/></forecast>"
            "</TAF></data></response>";
+}
+
+/// One reply with the reports of several.
+inline std::string joined(const std::vector<std::string>& replies) {
+    const std::string head = "<response><data>";
+    const std::string foot = "</data></response>";
+    std::string all = head;
+    for (const std::string& reply : replies) {
+        all += reply.substr(head.size(), reply.size() - head.size() - foot.size());
+    }
+    return all + foot;
 }
 
 } // namespace support

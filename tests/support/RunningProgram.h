@@ -71,7 +71,7 @@ private:
               world(host, reports),
               windows(host, reports, world, map,
                       desktop::pathText((fake.folder / "windows.ini").string()), menus),
-              delegate(host, windows) {
+              delegate(host, reports, windows) {
             menus.actOn(delegate);
         }
 
