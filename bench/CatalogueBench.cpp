@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "bench/StationLists.h"
+#include "catalogue/Nearest.h"
 #include "catalogue/Packages.h"
 #include "catalogue/Suggestions.h"
 #include "catalogue/stationparser.h"
@@ -203,6 +204,16 @@ void closestStation(benchmark::State& state) {
     });
 }
 BENCHMARK(closestStation)->Apply(atAllSizes);
+
+/// The stations of the list that report METARs, as seen from one in its middle.
+void nearestWithMETARs(benchmark::State& state) {
+    measure(state, [](const auto& collection) {
+        const auto& stations = *collection.stations;
+        return catalogue::nearest(*stations.at(stations.size() / 2), stations,
+                                  [](const auto& station) { return station.METAR == 'X'; });
+    });
+}
+BENCHMARK(nearestWithMETARs)->Apply(atAllSizes);
 
 /// The yardstick for the distance queries: measures every station, in both directions.
 void plainGeodesicLoop(benchmark::State& state) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/AviationWeatherStationCollection.h"
 
+#include "catalogue/Miles.h"
 #include "platform/archive/KeyedArchiver.h"
 #include "platform/archive/KeyedUnarchiver.h"
 #include "platform/text/Text.h"
@@ -15,17 +16,12 @@
 namespace {
 
 constexpr std::size_t mostGroups = 300;
-constexpr double milesPerMetre = 0.000621371;
 
-/// Converts a distance to whole statute miles, truncating before and after.
-std::int64_t statuteMiles(double metres) {
-    return platform::wholeNumber(static_cast<double>(platform::wholeNumber(metres)) *
-                                 milesPerMetre);
-}
+using catalogue::statuteMiles;
 
 /// Returns a distance in metres that exceeds a limit of `miles` even after truncation.
 double metresBeyond(double miles) {
-    return (miles + 1) / milesPerMetre + 1;
+    return (miles + 1) / catalogue::milesPerMetre + 1;
 }
 
 platform::Location locationOf(const AviationWeatherStation& station) {

@@ -38,6 +38,19 @@ double distanceMetres(const Location& from, const Location& to) {
     return metres;
 }
 
+double initialBearing(const Location& from, const Location& to) {
+    if (!from.isValid() || !to.isValid()) {
+        return std::numeric_limits<double>::quiet_NaN();
+    }
+    double there = 0;
+    double onwards = 0;
+    GeographicLib::Geodesic::WGS84().Inverse(from.latitude, from.longitude, to.latitude,
+                                             to.longitude, there, onwards);
+    // Adding a whole turn to the smallest of negative angles gives exactly 360.
+    const double turned = there < 0 ? there + 360 : there + 0.0;
+    return turned < 360 ? turned : 0;
+}
+
 DistanceBound::DistanceBound(const Location& centre)
     : centre_(centre), centrePoint_(pointAt(centre)) {}
 

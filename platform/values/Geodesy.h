@@ -31,6 +31,11 @@ struct Region {
 /// if either is invalid.
 [[nodiscard]] double distanceMetres(const Location& from, const Location& to);
 
+/// Where that line sets out for, in degrees clockwise from true north: 0 up to, but not including,
+/// 360. From a pole, where every direction is one, it is a value that means nothing; so is that for
+/// two equal positions. Not a number if either is invalid.
+[[nodiscard]] double initialBearing(const Location& from, const Location& to);
+
 /// Gives, cheaply and for many positions, a lower bound of their distance from one centre: the
 /// length of the straight line through the earth, which no line on its surface undercuts.
 class DistanceBound {

@@ -34,6 +34,24 @@ TEST(Geodesy, MeasuresAlongTheEllipsoid) {
     }
 }
 
+TEST(Geodesy, TheShortestLineSetsOutForItsInitialBearing) {
+    struct {
+        Location from, to;
+        double degrees;
+    } const rows[] = {
+        {{0, 0}, {1, 0}, 0},
+        {{0, 0}, {0, -1}, 270},
+        // From the same published example.
+        {{-41.32, 174.81}, {40.96, -5.50}, 161.067669986160},
+        // So close to north that a whole turn more is 360 in floating point.
+        {{0, 0}, {80, -1e-300}, 0},
+    };
+    for (const auto& row : rows) {
+        EXPECT_NEAR(initialBearing(row.from, row.to), row.degrees, 1e-9);
+    }
+    EXPECT_TRUE(std::isnan(initialBearing({91, 0}, {0, 0})));
+}
+
 TEST(Geodesy, BoundNeverExceedsTheDistance) {
     std::mt19937 random(7);
     std::uniform_real_distribution<double> latitude(-90, 90);
