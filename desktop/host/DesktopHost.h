@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "desktop/host/DesktopNotices.h"
 #include "desktop/host/FilePanels.h"
 #include "desktop/host/Folders.h"
 #include "desktop/host/Launcher.h"
@@ -36,8 +37,19 @@ public:
     [[nodiscard]] platform::Host& services() { return services_; }
     /// The same services with other sessions in front of those that `urlSessions` returns.
     [[nodiscard]] platform::Host servicesWith(platform::URLSessions& sessions) {
-        return {notificationCenter_, settings_, folders_, program_, panels_,   timers_,
-                mainQueue_,          clock_,    log_,     sessions, launcher_, events_};
+        return {notificationCenter_,
+                settings_,
+                folders_,
+                program_,
+                panels_,
+                timers_,
+                mainQueue_,
+                clock_,
+                log_,
+                sessions,
+                launcher_,
+                events_,
+                notices_};
     }
     [[nodiscard]] Program& program() { return program_; }
     [[nodiscard]] MainQueue& mainQueue() { return mainQueue_; }
@@ -80,6 +92,7 @@ private:
         map::worldTileServers(), product::userAgent, pathText(cacheFolder() / "tiles")});
     Launcher launcher_;
     UserEvents events_;
+    DesktopNotices notices_{notificationCenter_, mainQueue_, log_};
     platform::Host services_ = servicesWith(urlSessions_);
 };
 

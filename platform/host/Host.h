@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/host/Notices.h"
 #include "platform/host/NotificationCenter.h"
 #include "platform/values/Value.h"
 
@@ -215,6 +216,7 @@ struct Host {
     URLSessions& urlSessions;
     Workspace& workspace;
     Events& events;
+    Notices& notices;
 };
 
 } // namespace platform

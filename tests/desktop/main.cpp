@@ -8,6 +8,7 @@
 /// toolkit's threads synchronise.
 extern "C" const char* __tsan_default_suppressions() {
     return "called_from_lib:libQt6Core.so\n"
+           "called_from_lib:libQt6DBus.so\n"
            "called_from_lib:libQt6Gui.so\n"
            "called_from_lib:libQt6Network.so\n"
            "called_from_lib:libQt6Widgets.so\n"

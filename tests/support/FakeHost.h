@@ -212,11 +212,52 @@ struct FakeEvents final : platform::Events {
     Event event;
 };
 
+/// A service for notices that is there unless the test says otherwise, and shows nothing.
+class FakeNotices final : public platform::Notices {
+public:
+    explicit FakeNotices(platform::NotificationCenter& center) : center_(center) {}
+
+    void prepare() override {
+        isPrepared_ = true;
+        setThere(isThere_);
+    }
+    [[nodiscard]] std::optional<bool> canShow() const override { return canShow_; }
+    void show(const Notice& notice) override {
+        prepare();
+        if (isThere_) {
+            shown.push_back(notice);
+        }
+    }
+
+    void setThere(bool isThere) {
+        isThere_ = isThere;
+        if (isPrepared_ && canShow_ != isThere) {
+            canShow_ = isThere;
+            center_.post({didChange, {}, nullptr});
+        }
+    }
+    /// The user chooses a notice.
+    void choose(std::size_t number) {
+        if (const auto chosen = std::exchange(shown.at(number).chosen, {})) {
+            chosen();
+        }
+    }
+
+    std::vector<Notice> shown;
+
+private:
+    platform::NotificationCenter& center_;
+    bool isPrepared_ = false;
+    bool isThere_ = true;
+    std::optional<bool> canShow_;
+};
+
 /// Sessions whose requests the test answers. Handlers run inside `answer`, other work inside
 /// `runWork`. Replies carry no headers, so none is ever reused.
 class FakeURLSessions final : public platform::URLSessions {
 public:
-    explicit FakeURLSessions(platform::NotificationCenter& center) : center_(center) {}
+    FakeURLSessions(platform::NotificationCenter& center, const platform::Clock& clock)
+        : center_(center), clock_(clock) {}
 
     void startDataTask(const Request& request, CompletionHandler handler) override {
         {
@@ -262,7 +303,7 @@ public:
         }
         for (const Open& one : asked) {
             if (one.request.ended) {
-                one.request.ended({data ? 200 : 0, {}, data});
+                one.request.ended({data ? 200 : 0, clock_.now(), data});
             }
             one.handler(data);
             {
@@ -312,6 +353,7 @@ private:
     }
 
     platform::NotificationCenter& center_;
+    const platform::Clock& clock_;
     mutable std::mutex mutex_;
     std::deque<Open> open_;
     std::size_t answered_ = 0;
@@ -340,8 +382,19 @@ struct FakeHost {
     /// This host with the given services in place of its fake sessions and events.
     [[nodiscard]] platform::Host hostWith(platform::URLSessions& sessions,
                                           platform::Events& watched) {
-        return {notificationCenter, userDefaults, searchPaths, bundle,   panels,    timers,
-                mainThread,         clock,        log,         sessions, workspace, watched};
+        return {notificationCenter,
+                userDefaults,
+                searchPaths,
+                bundle,
+                panels,
+                timers,
+                mainThread,
+                clock,
+                log,
+                sessions,
+                workspace,
+                watched,
+                notices};
     }
 
     TemporaryFolder folder;
@@ -354,9 +407,10 @@ struct FakeHost {
     FakeMainThread mainThread;
     FakeClock clock;
     FakeLog log;
-    FakeURLSessions urlSessions{notificationCenter};
+    FakeURLSessions urlSessions{notificationCenter, clock};
     FakeWorkspace workspace;
     FakeEvents events;
+    FakeNotices notices{notificationCenter};
     platform::Host host = hostWith(urlSessions, events);
 };
 
