@@ -176,6 +176,8 @@ public:
     /// If the favourites' weather is switched on, requests the weather of the selected station and
     /// of all favourites.
     void getFavWeather();
+    /// Whether that is switched on.
+    [[nodiscard]] bool fetchesFavoriteWeather() const { return alwaysFavWeather_ == 1; }
     /// Requests the selected station's weather again, and the favourites' if that is switched on.
     /// Changes nothing else.
     void requestSelectedWeather();

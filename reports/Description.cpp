@@ -201,14 +201,16 @@ bool isOld(Date observed, Date now) {
     return now - observed >= oldAge;
 }
 
-std::string ageInWords(Date observed, Date now) {
-    const std::string time = momentOf(observed, now);
+std::string agoInWords(Date observed, Date now) {
     // Clocks differ by seconds, so less than a minute ahead counts as now.
-    if (observed - now >= 1min) {
-        return fmt::format("{}, {} ahead of this computer's clock", time, duration(observed - now));
-    }
-    const Date::duration age = std::max(now - observed, Date::duration::zero());
-    return fmt::format("{}, {} ago{}", time, duration(age), isOld(observed, now) ? ", old" : "");
+    return observed - now >= 1min
+               ? duration(observed - now) + " ahead of this computer's clock"
+               : duration(std::max(now - observed, Date::duration::zero())) + " ago";
+}
+
+std::string ageInWords(Date observed, Date now) {
+    return fmt::format("{}, {}{}", momentOf(observed, now), agoInWords(observed, now),
+                       isOld(observed, now) ? ", old" : "");
 }
 
 std::string windInWords(const std::optional<Wind>& wind) {

@@ -20,6 +20,8 @@ inline constexpr double hectopascalsPerInch = 33.863886;
 inline constexpr std::chrono::minutes oldAge{75};
 [[nodiscard]] bool isOld(Date observed, Date now);
 
+/// "12 minutes ago", or "2 hours ahead of this computer's clock".
+[[nodiscard]] std::string agoInWords(Date observed, Date now);
 /// "21:51 UTC, 12 minutes ago"; with the date unless that is today's, and with "old" from `oldAge`
 /// on. A time in the future is said to be ahead of this computer's clock.
 [[nodiscard]] std::string ageInWords(Date observed, Date now);

@@ -129,6 +129,11 @@ void WorldWeather::setSeen(bool seen) {
     fetchWhatIsDue();
 }
 
+void WorldWeather::setFollowed(bool followed) {
+    isFollowed_ = followed;
+    fetchWhatIsDue();
+}
+
 std::optional<Answer> WorldWeather::answer(reports::Kind kind) const {
     const auto all = store_.reportsOf(reports::allStations);
     return kind == reports::Kind::metar ? all.metarAnswer : all.tafAnswer;
@@ -142,7 +147,7 @@ bool WorldWeather::isDue(const File& file) const {
 }
 
 void WorldWeather::fetchWhatIsDue() {
-    if (!isOn_ || !isSeen_) {
+    if (!isOn_ || !(isSeen_ || isFollowed_)) {
         return;
     }
     for (File& file : files_) {
@@ -209,9 +214,14 @@ std::optional<std::size_t> WorldWeather::arrived() const {
     return bytes;
 }
 
-std::optional<platform::Date> WorldWeather::renewed() const {
-    const auto last = answer(reports::Kind::metar);
+std::optional<platform::Date> WorldWeather::renewed(reports::Kind kind) const {
+    const auto last = answer(kind);
     return last ? last->renewed : std::nullopt;
+}
+
+std::optional<platform::Date> WorldWeather::asked() const {
+    const auto last = answer(reports::Kind::metar);
+    return last ? std::optional(last->asked) : std::nullopt;
 }
 
 std::string WorldWeather::status() const {

@@ -14,9 +14,9 @@
 
 namespace weather {
 
-/// The weather of all stations: while the user wants it and can see it, keeps the store's reports
-/// new by the data server's files of every station's last METAR and TAF. One request every few
-/// minutes is what the service asks of those who want many stations
+/// The weather of all stations: while the user wants it and can see it or is told of it, keeps the
+/// store's reports new by the data server's files of every station's last METAR and TAF. One
+/// request every few minutes is what the service asks of those who want many stations
 /// (https://aviationweather.gov/data/api).
 ///
 /// A file is asked for only if it has changed, which holds across restarts, and never again before
@@ -44,11 +44,16 @@ public:
     void setOn(bool on);
     /// Whether it can be seen; at first it cannot.
     void setSeen(bool seen);
+    /// Whether somebody follows it who can see nothing; at first nobody does.
+    void setFollowed(bool followed);
 
     /// Bytes that have arrived of a file on its way; absent if none is.
     [[nodiscard]] std::optional<std::size_t> arrived() const;
-    /// When the METARs were last renewed; absent if they never were.
-    [[nodiscard]] std::optional<platform::Date> renewed() const;
+    /// When the reports of a kind were last renewed; absent if they never were.
+    [[nodiscard]] std::optional<platform::Date> renewed(reports::Kind kind) const;
+    /// When the last request for the METARs was made that has ended, in whatever way; absent if
+    /// none has.
+    [[nodiscard]] std::optional<platform::Date> asked() const;
     /// One sentence for the user; empty while it is off.
     [[nodiscard]] std::string status() const;
 
@@ -70,6 +75,7 @@ private:
     reports::Store& store_;
     bool isOn_;
     bool isSeen_ = false;
+    bool isFollowed_ = false;
     std::array<File, 2> files_{
         {{reports::Kind::metar, metarInterval}, {reports::Kind::taf, tafInterval}}};
     std::unique_ptr<platform::Timer> minutes_;

@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QString>
+#include <QStringList>
 
 #include <algorithm>
 #include <string>
@@ -47,19 +48,21 @@ namespace desktop {
     return QFile::decodeName(path.c_str());
 }
 
+/// Keeps right-to-left letters in a text from reordering the text around it, if it has any.
+[[nodiscard]] inline QString isolated(const QString& text) {
+    const bool mixes = std::any_of(text.begin(), text.end(), [](QChar c) {
+        return c.direction() == QChar::DirR || c.direction() == QChar::DirAL;
+    });
+    return mixes ? QChar(0x2068) + text + QChar(0x2069) : text;
+}
+
 /// Isolates the parts between the middle dots of a line such as a station's description, so that
 /// right-to-left letters in one do not reorder the others.
 [[nodiscard]] inline QString isolatedParts(const QString& line) {
-    const bool mixes = std::any_of(line.begin(), line.end(), [](QChar c) {
-        return c.direction() == QChar::DirR || c.direction() == QChar::DirAL;
-    });
-    if (!mixes) {
-        return line;
-    }
     const QString dot = QStringLiteral(" · ");
-    const QChar open(0x2068);
-    const QChar close(0x2069);
-    return open + line.split(dot).join(close + dot + open) + close;
+    QStringList parts = line.split(dot);
+    std::transform(parts.begin(), parts.end(), parts.begin(), isolated);
+    return parts.join(dot);
 }
 
 /// Encodes a path for the file system.

@@ -69,21 +69,23 @@ void ProgramMenus::addStationEntries() {
     addValidated(stations_, QStringLiteral("Make Favorite"), "favMenuItem", Qt::CTRL | Qt::Key_D,
                  [this] {
                      delegate_->sw->favMenuItem();
-                     if (stationWindow_.favoritesChanged) {
-                         stationWindow_.favoritesChanged();
-                     }
+                     tellOfFavorites();
                  });
     addValidated(stations_, QStringLiteral("Show favorites"), "showFavsMenu",
                  Qt::CTRL | Qt::SHIFT | Qt::Key_D, [this] { delegate_->sw->showFavsMenu(); });
-    alwaysFavItem_ = &addValidated(
-        stations_, QStringLiteral("Always Show Favorites' Weather"), "alwaysShowFavWeatherMenu", {},
-        [this] { delegate_->sw->alwaysShowFavWeatherMenu(*alwaysFavItem_); });
+    alwaysFavItem_ = &addValidated(stations_, QStringLiteral("Always Show Favorites' Weather"),
+                                   "alwaysShowFavWeatherMenu", {}, [this] {
+                                       delegate_->sw->alwaysShowFavWeatherMenu(*alwaysFavItem_);
+                                       tellOfFavorites();
+                                   });
     alwaysFavItem_->entry().setCheckable(true);
     worldWeather_ = &add(stations_, QStringLiteral("Weather of the &World"),
                          Qt::CTRL | Qt::SHIFT | Qt::Key_W, [] {});
     worldWeather_->setCheckable(true);
     add(stations_, QStringLiteral("&Briefing…"), Qt::CTRL | Qt::Key_B,
         [this] { delegate_->doBriefing(); });
+    favoriteNotices_ = &add(stations_, QStringLiteral("No&tify When Favorites Worsen"), {}, [] {});
+    favoriteNotices_->setCheckable(true);
     largerChart_ = &add(stations_, QStringLiteral("Open &Larger Chart"), Qt::CTRL | Qt::Key_L,
                         [this] { stationWindow_.openLargerChart(); });
     add(stations_, QStringLiteral("&Update Catalogue"), {},
@@ -100,6 +102,12 @@ void ProgramMenus::addStationEntries() {
             delegate_->sw->outlets.distButton->selectItem(i);
             delegate_->sw->geMeterDistChanged();
         });
+    }
+}
+
+void ProgramMenus::tellOfFavorites() {
+    if (stationWindow_.favoritesChanged) {
+        stationWindow_.favoritesChanged();
     }
 }
 

@@ -32,7 +32,8 @@ public:
     /// What the main window does when an entry is chosen; cleared when that window is destroyed.
     struct StationWindowActions {
         std::function<void()> find;
-        /// A station has become a favourite, or is no longer one.
+        /// A station has become a favourite, or is no longer one; or the favourites' weather has
+        /// been switched on or off.
         std::function<void()> favoritesChanged;
         /// Whether a chart that has a larger version is on show, and how to open that version.
         std::function<bool()> hasLargerChart;
@@ -41,11 +42,14 @@ public:
     void setStationWindowActions(StationWindowActions actions);
     /// The entry that switches the weather of the world on and off, for the main window to bind.
     [[nodiscard]] QAction& worldWeather() { return *worldWeather_; }
+    /// The entry that switches notices about favourites on and off, for the main window to bind.
+    [[nodiscard]] QAction& favoriteNotices() { return *favoriteNotices_; }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void tellOfFavorites();
     void addProgramEntries();
     void addStationEntries();
     void addWindowEntries();
@@ -67,6 +71,7 @@ private:
     std::deque<MenuEntry> validated_;
     MenuEntry* alwaysFavItem_ = nullptr;
     QAction* worldWeather_ = nullptr;
+    QAction* favoriteNotices_ = nullptr;
     QAction* largerChart_ = nullptr;
     QAction* useShipped_ = nullptr;
     QAction* useAsMine_ = nullptr;

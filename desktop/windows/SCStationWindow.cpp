@@ -9,6 +9,8 @@
 #include "desktop/controls/WrappingRow.h"
 #include "desktop/report/ReportTabs.h"
 #include "desktop/text/Text.h"
+#include "desktop/windows/FavoriteNotices.h"
+#include "desktop/windows/NearestLinks.h"
 #include "desktop/windows/ProgramMenus.h"
 #include "desktop/windows/SearchSuggestions.h"
 #include "desktop/windows/TableWithMap.h"
@@ -79,7 +81,7 @@ struct SCStationWindow::Views {
         mapV.setObjectName(QStringLiteral("mapV"));
         chart.setObjectName(QStringLiteral("secView"));
         QWidget::setTabOrder(ui.mapChart, &mapV);
-        QWidget::setTabOrder(&mapV, ui.metarB);
+        QWidget::setTabOrder(&mapV, ui.nearestMetar);
         // A widget gets a place in the tab order only while it accepts the focus. The view itself
         // never takes it: its page will come right after it.
         chart.setFocusPolicy(Qt::StrongFocus);
@@ -116,6 +118,10 @@ struct SCStationWindow::Views {
     QLabel* emptyWords = nullptr;
     /// Owned by the tabs.
     ReportTabs* reports = nullptr;
+    /// Owned by a link.
+    NearestLinks* nearest = nullptr;
+    /// Owned by the window.
+    FavoriteNotices* notices = nullptr;
     /// Shows the progress bar while requests are open; dropped first.
     std::shared_ptr<QProgressBar*> working;
     platform::NotificationCenter::Token openRequests;
@@ -169,6 +175,8 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
     connect(ui.table->model(), &QAbstractItemModel::modelReset, this, [this] {
         showTableOrHint();
         views_->reports->refreshSoon();
+        views_->nearest->refreshSoon();
+        views_->notices->refreshSoon();
     });
     bindFilterLine();
     bindSearch(host);
@@ -176,8 +184,12 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
     bindWeather(host);
     bindReports(host, reports);
     bindRowMenu(reports);
+    views_->nearest =
+        new NearestLinks({host, reports, world, controller_}, {*ui.nearestMetar, *ui.nearestTaf});
     new WorldSwitch({host, reports, world}, {*this, menus.worldWeather(), *ui.worldWeather,
                                              *ui.worldStatus, *ui.worldWorking, views_->stations});
+    views_->notices = new FavoriteNotices({host, reports, world, controller_},
+                                          {*this, menus.favoriteNotices(), *ui.favoriteStatus});
     showTableOrHint();
 }
 
@@ -327,6 +339,7 @@ void SCStationWindow::bindRowMenu(reports::Store& reports) {
                 controller_.geMeterDistChanged();
             });
         }
+        views_->nearest->addTo(menu, *station);
         menu.addAction(QStringLiteral("&Show on Map"), this, [this, station] {
             views_->switchieDu.setSelectedSegment(
                 static_cast<int>(platform::drawnType(controller_.currentMapType)));
@@ -341,6 +354,7 @@ void SCStationWindow::favoritesChanged() {
         views_->stations.table.markChanged(static_cast<int>(row));
     }
     views_->reports->refreshSoon();
+    views_->notices->favoritesChanged();
 }
 
 void SCStationWindow::showReportsOf(const AviationWeatherStation* station) {
@@ -348,6 +362,7 @@ void SCStationWindow::showReportsOf(const AviationWeatherStation* station) {
         station
             ? ReportTabs::Station{identifierOf(*station), catalogue::stationDescription(*station)}
             : ReportTabs::Station());
+    views_->nearest->refresh();
 }
 
 bool SCStationWindow::eventFilter(QObject* watched, QEvent* event) {

@@ -12,6 +12,7 @@ import sys
 import tempfile
 import time
 import unittest
+import unittest.mock
 
 PROGRAM = sys.argv.pop()
 PATIENCE = 120
@@ -113,6 +114,17 @@ class StartsAndEnds(unittest.TestCase):
                     self.assertIn("$objects", plistlib.load(file))
                 with open(self.home.settings, encoding="ascii") as file:
                     self.assertIn("curmaptype=1", file.read())
+
+    def test_without_a_session_bus_notifications_cost_one_line(self):
+        self.fetch_from_server()
+        with open(self.home.settings, "a", encoding="ascii") as file:
+            file.write("favoritenotices=1\n")
+        with unittest.mock.patch.dict(os.environ, {"DBUS_SESSION_BUS_ADDRESS": "unix:path=" + self.folder}):
+            program = self.home.start(self.runtime)
+        self.accept()
+        said = (line for line in program.stderr if not line.startswith(CHATTER))
+        self.assertIn("Notifications cannot be shown: ", next(said))
+        self.assertEqual(end(program), (0, []))
 
     def test_one_instance_works_on_a_users_files(self):
         self.fetch_from_server()

@@ -121,7 +121,7 @@ TEST_F(WorldWeatherTest, IsAskedForOnlyWhereItIsWantedAndSeenAndNoLongerFresh) {
     EXPECT_THAT(asked(), testing::UnorderedElementsAre(metarsPath, tafsPath));
     awaitStatus("Weather of the world, as of 00:00 UTC.");
     EXPECT_TRUE(store->reportsOf("KAAA").metar);
-    EXPECT_EQ(world->renewed(), fake.clock.now());
+    EXPECT_EQ(world->renewed(reports::Kind::metar), fake.clock.now());
 
     pass(4min);
     EXPECT_EQ(asked(), none);
@@ -146,6 +146,16 @@ TEST_F(WorldWeatherTest, IsAskedForOnlyWhereItIsWantedAndSeenAndNoLongerFresh) {
     awaitStatus("as of 00:12 UTC");
     EXPECT_TRUE(store->reportsOf("KAAA").metar);
 
+    world->setSeen(false);
+    world->setFollowed(true);
+    pass(5min);
+    EXPECT_THAT(asked(), testing::UnorderedElementsAre(metarsPath, tafsPath));
+    world->setFollowed(false);
+    pass(60min);
+    EXPECT_EQ(asked(), none);
+    world->setSeen(true);
+    EXPECT_THAT(asked(), testing::UnorderedElementsAre(metarsPath, tafsPath));
+
     world->setOn(false);
     pass(60min);
     EXPECT_EQ(asked(), none);
@@ -156,7 +166,7 @@ TEST_F(WorldWeatherTest, AFailureIsToldAndKeepsWhatThereIs) {
     world->setOn(true);
     world->setSeen(true);
     awaitStatus("as of 00:00 UTC");
-    const auto renewed = world->renewed();
+    const auto renewed = world->renewed(reports::Kind::metar);
     // The next is not to be answered from the cache.
     stop();
     const struct {
@@ -181,7 +191,7 @@ TEST_F(WorldWeatherTest, AFailureIsToldAndKeepsWhatThereIs) {
         pass(5min);
         awaitStatus(status);
         EXPECT_THAT(world->status(), HasSubstr("not renewed since 00:00 UTC"));
-        EXPECT_EQ(world->renewed(), renewed);
+        EXPECT_EQ(world->renewed(reports::Kind::metar), renewed);
         EXPECT_TRUE(store->reportsOf("KAAA").metar);
         (void)asked();
         pass(1min);
