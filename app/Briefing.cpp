@@ -42,13 +42,13 @@ void addWords(Lines& lines, std::string words) {
     lines.push_back({LineKind::words, std::move(words)});
 }
 
-void addWordsOn(Lines& lines, const catalogue::StationList& list) {
+void addWordsOn(Lines& lines, const catalogue::NamedStations& list) {
     if (!list.leftOut.empty()) {
         addWords(lines, leftOutInWords(list.leftOut));
     }
     if (list.beyond > 0) {
         addWords(lines, fmt::format("Only the first {} stations are here; {} more are left out.",
-                                    catalogue::StationList::mostStations, list.beyond));
+                                    catalogue::NamedStations::mostStations, list.beyond));
     }
 }
 
@@ -94,7 +94,7 @@ void Briefing::show(std::string text) {
     const auto catalogue = sources_.catalogue();
     text_ = std::move(text);
     host_.userDefaults.setObject(text_, setting);
-    showList(catalogue::listedStations(text_, catalogue.get()), "No station is listed.");
+    showList(catalogue::namedStations(text_, catalogue.get()), "No station is listed.");
 }
 
 void Briefing::showFavorites() {
@@ -109,7 +109,7 @@ void Briefing::showFavorites() {
     }
 }
 
-void Briefing::showList(catalogue::StationList list, std::string words) {
+void Briefing::showList(catalogue::NamedStations list, std::string words) {
     list_ = std::move(list);
     words_ = std::move(words);
     *superseded_ = true;

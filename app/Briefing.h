@@ -2,7 +2,7 @@
 #pragma once
 
 #include "catalogue/AviationWeatherStationCollection.h"
-#include "catalogue/StationList.h"
+#include "catalogue/NamedStations.h"
 #include "platform/host/Host.h"
 #include "reports/Briefing.h"
 #include "reports/Store.h"
@@ -38,7 +38,7 @@ public:
 
     /// The list as it was written last; remembered in the settings.
     [[nodiscard]] const std::string& text() const { return text_; }
-    /// Shows the stations that a text lists (`catalogue::listedStations`).
+    /// Shows the stations that a text lists (`catalogue::namedStations`).
     void show(std::string text);
     /// Shows the favourites, which become the text. Without any, only says so.
     void showFavorites();
@@ -55,7 +55,7 @@ public:
     std::function<void()> changed = [] {};
 
 private:
-    void showList(catalogue::StationList list, std::string words);
+    void showList(catalogue::NamedStations list, std::string words);
     void ask(reports::Kind kind);
     [[nodiscard]] reports::Known known(const std::string& station) const;
 
@@ -63,7 +63,7 @@ private:
     reports::Store& store_;
     Sources sources_;
     std::string text_;
-    catalogue::StationList list_;
+    catalogue::NamedStations list_;
     /// What the page says in place of stations.
     std::string words_;
     /// Of the requests for this list.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "catalogue/StationList.h"
+#include "catalogue/NamedStations.h"
 
 #include "platform/text/Text.h"
 #include "platform/text/Words.h"
@@ -57,11 +57,11 @@ std::shared_ptr<const AviationWeatherStation> found(const Index& index, std::str
 
 } // namespace
 
-StationList listedStations(std::string_view text,
-                           const AviationWeatherStationCollection* catalogue) {
+NamedStations namedStations(std::string_view text,
+                            const AviationWeatherStationCollection* catalogue) {
     const Index byIdentifier = indexOf(catalogue, &AviationWeatherStation::ICAO);
     const Index byCode = indexOf(catalogue, &AviationWeatherStation::IATA);
-    StationList list;
+    NamedStations list;
     std::unordered_set<std::string> listed;
     std::unordered_set<std::string_view> leftOut;
     for (const std::string_view word : platform::wordsIn(text)) {
@@ -77,7 +77,7 @@ StationList listedStations(std::string_view text,
                 list.leftOut.emplace_back(word);
             }
         } else if (listed.insert(named.identifier).second) {
-            if (list.stations.size() < StationList::mostStations) {
+            if (list.stations.size() < NamedStations::mostStations) {
                 list.stations.push_back(std::move(named));
             } else {
                 ++list.beyond;

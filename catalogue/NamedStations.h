@@ -22,7 +22,7 @@ struct NamedStation {
 };
 
 /// What a text with a list of stations says.
-struct StationList {
+struct NamedStations {
     static constexpr std::size_t mostStations = 100;
 
     /// In the order in which they are first named, each once.
@@ -37,7 +37,7 @@ struct StationList {
 /// between the words. A letter followed by three letters or digits is an ICAO identifier, whether
 /// the catalogue has it or not. Any other word is the IATA code of the first station of the
 /// catalogue that has it, if there is one. `catalogue` may be null.
-[[nodiscard]] StationList listedStations(std::string_view text,
-                                         const AviationWeatherStationCollection* catalogue);
+[[nodiscard]] NamedStations namedStations(std::string_view text,
+                                          const AviationWeatherStationCollection* catalogue);
 
 } // namespace catalogue

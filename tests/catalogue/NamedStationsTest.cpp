@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "catalogue/StationList.h"
+#include "catalogue/NamedStations.h"
 #include "tests/support/Stations.h"
 
 #include <fmt/format.h>
@@ -10,7 +10,7 @@ namespace {
 
 /// "KJFK(JFK) KXYZ? | 12 foo +3": the stations, those that the catalogue lacks with a question
 /// mark; the words left out; the number beyond.
-std::string summary(const StationList& list) {
+std::string summary(const NamedStations& list) {
     std::string text;
     for (const auto& [identifier, code, station] : list.stations) {
         text += identifier + (code.empty() ? "" : "(" + code + ")") + (station ? " " : "? ");
@@ -22,7 +22,7 @@ std::string summary(const StationList& list) {
     return text + (list.beyond > 0 ? fmt::format(" +{}", list.beyond) : "");
 }
 
-TEST(StationList, IsReadHoweverItIsWritten) {
+TEST(NamedStations, IsReadHoweverItIsWritten) {
     const auto catalogue = makeCollection({{"KJFK"}, {"EGLL"}, {"K8A0"}, {"EDDF"}, {"    "}});
     const char* const codes[] = {"JFK ", "LHR ", "    ", "FRA ", "NON "};
     for (std::size_t i = 0; i < std::size(codes); ++i) {
@@ -45,18 +45,18 @@ TEST(StationList, IsReadHoweverItIsWritten) {
     };
     for (const auto& [text, stations] : cases) {
         SCOPED_TRACE(text);
-        EXPECT_EQ(summary(listedStations(text, catalogue.get())), stations);
+        EXPECT_EQ(summary(namedStations(text, catalogue.get())), stations);
     }
-    EXPECT_EQ(summary(listedStations("KJFK JFK", nullptr)), "KJFK? | JFK");
+    EXPECT_EQ(summary(namedStations("KJFK JFK", nullptr)), "KJFK? | JFK");
 }
 
-TEST(StationList, EndsAtItsLimitAndCountsTheRestOnce) {
+TEST(NamedStations, EndsAtItsLimitAndCountsTheRestOnce) {
     std::string text;
     for (int i = 0; i < 120; ++i) {
         text += fmt::format("K{:03} ", i);
     }
-    const StationList list = listedStations(text + text, nullptr);
-    ASSERT_EQ(list.stations.size(), StationList::mostStations);
+    const NamedStations list = namedStations(text + text, nullptr);
+    ASSERT_EQ(list.stations.size(), NamedStations::mostStations);
     EXPECT_EQ(list.stations.back().identifier, "K099");
     EXPECT_EQ(list.beyond, 20U);
 }
