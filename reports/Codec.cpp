@@ -32,10 +32,27 @@ T within(const Range<T>& range, T value) {
     return value;
 }
 
+/// A number of the kind that was written. The library itself converts any to any, without a look at
+/// its size.
+std::int64_t wholeIn(const json& field) {
+    if (!field.is_number_integer()) {
+        throw std::out_of_range("no whole number");
+    }
+    return field.get<std::int64_t>();
+}
+
+int numberIn(const json& field, const Range<int>& range) {
+    return static_cast<int>(within(Range<std::int64_t>{range.least, range.most}, wholeIn(field)));
+}
+
+double numberIn(const json& field, const Range<double>& range) {
+    return within(range, field.get<double>());
+}
+
 template <typename T>
 std::optional<T> optionalAt(const json& fields, std::size_t index, const Range<T>& range) {
     const json& field = fields.at(index);
-    return field.is_null() ? std::nullopt : std::optional(within(range, field.get<T>()));
+    return field.is_null() ? std::nullopt : std::optional(numberIn(field, range));
 }
 
 json dateOut(Date date) {
@@ -43,16 +60,12 @@ json dateOut(Date date) {
 }
 
 Date dateIn(const json& field) {
-    return within(dates, Date(Date::duration(field.get<Date::rep>())));
+    return within(dates, Date(Date::duration(wholeIn(field))));
 }
 
 template <typename Enum>
 Enum enumIn(const json& field, Enum last) {
-    const auto value = field.get<unsigned>();
-    if (value > static_cast<unsigned>(last)) {
-        throw std::out_of_range("no such value");
-    }
-    return static_cast<Enum>(value);
+    return static_cast<Enum>(numberIn(field, Range<int>{0, static_cast<int>(last)}));
 }
 
 template <typename Enum>
@@ -81,13 +94,12 @@ json out(const Conditions& conditions) {
 Conditions conditionsIn(const json& fields) {
     Conditions conditions;
     if (const json& wind = fields.at(0); !wind.is_null()) {
-        conditions.wind =
-            Wind{optionalAt(wind, 0, windDirections), wind.at(1).get<bool>(),
-                 within(windSpeeds, wind.at(2).get<int>()), optionalAt(wind, 3, windSpeeds)};
+        conditions.wind = Wind{optionalAt(wind, 0, windDirections), wind.at(1).get<bool>(),
+                               numberIn(wind.at(2), windSpeeds), optionalAt(wind, 3, windSpeeds)};
     }
     if (const json& visibility = fields.at(1); !visibility.is_null()) {
-        conditions.visibility = Visibility{within(visibilities, visibility.at(0).get<double>()),
-                                           visibility.at(1).get<bool>()};
+        conditions.visibility =
+            Visibility{numberIn(visibility.at(0), visibilities), visibility.at(1).get<bool>()};
     }
     conditions.weather = fields.at(2).get<std::string>();
     for (const json& layer : fields.at(3)) {

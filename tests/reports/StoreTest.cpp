@@ -5,6 +5,7 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 #include <sqlite3.h>
 
 #include <cmath>
@@ -111,6 +112,14 @@ TEST(Codec, GivesBackWhatItTookAndNothingElse) {
         return decodedMetar(encoded(one)).has_value();
     };
     EXPECT_FALSE(spoilt([](Metar& one) { one.elevation = -5e7; }));
+    EXPECT_FALSE(spoilt([](Metar& one) {
+        one.conditions.layers = {{Cover::few, 2'000'000'000, {}}};
+    }));
+    const auto* first = reinterpret_cast<const std::uint8_t*>(bytes.data());
+    auto fields = nlohmann::json::from_cbor(first, first + bytes.size());
+    fields[1] = -1.9e33;
+    const std::vector<std::uint8_t> other = nlohmann::json::to_cbor(fields);
+    EXPECT_FALSE(decodedMetar(std::as_bytes(std::span(other)))) << "a fraction for a whole number";
     EXPECT_FALSE(spoilt([](Metar& one) { one.observed = Date::min(); }));
     EXPECT_FALSE(spoilt([](Metar& one) { one.temperature = std::nan(""); }));
     EXPECT_FALSE(spoilt([](Metar& one) { one.conditions.wind = Wind{{}, false, -1, {}}; }));
