@@ -1,0 +1,320 @@
+// SPDX-License-Identifier: MIT
+#include "catalogue/Packages.h"
+#include "platform/text/Text.h"
+#include "tests/support/Gzip.h"
+#include "tests/support/Reports.h"
+#include "tests/support/RunningProgram.h"
+#include "tests/support/WeatherServer.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTableView>
+#include <fmt/format.h>
+#include <pthread.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int parts = 10;
+
+/// The share of a whole day's work that is done, one over this.
+int share() {
+    const char* given = std::getenv("NOSIG_SHARE_OF_A_DAY");
+    return given != nullptr ? std::max(1, std::atoi(given)) : 1;
+}
+
+double processorMilliseconds() {
+    timespec used{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
+    return static_cast<double>(used.tv_sec) * 1e3 + static_cast<double>(used.tv_nsec) / 1e6;
+}
+
+/// The longest that anything has held the main thread, in milliseconds of the processor, which do
+/// not depend on what else the machine does.
+class Watchdog {
+public:
+    template <typename Work>
+    void watch(const std::string& what, Work work) {
+        const double begin = processorMilliseconds();
+        work();
+        double& worst = worst_[what];
+        worst = std::max(worst, processorMilliseconds() - begin);
+    }
+    [[nodiscard]] const std::map<std::string, double>& worst() const { return worst_; }
+
+private:
+    std::map<std::string, double> worst_;
+};
+
+Watchdog watchdog;
+
+/// Times every event that the toolkit delivers.
+class WatchedApplication final : public QApplication {
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject* receiver, QEvent* event) override {
+        if (isInside_) {
+            return QApplication::notify(receiver, event);
+        }
+        isInside_ = true;
+        bool isHandled = false;
+        watchdog.watch(fmt::format("event {} for {}", static_cast<int>(event->type()),
+                                   receiver->metaObject()->className()),
+                       [&] { isHandled = QApplication::notify(receiver, event); });
+        isInside_ = false;
+        return isHandled;
+    }
+
+private:
+    bool isInside_ = false;
+};
+
+/// What the process holds of what it might leak.
+struct Held {
+    double mebibytes = 0;
+    std::ptrdiff_t threads = 0;
+    std::ptrdiff_t files = 0;
+
+    static Held now() {
+        const auto count = [](const char* folder) {
+            return std::distance(std::filesystem::directory_iterator(folder), {});
+        };
+        std::ifstream sizes("/proc/self/statm");
+        double pages = 0;
+        double resident = 0;
+        sizes >> pages >> resident;
+        return {resident / 256, count("/proc/self/task"), count("/proc/self/fd")};
+    }
+};
+
+/// The data server, in a process of its own, so that what it holds is not counted.
+class ServerProcess {
+public:
+    ServerProcess() {
+        int ends[2] = {};
+        if (::pipe(ends) != 0) {
+            throw std::runtime_error("no pipe");
+        }
+        child_ = ::fork();
+        if (child_ == 0) {
+            serve(ends[1]);
+        }
+        ::close(ends[1]);
+        std::array<char, 1024> text{};
+        const auto length = ::read(ends[0], text.data(), text.size());
+        const std::string said(text.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
+        authority = said.substr(0, said.find(' '));
+        certificate = said.substr(said.find(' ') + 1);
+        ::close(ends[0]);
+    }
+    ~ServerProcess() {
+        ::kill(child_, SIGTERM);
+        ::waitpid(child_, nullptr, 0);
+    }
+    ServerProcess(const ServerProcess&) = delete;
+    ServerProcess& operator=(const ServerProcess&) = delete;
+
+    /// Host and port, and the file of the authority that vouches for it.
+    std::string authority;
+    std::string certificate;
+
+private:
+    /// The file of every station's report: what the program keeps of each is there from the start.
+    static std::string world(const std::function<std::string(const std::string&)>& reply) {
+        std::vector<std::string> replies;
+        for (const auto& station :
+             *catalogue::readPackage(NOSIG_BINARY_DIR "/share/nosig/Stations.STNPKG")->stations) {
+            replies.push_back(reply(std::string(platform::trimmed(station->ICAO.value_or("")))));
+        }
+        return support::gzip(support::joined(replies));
+    }
+    [[noreturn]] static void serve(int told) {
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        sigset_t end{};
+        sigaddset(&end, SIGTERM);
+        ::pthread_sigmask(SIG_BLOCK, &end, nullptr);
+        {
+            const std::string metars = world(support::metarReply);
+            const std::string tafs =
+                world([](const std::string& station) { return support::tafReply(station, ""); });
+            std::atomic<unsigned> sent = 0;
+            const support::WeatherServer server(
+                [&](const httplib::Request& request, httplib::Response& response) {
+                    const std::string station = request.get_param_value("stationString");
+                    if (request.target.find("/data/cache/") != std::string::npos) {
+                        const bool isMetars = request.target.find("metars") != std::string::npos;
+                        response.set_header("ETag", fmt::format("\"{}\"", sent++));
+                        response.set_content(isMetars ? metars : tafs, "application/gzip");
+                    } else if (request.get_param_value("dataSource") == "metars") {
+                        response.set_content(support::metarReply(station), "text/xml");
+                    } else {
+                        response.set_content(support::tafReply(station, ""), "text/xml");
+                    }
+                });
+            const std::string said = server.authority() + " " + server.options().certificateFile;
+            if (::write(told, said.data(), said.size()) > 0) {
+                int signal = 0;
+                ::sigwait(&end, &signal);
+            }
+        }
+        ::_exit(0);
+    }
+
+    pid_t child_ = 0;
+};
+
+/// Started before the toolkit, whose threads a fork would not take along.
+const ServerProcess* server = nullptr;
+
+/// The program with its real windows and a real server, used by somebody in a hurry.
+class DayOfUse : public ::testing::Test, protected support::RunningProgram {
+protected:
+    DayOfUse() {
+        std::filesystem::copy_file(NOSIG_BINARY_DIR "/share/nosig/Stations.STNPKG",
+                                   fake.folder / "resources/Stations.STNPKG");
+        fake.userDefaults.setObject(server->authority, "dataserverhost");
+        fake.userDefaults.setObject(platform::Number(1), "worldweather");
+        fake.userDefaults.setObject(platform::Number(1), "displayfavweather");
+        platform::URLSessionOptions options;
+        options.certificateFile = server->certificate;
+        options.date = [this] { return fake.clock.now(); };
+        sessions_.emplace(fake.notificationCenter, options);
+        start(*sessions_);
+    }
+    ~DayOfUse() override {
+        sessions_->stop();
+        stop();
+    }
+
+    void breathe() {
+        watchdog.watch("work for the main thread", [this] { fake.mainThread.run(); });
+        QCoreApplication::processEvents();
+    }
+    /// Waits until nothing is under way.
+    void settle() {
+        EXPECT_TRUE(QTest::qWaitFor(
+            [this] {
+                breathe();
+                return sessions_->openRequests() == 0 && fake.mainThread.queued() == 0;
+            },
+            60'000));
+    }
+    int below(int end) { return std::uniform_int_distribution(0, end - 1)(random_); }
+
+    void select() {
+        auto& table = child<QTableView>("table");
+        if (const int rows = table.model()->rowCount(); rows > 0) {
+            table.selectRow(below(rows));
+            breathe();
+        }
+    }
+    void search() {
+        auto& field = child<QLineEdit>("sf");
+        for (const char* button : {"searchICAO", "searchName", "searchState"}) {
+            if (below(3) == 0) {
+                child<QPushButton>(button).click();
+            }
+        }
+        for (int letters = 1 + below(4); letters > 0; --letters) {
+            QTest::keyClick(&field, static_cast<char>('a' + below(26)));
+            breathe();
+        }
+        select();
+        field.clear();
+        breathe();
+    }
+    void openList() {
+        fake.panels.answers.emplace_back(
+            platform::URL::file(NOSIG_SOURCE_DIR "/resources/catalogue/stations.txt"));
+        child<QPushButton>("parserIt").click();
+        EXPECT_TRUE(QTest::qWaitFor(
+            [this] {
+                breathe();
+                return child<QPushButton>("parserIt").isEnabled();
+            },
+            60'000));
+    }
+    void changeLooks() {
+        QPalette palette = QApplication::palette();
+        palette.setColor(QPalette::Window, below(2) == 0 ? Qt::black : Qt::white);
+        palette.setColor(QPalette::WindowText, below(2) == 0 ? Qt::white : Qt::black);
+        QApplication::setPalette(palette);
+        stations().resize(700 + below(900), 450 + below(600));
+        breathe();
+    }
+    void passMinute() {
+        fake.clock.time = fake.clock.now() + 1min;
+        watchdog.watch("timers", [this] { fake.timers.fire(); });
+        breathe();
+    }
+
+private:
+    std::mt19937 random_{1}; // NOLINT(*-msc51-cpp): the same day in every run
+    std::optional<platform::CurlURLSessions> sessions_;
+};
+
+/// Memory and the longest that anything held the window are printed, for somebody to judge.
+TEST_F(DayOfUse, LeavesNoThreadAndNoFileBehind) {
+    const auto times = [](int all) { return std::max(1, all / parts / share()); };
+    std::vector<Held> held;
+    for (int part = 0; part < parts; ++part) {
+        for (int i = 0; i < times(5000); ++i) {
+            select();
+        }
+        for (int i = 0; i < times(500); ++i) {
+            search();
+        }
+        for (int i = 0; i < times(50); ++i) {
+            openList();
+        }
+        for (int i = 0; i < times(1000); ++i) {
+            changeLooks();
+        }
+        for (int i = 0; i < times(24 * 60); ++i) {
+            passMinute();
+        }
+        settle();
+        held.push_back(Held::now());
+        fmt::print("part {}: {:.1f} MiB, {} threads, {} files\n", part, held.back().mebibytes,
+                   held.back().threads, held.back().files);
+    }
+    for (const auto& [what, milliseconds] : watchdog.worst()) {
+        if (milliseconds > 10) {
+            fmt::print("{:6.1f} ms  {}\n", milliseconds, what);
+        }
+    }
+    EXPECT_LE(held.back().threads, held.front().threads);
+    EXPECT_LE(held.back().files, held.front().files + 2);
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    const support::TemporaryFolder home;
+    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
+        qputenv(name, QByteArray::fromStdString(home.path().string()));
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const ServerProcess running;
+    server = &running;
+    const WatchedApplication application(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
