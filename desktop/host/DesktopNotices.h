@@ -9,11 +9,10 @@
 
 namespace desktop {
 
-/// Notices through the service org.freedesktop.Notifications on the user's session bus, as laid
-/// down by the Desktop Notifications Specification
-/// (https://specifications.freedesktop.org/notification-spec/). The bus is not touched before the
-/// first call. Where none is named by the environment or stands at its usual place, none is
-/// started.
+/// Notices through freedesktop's Desktop Notifications, the service org.freedesktop.Notifications
+/// on the user's session bus (https://specifications.freedesktop.org/notification-spec/). The bus
+/// is not touched before the first call. Where none is named by the environment or stands at its
+/// usual place, none is started.
 class DesktopNotices final : public platform::Notices {
 public:
     /// The services are borrowed.
