@@ -2,6 +2,7 @@
 #include "desktop/report/ReportText.h"
 
 #include <QKeyEvent>
+#include <QRegularExpression>
 #include <QTextBlockFormat>
 #include <QTextCursor>
 
@@ -9,6 +10,16 @@
 #include <cmath>
 
 namespace desktop {
+
+namespace {
+
+/// A line is not broken between a number and its unit. Copied, the text has ordinary spaces.
+QString withUnitsKept(QString sentence) {
+    static const QRegularExpression space(QStringLiteral("(?<=\\d) "));
+    return sentence.replace(space, QString(QChar::Nbsp));
+}
+
+} // namespace
 
 ReportText::ReportText(const QString& name, QWidget* parent) : QTextEdit(parent) {
     setAccessibleName(name);
@@ -74,7 +85,7 @@ void ReportText::write() {
                 startLine(below);
             }
         }
-        cursor.insertText(entry.text, {});
+        cursor.insertText(entry.name.isEmpty() ? entry.text : withUnitsKept(entry.text), {});
     }
     moveCursor(QTextCursor::Start);
     fit();
