@@ -96,6 +96,21 @@ void load(benchmark::State& state) {
 }
 BENCHMARK(load)->Apply(atAllSizes);
 
+/// The yardstick for parse and load: allocating the records and their texts, and no more.
+void copyStations(benchmark::State& state) {
+    const auto& stations = *bench::collection(static_cast<int>(state.range(0)))->stations;
+    for (auto _ : state) {
+        std::vector<std::shared_ptr<AviationWeatherStation>> copies;
+        copies.reserve(stations.size());
+        for (const auto& station : stations) {
+            copies.push_back(station->copyWithZone());
+        }
+        benchmark::DoNotOptimize(copies);
+    }
+    countStations(state);
+}
+BENCHMARK(copyStations)->Apply(atAllSizes);
+
 template <typename Query>
 void measure(benchmark::State& state, Query query) {
     const auto& collection = bench::collection(static_cast<int>(state.range(0)));
