@@ -2,14 +2,10 @@
 #include "app/Briefing.h"
 #include "desktop/report/BriefingPage.h"
 #include "desktop/report/BriefingPrint.h"
-#include "platform/archive/KeyedArchiver.h"
-#include "platform/net/URLSession.h"
 #include "tests/support/Reports.h"
-#include "tests/support/RunningProgram.h"
+#include "tests/support/ServedProgram.h"
 #include "tests/support/Stations.h"
-#include "tests/support/WeatherServer.h"
 
-#include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPageSize>
@@ -37,31 +33,17 @@ using testing::Not;
 using testing::StartsWith;
 
 /// The real window, fed by a real server that answers each list when its gate is opened.
-class BriefingWindowTest : public ::testing::Test, protected support::RunningProgram {
+class BriefingWindowTest : public support::ServedProgram {
 protected:
-    BriefingWindowTest() {
-        EXPECT_TRUE(platform::KeyedArchiver::archiveRootObject(
-            makeCollection({{"KAAA", "ALPHA"},
-                            {"KDDD", "AT FIRST"},
-                            {"KBBB", "BR\u202eAVO"},
-                            {"KCCC", "CHARLIE"}}),
-            (fake.folder / "resources/Stations.STNPKG").string()));
-        fake.userDefaults.setObject(server.authority(), "dataserverhost");
-        begin();
+    BriefingWindowTest()
+        : ServedProgram(
+              [this](const auto& request, auto& response) { answer(request, response); }) {
+        setCatalogue(makeCollection({{"KAAA", "ALPHA"},
+                                     {"KDDD", "AT FIRST"},
+                                     {"KBBB", "BR\u202eAVO"},
+                                     {"KCCC", "CHARLIE"}}));
     }
-    ~BriefingWindowTest() override { end(); }
 
-    void begin() {
-        auto options = server.options();
-        options.date = [this] { return fake.clock.now(); };
-        sessions_.emplace(fake.notificationCenter, options);
-        start(*sessions_);
-    }
-    void end() {
-        server.gates.openAll();
-        sessions_->stop();
-        stop();
-    }
     static QMainWindow& briefing() { return window("BriefingWindow"); }
     template <typename T>
     static T& part(const char* name) {
@@ -77,40 +59,30 @@ protected:
         QTest::keyClick(&field, Qt::Key_Return);
     }
     void awaitText(const std::string& words) {
-        EXPECT_TRUE(QTest::qWaitFor(
-            [&] {
-                fake.mainThread.run();
-                return text().find(words) != std::string::npos;
-            },
-            60'000))
-            << words << " did not come in time";
+        await(words, [&] { return text().find(words) != std::string::npos; });
     }
     /// Waits until the sessions have taken up all requests.
     void awaitRequests() {
         std::promise<void> taken;
-        sessions_->perform([&taken] { taken.set_value(); });
+        sessions->perform([&taken] { taken.set_value(); });
         taken.get_future().wait();
     }
     static bool isList(const std::string& target) { return target.find("ids=") != target.npos; }
-    static std::string copied() { return QGuiApplication::clipboard()->text().toStdString(); }
-
-    support::WeatherServer server{
-        [this](const httplib::Request& request, httplib::Response& response) {
-            const bool isList = request.has_param("ids");
-            const std::string ids = request.get_param_value(isList ? "ids" : "stationString");
-            EXPECT_TRUE(!isList || server.gates.pass(ids));
-            const bool isMetar = request.target.find("metar") != std::string::npos;
-            std::vector<std::string> replies;
-            for (std::size_t at = 0; at < ids.size(); at += 5) {
-                const std::string station = ids.substr(at, 4);
-                replies.push_back(isMetar ? support::metarReply(station)
-                                          : support::tafReply(station, ""));
-            }
-            response.set_content(support::joined(replies), "text/xml");
-        }};
 
 private:
-    std::optional<platform::CurlURLSessions> sessions_;
+    void answer(const httplib::Request& request, httplib::Response& response) {
+        const bool isList = request.has_param("ids");
+        const std::string ids = request.get_param_value(isList ? "ids" : "stationString");
+        EXPECT_TRUE(!isList || server.gates.pass(ids));
+        const bool isMetar = request.target.find("metar") != std::string::npos;
+        std::vector<std::string> replies;
+        for (std::size_t at = 0; at < ids.size(); at += 5) {
+            const std::string station = ids.substr(at, 4);
+            replies.push_back(isMetar ? support::metarReply(station)
+                                      : support::tafReply(station, ""));
+        }
+        response.set_content(support::joined(replies), "text/xml");
+    }
 };
 
 TEST_F(BriefingWindowTest, ShowsItsOwnListHoweverSlowTheServer) {

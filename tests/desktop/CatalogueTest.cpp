@@ -3,11 +3,8 @@
 #include "catalogue/Packages.h"
 #include "catalogue/own/OwnCatalogue.h"
 #include "catalogue/own/TableUpdate.h"
-#include "platform/archive/KeyedArchiver.h"
-#include "platform/net/URLSession.h"
 #include "tests/support/Gzip.h"
-#include "tests/support/RunningProgram.h"
-#include "tests/support/WeatherServer.h"
+#include "tests/support/ServedProgram.h"
 
 #include <QAction>
 #include <QLabel>
@@ -21,7 +18,6 @@
 
 #include <filesystem>
 #include <mutex>
-#include <optional>
 #include <span>
 
 namespace {
@@ -66,8 +62,7 @@ platform::Data bytesOf(const std::string& text) {
     return {bytes.begin(), bytes.end()};
 }
 
-/// The program with its real windows and a weather service on loopback.
-class CatalogueTest : public ::testing::Test, protected support::RunningProgram {
+class CatalogueTest : public support::ServedProgram {
 protected:
     struct Answer {
         int status = 200;
@@ -75,39 +70,16 @@ protected:
         std::string redirect;
     };
 
-    CatalogueTest() {
-        const auto old =
-            catalogue::updateFromTable(bytesOf(table(oldRows())), {}, nullptr, fake.log);
-        EXPECT_TRUE(platform::KeyedArchiver::archiveRootObject(
-            old.collection, (fake.folder / "resources/Stations.STNPKG").string()));
+    CatalogueTest()
+        : ServedProgram([this](const auto& request, auto& response) { reply(request, response); }) {
+        setCatalogue(catalogue::updateFromTable(bytesOf(table(oldRows())), {}, nullptr, fake.log)
+                         .collection);
         fake.bundle.replacement = [this](std::string_view name) { return own.replacementOf(name); };
-        fake.userDefaults.setObject(server.authority(), "dataserverhost");
-        begin();
     }
-    ~CatalogueTest() override { end(); }
 
-    void begin() {
-        sessions_.emplace(fake.notificationCenter, server.options());
-        start(*sessions_);
-    }
-    void end() {
-        server.gates.openAll();
-        sessions_->stop();
-        stop();
-    }
     void answer(Answer next) {
         const std::scoped_lock lock(mutex_);
         answer_ = std::move(next);
-    }
-    template <typename Condition>
-    void runUntil(const char* what, Condition hasCome) {
-        EXPECT_TRUE(QTest::qWaitFor(
-            [&] {
-                fake.mainThread.run();
-                return hasCome();
-            },
-            60'000))
-            << what;
     }
     /// The entry of the Stations menu, validated.
     static QAction& entry(const char* title) {
@@ -130,7 +102,7 @@ protected:
             said += keeper.words() + "\n";
             shown();
         };
-        runUntil("the end of the update", [this] { return !delegate().keeper->isUpdating(); });
+        await("the end of the update", [this] { return !delegate().keeper->isUpdating(); });
         keeper.changed = shown;
         EXPECT_FALSE(part<QPushButton>("stop").isVisible());
         return words();
@@ -147,7 +119,7 @@ protected:
         }
         return all;
     }
-    [[nodiscard]] std::size_t openRequests() const { return sessions_->openRequests(); }
+    [[nodiscard]] std::size_t openRequests() const { return sessions->openRequests(); }
     void select(int row) { child<QTableView>("table").selectRow(row); }
 
     std::string ifModifiedSince() {
@@ -158,7 +130,11 @@ protected:
     /// What `updated` has seen the program say.
     std::string said;
     catalogue::OwnCatalogue own{fake.host};
-    support::WeatherServer server{[this](const auto& request, auto& response) {
+    static constexpr const char* oldList =
+        "EDAA EDBB EDGG EDZJ EDZK EDZL EDZM EDZN EDZO EDZP EDZQ ";
+
+private:
+    void reply(const httplib::Request& request, httplib::Response& response) {
         if (request.path != "/data/cache/stations.cache.json.gz") {
             return;
         }
@@ -178,16 +154,11 @@ protected:
             response.set_header("Last-Modified", tableDate);
             response.set_content(answer.body, "application/gzip");
         }
-    }};
+    }
 
-    static constexpr const char* oldList =
-        "EDAA EDBB EDGG EDZJ EDZK EDZL EDZM EDZN EDZO EDZP EDZQ ";
-
-private:
     std::mutex mutex_;
     Answer answer_;
     std::string ifModifiedSince_;
-    std::optional<platform::CurlURLSessions> sessions_;
 };
 
 TEST_F(CatalogueTest, AnUpdateIsShownKeptAndToldAndCanBeUndone) {
@@ -281,7 +252,7 @@ TEST_F(CatalogueTest, AStoppedUpdateNeverHappens) {
     EXPECT_EQ(words(), "Stopped. The catalogue stays as it is.");
     EXPECT_FALSE(part<QProgressBar>("working").isVisible());
     server.gates.open("table");
-    runUntil("the end of every request", [this] { return openRequests() == 0; });
+    await("the end of every request", [this] { return openRequests() == 0; });
     EXPECT_EQ(words(), "Stopped. The catalogue stays as it is.");
     answer({404, "", ""});
     EXPECT_THAT(updated(), HasSubstr("404"));
@@ -311,7 +282,7 @@ TEST_F(CatalogueTest, AnOpenedListCanBecomeTheCatalogue) {
                                "39 52N  104 40W 1656   X     T     A    7 US\n")
             .string()));
     child<QPushButton>("parserIt").click();
-    runUntil("the list", [this] { return listed() == "KZZQ "; });
+    await("the list", [this] { return listed() == "KZZQ "; });
     entry("Use as My Catalogue…").trigger();
     EXPECT_THAT(words(), StartsWith("Use the opened list as your catalogue?"));
     EXPECT_FALSE(own.isThere());

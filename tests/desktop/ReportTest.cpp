@@ -3,15 +3,11 @@
 #include "desktop/report/ReportPage.h"
 #include "desktop/report/ReportText.h"
 #include "desktop/report/TafBar.h"
-#include "platform/archive/KeyedArchiver.h"
-#include "platform/net/URLSession.h"
 #include "tests/support/Reports.h"
-#include "tests/support/RunningProgram.h"
+#include "tests/support/ServedProgram.h"
 #include "tests/support/Stations.h"
-#include "tests/support/WeatherServer.h"
 
 #include <QAccessible>
-#include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -31,42 +27,17 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 /// The Report and Trend tabs of the real window, fed by a real server.
-class ReportTest : public ::testing::Test, protected support::RunningProgram {
+class ReportTest : public support::ServedProgram {
 protected:
-    ReportTest() {
-        EXPECT_TRUE(platform::KeyedArchiver::archiveRootObject(
-            makeCollection({{"KAAA", "ALPHA", "ALABAMA", 33.18, -86.78},
-                            {"KBBB", "BRAVO", "ALABAMA", 34.18, -86.78},
-                            {"KCCC", "CHARLIE", "ALABAMA", 35.18, -86.78},
-                            {"    ", "NAMELESS", "ALABAMA", 36.18, -86.78}}),
-            (fake.folder / "resources/Stations.STNPKG").string()));
-        fake.userDefaults.setObject(server.authority(), "dataserverhost");
-        begin();
+    ReportTest()
+        : ServedProgram(
+              [this](const auto& request, auto& response) { answer(request, response); }) {
+        setCatalogue(makeCollection({{"KAAA", "ALPHA", "ALABAMA", 33.18, -86.78},
+                                     {"KBBB", "BRAVO", "ALABAMA", 34.18, -86.78},
+                                     {"KCCC", "CHARLIE", "ALABAMA", 35.18, -86.78},
+                                     {"    ", "NAMELESS", "ALABAMA", 36.18, -86.78}}));
     }
-    ~ReportTest() override { end(); }
 
-    void begin() {
-        auto options = server.options();
-        options.date = [this] { return fake.clock.now(); };
-        sessions_.emplace(fake.notificationCenter, options);
-        start(*sessions_);
-    }
-    void end() {
-        server.gates.openAll();
-        sessions_->stop();
-        stop();
-    }
-    /// Runs the program until the condition holds.
-    template <typename Condition>
-    void await(const char* what, Condition hasCome) {
-        EXPECT_TRUE(QTest::qWaitFor(
-            [&] {
-                fake.mainThread.run();
-                return hasCome();
-            },
-            60'000))
-            << what << " did not come in time";
-    }
     void awaitStatus(const char* part) {
         await(part, [&] { return label("Report status").find(part) != std::string::npos; });
     }
@@ -99,12 +70,12 @@ protected:
         const auto* found = shown<desktop::ReportText>(name);
         return found != nullptr ? found->toPlainText().toStdString() : "";
     }
-    static std::string copied() { return QGuiApplication::clipboard()->text().toStdString(); }
 
     std::atomic<const char*> mode = "";
     std::atomic<const char*> change = "";
-    support::WeatherServer server{[this](const httplib::Request& request,
-                                         httplib::Response& response) {
+
+private:
+    void answer(const httplib::Request& request, httplib::Response& response) {
         const bool isHistory = request.has_param("hours");
         const bool isMetar = isHistory || request.get_param_value("dataSource") == "metars";
         const std::string station = request.get_param_value(isHistory ? "ids" : "stationString");
@@ -116,10 +87,7 @@ protected:
                                               : tafReply(station, change),
                              "text/xml");
         response.status = how == "refuse" ? 429 : 200;
-    }};
-
-private:
-    std::optional<platform::CurlURLSessions> sessions_;
+    }
 };
 
 class ReportOrderTest : public ReportTest,

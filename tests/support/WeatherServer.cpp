@@ -57,7 +57,10 @@ WeatherServer::WeatherServer(Answer answer, Kind kind)
     thread_ = std::thread([this] { server_->listen_after_bind(); });
 }
 
-WeatherServer::~WeatherServer() {
+void WeatherServer::stop() {
+    if (!thread_.joinable()) {
+        return;
+    }
     gates.openAll();
     // A server that is stopped before it listens would listen for ever.
     waitUntil("the start of the server", [this] { return server_->is_running(); });

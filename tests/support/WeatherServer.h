@@ -50,8 +50,7 @@ private:
 inline const std::string defaultServer = "https://aviationweather.gov/";
 
 /// A web server on its own loopback port. For https it has a throwaway certificate, valid for
-/// "localhost" and the default data server, that only `options()` trust. The destructor opens all
-/// gates and waits for every answer.
+/// "localhost" and the default data server, that only `options()` trust.
 class WeatherServer {
 public:
     using Answer = std::function<void(const httplib::Request&, httplib::Response&)>;
@@ -59,10 +58,12 @@ public:
 
     /// `answer` may be called on several threads at once.
     explicit WeatherServer(Answer answer, Kind kind = https);
-    ~WeatherServer();
+    ~WeatherServer() { stop(); }
     WeatherServer(const WeatherServer&) = delete;
     WeatherServer& operator=(const WeatherServer&) = delete;
 
+    /// Opens all gates and waits for every answer.
+    void stop();
     /// "localhost", a colon and the port.
     [[nodiscard]] const std::string& authority() const { return authority_; }
     /// Options for sessions that trust only this server.
