@@ -34,8 +34,11 @@ FavoritesFile::Identifiers FavoritesFile::load() {
 
 void FavoritesFile::keep(const Identifiers& identifiers) {
     const std::string draft = path(draftName);
-    if (isLoaded_ && !isBarred_ && !write(identifiers, draft) &&
-        !std::exchange(hasFailedToKeep_, true)) {
+    if (!isLoaded_) {
+        return;
+    }
+    const bool wasKept = std::exchange(isKept_, !isBarred_ && write(identifiers, draft));
+    if (wasKept && !isKept_ && !isBarred_) {
         host_.log.line(draft + " cannot be written");
     }
 }

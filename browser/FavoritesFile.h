@@ -22,8 +22,10 @@ public:
     /// written before this has been called.
     [[nodiscard]] Identifiers load();
 
-    /// Writes the draft. Only the first failure is logged, in one line.
+    /// Writes the draft. Of failures in a row the first is logged, in one line.
     void keep(const Identifiers& identifiers);
+    /// Whether the last change is on the disk.
+    [[nodiscard]] bool isKept() const { return isKept_; }
     /// Writes the file and, if that succeeds, removes the draft.
     void save(const Identifiers& identifiers);
 
@@ -37,5 +39,5 @@ private:
     bool isLoaded_ = false;
     /// Set if an unreadable file could not be renamed, and so must not be overwritten.
     bool isBarred_ = false;
-    bool hasFailedToKeep_ = false;
+    bool isKept_ = true;
 };

@@ -182,6 +182,8 @@ public:
     /// Changes nothing else.
     void requestSelectedWeather();
     void saveFavorites();
+    /// False if the last change of a mark could not be stored, as on a full disk.
+    [[nodiscard]] bool keepsFavorites() const { return favoritesFile_.isKept(); }
     void loadFavorites();
     /// Sets a menu item's title and returns whether the item is enabled.
     [[nodiscard]] bool validateMenuItem(platform::MenuItem& item);

@@ -178,6 +178,7 @@ SCStationWindow::SCStationWindow(SCStationWindowController& controller, platform
         views_->nearest->refreshSoon();
         views_->notices->refreshSoon();
     });
+    ui.favoriteFault->hide();
     bindFilterLine();
     bindSearch(host);
     bindMap(host);
@@ -355,6 +356,7 @@ void SCStationWindow::favoritesChanged() {
     }
     views_->reports->refreshSoon();
     views_->notices->favoritesChanged();
+    views_->ui.favoriteFault->setVisible(!controller_.keepsFavorites());
 }
 
 void SCStationWindow::showReportsOf(const AviationWeatherStation* station) {

@@ -17,6 +17,7 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <set>
 
 namespace {
@@ -52,6 +53,21 @@ TEST_F(StationWindowTest, ShowsAHintUntilThereAreStations) {
     const int rows = child<QTableView>("table").model()->rowCount();
     EXPECT_GT(rows, 1000);
     EXPECT_EQ(child<QLabel>("words").text(), QStringLiteral("%1 stations").arg(rows));
+}
+
+TEST_F(StationWindowTest, SaysWhileMarksCannotBeStored) {
+    openList();
+    const auto inTheWay = fake.folder / "support/nosig/kzrfavorites.draft.kzrfv";
+    const auto& fault = child<QLabel>("favoriteFault");
+    child<QTableView>("table").selectRow(0);
+    for (const bool isBlocked : {true, true, false}) {
+        std::filesystem::remove_all(inTheWay);
+        if (isBlocked) {
+            std::filesystem::create_directories(inTheWay / "blocked");
+        }
+        QTest::keyClick(&child<QTableView>("table"), Qt::Key_D, Qt::ControlModifier);
+        EXPECT_EQ(fault.isVisible(), isBlocked);
+    }
 }
 
 TEST_F(StationWindowTest, NoTwoControlsShareAnAccessKey) {
