@@ -19,7 +19,8 @@ using namespace std::string_view_literals;
 constexpr std::uint64_t longestFile = std::uint64_t{1} << 30;
 constexpr std::size_t shortestStationLine = 83;
 
-// The parser's columns. `synopEnd` is one past the index.
+/// The parser's columns. `synopEnd` is one past the index.
+namespace column {
 constexpr std::size_t name = 3;
 constexpr std::size_t nameWidth = 16;
 constexpr std::size_t icao = 20;
@@ -30,10 +31,7 @@ constexpr std::size_t synop = 31;
 constexpr std::size_t synopEnd = 36;
 constexpr std::size_t latitudeLetter = 44;
 constexpr std::size_t longitudeLetter = 53;
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
+} // namespace column
 
 /// Calls `take(line, isStation)` for each line, where `isStation` says whether the parser takes it
 /// for a station's.
@@ -63,8 +61,8 @@ void forEachStationLine(Text& text, Take take) {
 
 bool hasPosition(std::string_view line) {
     return line.size() >= shortestStationLine &&
-           "NS"sv.find(line[latitudeLetter]) != std::string_view::npos &&
-           "EW"sv.find(line[longitudeLetter]) != std::string_view::npos;
+           "NS"sv.find(line[column::latitudeLetter]) != std::string_view::npos &&
+           "EW"sv.find(line[column::longitudeLetter]) != std::string_view::npos;
 }
 
 bool isContinuation(char unit) {
@@ -79,11 +77,11 @@ std::size_t pushOfName(std::string_view line) {
     }
     std::size_t at = 0;
     for (std::size_t column = 0; at < line.size(); ++at) {
-        if (!isContinuation(line[at]) && column++ == icao) {
+        if (!isContinuation(line[at]) && column++ == column::icao) {
             break;
         }
     }
-    const std::size_t push = at - std::min(at, icao);
+    const std::size_t push = at - std::min(at, column::icao);
     return push > 0 && hasPosition(line.substr(push)) ? push : 0;
 }
 
@@ -95,12 +93,12 @@ std::string inByteColumns(std::string_view text) {
         std::string_view line(span.data(), span.size());
         const std::size_t push = isStation ? pushOfName(line) : 0;
         if (push > 0) {
-            std::size_t end = name + nameWidth;
+            std::size_t end = column::name + column::nameWidth;
             while (isContinuation(line[end])) {
                 --end;
             }
-            result.append(line.substr(0, end)).append(icao - end, ' ');
-            line.remove_prefix(icao + push);
+            result.append(line.substr(0, end)).append(column::icao - end, ' ');
+            line.remove_prefix(column::icao + push);
         }
         result.append(line).append(1, '\n');
     });
@@ -111,7 +109,8 @@ std::string inByteColumns(std::string_view text) {
 }
 
 bool isShifted(std::span<const char> line) {
-    return isDigit(line[synopEnd]) || (line[iata] == ' ' && line[synop] == ' ');
+    return platform::isDigit(line[column::synopEnd]) ||
+           (line[column::iata] == ' ' && line[column::synop] == ' ');
 }
 
 bool isShiftedThroughout(std::string_view text) {
@@ -121,16 +120,19 @@ bool isShiftedThroughout(std::string_view text) {
     std::size_t shiftedIndexes = 0;
     forEachStationLine(text, [&](std::span<const char> line) {
         ++lines;
-        openLines += line[iata] == ' ' && line[synop] == ' ' ? 1 : 0;
-        shiftedIndexes += isDigit(line[synopEnd]) ? 1 : 0;
-        indexes += isDigit(line[synopEnd]) || isDigit(line[synopEnd - 1]) ? 1 : 0;
+        openLines += line[column::iata] == ' ' && line[column::synop] == ' ' ? 1 : 0;
+        shiftedIndexes += platform::isDigit(line[column::synopEnd]) ? 1 : 0;
+        indexes += platform::isDigit(line[column::synopEnd]) ||
+                           platform::isDigit(line[column::synopEnd - 1])
+                       ? 1
+                       : 0;
     });
     return shiftedIndexes > 0 && 10 * shiftedIndexes >= 9 * indexes && 10 * openLines >= 9 * lines;
 }
 
 bool fits(std::string_view line) {
-    return hasPosition(line) && line[blankBeforeIata] == ' ' && line[blankBeforeSynop] == ' ' &&
-           line[synopEnd] == ' ';
+    return hasPosition(line) && line[column::blankBeforeIata] == ' ' &&
+           line[column::blankBeforeSynop] == ' ' && line[column::synopEnd] == ' ';
 }
 
 /// Carriage returns before a line feed are part of it; each of the others ends a line.
@@ -202,7 +204,8 @@ ListText alignedList(std::string text) {
     if (isShiftedThroughout(list.text)) {
         forEachStationLine(list.text, [&](std::span<char> line) {
             if (isShifted(line)) {
-                const auto columns = line.subspan(blankBeforeIata, synopEnd + 1 - blankBeforeIata);
+                const auto columns = line.subspan(column::blankBeforeIata,
+                                                  column::synopEnd + 1 - column::blankBeforeIata);
                 std::rotate(columns.begin(), columns.begin() + 1, columns.end());
                 ++list.realignedLines;
             }

@@ -12,18 +12,11 @@
 namespace catalogue {
 namespace {
 
-bool isLetter(char c) {
-    return c >= 'A' && c <= 'Z';
-}
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 bool isIdentifier(std::string_view word) {
     constexpr std::size_t length = 4;
-    return word.size() == length && isLetter(word.front()) &&
-           std::ranges::all_of(word, [](char c) { return isLetter(c) || isDigit(c); });
+    return word.size() == length && platform::isCapital(word.front()) &&
+           std::ranges::all_of(
+               word, [](char c) { return platform::isCapital(c) || platform::isDigit(c); });
 }
 
 std::string upperCased(std::string_view word) {

@@ -18,10 +18,6 @@ constexpr std::size_t leastText = 90;
 /// The parse ends at a line that starts fewer bytes than this before the end of the text.
 constexpr std::size_t leastRest = 84;
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 /// The fields of one line, at fixed columns; bytes past the end read as blanks.
 class Columns {
 public:
@@ -53,7 +49,7 @@ public:
         at += isNegative ? 1 : 0;
         const std::size_t firstDigit = at;
         int value = 0;
-        for (; at < end && isDigit(code(at)); ++at) {
+        for (; at < end && platform::isDigit(code(at)); ++at) {
             value = value * 10 + (code(at) - '0');
         }
         if (at == firstDigit) {
@@ -62,7 +58,7 @@ public:
         if (at < end && code(at) == '.') {
             do {
                 ++at;
-            } while (at < end && isDigit(code(at)));
+            } while (at < end && platform::isDigit(code(at)));
         }
         while (at < end && code(at) == ' ') {
             ++at;
@@ -127,7 +123,7 @@ void stationparser::walk(std::string_view text, StationArray& stations) {
         const std::string_view rest = text.substr(start);
         if (rest.starts_with('\n')) {
             const std::string_view header = rest.substr(1);
-            const auto digit = std::ranges::find_if(header, isDigit);
+            const auto digit = std::ranges::find_if(header, platform::isDigit);
             if (digit == header.end()) {
                 error_ = true;
                 return;

@@ -170,7 +170,7 @@ std::string categoryInWords(Category category) {
 }
 
 /// The least and the greatest of the values that there are.
-class Range {
+class Extremes {
 public:
     void add(std::optional<double> value) {
         if (value) {
@@ -354,7 +354,7 @@ std::string trendInWords(std::span<const Metar> metars) {
     if (metars.empty()) {
         return {};
     }
-    Range temperature, dewPoint, wind, gust, pressure;
+    Extremes temperature, dewPoint, wind, gust, pressure;
     std::optional<Ceiling> lowest;
     std::optional<Visibility> shortest;
     Category worst = Category::unknown;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "reports/RawText.h"
 
+#include "platform/text/Text.h"
 #include "platform/values/Units.h"
 
 #include <algorithm>
@@ -14,7 +15,7 @@ namespace {
 using platform::metresPerMile;
 
 bool isDigits(std::string_view text) {
-    return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
+    return !text.empty() && std::ranges::all_of(text, platform::isDigit);
 }
 
 int number(std::string_view digits) {

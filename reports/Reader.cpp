@@ -40,8 +40,7 @@ std::optional<Date> dateOf(std::string_view text) {
         return {};
     }
     for (std::size_t i = 0; i < form.size(); ++i) {
-        const bool isDigit = text[i] >= '0' && text[i] <= '9';
-        if (form[i] == '0' ? !isDigit : text[i] != form[i]) {
+        if (form[i] == '0' ? !platform::isDigit(text[i]) : text[i] != form[i]) {
             return {};
         }
     }

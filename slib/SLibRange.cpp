@@ -12,8 +12,8 @@ namespace {
 constexpr const char* startKey = "start";
 constexpr const char* endKey = "end";
 constexpr const char* spanKey = "span";
-constexpr const char* nameKey = "name";
-constexpr const char* descriptionKey = "desc";
+constexpr const char* rangeNameKey = "name";
+constexpr const char* rangeDescriptionKey = "desc";
 
 } // namespace
 
@@ -21,8 +21,8 @@ SLibRange::SLibRange(std::uint64_t first, std::uint64_t last, std::uint64_t coun
     : start(first), end(last), span(count) {}
 
 SLibRange::SLibRange(platform::KeyedUnarchiver& coder)
-    : SLibObject(GRACompare{unitTypeOf("GRLS")}, coder.decodeText(nameKey),
-                 coder.decodeText(descriptionKey)),
+    : SLibObject(GRACompare{unitTypeOf("GRLS")}, coder.decodeText(rangeNameKey),
+                 coder.decodeText(rangeDescriptionKey)),
       start(static_cast<std::uint64_t>(coder.decodeInteger(startKey))),
       end(static_cast<std::uint64_t>(coder.decodeInteger(endKey))),
       span(static_cast<std::uint64_t>(coder.decodeInteger(spanKey))) {}
@@ -70,6 +70,6 @@ void SLibRange::encodeWithCoder(platform::KeyedArchiver& coder) const {
     coder.encodeInteger(static_cast<std::int64_t>(start), startKey);
     coder.encodeInteger(static_cast<std::int64_t>(end), endKey);
     coder.encodeInteger(static_cast<std::int64_t>(span), spanKey);
-    coder.encodeText(name(), nameKey);
-    coder.encodeText(description(), descriptionKey);
+    coder.encodeText(name(), rangeNameKey);
+    coder.encodeText(description(), rangeDescriptionKey);
 }

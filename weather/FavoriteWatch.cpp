@@ -17,13 +17,13 @@ using namespace std::chrono_literals;
 using platform::Date;
 using reports::Category;
 
-constexpr const char* setting = "favoritenotices";
+constexpr const char* watchSetting = "favoritenotices";
 constexpr auto minute = 1min;
 /// Without a look for so long, the computer slept or its clock was set.
 constexpr auto gap = 3min;
 /// Replies come one by one, and what they bring is to be one notice: a look waits for the open
 /// requests, but not for ever.
-constexpr auto step = 2s;
+constexpr auto watchStep = 2s;
 constexpr int mostWaits = 30;
 /// A notice that fills the screen helps nobody.
 constexpr std::size_t mostLines = 8;
@@ -78,7 +78,7 @@ FavoriteWatch::FavoriteWatch(platform::Host& host, reports::Store& store, WorldW
       store_(store),
       world_(world),
       sources_(std::move(sources)),
-      isOn_(platform::integerOf(host.userDefaults.objectForKey(setting)) == 1),
+      isOn_(platform::integerOf(host.userDefaults.objectForKey(watchSetting)) == 1),
       since_(host.clock.now()),
       awakeSince_(since_),
       lastLook_(since_) {
@@ -102,7 +102,7 @@ FavoriteWatch::~FavoriteWatch() {
 void FavoriteWatch::setOn(bool on) {
     if (on != isOn_) {
         isOn_ = on;
-        host_.userDefaults.setObject(platform::Number(on ? 1 : 0), setting);
+        host_.userDefaults.setObject(platform::Number(on ? 1 : 0), watchSetting);
         start();
     }
 }
@@ -126,7 +126,7 @@ void FavoriteWatch::lookSoon() {
         return;
     }
     waits_ = 0;
-    soon_ = host_.timers.scheduleRepeating(step, [this] {
+    soon_ = host_.timers.scheduleRepeating(watchStep, [this] {
         if (host_.urlSessions.openRequests() == 0 || ++waits_ > mostWaits) {
             soon_.reset();
             look();

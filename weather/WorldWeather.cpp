@@ -18,9 +18,9 @@ using namespace std::chrono_literals;
 using reports::Answer;
 using Ending = Answer::Ending;
 
-constexpr const char* setting = "worldweather";
+constexpr const char* worldSetting = "worldweather";
 /// How often it is looked whether a file is due.
-constexpr auto step = 15s;
+constexpr auto worldStep = 15s;
 constexpr double bytesInMegabyte = 1e6;
 
 struct Collector final : reports::Receiver {
@@ -105,8 +105,8 @@ std::string timeOf(platform::Date date) {
 WorldWeather::WorldWeather(platform::Host& host, reports::Store& store)
     : host_(host),
       store_(store),
-      isOn_(platform::integerOf(host.userDefaults.objectForKey(setting)) == 1),
-      minutes_(host.timers.scheduleRepeating(step, [this] { fetchWhatIsDue(); })),
+      isOn_(platform::integerOf(host.userDefaults.objectForKey(worldSetting)) == 1),
+      minutes_(host.timers.scheduleRepeating(worldStep, [this] { fetchWhatIsDue(); })),
       storeChanges_(host.notificationCenter.addObserver(
           reports::Store::didChange,
           [this, &host, alive = std::weak_ptr(queue_)](const platform::Notification&) {
@@ -118,7 +118,7 @@ WorldWeather::~WorldWeather() = default;
 void WorldWeather::setOn(bool on) {
     if (on != isOn_) {
         isOn_ = on;
-        host_.userDefaults.setObject(platform::Number(on ? 1 : 0), setting);
+        host_.userDefaults.setObject(platform::Number(on ? 1 : 0), worldSetting);
         fetchWhatIsDue();
         post();
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/table/ServiceTable.h"
 
+#include "platform/text/Text.h"
 #include "platform/values/Geodesy.h"
 #include "slib/DataCompression.h"
 
@@ -26,17 +27,10 @@ constexpr std::size_t mostRows = 100'000;
 /// Longer texts are no names; the table's longest has 36 bytes.
 constexpr std::size_t longestText = 200;
 
-bool isCapital(char c) {
-    return c >= 'A' && c <= 'Z';
-}
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 bool isIdentifier(std::string_view text) {
-    return text.size() == 4 && isCapital(text[0]) &&
-           std::ranges::all_of(text, [](char c) { return isCapital(c) || isDigit(c); });
+    return text.size() == 4 && platform::isCapital(text[0]) &&
+           std::ranges::all_of(
+               text, [](char c) { return platform::isCapital(c) || platform::isDigit(c); });
 }
 
 template <typename Is>
@@ -154,8 +148,8 @@ private:
         } else {
             row_.latitude = *latitude_;
             row_.longitude = *longitude_;
-            row_.iata = textThat(std::move(row_.iata), 3, isCapital);
-            row_.wmo = textThat(std::move(row_.wmo), 5, isDigit);
+            row_.iata = textThat(std::move(row_.iata), 3, platform::isCapital);
+            row_.wmo = textThat(std::move(row_.wmo), 5, platform::isDigit);
             table_.withoutElevation += row_.elevation ? 0 : 1;
             table_.rows.push_back(std::move(row_));
         }

@@ -20,6 +20,14 @@ namespace platform {
     return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
 }
 
+[[nodiscard]] constexpr bool isDigit(char byte) {
+    return byte >= '0' && byte <= '9';
+}
+/// Whether it is a letter from A to Z.
+[[nodiscard]] constexpr bool isCapital(char byte) {
+    return byte >= 'A' && byte <= 'Z';
+}
+
 [[nodiscard]] bool isValidUtf8(std::string_view bytes);
 /// Replaces each malformed byte sequence, delimited as Unicode recommends, by one U+FFFD.
 [[nodiscard]] std::string repairedUtf8(std::string_view bytes);
