@@ -10,7 +10,7 @@ namespace reports {
 std::string grouped(int number) {
     std::string text = std::to_string(std::abs(number));
     for (std::size_t at = text.size(); at > 3; at -= 3) {
-        text.insert(at - 3, ",");
+        text.insert(at - 3, 1, ',');
     }
     return (number < 0 ? "-" : "") + text;
 }
