@@ -119,7 +119,10 @@ public:
         ::close(ends[1]);
         std::array<char, 1024> text{};
         const auto length = ::read(ends[0], text.data(), text.size());
-        const std::string said(text.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
+        if (length <= 0) {
+            throw std::runtime_error("no server");
+        }
+        const std::string said(text.data(), static_cast<std::size_t>(length));
         authority = said.substr(0, said.find(' '));
         certificate = said.substr(said.find(' ') + 1);
         ::close(ends[0]);
@@ -139,8 +142,9 @@ private:
     /// The file of every station's report: what the program keeps of each is there from the start.
     static std::string world(const std::function<std::string(const std::string&)>& reply) {
         std::vector<std::string> replies;
-        for (const auto& station :
-             *catalogue::readPackage(NOSIG_BINARY_DIR "/share/nosig/Stations.STNPKG")->stations) {
+        const auto catalogue =
+            catalogue::readPackage(NOSIG_BINARY_DIR "/share/nosig/Stations.STNPKG");
+        for (const auto& station : *catalogue->stations) {
             replies.push_back(reply(std::string(platform::trimmed(station->ICAO.value_or("")))));
         }
         return support::gzip(support::joined(replies));
