@@ -30,7 +30,6 @@ WorldSwitch::WorldSwitch(const Sources& sources, const Places& places)
       sources_(sources),
       places_(places),
       reportsSoon_(new QTimer(this)),
-      minutes_(sources.host.timers.scheduleRepeating(1min, [this] { showReports(); })),
       changes_(sources.host.notificationCenter.addObserver(
           weather::WorldWeather::didChange,
           [this, &host = sources.host,
@@ -53,6 +52,8 @@ void WorldSwitch::turn(bool on) {
     places_.entry.setChecked(on);
     places_.button.setChecked(on);
     sources_.world.setOn(on);
+    minutes_ =
+        on ? sources_.host.timers.scheduleRepeating(1min, [this] { showReports(); }) : nullptr;
     places_.stations.table.setWeather(
         on ? std::optional(
                  StationTable::Weather{[&store = sources_.store](const std::string& identifier) {

@@ -56,6 +56,7 @@ private:
     QTimer* reportsSoon_;
     /// Work for this object is dropped once it is gone.
     std::shared_ptr<void> alive_ = std::make_shared<int>();
+    /// Absent while it is off.
     std::unique_ptr<platform::Timer> minutes_;
     platform::NotificationCenter::Token changes_;
 };

@@ -35,6 +35,10 @@ protected:
             return address.find("/data/cache/metars") != std::string::npos;
         });
     }
+    /// Of those that wake the program every minute.
+    std::ptrdiff_t timers() {
+        return std::ranges::count(fake.timers.runningIntervals(), std::chrono::minutes(1));
+    }
 };
 
 TEST_F(WorldSwitchTest, ShowsEveryStationsWeatherWhileItIsOnAndRemembersThat) {
@@ -42,11 +46,13 @@ TEST_F(WorldSwitchTest, ShowsEveryStationsWeatherWhileItIsOnAndRemembersThat) {
     EXPECT_FALSE(asksForTheWorld());
     EXPECT_EQ(column("Category"), -1);
     EXPECT_TRUE(child<QLabel>("worldStatus").isHidden());
+    EXPECT_EQ(timers(), 0);
 
     QTest::keyClick(&child<QTableView>("table"), Qt::Key_W,
                     Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_TRUE(child<QPushButton>("worldWeather").isChecked());
     EXPECT_TRUE(asksForTheWorld());
+    EXPECT_EQ(timers(), 1) << "reports grow old";
     EXPECT_TRUE(
         fake.urlSessions.answer("metars.cache", support::gzip(support::metarReply("KJFK"))));
     const auto category = [&] {
@@ -72,6 +78,10 @@ TEST_F(WorldSwitchTest, ShowsEveryStationsWeatherWhileItIsOnAndRemembersThat) {
     EXPECT_FALSE(entry().isChecked());
     EXPECT_EQ(column("Category"), -1);
     EXPECT_TRUE(child<QLabel>("worldStatus").isHidden());
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        fake.mainThread.run();
+        return timers() == 0;
+    }));
     stop();
 }
 
