@@ -9,9 +9,11 @@
 #include <QAction>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QPixmapCache>
 #include <QPushButton>
 #include <QTableView>
 #include <fmt/format.h>
+#include <malloc.h>
 #include <pthread.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -25,6 +27,7 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <random>
 
 namespace {
@@ -32,6 +35,19 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int parts = 10;
+
+/// In mebibytes, after the first part: of memory in use, and of what the allocator holds besides.
+/// The toolkit never forgets the names of its pictures of controls, which differ with each palette
+/// and size: 5 of these in a day.
+constexpr double mostLeft = 8;
+constexpr double mostScattered = 12;
+
+/// In milliseconds. A build that is not optimised says nothing about the program that users run.
+#ifdef __OPTIMIZE__
+constexpr double longestHold = 50;
+#else
+constexpr double longestHold = std::numeric_limits<double>::infinity();
+#endif
 
 /// The share of a whole day's work that is done, one over this.
 int share() {
@@ -46,20 +62,26 @@ double processorMilliseconds() {
 }
 
 /// The longest that anything has held the main thread, in milliseconds of the processor, which do
-/// not depend on what else the machine does.
+/// not depend on what else the machine does. What is watched within something else counts as part
+/// of that.
 class Watchdog {
 public:
     template <typename Work>
     void watch(const std::string& what, Work work) {
+        const bool isPart = std::exchange(isWatching_, true);
         const double begin = processorMilliseconds();
         work();
-        double& worst = worst_[what];
-        worst = std::max(worst, processorMilliseconds() - begin);
+        if (!isPart) {
+            double& worst = worst_[what];
+            worst = std::max(worst, processorMilliseconds() - begin);
+            isWatching_ = false;
+        }
     }
     [[nodiscard]] const std::map<std::string, double>& worst() const { return worst_; }
 
 private:
     std::map<std::string, double> worst_;
+    bool isWatching_ = false;
 };
 
 Watchdog watchdog;
@@ -70,25 +92,19 @@ public:
     using QApplication::QApplication;
 
     bool notify(QObject* receiver, QEvent* event) override {
-        if (isInside_) {
-            return QApplication::notify(receiver, event);
-        }
-        isInside_ = true;
         bool isHandled = false;
         watchdog.watch(fmt::format("event {} for {}", static_cast<int>(event->type()),
                                    receiver->metaObject()->className()),
                        [&] { isHandled = QApplication::notify(receiver, event); });
-        isInside_ = false;
         return isHandled;
     }
-
-private:
-    bool isInside_ = false;
 };
 
 /// What the process holds of what it might leak.
 struct Held {
-    double mebibytes = 0;
+    /// In mebibytes: of the whole process, and of what was allocated and not freed.
+    double resident = 0;
+    double inUse = 0;
     std::ptrdiff_t threads = 0;
     std::ptrdiff_t files = 0;
 
@@ -100,7 +116,11 @@ struct Held {
         double pages = 0;
         double resident = 0;
         sizes >> pages >> resident;
-        return {resident / 256, count("/proc/self/task"), count("/proc/self/fd")};
+        constexpr double mebibyte = 1 << 20;
+        const auto heap = ::mallinfo2();
+        return {resident * static_cast<double>(::sysconf(_SC_PAGESIZE)) / mebibyte,
+                static_cast<double>(heap.uordblks + heap.hblkhd) / mebibyte,
+                count("/proc/self/task"), count("/proc/self/fd")};
     }
 };
 
@@ -211,21 +231,41 @@ protected:
         watchdog.watch("work for the main thread", [this] { fake.mainThread.run(); });
         QCoreApplication::processEvents();
     }
+    /// Whether the store has what the last request for the file of these reports brought.
+    bool isRead(reports::Kind kind, std::chrono::minutes interval) {
+        const auto all = reports().reportsOf(reports::allStations);
+        const auto& answer = kind == reports::Kind::metar ? all.metarAnswer : all.tafAnswer;
+        return answer && fake.clock.now() - answer->asked < interval;
+    }
     /// Waits until nothing is under way.
     void settle() {
+        using weather::WorldWeather;
         EXPECT_TRUE(QTest::qWaitFor(
             [this] {
                 breathe();
-                return sessions_->openRequests() == 0 && fake.mainThread.queued() == 0;
+                return sessions_->openRequests() == 0 && fake.mainThread.queued() == 0 &&
+                       isRead(reports::Kind::metar, WorldWeather::metarInterval) &&
+                       isRead(reports::Kind::taf, WorldWeather::tafInterval);
             },
             60'000));
+        reports().flush();
+    }
+    void click(const char* button) {
+        watchdog.watch(button, [&] { child<QPushButton>(button).click(); });
+    }
+    /// Settles in the same state whatever was done before: the picture of a window is as large as
+    /// it, and the toolkit's pictures of controls fill their cache sooner or later.
+    void rest() {
+        stations().resize(1000, 700);
+        settle();
+        QPixmapCache::clear();
     }
     int below(int end) { return std::uniform_int_distribution(0, end - 1)(random_); }
 
     void select() {
         auto& table = child<QTableView>("table");
         if (const int rows = table.model()->rowCount(); rows > 0) {
-            table.selectRow(below(rows));
+            watchdog.watch("selecting", [&] { table.selectRow(below(rows)); });
             breathe();
         }
     }
@@ -233,7 +273,7 @@ protected:
         auto& field = child<QLineEdit>("sf");
         for (const char* button : {"searchICAO", "searchName", "searchState"}) {
             if (below(3) == 0) {
-                child<QPushButton>(button).click();
+                click(button);
             }
         }
         for (int letters = 1 + below(4); letters > 0; --letters) {
@@ -241,13 +281,13 @@ protected:
             breathe();
         }
         select();
-        field.clear();
+        watchdog.watch("clearing the search", [&] { field.clear(); });
         breathe();
     }
     void openList() {
         fake.panels.answers.emplace_back(
             platform::URL::file(NOSIG_SOURCE_DIR "/resources/catalogue/stations.txt"));
-        child<QPushButton>("parserIt").click();
+        click("parserIt");
         EXPECT_TRUE(QTest::qWaitFor(
             [this] {
                 breathe();
@@ -259,11 +299,14 @@ protected:
         QPalette palette = QApplication::palette();
         palette.setColor(QPalette::Window, below(2) == 0 ? Qt::black : Qt::white);
         palette.setColor(QPalette::WindowText, below(2) == 0 ? Qt::white : Qt::black);
-        QApplication::setPalette(palette);
-        stations().resize(700 + below(900), 450 + below(600));
+        watchdog.watch("another palette", [&] { QApplication::setPalette(palette); });
+        watchdog.watch("another size",
+                       [&] { stations().resize(700 + below(900), 450 + below(600)); });
         breathe();
     }
     void passMinute() {
+        // Nothing takes that long.
+        settle();
         fake.clock.time = fake.clock.now() + 1min;
         watchdog.watch("timers", [this] { fake.timers.fire(); });
         breathe();
@@ -274,8 +317,7 @@ private:
     std::optional<platform::CurlURLSessions> sessions_;
 };
 
-/// Memory and the longest that anything held the window are printed, for somebody to judge.
-TEST_F(DayOfUse, LeavesNoThreadAndNoFileBehind) {
+TEST_F(DayOfUse, LeavesNothingBehindAndNeverHoldsTheWindowLong) {
     const auto times = [](int all) { return std::max(1, all / parts / share()); };
     std::vector<Held> held;
     for (int part = 0; part < parts; ++part) {
@@ -294,18 +336,24 @@ TEST_F(DayOfUse, LeavesNoThreadAndNoFileBehind) {
         for (int i = 0; i < times(24 * 60); ++i) {
             passMinute();
         }
-        settle();
-        held.push_back(Held::now());
-        fmt::print("part {}: {:.1f} MiB, {} threads, {} files\n", part, held.back().mebibytes,
-                   held.back().threads, held.back().files);
+        rest();
+        const Held& now = held.emplace_back(Held::now());
+        fmt::print("part {}: {:.1f} MiB, {:.1f} of them in use, {} threads, {} files\n", part,
+                   now.resident, now.inUse, now.threads, now.files);
+        std::fflush(stdout);
     }
+    const Held& first = held.front();
+    const Held& last = held.back();
+    EXPECT_LE(last.inUse, first.inUse + mostLeft);
+    EXPECT_LE(last.resident, first.resident + mostLeft + mostScattered);
+    EXPECT_LE(last.threads, first.threads);
+    EXPECT_LE(last.files, first.files + 2);
     for (const auto& [what, milliseconds] : watchdog.worst()) {
         if (milliseconds > 10) {
             fmt::print("{:6.1f} ms  {}\n", milliseconds, what);
         }
+        EXPECT_LE(milliseconds, longestHold) << what;
     }
-    EXPECT_LE(held.back().threads, held.front().threads);
-    EXPECT_LE(held.back().files, held.front().files + 2);
 }
 
 } // namespace

@@ -37,7 +37,7 @@ struct RunningProgram {
     }
 
     [[nodiscard]] AppDelegate& delegate() { return wired_->delegate; }
-    [[nodiscard]] const reports::Store& reports() { return wired_->reports; }
+    [[nodiscard]] reports::Store& reports() { return wired_->reports; }
     /// The window made from the interface file of that name.
     static QMainWindow& window(const char* name) {
         QMainWindow* found = nullptr;
