@@ -231,23 +231,25 @@ protected:
         watchdog.watch("work for the main thread", [this] { fake.mainThread.run(); });
         QCoreApplication::processEvents();
     }
-    /// Whether the store has what the last request for the file of these reports brought.
-    bool isRead(reports::Kind kind, std::chrono::minutes interval) {
-        const auto all = reports().reportsOf(reports::allStations);
-        const auto& answer = kind == reports::Kind::metar ? all.metarAnswer : all.tafAnswer;
-        return answer && fake.clock.now() - answer->asked < interval;
-    }
-    /// Waits until nothing is under way.
+    /// Waits until nothing is under way, and every report that is due has been read and written.
     void settle() {
         using weather::WorldWeather;
+        const auto isRead = [this](const auto& answer, std::chrono::minutes interval) {
+            return answer && fake.clock.now() - answer->asked < interval;
+        };
+        reports::StationReports all;
         EXPECT_TRUE(QTest::qWaitFor(
-            [this] {
+            [&] {
                 breathe();
+                all = reports().reportsOf(reports::allStations);
                 return sessions_->openRequests() == 0 && fake.mainThread.queued() == 0 &&
-                       isRead(reports::Kind::metar, WorldWeather::metarInterval) &&
-                       isRead(reports::Kind::taf, WorldWeather::tafInterval);
+                       isRead(all.metarAnswer, WorldWeather::metarInterval) &&
+                       isRead(all.tafAnswer, WorldWeather::tafInterval);
             },
             60'000));
+        for (const auto& answer : {all.metarAnswer, all.tafAnswer}) {
+            EXPECT_TRUE(answer && answer->ending == reports::Answer::Ending::whole);
+        }
         reports().flush();
     }
     void click(const char* button) {
