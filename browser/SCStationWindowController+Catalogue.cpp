@@ -61,12 +61,16 @@ void SCStationWindowController::parseit() {
     }
     outlets.parserIt->setEnabled(false);
     fileURL_.store(chosen);
-    auto parser = stationparser::initWithNSString(host_.notificationCenter, host_.log,
-                                                  catalogue::readListFile(chosen->path()));
+    auto parser =
+        stationparser::initWithNSString(host_.notificationCenter, host_.log, std::nullopt);
     parser_.store(parser);
     std::erase_if(queues_, [](const auto& queue) { return queue->isIdle(); });
     queues_.push_back(std::make_unique<platform::OperationQueue>());
-    queues_.back()->addOperation(std::move(parser));
+    // Not even the file is read here: a disk may take its time.
+    queues_.back()->addWork([parser = std::move(parser), path = chosen->path()] {
+        parser->masterString = catalogue::readListFile(path);
+        parser->main();
+    });
 }
 
 void SCStationWindowController::parseIsDone(const platform::Notification& /*notification*/) {

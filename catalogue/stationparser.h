@@ -30,7 +30,7 @@ public:
     initWithNSString(platform::NotificationCenter& center, platform::Log& log,
                      std::optional<std::string> text);
 
-    /// The whole list, given at creation. It must not change while a parse runs.
+    /// The whole list. It must not change while a parse runs.
     std::optional<std::string> masterString;
     /// The parse does not use it.
     platform::Guarded<std::shared_ptr<const platform::Data>> fileConents;
