@@ -104,6 +104,11 @@ struct DesktopStage {
         return texts;
     }
     void choose(std::size_t number) { service.choose(number); }
+    [[nodiscard]] bool hasLost(const std::string& title) const {
+        return std::ranges::any_of(log.lines(), [&](const std::string& line) {
+            return line.starts_with("Not shown: " + title + ";");
+        });
+    }
     [[nodiscard]] int changes() const { return changes_; }
 
     SessionBus bus;
@@ -134,6 +139,7 @@ struct FakeStage {
         return texts;
     }
     void choose(std::size_t number) { fake.choose(number); }
+    [[nodiscard]] static bool hasLost(const std::string& /*title*/) { return true; }
     [[nodiscard]] int changes() const { return changes_; }
 
     platform::NotificationCenter center;

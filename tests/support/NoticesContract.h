@@ -12,7 +12,8 @@
 /// tests. A stage has `notices`; `setThere`, which brings the service or takes it away; `settle`,
 /// which returns whether a condition came about; `shown`, which tells what the user sees of each
 /// notice, the title and the lines as one text each; `choose`, by which the user chooses one of
-/// these; and `changes`, the number of posts.
+/// these; `hasLost`, whether a notice with that title will never be shown; and `changes`, the
+/// number of posts.
 namespace support {
 
 template <typename Stage>
@@ -56,6 +57,7 @@ TYPED_TEST_P(NoticesContract, TheServiceMayBeMissingAndMayComeAndGo) {
     seen.notices().prepare();
     EXPECT_TRUE(settles(false, 1));
     this->show("lost");
+    EXPECT_TRUE(seen.settle([&] { return seen.hasLost("lost"); }));
     seen.setThere(true);
     EXPECT_TRUE(settles(true, 2));
     this->show("seen");
@@ -64,6 +66,7 @@ TYPED_TEST_P(NoticesContract, TheServiceMayBeMissingAndMayComeAndGo) {
     seen.setThere(false);
     EXPECT_TRUE(settles(false, 3));
     this->show("lost as well");
+    EXPECT_TRUE(seen.settle([&] { return seen.hasLost("lost as well"); }));
     seen.setThere(true);
     EXPECT_TRUE(settles(true, 4));
     EXPECT_EQ(seen.shown().size(), 1U);
