@@ -67,7 +67,7 @@ std::string wordsOf(std::string_view text) {
 }
 
 constexpr std::size_t priorities = 11;
-constexpr std::size_t ranks = 2 * 2 * priorities;
+constexpr std::size_t ranks = 4 * priorities;
 
 /// Below `ranks`; the lower, the more important.
 std::size_t rankOf(const AviationWeatherStation& station) {

@@ -431,7 +431,7 @@ std::string statusInWords(const StationReports& reports, std::string_view statio
         return fmt::format("Asking {}…", server);
     }
     const auto& [metar, taf, metarAnswer, tafAnswer, open] = reports;
-    const std::string metars =
+    std::string metars =
         metarAnswer ? answerInWords(Kind::metar, station, *metarAnswer, server,
                                     metar ? std::optional(metar->observed) : std::nullopt, now)
                     : fmt::format("No METAR of {} has been asked for yet.", station);

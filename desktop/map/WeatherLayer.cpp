@@ -67,7 +67,7 @@ void WeatherLayer::drawDots(QPainter& painter, std::vector<map::PlacedStation>& 
     const QPointF middle(whole / 2, whole / 2);
     const QRectF frame = grown(state_.frame(), whole, whole);
     const DotColors colors{state_.scheme.land, state_.scheme.dotRim, state_.scheme.name};
-    for (std::size_t layer = 0; layer < layers_.size(); ++layer) {
+    for (const map::StationIndex& layer : layers_) {
         std::array<QPixmap, 2> pictures;
         const auto pictureOf = [&](const StationWeather& weather) -> const QPixmap& {
             QPixmap& picture = pictures[weather.isOld];
@@ -81,7 +81,7 @@ void WeatherLayer::drawDots(QPainter& painter, std::vector<map::PlacedStation>& 
             return picture;
         };
         const auto first = static_cast<std::ptrdiff_t>(shown.size());
-        layers_[layer].add(view.seen(), leastApart / view.scale(), shown);
+        layer.add(view.seen(), leastApart / view.scale(), shown);
         for (auto station = shown.begin() + first; station != shown.end(); ++station) {
             const auto point = view.toScreen(station->point);
             if (point && frame.contains(point->x, point->y)) {
