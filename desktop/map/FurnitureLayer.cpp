@@ -217,8 +217,9 @@ FurnitureLayer::Legend FurnitureLayer::legend() const {
                               (hasWords ? word + legendGap : 0),
                           metrics.height() + 2);
         for (const int columns : {1, 2, 3, legendSize}) {
+            const int rows = legendSize / columns;
             QRectF place(edge, edge, columns * cell.width() + legendGap,
-                         legendSize / columns * cell.height() + padding);
+                         rows * cell.height() + padding);
             const bool isInside = place.right() + edge <= state_.frame().right() &&
                                   place.bottom() + edge <= state_.frame().bottom();
             if (isInside && take(others, place)) {
