@@ -146,7 +146,7 @@ void stationparser::walk(std::string_view text, StationArray& stations) {
             }
             captureStation(rest, stations);
         }
-        at = start + 1;
+        at = start;
     }
 }
 
