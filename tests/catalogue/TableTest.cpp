@@ -61,10 +61,10 @@ TEST(StationTable, KnowsARowWithoutWhatItNeedsAndDistrustsTheRest) {
         {R"("icaoId":"LFZZ","lat":0,"lon":0)", "position"},
         {R"("icaoId":"LFZZ","lat":"1.5")", "position"},
         {R"("icaoId":"LFZZ","lat":null)", "position"},
-        {R"("icaoId":"LFZZ","lat":0,"lon":-180)", "LFZZ   3 4"},
-        {R"("icaoId":"LFZZ","elev":9999,"priority":10)", "LFZZ   - -"},
-        {R"("icaoId":"LFZZ","elev":8680,"priority":null)", "LFZZ   - -"},
-        {R"("icaoId":"LFZZ","elev":-3.6,"iataId":"9A","wmoId":"7000")", "LFZZ   -4 4"},
+        {R"("icaoId":"LFZZ","lat":0,"lon":-180,"elev":5999,"priority":9)", "LFZZ   5999 9"},
+        {R"("icaoId":"LFZZ","elev":6000,"priority":10)", "LFZZ   - -"},
+        {R"("icaoId":"LFZZ","elev":-500,"priority":-1)", "LFZZ   - -"},
+        {R"("icaoId":"LFZZ","elev":-3.6,"iataId":"9A","wmoId":"7000","priority":0)", "LFZZ   -4 0"},
         {R"("icaoId":"LFZZ","more":{"icaoId":"LFAA","a":[{"lat":9}]})", "LFZZ   3 4"},
     };
     for (const auto& [fields, kept] : rows) {

@@ -89,6 +89,11 @@ TEST(Tiles, UnitedStatesHaveTheirOwnImagery) {
         {"KJFK", {40.64, -73.78}, true},   {"KSAN", {32.73, -117.19}, true},
         {"KDTW", {42.21, -83.35}, true},   {"PANC", {61.17, -150.0}, true},
         {"PHNL", {21.32, -157.92}, true},  {"TJSJ", {18.44, -66.0}, true},
+        {"KFVE", {47.28, -68.3}, true},    {"KBRO", {25.92, -97.42}, true},
+        {"K8Y8", {48.27, -92.48}, true},   {"KK70", {25.32, -80.28}, true},
+        {"KFTN", {28.22, -100.02}, true},  {"KT89", {29.28, -103.68}, true},
+        {"CWSP", {48.38, -123.92}, false}, {"CWCI", {47.33, -85.8}, false},
+        {"CYWG", {49.91, -97.24}, false},  {"CYZR", {43.0, -82.3}, false},
         {"MMTJ", {32.54, -116.97}, false}, {"EDDM", {48.35, 11.79}, false},
         {"CYQG", {42.28, -82.96}, false},  {"NZSP", {-90, 0}, false},
     };

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "reports/RawText.h"
+#include "platform/values/Units.h"
 #include "reports/Category.h"
 
 #include <gtest/gtest.h>
@@ -61,6 +62,16 @@ TEST(RawText, SkyAndVisibilityOfAMetarAtItsOwnTime) {
               (std::vector<Layer>{{Cover::few, 2900, "TCU"},
                                   {Cover::scattered, 3000, "CB"},
                                   {Cover::broken, {}, ""}}));
+    EXPECT_EQ(rawConditions("22003KT 0100 VV002").verticalVisibility, 200);
+    for (const auto& [raw, metres, isOrMore] : {std::tuple("CAVOK", 10'000, true),
+                                                {"22003KT 9999", 10'000, true},
+                                                {"22003KT 9000NDV", 9000, false},
+                                                {"22003KT 0800", 800, false}}) {
+        EXPECT_EQ(rawConditions(raw).visibility,
+                  (Visibility{metres / platform::metresPerMile, isOrMore}))
+            << raw;
+    }
+    EXPECT_EQ(rawConditions("22003KT 9SM").visibility, (Visibility{9, false}));
 }
 
 TEST(RawText, TafsBreakBeforeTheirChanges) {

@@ -59,6 +59,7 @@ protected:
         }
         std::vector<std::string> lines;
         for (const auto& notice : fake.notices.shown) {
+            title = notice.title;
             lines.insert(lines.end(), notice.lines.begin(), notice.lines.end());
         }
         fake.notices.shown.clear();
@@ -71,6 +72,7 @@ protected:
     StationArray favorites = *makeCollection({{"KAAA", "ALPHA & SONS"}, {"KBBB"}})->stations;
     bool fetchesFavorites = true;
     std::vector<std::string> chosen;
+    std::string title;
     std::optional<FavoriteWatch> watch;
 };
 
@@ -118,6 +120,7 @@ TEST_F(FavoriteWatchTest, TellsOnceThatAFavoriteHasFallenSilent) {
     pass(1min);
     reply("KAAA", {});
     EXPECT_THAT(told(), ElementsAre(HasSubstr("the server has no METAR of it any more")));
+    EXPECT_EQ(title, "A favorite has fallen silent");
     pass(80min);
     reply("KAAA", {});
     EXPECT_THAT(told(), ElementsAre());
@@ -244,18 +247,21 @@ TEST_F(FavoriteWatchTest, PutsWhatComesTogetherIntoOneNoticeTheWorstFirst) {
     EXPECT_THAT(chosen, ElementsAre("K003"));
     (void)told();
 
-    pass(30min);
-    for (const auto& station : favorites) {
-        reply(station->ICAO->c_str(), Category::VFR);
+    for (const auto& [last, heading] : {std::pair("and 3 more", "11 favorites have worsened"),
+                                        {"K010", "9 favorites have worsened"}}) {
+        for (const Category category : {Category::VFR, Category::LIFR}) {
+            (void)told();
+            pass(30min);
+            for (const auto& station : favorites) {
+                reply(station->ICAO->c_str(), category);
+            }
+        }
+        const auto lines = told();
+        ASSERT_EQ(lines.size(), 9U);
+        EXPECT_TRUE(lines.back().starts_with(last)) << lines.back();
+        EXPECT_EQ(title, heading);
+        favorites.erase(favorites.begin(), favorites.begin() + 2);
     }
-    (void)told();
-    pass(30min);
-    for (const auto& station : favorites) {
-        reply(station->ICAO->c_str(), Category::LIFR);
-    }
-    const auto lines = told();
-    ASSERT_EQ(lines.size(), 9U);
-    EXPECT_EQ(lines.back(), "and 3 more");
 }
 
 TEST_F(FavoriteWatchTest, SaysIfNoServiceAnswersAndLetsTheWorldBeFetchedUnseen) {
@@ -270,8 +276,12 @@ TEST_F(FavoriteWatchTest, SaysIfNoServiceAnswersAndLetsTheWorldBeFetchedUnseen) 
                                                            [&](const auto&) { ++posted; });
     fake.notices.setThere(true);
     (void)told();
-    EXPECT_EQ(watch->status(), "Watching 2 favorites.");
     EXPECT_GE(posted, 1);
+    for (const char* status : {"Watching 2 favorites.", "Watching 1 favorite."}) {
+        EXPECT_EQ(watch->status(), status);
+        favorites.pop_back();
+    }
+    EXPECT_EQ(watch->status(), "There are no favorites to tell of.");
     watch->setOn(false);
     EXPECT_EQ(watch->status(), "");
 }

@@ -156,7 +156,11 @@ TEST_F(WorldWeatherTest, IsAskedForOnlyWhereItIsWantedAndSeenAndNoLongerFresh) {
     world->setSeen(true);
     EXPECT_THAT(asked(), testing::UnorderedElementsAre(metarsPath, tafsPath));
 
+    int posted = 0;
+    const auto token = fake.notificationCenter.addObserver(WorldWeather::didChange,
+                                                           [&](const auto&) { ++posted; });
     world->setOn(false);
+    EXPECT_EQ(posted, 1);
     pass(60min);
     EXPECT_EQ(asked(), none);
     EXPECT_EQ(world->status(), "");
