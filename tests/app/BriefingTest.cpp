@@ -201,6 +201,7 @@ TEST_F(Briefing, RemembersItsListAndTakesFavorites) {
     start();
     (void)asked();
     EXPECT_THAT(briefing->text(), StartsWith("KAAA incomp"));
+    EXPECT_EQ(fake.userDefaults.objectForKey("briefing"), platform::Value(briefing->text()));
     EXPECT_FALSE(briefing->hasStations()) << "asks for nothing before the user does";
     EXPECT_THAT(askedFor("..."), IsEmpty());
     EXPECT_THAT(page(), HasSubstr("No station is listed."));

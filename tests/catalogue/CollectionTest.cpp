@@ -135,6 +135,8 @@ TEST(Collection, ClosestIsTheFirstOfTheNearestWithinItsOddBound) {
     EXPECT_EQ(collection->stationClosestToLocation({0, 0})->ICAO, "ONE_");
     EXPECT_EQ(collection->stationClosestToLocation({0, 0.3})->ICAO, "FAR_");
     EXPECT_EQ(collection->stationClosestToLocation({0, 0.36}), nullptr);
+    collection->stations = nullptr;
+    EXPECT_EQ(collection->stationClosestToLocation({0, 0}), nullptr);
 }
 
 TEST(Collection, CopiesShareOrCopyRecordsAndKeepTheirOwnArrays) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numbers>
 #include <random>
 
 namespace catalogue {
@@ -69,6 +70,17 @@ TEST(Nearest, IsTheStationThatCountsByTheShortestWay) {
     for (const auto& one : cases) {
         SCOPED_TRACE(one.name);
         EXPECT_EQ(nearestFrom(one.from, one.others), one.expected);
+    }
+}
+
+TEST(Nearest, IsInOneOfSixteenDirections) {
+    double angle = 0;
+    for (const char* point : {"N", "NNE", "NE", "ENE", "E", "ESE", "SE", "SSE", "S", "SSW", "SW",
+                              "WSW", "W", "WNW", "NW", "NNW", "N"}) {
+        const StationFacts there{"THER", {}, {}, std::cos(angle), std::sin(angle)};
+        const std::string words = nearestFrom({"HERE", {}, {}, 0, 0}, {there});
+        EXPECT_NE(words.find(std::string(" mi ") + point + ", "), words.npos) << words;
+        angle += std::numbers::pi / 8;
     }
 }
 

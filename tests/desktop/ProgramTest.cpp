@@ -189,6 +189,8 @@ TEST_F(ProgramTest, TheReleaseNotesAreShownOnceAfterAnUpdate) {
         fake.bundle.info["CFBundleShortVersionString"] = one.version;
         delegate().showReleaseNotesOnce();
         EXPECT_EQ(shows(), one.isNew);
+        EXPECT_EQ(fake.userDefaults.objectForKey("windows/version"),
+                  platform::Value(std::string(one.version)));
         if (one.isNew) {
             QMainWindow& notes = window("SLIBReleaseNotesWindowController");
             EXPECT_EQ(notes.findChild<QTextEdit*>(QStringLiteral("rlText"))->toPlainText(),

@@ -69,6 +69,14 @@ TEST(DataCompression, InflatesGzipFilesThatAreWholeAndWithinTheLimit) {
     for (std::size_t length = 1; length < file.size(); ++length) {
         EXPECT_FALSE(gzipInflate(blockOfText(file.substr(0, length)))) << length;
     }
+    for (const std::size_t limit : {text->size(), text->size() - 1}) {
+        platform::Data pieces;
+        const bool isWhole = gzipInflate(*blockOfText(file), limit, [&](const auto& piece) {
+            pieces.insert(pieces.end(), piece.begin(), piece.end());
+        });
+        EXPECT_EQ(isWhole, limit == text->size());
+        EXPECT_EQ(pieces, isWhole ? *text : platform::Data());
+    }
     EXPECT_FALSE(gzipInflate(zlibDeflate(text)));
     EXPECT_FALSE(zlibInflate(blockOfText(file)));
 }

@@ -270,6 +270,9 @@ TEST_F(FavoriteWatchTest, SaysIfNoServiceAnswersAndLetsTheWorldBeFetchedUnseen) 
     fake.notices.setThere(false);
     watch->setOn(true);
     EXPECT_EQ(fake.urlSessions.openRequests(), 2U) << "METARs and TAFs of the world";
+    for (const char* setting : {"worldweather", "favoritenotices"}) {
+        EXPECT_EQ(platform::integerOf(fake.userDefaults.objectForKey(setting)), 1) << setting;
+    }
     EXPECT_THAT(watch->status(), HasSubstr("No notification service answers"));
     int posted = 0;
     const auto token = fake.notificationCenter.addObserver(FavoriteWatch::didChange,
