@@ -39,10 +39,7 @@ public:
         }
         // Almost every text is short and ASCII, and is lower-cased here without an allocation.
         std::array<char, 64> lowered;
-        if (text->size() > lowered.size()) {
-            return isInLowered(platform::lowerCased(*text));
-        }
-        if (!platform::isAscii(*text)) {
+        if (text->size() > lowered.size() || !platform::isAscii(*text)) {
             return isInLowered(platform::lowerCased(*text));
         }
         std::ranges::transform(*text, lowered.begin(), platform::asciiLower);

@@ -37,6 +37,11 @@ TEST_F(Catalogue, AParsedListReplacesTheCatalogueAndCanBeSaved) {
     EXPECT_EQ(identifiers(*saved->stations), (std::vector<std::string>{"KZZQ"}));
     EXPECT_EQ(saved->fromURL, master->fromURL);
     EXPECT_FALSE(std::filesystem::exists(chosen));
+    choose(host.folder / "again.list");
+    for (const int code : {0, 2, 1}) {
+        controller->saveoptionsDidEnd_returnCode_contextInfo(code);
+        EXPECT_EQ(std::filesystem::exists(host.folder / "again.STNPKG"), code == 1);
+    }
 }
 
 TEST_F(Catalogue, UnreadableAndEmptyListsEndTheParseToo) {

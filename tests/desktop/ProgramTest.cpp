@@ -222,6 +222,17 @@ TEST_F(ProgramTest, HelpFollowsLinksAndGoesBack) {
     EXPECT_TRUE(page.toPlainText().startsWith(QStringLiteral("Contents")));
 }
 
+TEST_F(ProgramTest, ItsOwnCollectionIsSavedWhereASheetEndsWithOne) {
+    delegate().masterCollection = makeCollection({{"KZZQ"}});
+    fake.panels.answers.emplace_back(platform::URL::file((fake.folder / "own.list").string()));
+    for (const int code : {0, 2, 1}) {
+        delegate().zzsaveoptionsDidEnd_returnCode(code);
+        EXPECT_EQ(std::filesystem::exists(fake.folder / "own.STNPKG"), code == 1);
+    }
+    EXPECT_EQ(identifiers(*delegate().workingCollection->stations),
+              std::vector<std::string>{"KZZQ"});
+}
+
 TEST_F(ProgramTest, TheAboutWindowShowsTheVersionAndOpensTheContactAddresses) {
     fake.bundle.info["CFBundleShortVersionString"] = "1.0";
     delegate().doAbout();
