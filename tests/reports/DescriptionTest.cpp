@@ -101,9 +101,22 @@ TEST(Description, FactsOfAMetarAreThoseThatItHas) {
     metar.conditions.layers = {{Cover::CAVOK, {}, ""}};
     EXPECT_THAT(factsOf(metar), testing::Contains(Fact{"Ceiling", "none"}));
     EXPECT_THAT(factsOf(metar), testing::Contains(Fact{"Temperature", "30 °C (86 °F)"}));
-    metar.conditions = {{}, {}, "", {{Cover::obscured, {}, ""}}, 200};
-    EXPECT_EQ(factsOf(metar.conditions),
-              (std::vector<Fact>{{"Clouds", "sky obscured; vertical visibility 200 ft"}}));
+    const struct {
+        std::vector<Layer> layers;
+        std::optional<int> verticalVisibility;
+        const char* words;
+    } skies[] = {
+        {{{Cover::obscured, {}, ""}}, 200, "sky obscured; vertical visibility 200 ft"},
+        {{}, 200, "vertical visibility 200 ft"},
+        {{{Cover::none, {}, ""}}, {}, "no significant clouds"},
+        {{{Cover::scattered, 900, "TCU"}, {Cover::unknown, 1000, ""}},
+         {},
+         "scattered at 900 ft, towering cumulus; clouds at 1,000 ft"},
+    };
+    for (const auto& [layers, verticalVisibility, words] : skies) {
+        EXPECT_THAT(factsOf(Conditions{{}, {}, "", layers, verticalVisibility}),
+                    testing::Contains(Fact{"Clouds", words}));
+    }
     metar.conditions = {{}, {}, "", {{}}, {}};
     EXPECT_EQ(factsOf(metar.conditions), (std::vector<Fact>{{"Clouds", "unknown"}}));
     // In the standard atmosphere the density altitude is the altitude itself.

@@ -64,4 +64,13 @@ TEST(SLibObject, AllClassesKeepTheirKeysAndNamesForEver) {
     support::expectWrittenAs("objects.archive", array);
 }
 
+TEST(TextBlock, HasOneByteForEachCharacter) {
+    const slibTextBlock text("a\u00e9\u5317\xFFz");
+    EXPECT_EQ(text.bytes(), "a???z");
+    EXPECT_EQ(text.text(), "a\u00e9\u5317\uFFFDz");
+    const auto bytes = slibTextBlock::fromBytes("caf\x8e");
+    EXPECT_EQ(bytes.bytes(), "caf\x8e");
+    EXPECT_EQ(bytes.text(), "caf\u00e9");
+}
+
 } // namespace
