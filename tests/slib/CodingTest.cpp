@@ -33,7 +33,10 @@ TEST(Coding, SmallIntegersComeBackInTheirLowBits) {
         [](KeyedArchiver& coder) {
             encodeSInt16_value(coder, -2);
             encodeSInt32_value(coder, 70000);
+            encodeSInt32_value(coder, -70000);
             encodeSInt16_value_forKey(coder, -300, "s");
+            encodeUInt16_forKey(coder, 65535, "S");
+            encodeSInt64_forKey(coder, INT64_MIN, "q");
             encodeUInt64_forKey(coder, UINT64_MAX, "Q");
             encodeChar_forKey(coder, '\x80', "c");
             encodeCGPoint_forKey(coder, {1, 2}, "point");
@@ -43,7 +46,10 @@ TEST(Coding, SmallIntegersComeBackInTheirLowBits) {
         [](KeyedUnarchiver& coder) {
             EXPECT_EQ(decodeSInt16(coder), -2);
             EXPECT_EQ(decodeSInt16(coder), 4464);
+            EXPECT_EQ(decodeSInt32(coder), -70000);
             EXPECT_EQ(decodeSInt16_forKey(coder, "s"), -300);
+            EXPECT_EQ(decodeUInt16ForKey(coder, "S"), 65535);
+            EXPECT_EQ(decodeSInt64ForKey(coder, "q"), INT64_MIN);
             EXPECT_EQ(decodeUInt64ForKey(coder, "Q"), UINT64_MAX);
             EXPECT_THAT(coder.decodeBytes("c"), testing::ElementsAre(std::byte{0x80}));
             EXPECT_EQ(coder.decodeObject("point"), platform::Value());

@@ -10,6 +10,8 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <set>
+
 namespace {
 
 platform::UUID uuidFrom(unsigned char first) {
@@ -62,6 +64,58 @@ TEST(SLibObject, AllClassesKeepTheirKeysAndNamesForEver) {
     punctuation->slibNewUID = uuidFrom(0x60);
     elements[4] = std::static_pointer_cast<platform::Archivable>(punctuation);
     support::expectWrittenAs("objects.archive", array);
+}
+
+TEST(SLibObject, BeginsWithWhatItIsGivenAndAnIdentityOfItsOwn) {
+    const auto plain = SLibObject::init();
+    EXPECT_EQ(*plain->name() + *plain->description(), "  ");
+    EXPECT_EQ(plain->slibID->GRACompare, (GRACompare{0, 0, 0, plain->slibUniqueID}));
+    const auto named = SLibObject::initWithNameAndThing_andThing("name", std::string("thing"));
+    EXPECT_EQ(named->name(), "name");
+    EXPECT_EQ(named->thing, platform::Value(std::string("thing")));
+    EXPECT_EQ(named->slibID->GRACompare.unitType, unitTypeOf("????"));
+    const auto sorted =
+        SLibObject::initWithGRAValuesAndThing_one_two_three_andThing(1, 2, 3, 4, std::string("t"));
+    EXPECT_EQ(sorted->slibID->GRACompare, (GRACompare{1, 2, 3, sorted->slibUniqueID}));
+    EXPECT_EQ(sorted->thing, platform::Value(std::string("t")));
+    EXPECT_NE(plain->slibUniqueID, named->slibUniqueID);
+    EXPECT_NE(plain->slibNewUID, named->slibNewUID);
+    // Random, by RFC 9562.
+    EXPECT_EQ(plain->slibNewUID->bytes[6] >> 4, std::byte{4});
+    EXPECT_EQ(plain->slibNewUID->bytes[8] >> 6, std::byte{2});
+
+    named->locked = named->dirty = true;
+    named->refCount = 3;
+    named->reset();
+    EXPECT_EQ(*named->name() + *named->description(), "Untitled");
+    EXPECT_TRUE(platform::isAbsent(named->thing));
+    EXPECT_FALSE(named->locked || named->dirty || named->refCount != 0);
+}
+
+TEST(SLibObject, FindsTheNameOfAnother) {
+    const auto one = SLibObject::initWithName("One");
+    const auto nameless = SLibObject::init();
+    nameless->setSLIBName({});
+    const std::vector<std::shared_ptr<SLibObject>> objects{nullptr, nameless, one};
+    const auto isTaken = SLibObject::nameDuplicated_ofThing_inHere;
+    EXPECT_TRUE(isTaken("oNE", nameless.get(), objects));
+    EXPECT_FALSE(isTaken("one", one.get(), objects));
+    EXPECT_FALSE(isTaken("other", nullptr, objects));
+    EXPECT_FALSE(isTaken({}, nullptr, objects));
+}
+
+TEST(SLibRange, DrawsFromItsSpanOnly) {
+    const auto range = SLibRange::initWithValues_rangeEnd_startSpan(1, 2, 3);
+    range->setRangeAndSpan_end_span(10, 20, 3);
+    const auto copy = range->copy();
+    EXPECT_EQ(fmt::format("{} {} {}", copy->start, copy->end, copy->span), "10 20 3");
+    std::set<std::uint64_t> drawn;
+    for (int i = 0; i < 1000; ++i) {
+        drawn.insert(copy->getRandomRangeVal());
+    }
+    EXPECT_EQ(drawn, (std::set<std::uint64_t>{10, 11, 12}));
+    copy->span = 65536;
+    EXPECT_EQ(copy->getRandomRangeVal(), 10U);
 }
 
 TEST(TextBlock, HasOneByteForEachCharacter) {

@@ -49,7 +49,7 @@ TEST_F(Punctuation, MarksAreKeptWithTheirDistanceFromTheEnd) {
         {std::nullopt, {}},
         {"it's well-known\nOK [a] <b> | ~", {}},
         {"\r!(", {{'\r', 3}, {'!', 2}, {'(', 1}}},
-        {"\"):;?", {{'"', 5}, {')', 4}, {':', 3}, {';', 2}, {'?', 1}}},
+        {"\"):;?{}", {{'"', 7}, {')', 6}, {':', 5}, {';', 4}, {'?', 3}, {'{', 2}, {'}', 1}}},
         {"a,b\0,c"s, {{',', 2}}},
         {"\xFF,\xC3.\xAE\x80", {{',', 5}, {'.', 3}}},
     };
@@ -73,6 +73,14 @@ TEST_F(Punctuation, ASecondFillAddsToTheFirst) {
     EXPECT_EQ(completions, 2);
     EXPECT_EQ(record->count(), 3 * 1576 - 1);
     EXPECT_EQ(record->puncTokens()[1576], (slibPuncToken{',', 3151}));
+    for (const auto& [count, left] : {std::pair(-1, 4727), {4728, 4727}, {4727, 4727}, {0, 0}}) {
+        record->setCount(count);
+        EXPECT_EQ(record->count(), left);
+    }
+    for (int i = 0; i < 1576; ++i) {
+        record->op()->pipup();
+    }
+    EXPECT_EQ(updates.size(), 3U);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "slib/SuportLib.h"
 #include "slib/SupportLibCat.h"
 #include "slib/slibUtility.h"
+#include "tests/support/FakeHost.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -80,6 +81,7 @@ TEST(Texts, AddressesAreEscapedAndChecked) {
     } rows[] = {
         {"a b\"#%<>[\\]^`{|}z", "a%20b%22%23%25%3C%3E%5B%5C%5D%5E%60%7B%7C%7Dz"},
         {"/a\0b\xFF"s, "/a%00b%EF%BF%BD"},
+        {"x!$&'()*+,-./:;=?@_~", "x!$&'()*+,-./:;=?@_~"},
         {"http://a.example:port/", std::nullopt},
     };
     for (const auto& row : rows) {
@@ -88,6 +90,44 @@ TEST(Texts, AddressesAreEscapedAndChecked) {
         EXPECT_EQ(url ? std::optional(url->text) : std::nullopt, row.address);
     }
     EXPECT_FALSE(slibUtility::slibNSStringToNSURL(std::nullopt));
+}
+
+TEST(Texts, SettingsAsTheyAreAndInDigits) {
+    using platform::Number;
+    using platform::Value;
+    support::FakeHost fake;
+    const auto setting = [&](int type) {
+        return slibUtility::slibUserDefaultForKey_ofType(fake.host, "key", type);
+    };
+    const std::pair<Value, Value> rows[] = {
+        {std::string("text"), std::string("text")},
+        {Number(-5), std::string("-5")},
+        {Number(0.1), std::string("0.1")},
+        {Number(0.1F), std::string("0.1")},
+        {Number(1 / 3.0), std::string("0.3333333333333333")},
+        {platform::UUID(), Value()},
+        {Value(), Value()},
+    };
+    for (const auto& [value, text] : rows) {
+        fake.userDefaults.setObject(value, "key");
+        EXPECT_EQ(setting(1), value);
+        EXPECT_EQ(setting(0), text);
+        EXPECT_EQ(setting(2), Value());
+    }
+}
+
+TEST(Texts, PathsInTheUsersFolders) {
+    support::FakeHost fake;
+    using namespace SupportLibCat;
+    fake.searchPaths.known = {{{platform::SearchPaths::documents, 1}, {"/documents", "/other"}},
+                              {{platform::SearchPaths::applicationSupport, 1}, {fake.folder / ""}}};
+    EXPECT_EQ(fileNameInDocDirectory(fake.host, "a"), "/documents/a");
+    EXPECT_EQ(fileNameInDocDirectory(fake.host, {}), "/documents");
+    EXPECT_EQ(createOrReturnDocumentsFolder(fake.host, "new"), (fake.folder / "new").string());
+    EXPECT_TRUE(std::filesystem::is_directory(fake.folder / "new"));
+    fake.searchPaths.known.clear();
+    EXPECT_FALSE(fileNameInDocDirectory(fake.host, "a"));
+    EXPECT_FALSE(createOrReturnAppSupportFolder(fake.host, "new"));
 }
 
 } // namespace
