@@ -135,6 +135,11 @@ TEST(StationNames, ArePlainShortAndTelling) {
         {{"Reserve/Port of South Louisiana Exec", "Saint Pierre Island Arpt",
           "Kuala (Old) Airport"},
          {"RESERVE/PT OF S", "ST PIERRE ISL", "KUALA (OLD)"}},
+        {{"Great Harbour Mountain Regional Airport", "East Springs County Valley West",
+          "Mount Fort Junction National North", "Beach Islands Point International",
+          "Harbor South Valley West Regional"},
+         {"GRT HBR MTN RGNL", "E SPGS CNTY VLY", "MT FT JCT NATL N", "BCH ISLS PT INTL",
+          "HBR S VLY W RGNL"}},
         // Each would be "SAN ANTONIO/KELL", or "MINNEAPOLIS/ST P".
         {{"San Antonio/Kelly Field Annex", "San Antonio/Kelly Airstrip", "Minneapolis/St Paul Intl",
           "Minneapolis/St Paul South"},

@@ -72,6 +72,18 @@ TEST(Camera, ZoomsWithinItsLimits) {
     EXPECT_EQ(camera.scale(), 800);
     camera.zoomBy(1e30, {});
     EXPECT_EQ(camera.zoom(), 20);
+    for (const double none : {0.0, -2.0, std::nan(""), HUGE_VAL}) {
+        camera.zoomBy(none, {});
+        EXPECT_EQ(camera.zoom(), 20);
+        EXPECT_FALSE(camera.show({{0, 0}, none, 1}) || camera.show({{0, 0}, 1, none}));
+    }
+    EXPECT_FALSE(camera.show({{90.1, 0}, 1, 1}));
+    camera.show({{47, 11}, 1, 1});
+    const map::WorldPoint under = camera.toWorld({100, 400});
+    camera.zoomBy(3, {100, 400});
+    const auto back = camera.toScreen(under).value();
+    EXPECT_NEAR(back.x, 100, 1e-6);
+    EXPECT_NEAR(back.y, 400, 1e-6);
 }
 
 TEST(Camera, MovesAcrossTheDateLineAndStopsAtTheEdges) {
@@ -99,6 +111,9 @@ TEST(Camera, ScreenAndWorldAreInversesHoweverItIsTurned) {
             Camera camera = cameraOf(700, 450);
             camera.show(map::regionWithDistance({47.26, 11.34}, 2000, 2000));
             camera.setAttitude(heading, tilt);
+            camera.setAttitude(std::nan(""), 0);
+            EXPECT_EQ(camera.tilt(), std::min(tilt, 50.0));
+            EXPECT_EQ(camera.heading(), heading < 0 ? 270 : heading);
             for (const map::ScreenPoint& point :
                  {map::ScreenPoint{0, 0}, {700, 0}, {350, 225}, {10, 449}, {700, 450}}) {
                 const auto back = camera.toScreen(camera.toWorld(point)).value();
