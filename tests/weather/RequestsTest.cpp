@@ -2,7 +2,6 @@
 #include "tests/support/FakeHost.h"
 #include "tests/support/Stations.h"
 #include "weather/AviationWeatherRecord.h"
-#include "weather/DataServerSessions.h"
 #include "weather/SCWeatherGrabber.h"
 
 #include <gtest/gtest.h>
@@ -38,13 +37,6 @@ TEST(WeatherRequests, AskTheServerInTheSettingsForOneStation) {
                              start + "TAFs" + middle + expectedIdentifier +
                                  "&hoursBeforeNow=1&mostRecent=true"}));
     }
-}
-
-TEST(WeatherRequests, AreNoMoreThanTheServerAllows) {
-    const auto limits = weather::sessionOptions().hostLimits;
-    ASSERT_EQ(limits.size(), 1U);
-    EXPECT_EQ(limits[0].host, "aviationweather.gov");
-    EXPECT_LE(limits[0].perMinute, 100U);
 }
 
 TEST(WeatherRequests, OfOneGrabberAreSupersededAndRevalidatedTogether) {
