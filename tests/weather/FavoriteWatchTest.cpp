@@ -3,6 +3,7 @@
 #include "tests/support/FakeHost.h"
 #include "tests/support/Stations.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 
 namespace weather {
@@ -208,18 +209,10 @@ TEST_F(FavoriteWatchTest, ComparesWithNothingFromAnotherRunOrFromBeforeItWasAFav
 }
 
 TEST_F(FavoriteWatchTest, PutsWhatComesTogetherIntoOneNoticeTheWorstFirst) {
-    favorites = *makeCollection({{"K000"},
-                                 {"K001"},
-                                 {"K002"},
-                                 {"K003"},
-                                 {"K004"},
-                                 {"K005"},
-                                 {"K006"},
-                                 {"K007"},
-                                 {"K008"},
-                                 {"K009"},
-                                 {"K010"}})
-                     ->stations;
+    favorites.clear();
+    for (int number = 0; number < 11; ++number) {
+        favorites.push_back(makeStation({fmt::format("K{:03}", number)}));
+    }
     watch->setOn(true);
     for (const auto& station : favorites) {
         reply(station->ICAO->c_str(), Category::VFR);
