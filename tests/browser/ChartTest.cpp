@@ -17,6 +17,10 @@ protected:
     void choose(int segment) {
         window.switchieDu.segment = segment;
         controller->switchieswitcheDu();
+        const bool isChart = segment == 4;
+        EXPECT_EQ(window.mapV.hidden, isChart);
+        EXPECT_EQ(window.secView.hidden, !isChart);
+        EXPECT_EQ(window.dLcikWords.hidden, !isChart);
     }
 };
 
@@ -34,6 +38,7 @@ TEST_F(Chart, FollowsTheSelectionWhileItShows) {
         window.table.selectRow(chosen.row);
         EXPECT_TRUE(window.secView.loaded.empty());
         choose(4);
+        EXPECT_EQ(window.secView.place, window.mapV.place);
         if (!chosen.query) {
             EXPECT_TRUE(window.secView.loaded.empty());
             EXPECT_FALSE(window.chart->feedingURLString);

@@ -107,10 +107,11 @@ struct FakeMapView final : platform::MapView {
 struct FakeWebView final : platform::WebView {
     [[nodiscard]] bool isHidden() const override { return hidden; }
     void setHidden(bool value) override { hidden = value; }
-    void setFrame(const platform::Rect& /*value*/) override {}
+    void setFrame(const platform::Rect& value) override { place = value; }
     void setUIDelegate(platform::WebViewUIDelegate* /*value*/) override {}
     void loadRequest(const platform::URL& value) override { loaded.push_back(value.text); }
     bool hidden = false;
+    platform::Rect place;
     std::vector<std::string> loaded;
 };
 
