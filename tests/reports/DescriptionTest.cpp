@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "reports/Description.h"
+#include "reports/Cells.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -67,6 +68,35 @@ TEST(Description, VisibilityInMilesAndMetres) {
         EXPECT_EQ(visibilityInWords(visibility), words);
     }
     EXPECT_EQ(visibilityInWords({}), "");
+}
+
+TEST(Cells, AreShort) {
+    const std::pair<Wind, const char*> winds[] = {{{210, false, 10, 20}, "210° 10G20 kt"},
+                                                  {{{}, true, 3, {}}, "VRB 3 kt"},
+                                                  {{{}, false, 3, {}}, "3 kt"},
+                                                  {{0, false, 0, {}}, "calm"},
+                                                  {{60, false, 0, 12}, "060° 0G12 kt"}};
+    for (const auto& [wind, cell] : winds) {
+        EXPECT_EQ(windCell(wind), cell);
+    }
+    const std::pair<std::chrono::seconds, const char*> ages[] = {
+        {-1min, "ahead"}, {-59s, "0 min"},    {119min, "119 min"}, {2h, "2 h"},
+        {47h, "47 h"},    {48h - 1s, "47 h"}, {48h, "2 d"},        {71h, "2 d"}};
+    for (const auto& [age, cell] : ages) {
+        EXPECT_EQ(ageCell(platform::Date(), platform::Date() + age), cell);
+    }
+    const std::pair<std::vector<Layer>, const char*> skies[] = {
+        {{}, ""},
+        {{{Cover::few, 800, ""}}, "none"},
+        {{{Cover::broken, 2000, ""}}, "2,000 ft"},
+        {{{Cover::broken, 2000, ""}, {Cover::overcast, {}, ""}}, "≤ 2,000 ft"}};
+    for (const auto& [layers, cell] : skies) {
+        EXPECT_EQ(ceilingCell({{}, {}, "", layers, {}}), cell);
+    }
+    EXPECT_EQ(visibilityCell(Visibility{6, true}) + visibilityCell(Visibility{0.5, false}),
+              "6+ SM0.5 SM");
+    EXPECT_EQ(temperatureCell(-2.6) + pressureCell(29.92), "-3 °C1013 hPa");
+    EXPECT_EQ(windCell({}) + visibilityCell({}) + temperatureCell({}) + pressureCell({}), "");
 }
 
 TEST(Description, FactsOfAMetarAreThoseThatItHas) {
