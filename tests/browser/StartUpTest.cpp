@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/ShownCatalogue.h"
 
+#include <fmt/format.h>
+
 namespace {
 
 struct StartUp : support::ShownCatalogue {};
@@ -20,9 +22,11 @@ TEST_F(StartUp, ShowsTheShippedCatalogue) {
     EXPECT_TRUE(window.parserIt.enabled);
     EXPECT_TRUE(window.secView.hidden);
     EXPECT_TRUE(window.dLcikWords.hidden);
-    EXPECT_EQ(window.table.widths.size(), 16U);
-    EXPECT_EQ(window.table.widths["2"], 120);
-    EXPECT_EQ(window.table.widths["15"], 40);
+    std::string widths;
+    for (const auto& [column, width] : window.table.widths) {
+        widths += fmt::format("{} ", width);
+    }
+    EXPECT_EQ(widths, "10 15 15 15 15 15 40 20 120 45 45 50 90 90 40 15 ");
     EXPECT_EQ(host.timers.runningIntervals(),
               (std::vector<std::chrono::milliseconds>{std::chrono::minutes(30)}));
 }
