@@ -90,6 +90,8 @@ TEST_F(StationParser, OnlyCapitalHemisphereLettersAreNegative) {
     EXPECT_GT(station(with(44, "s"))->latitude, 0);
     EXPECT_GT(station(with(53, "w"))->longitude, 0);
     EXPECT_GT(station(with(53, " "))->longitude, 0);
+    EXPECT_EQ(stationparser::coordinateString_lon(38.5, -122.25), "38°30'0\"N 122°15'0\"W");
+    EXPECT_DOUBLE_EQ(stationparser::ConvertDegreeAngleToDouble_mins_secs(1, 30, 36), 1.51);
 }
 
 TEST_F(StationParser, LogsAndLeavesOutStationsOutsideTheGlobe) {

@@ -4,9 +4,11 @@
 #include "catalogue/table/ListMaker.h"
 #include "catalogue/table/PackageMaker.h"
 #include "catalogue/table/StationNames.h"
+#include "platform/text/Text.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/Stations.h"
 
+#include <fmt/chrono.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -270,6 +272,11 @@ TEST(PackageMaker, DatesAPackageByItsListOrNow) {
         EXPECT_EQ(found ? catalogue::textOfEdition(*found) : "", day) << header;
     }
     EXPECT_FALSE(catalogue::editionOf("! no region"));
+    for (unsigned month = 1; month <= 12; ++month) {
+        const auto day = std::chrono::sys_days(2026y / month / 9);
+        const std::string text = fmt::format("09-{:%b}-26", day);
+        EXPECT_TRUE(platform::equalIgnoringCase(catalogue::textOfEdition(day), text)) << text;
+    }
 }
 
 TEST(Figures, KnowACatalogueThatHasShrunk) {

@@ -13,6 +13,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTableView>
+#include <fmt/chrono.h>
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
@@ -276,6 +277,13 @@ TEST(TableUpdate, NamesAsManyStationsAsASentenceHolds) {
     }
     stations.push_back(AviationWeatherStation::init());
     EXPECT_EQ(catalogue::namesInWords(stations), words + " and 1 more");
+}
+
+TEST(TableUpdate, NamesEachMonth) {
+    for (unsigned month = 1; month <= 12; ++month) {
+        const std::chrono::sys_days day(std::chrono::year(2026) / month / 19);
+        EXPECT_EQ(catalogue::dayInWords(day), fmt::format("{:%d %B %Y}", day));
+    }
 }
 
 TEST_F(CatalogueTest, AnOpenedListCanBecomeTheCatalogue) {
