@@ -280,7 +280,7 @@ TEST(TableUpdate, NamesAsManyStationsAsASentenceHolds) {
 }
 
 TEST(TableUpdate, NamesEachMonth) {
-    for (unsigned month = 1; month <= 12; ++month) {
+    for (int month = 1; month <= 12; ++month) {
         const std::chrono::sys_days day(std::chrono::year(2026) / month / 19);
         EXPECT_EQ(catalogue::dayInWords(day), fmt::format("{:%d %B %Y}", day));
     }
