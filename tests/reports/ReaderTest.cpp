@@ -230,15 +230,19 @@ TEST(Reader, PutsATafInOrderAndLetsChangesInherit) {
 
     // CAVOK holds until a change states visibility, weather or clouds. Unless it states clouds,
     // there are still none.
+    const std::string fine = visibility("6+") + "<sky_condition sky_cover=\"CAVOK\"/>";
     const Found cavok =
-        read(taf(forecast("", 12, 14, visibility("6+") + "<sky_condition sky_cover=\"CAVOK\"/>") +
+        read(taf(forecast("", 12, 14, fine) +
                  forecast("BECMG", 14, 16, "<wind_speed_kt>17</wind_speed_kt>") +
-                 forecast("BECMG", 16, 18, visibility("2"))));
+                 forecast("BECMG", 16, 18, visibility("2") + "<wx_string>RA</wx_string>") +
+                 forecast("BECMG", 18, 20, fine)));
     ASSERT_EQ(cavok.tafs.size(), 1U);
     const auto& parts = cavok.tafs.front().forecasts;
     EXPECT_EQ(parts[1].expected.layers, parts[0].expected.layers);
     EXPECT_EQ(nameOf(parts[1].category), "VFR");
     EXPECT_EQ(nameOf(parts[2].category), "IFR");
+    EXPECT_EQ(parts[2].expected.weather, "RA");
+    EXPECT_EQ(parts[3].expected.weather, "");
 
     EXPECT_TRUE(read(taf("", "TAF VTBD 281000Z 2812/2912 CNL=")).tafs.at(0).isCancelled);
 }
