@@ -15,18 +15,6 @@ extern "C" const char* __lsan_default_suppressions() {
            "leak:libfontconfig.so\n";
 }
 
-/// ThreadSanitizer cannot see how libraries built without it synchronise their threads.
-extern "C" const char* __tsan_default_suppressions() {
-    return "race:libcpp-httplib.so\n"
-           "race:libQt6WebEngineCore.so\n"
-           "race:_dl_deallocate_tls\n"
-           "thread:libQt6WebEngineCore.so\n"
-           "called_from_lib:libQt6Core.so\n"
-           "called_from_lib:libQt6Gui.so\n"
-           "called_from_lib:libQt6Widgets.so\n"
-           "called_from_lib:libglib-2.0.so\n";
-}
-
 /// Runs tests with web pages without a display and with a home folder of their own. The browser
 /// engine trusts the throwaway certificate of the test's server, has a fake camera, and can run as
 /// root, as in containers. The logging rules ask it to describe itself, which the program must

@@ -5,13 +5,6 @@
 #include <future>
 #include <stdexcept>
 
-/// ThreadSanitizer calls this by name. The server's library is built without it, so its locks go
-/// unseen, and a socket's buffer that passes between threads looks like a race. A program that
-/// needs more suppressions defines its own.
-extern "C" [[gnu::weak]] const char* __tsan_default_suppressions() {
-    return "race:libcpp-httplib.so\n";
-}
-
 namespace support {
 namespace {
 
