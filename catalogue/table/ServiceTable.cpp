@@ -35,7 +35,10 @@ bool isIdentifier(std::string_view text) {
 
 template <typename Is>
 std::string textThat(std::string text, std::size_t length, Is is) {
-    return text.size() == length && std::ranges::all_of(text, is) ? std::move(text) : std::string();
+    if (text.size() != length || !std::ranges::all_of(text, is)) {
+        text.clear();
+    }
+    return text;
 }
 
 /// Takes the table's values as they are read, so that it never exists as a tree.

@@ -243,8 +243,10 @@ void FurnitureLayer::drawLegend(QPainter& painter) const {
     const int rows = legendSize / shown.columns;
     for (int i = 0; i < legendSize; ++i) {
         const auto& category = legendRows[i];
-        QRectF cell(QPointF(shown.place.left() + i / rows * shown.cell.width(),
-                            shown.place.top() + padding / 2 + i % rows * shown.cell.height()),
+        const int column = i / rows;
+        const int row = i % rows;
+        QRectF cell(QPointF(shown.place.left() + column * shown.cell.width(),
+                            shown.place.top() + padding / 2 + row * shown.cell.height()),
                     shown.cell);
         StationWeather weather;
         weather.category = category;
