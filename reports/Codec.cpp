@@ -5,7 +5,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -117,10 +119,59 @@ platform::Data bytesOf(const json& value) {
     return {bytes.begin(), bytes.end()};
 }
 
+/// Whether the bytes hold nothing but plain values and a few levels of arrays (RFC 8949), as a
+/// report does. The library calls itself for what is in an array, a tag or a text in parts, so that
+/// a damaged file could exhaust the stack.
+bool isPlain(std::span<const std::byte> bytes) {
+    enum Type : unsigned { data = 2, text = 3, array = 4, map = 5, tag = 6 };
+    constexpr std::size_t mostLevels = 16;
+    std::array<std::uint64_t, mostLevels> itemsLeft{};
+    std::size_t level = 0;
+    while (!bytes.empty()) {
+        const auto head = std::to_integer<unsigned>(bytes.front());
+        const unsigned type = head >> 5;
+        std::uint64_t count = head & 31;
+        bytes = bytes.subspan(1);
+        if (count > 27 || type == map || type == tag) {
+            return false;
+        }
+        if (count > 23) {
+            const std::size_t size = std::size_t{1} << (count - 24);
+            if (size > bytes.size()) {
+                return false;
+            }
+            count = 0;
+            for (const std::byte byte : bytes.first(size)) {
+                count = count << 8 | std::to_integer<unsigned>(byte);
+            }
+            bytes = bytes.subspan(size);
+        }
+        if (type == data || type == text) {
+            if (count > bytes.size()) {
+                return false;
+            }
+            bytes = bytes.subspan(count);
+        } else if (type == array && count > 0) {
+            if (level == mostLevels) {
+                return false;
+            }
+            itemsLeft[level++] = count;
+            continue;
+        }
+        while (level > 0 && --itemsLeft[level - 1] == 0) {
+            --level;
+        }
+    }
+    return true;
+}
+
 /// Decodes the bytes and has `read` make a report of the fields; nothing if they are not CBOR, or
 /// not the fields that `read` expects.
 template <typename Report, typename Read>
 std::optional<Report> decoded(std::span<const std::byte> bytes, Read read) {
+    if (!isPlain(bytes)) {
+        return {};
+    }
     try {
         const auto* first = reinterpret_cast<const std::uint8_t*>(bytes.data());
         return read(json::from_cbor(first, first + bytes.size()));
