@@ -12,13 +12,6 @@
 namespace catalogue {
 namespace {
 
-bool isIdentifier(std::string_view word) {
-    constexpr std::size_t length = 4;
-    return word.size() == length && platform::isCapital(word.front()) &&
-           std::ranges::all_of(
-               word, [](char c) { return platform::isCapital(c) || platform::isDigit(c); });
-}
-
 std::string upperCased(std::string_view word) {
     std::string upper(word);
     std::ranges::transform(upper, upper.begin(), [](char c) {
@@ -49,6 +42,13 @@ std::shared_ptr<const AviationWeatherStation> found(const Index& index, std::str
 }
 
 } // namespace
+
+bool isIdentifier(std::string_view text) {
+    constexpr std::size_t length = 4;
+    return text.size() == length && platform::isCapital(text.front()) &&
+           std::ranges::all_of(
+               text, [](char c) { return platform::isCapital(c) || platform::isDigit(c); });
+}
 
 NamedStations namedStations(std::string_view text,
                             const AviationWeatherStationCollection* catalogue) {

@@ -11,6 +11,9 @@
 
 namespace catalogue {
 
+/// Whether it has the form of an ICAO identifier: a letter followed by three letters or digits.
+[[nodiscard]] bool isIdentifier(std::string_view text);
+
 /// A station that a user has named.
 struct NamedStation {
     /// Its ICAO identifier.
@@ -34,8 +37,8 @@ struct NamedStations {
 };
 
 /// Reads a list of stations as people write and paste it: case does not matter, nor what stands
-/// between the words. A letter followed by three letters or digits is an ICAO identifier, whether
-/// the catalogue has it or not. Any other word is the IATA code of the first station of the
+/// between the words. What has the form of an ICAO identifier is one, whether the catalogue has it
+/// or not. Any other word is the IATA code of the first station of the
 /// catalogue that has it, if there is one. `catalogue` may be null.
 [[nodiscard]] NamedStations namedStations(std::string_view text,
                                           const AviationWeatherStationCollection* catalogue);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/table/ServiceTable.h"
 
+#include "catalogue/NamedStations.h"
 #include "platform/text/Text.h"
 #include "platform/values/Geodesy.h"
 #include "slib/DataCompression.h"
@@ -26,12 +27,6 @@ constexpr std::size_t longestTable = std::size_t{32} << 20;
 constexpr std::size_t mostRows = 100'000;
 /// Longer texts are no names; the table's longest has 36 bytes.
 constexpr std::size_t longestText = 200;
-
-bool isIdentifier(std::string_view text) {
-    return text.size() == 4 && platform::isCapital(text[0]) &&
-           std::ranges::all_of(
-               text, [](char c) { return platform::isCapital(c) || platform::isDigit(c); });
-}
 
 template <typename Is>
 std::string textThat(std::string text, std::size_t length, Is is) {
