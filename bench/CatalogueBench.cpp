@@ -7,6 +7,7 @@
 #include "catalogue/table/ListMaker.h"
 #include "catalogue/table/PackageMaker.h"
 #include "catalogue/table/ServiceTable.h"
+#include "platform/archive/BinaryPropertyList.h"
 #include "platform/archive/KeyedArchiver.h"
 #include "platform/archive/KeyedUnarchiver.h"
 #include "platform/host/Files.h"
@@ -110,6 +111,43 @@ void copyStations(benchmark::State& state) {
     countStations(state);
 }
 BENCHMARK(copyStations)->Apply(atAllSizes);
+
+/// The other yardstick for load: finding the value of each field of each record, and making nothing
+/// of it.
+void findFields(benchmark::State& state) {
+    using platform::plist::Kind;
+    const auto bytes =
+        platform::KeyedArchiver::archivedData(bench::collection(static_cast<int>(state.range(0))));
+    std::string fault;
+    const auto list = platform::plist::Reader::open(*bytes, fault);
+    std::vector<platform::plist::Element> records;
+    platform::plist::Element slots;
+    for (std::uint64_t i = 0;; ++i) {
+        const auto found = list->element(i);
+        if (found.kind == Kind::broken) {
+            break;
+        }
+        if (found.kind == Kind::dictionary) {
+            records.push_back(found);
+        } else if (found.kind == Kind::array && found.count > slots.count) {
+            // The largest array is the one that references go through.
+            slots = found;
+        }
+    }
+    for (auto _ : state) {
+        for (const auto& record : records) {
+            for (std::size_t place = record.count; place < 2 * std::size_t{record.count}; ++place) {
+                auto found = list->element(list->reference(record, place));
+                if (found.kind == Kind::uid) {
+                    found = list->element(list->reference(slots, list->uid(found)));
+                }
+                benchmark::DoNotOptimize(found);
+            }
+        }
+    }
+    countStations(state);
+}
+BENCHMARK(findFields)->Apply(atAllSizes);
 
 template <typename Query>
 void measure(benchmark::State& state, Query query) {

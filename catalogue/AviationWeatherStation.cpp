@@ -5,6 +5,7 @@
 #include "platform/archive/KeyedUnarchiver.h"
 
 #include <cmath>
+#include <string_view>
 #include <utility>
 
 namespace {
@@ -15,14 +16,14 @@ using Text = std::optional<std::string> AviationWeatherStation::*;
 using Code = char AviationWeatherStation::*;
 
 // In archive order; the texts come before the numbers, the codes after them.
-constexpr std::pair<const char*, Text> leadingTexts[] = {
+constexpr std::pair<std::string_view, Text> leadingTexts[] = {
     {"stateName", &AviationWeatherStation::stateName},
     {"stateAbbreviation", &AviationWeatherStation::stateAbbreviation},
     {"stationName", &AviationWeatherStation::stationName},
     {"ICAO", &AviationWeatherStation::ICAO},
     {"IATA", &AviationWeatherStation::IATA},
 };
-constexpr std::pair<const char*, Code> codes[] = {
+constexpr std::pair<std::string_view, Code> codes[] = {
     {"METAR", &AviationWeatherStation::METAR},
     {"NEXRAD", &AviationWeatherStation::NEXRAD},
     {"aviationFlag", &AviationWeatherStation::aviationFlag},
@@ -33,7 +34,7 @@ constexpr std::pair<const char*, Code> codes[] = {
 };
 
 /// Returns 0 for anything that is not a character. Other writers box signed or unsigned ones.
-char decodedCode(platform::KeyedUnarchiver& coder, const char* key) {
+char decodedCode(platform::KeyedUnarchiver& coder, std::string_view key) {
     const auto number = coder.decodeNumber(key);
     if (!number) {
         return 0;

@@ -78,27 +78,29 @@ Element Reader::element(std::uint64_t index) const {
     std::size_t position = offset + 1;
     const auto marker = static_cast<unsigned>(numberAt(offset, 1));
     const unsigned low = marker & 15;
-    // Compares the count alone first, so that the product cannot overflow.
-    const auto found = [&](Kind kind, std::uint64_t count, std::size_t width = 1) {
-        const auto room = table_ - position;
-        return count <= room && count * width <= room
-                   ? Element{position, kind, static_cast<std::uint32_t>(count)}
-                   : broken;
-    };
-    Kind kind{};
+    Kind kind = Kind::broken;
+    std::uint64_t count = low;
     std::size_t width = 1;
     switch (marker >> 4) {
     case simpleType:
         kind = low == 0 ? Kind::null : low == 8 || low == 9 ? Kind::boolean : Kind::broken;
         return {position, kind, low & 1};
     case integerType:
-        return low <= 4 ? found(Kind::integer, 1U << low) : broken;
+        kind = low <= 4 ? Kind::integer : Kind::broken;
+        count = 1U << low;
+        break;
     case realType:
-        return low == 2 || low == 3 ? found(Kind::real, 1U << low) : broken;
+        kind = low == 2 || low == 3 ? Kind::real : Kind::broken;
+        count = 1U << low;
+        break;
     case dateType:
-        return low == 3 ? found(Kind::date, 8) : broken;
+        kind = low == 3 ? Kind::date : Kind::broken;
+        count = 8;
+        break;
     case uidType:
-        return low < 8 ? found(Kind::uid, low + 1) : broken;
+        kind = low < 8 ? Kind::uid : Kind::broken;
+        count = low + 1;
+        break;
     case dataType:
         kind = Kind::data;
         break;
@@ -118,9 +120,11 @@ Element Reader::element(std::uint64_t index) const {
         width = 2 * referenceWidth_;
         break;
     default:
+        break;
+    }
+    if (kind == Kind::broken) {
         return broken;
     }
-    std::uint64_t count = low;
     if (low == countFollows) {
         const auto head = position < table_ ? numberAt(position, 1) : 0;
         const std::size_t size = std::size_t{1} << (head & 15);
@@ -130,7 +134,11 @@ Element Reader::element(std::uint64_t index) const {
         count = numberAt(position + 1, size);
         position += 1 + size;
     }
-    return found(kind, count, width);
+    // The count alone is compared first, so that the product cannot overflow.
+    const auto room = table_ - position;
+    return count <= room && count * width <= room
+               ? Element{position, kind, static_cast<std::uint32_t>(count)}
+               : broken;
 }
 
 std::string_view Reader::referenceBytes(const Element& container) const {
