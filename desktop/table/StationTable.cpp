@@ -120,6 +120,25 @@ void StationTable::scrollRowToVisible(std::int64_t row) {
     }
 }
 
+void StationTable::keepInSight(int heightBefore) {
+    const std::int64_t row = selectedRow();
+    if (row < 0) {
+        return;
+    }
+    const int top = view_.rowViewportPosition(model_.shownRow(row));
+    if (top >= 0 && top < heightBefore) {
+        // Deferred until the view has taken up its new size.
+        QMetaObject::invokeMethod(
+            this,
+            [this, row] {
+                if (row == selectedRow()) {
+                    scrollRowToVisible(row);
+                }
+            },
+            Qt::QueuedConnection);
+    }
+}
+
 void StationTable::setStations(StationTableModel::StationOfRow stationOfRow) {
     model_.setStations(std::move(stationOfRow));
 }
@@ -315,6 +334,11 @@ bool StationTable::eventFilter(QObject* watched, QEvent* event) {
         if (watched == &view_) {
             // Deferred until the view and its headers have taken up the change.
             fitting_.start();
+        }
+        break;
+    case QEvent::Resize:
+        if (watched == view_.viewport()) {
+            keepInSight(static_cast<QResizeEvent*>(event)->oldSize().height());
         }
         break;
     case QEvent::KeyPress:

@@ -68,14 +68,16 @@ public:
     [[nodiscard]] const StationTableModel& model() const { return model_; }
 
 protected:
-    /// Fits rows and columns again when the view's font or style changes, copies, and opens the
-    /// menu of a row.
+    /// Fits rows and columns again when the view's font or style changes, keeps the selected row in
+    /// sight when the view shrinks, copies, and opens the menu of a row.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void select(int row, int column);
     void selectionDidChange();
     void fit();
+    /// Scrolls to the selected row if it was in sight when the view had this height.
+    void keepInSight(int heightBefore);
     void showSorting();
     void sortByNext(int column);
     /// The column of the cell that the keyboard is on, or the first one.

@@ -118,6 +118,23 @@ TEST_F(StationTableTest, KeepsWhatTheUserSetAcrossReloads) {
     EXPECT_GT(place, 0);
 }
 
+TEST_F(StationTableTest, KeepsTheSelectedRowInSightWhenTheViewShrinks) {
+    stations.rows = 1000;
+    table.reloadData();
+    const QScrollBar& bar = *view.verticalScrollBar();
+    const int last = view.rowAt(view.viewport()->height() - 1) - 1;
+    for (const bool isInSight : {true, false}) {
+        table.selectRow(isInSight ? last : last + 100);
+        view.resize(900, 300);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(bar.value() > 0, isInSight);
+        EXPECT_EQ(view.viewport()->rect().contains(view.visualRect(view.model()->index(last, 0))),
+                  isInSight);
+        view.resize(900, 400);
+        view.scrollToTop();
+    }
+}
+
 TEST_F(StationTableTest, LooksAtABoundedNumberOfCells) {
     stations.rows = 1'000'000;
     table.reloadData();
