@@ -161,7 +161,9 @@ bool SearchSuggestions::eventFilter(QObject* watched, QEvent* event) {
     }
     const bool isMoved =
         watched == window() ? event->type() == QEvent::Resize : event->type() == QEvent::Move;
-    if (isMoved && isVisible()) {
+    // A click on something that takes no focus ends up here.
+    const bool isLeft = watched != &field_ && event->type() == QEvent::MouseButtonPress;
+    if (isLeft || (isMoved && isVisible())) {
         dismiss();
     }
     return QListWidget::eventFilter(watched, event);

@@ -38,7 +38,7 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
-    /// Watches the field's keys, and what moves it.
+    /// Watches the field's keys, what moves it, and clicks around it.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

@@ -114,6 +114,8 @@ TEST_F(SuggestionsTest, TheListGoesWithTheTextAndTheFocus) {
         {"Return", [] { QTest::keyClick(&search(), Qt::Key_Return); }},
         {"Escape", [] { QTest::keyClick(&search(), Qt::Key_Escape); }},
         {"Tab", [] { QTest::keyClick(&search(), Qt::Key_Tab); }},
+        {"a click on what takes no focus",
+         [] { QTest::mouseClick(&child<QLabel>("words"), Qt::LeftButton); }},
         {"text set by the logic", [this] { delegate().sw->showAll(); }},
     };
     for (const auto& [how, end] : ends) {
