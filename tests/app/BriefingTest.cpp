@@ -117,7 +117,7 @@ const std::string tafsOf = "/api/data/taf?ids=";
 const std::string xml = "&format=xml";
 
 TEST_F(Briefing, AsksOnceForAllThatIsMissing) {
-    EXPECT_THAT(page(), HasSubstr("Type ICAO identifiers"));
+    EXPECT_THAT(page(), HasSubstr("Type ICAO identifiers or IATA codes, and press Return.\n"));
     EXPECT_THAT(askedFor("kbbb-aax"),
                 UnorderedElementsAre(metarsOf + "KBBB,KAAA" + xml, tafsOf + "KBBB,KAAA" + xml));
     EXPECT_THAT(part("KBBB · BRAVO"),

@@ -152,9 +152,14 @@ TEST_F(TableFilter, EachReasonCanBeEndedAlone) {
     EXPECT_EQ(reasons(), Names{"Favorites"});
     EXPECT_EQ(shown(), Names{"KSFO"});
     EXPECT_EQ(window.sf.text, "");
+    EXPECT_EQ(browser::reasonsOf(controller->filter())[0].wayOut, "Show all, not favorites only");
     controller->leaveFavorites();
     EXPECT_EQ(shown(), all);
     EXPECT_EQ(reasons(), Names{});
+    start({{"    ", "  "}});
+    window.table.selectRow(0);
+    chooseDistance(1);
+    EXPECT_EQ(reasons(), Names{"Within 25 miles of a station without a name"});
 }
 
 TEST_F(TableFilter, AChosenSuggestionIsSearchedForAndSelected) {

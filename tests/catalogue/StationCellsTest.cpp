@@ -27,6 +27,7 @@ TEST(StationDescription, NamesThePlaceOnItsRightSideOfZero) {
                                                                place + (*place ? " · " : "") +
                                                                "elevation 0");
     }
+    EXPECT_EQ(catalogue::stationDescription(*makeStation({})), "0°0'0\"N 0°0'0\"E · elevation 0");
 }
 
 } // namespace

@@ -159,6 +159,16 @@ TEST(StationNames, ArePlainShortAndTelling) {
         }
         EXPECT_EQ(catalogue::listNames(full), region.names);
     }
+    for (const char* word :
+         {"arpt",  "aprt",   "arpr",  "arpto",   "airp", "airpo",  "airpor", "airport",
+          "intl",  "rgnl",   "rngl",  "muni",    "cnty", "mem",    "exec",   "fld",
+          "field", "afld",   "arfld", "airfld",  "apk",  "arpk",   "aprk",   "airfield",
+          "astrp", "arstrp", "metro", "airpark", "term", "jetport"}) {
+        EXPECT_EQ(
+            catalogue::listNames({catalogue::fullName(std::string("Ingolstadt Nord ") + word)}),
+            std::vector<std::string>{"INGOLSTADT NORD"})
+            << word;
+    }
 }
 
 TEST(ListMaker, PutsEachFactIntoItsColumn) {

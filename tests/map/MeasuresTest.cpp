@@ -33,6 +33,9 @@ TEST(Graticule, LabelsRoundAngles) {
     EXPECT_THAT(labels(station.meridians), ElementsAre("122°16′W", "122°15′W", "122°14′W"));
     EXPECT_THAT(labels(station.parallels), ElementsAre("47°30′N"));
 
+    const auto field = map::graticule(cameraOf({{47.505, -122.25}, 0.01, 0.01}), 200);
+    EXPECT_THAT(labels(field.meridians), ElementsAre("122°15′30″W", "122°15′W", "122°14′30″W"));
+
     // Across the date line, the lines keep their places on the next turn of the earth.
     const map::Camera fiji = cameraOf({{-17, 180}, 3, 3});
     const auto dateLine = map::graticule(fiji, 100);

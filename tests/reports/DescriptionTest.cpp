@@ -45,7 +45,11 @@ TEST(Description, WindsWithArrowsToWhereTheyBlow) {
         {Wind{360, false, 10, {}}, "from 360° at 10 kt (5 m/s)", "↓"},
         {Wind{22, false, 10, {}}, "from 22° at 10 kt (5 m/s)", "↓"},
         {Wind{23, false, 10, {}}, "from 23° at 10 kt (5 m/s)", "↙"},
+        {Wind{90, false, 10, {}}, "from 90° at 10 kt (5 m/s)", "←"},
+        {Wind{135, false, 10, {}}, "from 135° at 10 kt (5 m/s)", "↖"},
+        {Wind{180, false, 10, {}}, "from 180° at 10 kt (5 m/s)", "↑"},
         {Wind{270, false, 10, {}}, "from 270° at 10 kt (5 m/s)", "→"},
+        {Wind{315, false, 10, {}}, "from 315° at 10 kt (5 m/s)", "↘"},
         {Wind{338, false, 10, {}}, "from 338° at 10 kt (5 m/s)", "↓"},
     };
     for (const auto& [wind, words, arrow] : cases) {
@@ -178,6 +182,7 @@ TEST(Description, PartsOfATaf) {
     EXPECT_EQ(part(Kind::temporary, 1h, 30),
               "Probability 30 %, temporarily 21 Nov 12:00 to 13:00 UTC");
     EXPECT_EQ(part(Kind::probable, 1h, 40), "Probability 40 %, 21 Nov 12:00 to 13:00 UTC");
+    EXPECT_EQ(part(Kind::probable, 1h, {}), "Perhaps 21 Nov 12:00 to 13:00 UTC");
 
     Taf taf;
     taf.issued = now;
@@ -191,7 +196,8 @@ TEST(Description, PartsOfATaf) {
     EXPECT_THAT(tafInWords(taf, now), HasSubstr("12:00 UTC, valid 21 Nov 12:00 to "));
     taf.ends = now;
     taf.isCancelled = true;
-    EXPECT_THAT(tafInWords(taf, now + 6h), testing::StartsWith("Cancelled. "));
+    taf.revision = Revision::corrected;
+    EXPECT_THAT(tafInWords(taf, now + 6h), testing::StartsWith("Cancelled. Corrected. Issued"));
 }
 
 TEST(Description, ARunOfReportsIsSummedUp) {

@@ -89,7 +89,7 @@ TEST(Reader, TakesWhatAMetarSaysAndLeavesOutWhatCannotBeRead) {
             "<auto>TRUE</auto></quality_control_flags><wx_string>-RA BR</wx_string>" +
             sky("FEW", 2500) + sky("BKN", 26000) +
             "<flight_category>VFR</flight_category><metar_type>SPECI</metar_type>"
-            "<elevation_m>9999</elevation_m>",
+            "<elevation_m sky_cover=\"OVC\">9999</elevation_m>",
         "SPECI KAAA 211251Z AUTO 23012G22KT 10SM"));
     const Metar expected{
         .station = "KAAA",
