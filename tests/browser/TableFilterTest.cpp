@@ -187,6 +187,11 @@ TEST_F(TableFilter, AChosenSuggestionIsSearchedForAndSelected) {
     EXPECT_EQ(shown(), Names{"KSFO"});
     type("");
     EXPECT_EQ(shown().size(), 5U);
+    // One that was still offered when its catalogue went.
+    const auto late = catalogue::SuggestionIndex(controller->masterCollection().get()).find("jose");
+    controller->addCollection(nullptr);
+    controller->chooseSuggestion(late.front());
+    EXPECT_EQ(window.sf.text, "");
 }
 
 TEST_F(TableFilter, SuggestionsComeOnTheMainThreadAndOnlyTheNewest) {
