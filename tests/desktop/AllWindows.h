@@ -1,15 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/archive/KeyedArchiver.h"
 #include "tests/support/Reports.h"
 #include "tests/support/RunningProgram.h"
-#include "tests/support/Stations.h"
 
-#include <QTableView>
 #include <QTextEdit>
-
-#include <utility>
 
 /// Every window of the program on the offscreen platform's screen, which has 800 by 800 points and
 /// gives each window a frame.
@@ -17,10 +12,9 @@ class AllWindows : public ::testing::Test, protected support::RunningProgram {
 protected:
     AllWindows() {
         for (const char* file : {"resources/Stations.STNPKG", "support/MyStations.STNPKG"}) {
-            EXPECT_TRUE(platform::KeyedArchiver::archiveRootObject(
-                makeCollection({{"KJFK", "NEW YORK/JFK", "NEW YORK", 40.65, -73.78},
-                                {"LLBG", "תל אביב", "ISRAEL", 32.01, 34.88}}),
-                (fake.folder / file).string()));
+            save(makeCollection({{"KJFK", "NEW YORK/JFK", "NEW YORK", 40.65, -73.78},
+                                 {"LLBG", "תל אביב", "ISRAEL", 32.01, 34.88}}),
+                 file);
         }
     }
     ~AllWindows() override {
@@ -54,15 +48,12 @@ protected:
     }
     /// Selects a station whose reports come at once.
     void showReport() {
-        child<QTableView>("table").selectRow(0);
-        for (const auto& [kind, reply] : {std::pair("=metars", support::metarReply("KJFK")),
-                                          std::pair("=TAFs", support::tafReply("KJFK", ""))}) {
-            EXPECT_TRUE(fake.urlSessions.answer(kind, reply));
-        }
-        EXPECT_TRUE(QTest::qWaitFor([&] {
-            fake.mainThread.run();
+        table().selectRow(0);
+        EXPECT_TRUE(fake.urlSessions.answer("=metars", support::metarReply("KJFK")));
+        EXPECT_TRUE(fake.urlSessions.answer("=TAFs", support::tafReply("KJFK", "")));
+        await("the reports", [] {
             return !child<QWidget>("reportTabs").findChildren<QTextEdit*>().last()->isHidden();
-        }));
+        });
     }
     static void useFont(int points) {
         QFont font = QApplication::font();

@@ -2,28 +2,21 @@
 #include "app/Briefing.h"
 #include "desktop/report/BriefingPage.h"
 #include "desktop/report/BriefingPrint.h"
-#include "tests/support/Reports.h"
 #include "tests/support/ServedProgram.h"
-#include "tests/support/Stations.h"
 
-#include <QLabel>
-#include <QLineEdit>
 #include <QPageSize>
 #include <QPaintEngine>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QPushButton>
 #include <QScrollBar>
-#include <QTableView>
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <future>
 #include <map>
-#include <utility>
 
 namespace {
 
@@ -32,22 +25,15 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-/// The real window, fed by a real server that answers each list when its gate is opened.
+/// The real window, fed by a real server.
 class BriefingWindowTest : public support::ServedProgram {
 protected:
-    BriefingWindowTest()
-        : ServedProgram(
-              [this](const auto& request, auto& response) { answer(request, response); }) {
-        setCatalogue(makeCollection({{"KAAA", "ALPHA"},
-                                     {"KDDD", "AT FIRST"},
-                                     {"KBBB", "BR\u202eAVO"},
-                                     {"KCCC", "CHARLIE"}}));
-    }
+    BriefingWindowTest() { setCatalogue({{"KAAA", "ALPHA"}, {"KDDD"}, {"KBBB", "BR\u202eAVO"}}); }
 
     static QMainWindow& briefing() { return window("BriefingWindow"); }
     template <typename T>
     static T& part(const char* name) {
-        return dynamic_cast<T&>(*briefing().findChild<QWidget*>(QString::fromUtf8(name)));
+        return dynamic_cast<T&>(*briefing().findChild<QWidget*>(name));
     }
     static desktop::BriefingPage& page() { return part<desktop::BriefingPage>("page"); }
     static std::string text() { return page().toPlainText().toStdString(); }
@@ -55,7 +41,7 @@ protected:
         auto& field = part<QLineEdit>("list");
         field.setFocus();
         field.selectAll();
-        QTest::keyClicks(&field, QString::fromUtf8(list));
+        QTest::keyClicks(&field, list);
         QTest::keyClick(&field, Qt::Key_Return);
     }
     void awaitText(const std::string& words) {
@@ -68,21 +54,6 @@ protected:
         taken.get_future().wait();
     }
     static bool isList(const std::string& target) { return target.find("ids=") != target.npos; }
-
-private:
-    void answer(const httplib::Request& request, httplib::Response& response) {
-        const bool isList = request.has_param("ids");
-        const std::string ids = request.get_param_value(isList ? "ids" : "stationString");
-        EXPECT_TRUE(!isList || server.gates.pass(ids));
-        const bool isMetar = request.target.find("metar") != std::string::npos;
-        std::vector<std::string> replies;
-        for (std::size_t at = 0; at < ids.size(); at += 5) {
-            const std::string station = ids.substr(at, 4);
-            replies.push_back(isMetar ? support::metarReply(station)
-                                      : support::tafReply(station, ""));
-        }
-        response.set_content(support::joined(replies), "text/xml");
-    }
 };
 
 TEST_F(BriefingWindowTest, ShowsItsOwnListHoweverSlowTheServer) {
@@ -95,18 +66,17 @@ TEST_F(BriefingWindowTest, ShowsItsOwnListHoweverSlowTheServer) {
     awaitText("Asking localhost");
     type("KBBB KZZZ xx");
     type("KBBB KZZZ xx");
-    EXPECT_THAT(text(), HasSubstr("Left out, since they name no station: xx."));
     awaitRequests();
-    server.gates.open("KAAA,KCCC");
-    server.gates.open("KBBB,KZZZ");
+    for (const char* gate :
+         {"METAR KAAA,KCCC", "TAF KAAA,KCCC", "METAR KBBB,KZZZ", "TAF KBBB,KZZZ"}) {
+        server.gates.open(gate);
+    }
     awaitText("TAF KZZZ");
     awaitText(metarRaw("KBBB"));
     EXPECT_THAT(text(), AllOf(HasSubstr("KBBB · BRAVO"), HasSubstr(metarRaw("KBBB")),
                               HasSubstr("KZZZ is not in the catalogue."), Not(HasSubstr("KAAA")),
                               Not(HasSubstr("Asking"))));
     EXPECT_EQ(std::ranges::count_if(server.targets(), isList), 4) << "asked twice for one list";
-    // The rest of the program shows it as well.
-    EXPECT_TRUE(reports().reportsOf("KBBB").taf);
 
     part<QPushButton>("copy").click();
     EXPECT_THAT(copied(), AllOf(StartsWith("01 Mar 2024 00:00 UTC\nThis is no briefing"),
@@ -116,7 +86,6 @@ TEST_F(BriefingWindowTest, ShowsItsOwnListHoweverSlowTheServer) {
     begin();
     delegate().doBriefing();
     EXPECT_EQ(part<QLineEdit>("list").text().toStdString(), "KBBB KZZZ xx");
-    EXPECT_THAT(text(), StartsWith("Type ICAO"));
 }
 
 TEST_F(BriefingWindowTest, ARenewedPageKeepsTheReadersPlaceAndSelection) {
@@ -129,19 +98,17 @@ TEST_F(BriefingWindowTest, ARenewedPageKeepsTheReadersPlaceAndSelection) {
     page().setFocus();
     QTest::keyClick(&page(), Qt::Key_C, Qt::ControlModifier);
     EXPECT_THAT(copied(), StartsWith("01 Mar 2024"));
-    page().find(QStringLiteral("METAR KBBB"));
+    page().find("METAR KBBB");
     page().verticalScrollBar()->setValue(40);
     ASSERT_EQ(page().verticalScrollBar()->value(), 40) << "there is nothing to scroll";
-    fake.clock.time = fake.clock.now() + std::chrono::minutes(12);
-    fake.timers.fire();
+    pass(std::chrono::minutes(12));
     EXPECT_THAT(text(), AllOf(HasSubstr("12 minutes ago"), Not(HasSubstr("0 minutes ago"))));
     EXPECT_EQ(page().verticalScrollBar()->value(), 40);
     QTest::keyClick(&page(), Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(copied(), "METAR KBBB");
     // A hidden window is renewed when it comes back.
     briefing().close();
-    fake.clock.time = fake.clock.now() + std::chrono::minutes(12);
-    fake.timers.fire();
+    pass(std::chrono::minutes(12));
     delegate().doBriefing();
     EXPECT_THAT(text(), HasSubstr("24 minutes ago"));
 }
@@ -149,7 +116,7 @@ TEST_F(BriefingWindowTest, ARenewedPageKeepsTheReadersPlaceAndSelection) {
 TEST_F(BriefingWindowTest, PrintsToAFile) {
     server.gates.openAll();
     for (const int row : {0, 2}) {
-        child<QTableView>("table").selectRow(row);
+        table().selectRow(row);
         delegate().sw->favMenuItem();
     }
     delegate().doBriefing();
@@ -180,13 +147,9 @@ TEST_F(BriefingWindowTest, PrintsToAFile) {
         emit dialog->accepted();
         delete dialog;
         EXPECT_EQ(part<QLabel>("status").isVisible(), sheets == 0);
-        const std::string file = fake.folder.read(name);
-        EXPECT_EQ(file.substr(0, 5), sheets > 0 ? "%PDF-" : "");
-        int pages = 0;
-        for (std::size_t at = 0; (at = file.find("/Type /Page\n", at)) != file.npos; ++at) {
-            ++pages;
-        }
-        EXPECT_EQ(pages, sheets);
+        const QByteArray file = QByteArray::fromStdString(fake.folder.read(name));
+        EXPECT_EQ(file.startsWith("%PDF-"), sheets > 0);
+        EXPECT_EQ(file.count("/Type /Page\n"), sheets);
     }
 }
 
@@ -238,7 +201,7 @@ TEST(BriefingPrint, KeepsEachStationsNameWithItsReport) {
             lines.push_back({Kind::raw, "TAF KAAA\nBECMG\nTEMPO\nFM"});
         }
         NotedPaper paper(QSizeF(300, height));
-        ASSERT_TRUE(desktop::printBriefing(paper, lines, QStringLiteral("22 Nov 2026 07:00 UTC")));
+        ASSERT_TRUE(desktop::printBriefing(paper, lines, "22 Nov 2026 07:00 UTC"));
         EXPECT_TRUE(paper.isBlack);
         const std::size_t count = paper.sheets.size();
         EXPECT_GE(count, 4U);
@@ -246,16 +209,12 @@ TEST(BriefingPrint, KeepsEachStationsNameWithItsReport) {
             EXPECT_THAT(text, AllOf(HasSubstr("Printed 22 Nov 2026 07:00 UTC. No briefing"),
                                     HasSubstr(fmt::format("{} of {}", number, count))));
         }
-        const auto sheetWith = [&](const std::string& words) {
-            const auto found = std::ranges::find_if(paper.sheets, [&](const auto& sheet) {
-                return sheet.second.find(words) != std::string::npos;
-            });
-            return found == paper.sheets.end() ? 0 : found->first;
-        };
         for (int i = 0; i < 12; ++i) {
-            const int sheet = sheetWith(fmt::format("<station{}>", i));
-            EXPECT_GT(sheet, 0) << i;
-            EXPECT_EQ(sheet, sheetWith(fmt::format("<report{}>", i))) << i;
+            const auto hasBoth = [i](const auto& sheet) {
+                return sheet.second.find(fmt::format("<station{}>", i)) != std::string::npos &&
+                       sheet.second.find(fmt::format("<report{}>", i)) != std::string::npos;
+            };
+            EXPECT_EQ(std::ranges::count_if(paper.sheets, hasBoth), 1) << i;
         }
     }
 }

@@ -1,20 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "platform/archive/KeyedArchiver.h"
 #include "product/Addresses.h"
 #include "tests/support/FakeViews.h"
 #include "tests/support/RunningProgram.h"
-#include "tests/support/Stations.h"
 
-#include <QAction>
 #include <QDialog>
 #include <QHeaderView>
-#include <QLabel>
-#include <QMenu>
-#include <QMenuBar>
 #include <QPointer>
-#include <QPushButton>
 #include <QSplitter>
-#include <QTableView>
 #include <QTextBrowser>
 #include <QToolButton>
 
@@ -24,36 +16,13 @@ namespace {
 class ProgramTest : public ::testing::Test, protected support::RunningProgram {
 protected:
     ProgramTest() {
-        const auto save = [](const std::shared_ptr<AviationWeatherStationCollection>& stations,
-                             const std::filesystem::path& file) {
-            EXPECT_TRUE(platform::KeyedArchiver::archiveRootObject(stations, file.string()));
-        };
-        save(makeCollection({{"KJFK"}, {"KDEN"}}), fake.folder / "resources/Stations.STNPKG");
+        setCatalogue({{"KJFK"}, {"KDEN"}});
         save(makeCollection({{"EDDF", "FRANKFURT", "GERMANY", 50.03, 8.57},
                              {"LS\u202eZH", "ZU\x1b[7mRICH", "SWITZERLAND", 47.46, 8.55}}),
-             fake.folder / "support/MyStations.STNPKG");
+             "support/MyStations.STNPKG");
         start();
     }
 
-    /// Finds a menu entry of a window by the titles on the way to it, and validates it.
-    static QAction& entry(QMainWindow& from, const QStringList& path) {
-        QList<QAction*> entries = from.menuBar()->actions();
-        QAction* found = nullptr;
-        for (const QString& word : path) {
-            found = nullptr;
-            for (QAction* one : entries) {
-                if (one->text().remove(QLatin1Char('&')) == word) {
-                    found = one;
-                }
-            }
-            EXPECT_NE(found, nullptr) << word.toStdString();
-            if (found->menu()) {
-                emit found->menu()->aboutToShow();
-                entries = found->menu()->actions();
-            }
-        }
-        return *found;
-    }
     QMainWindow& myStations() {
         delegate().openMyStations();
         return window("SCMyStationsWindowController");
@@ -64,27 +33,26 @@ TEST_F(ProgramTest, EveryWindowCarriesTheMenus) {
     myStations();
     delegate().doHelp();
     delegate().doAbout();
-    EXPECT_EQ(entry(stations(), {"Stations", "Show favorites"}).shortcut(),
+    EXPECT_EQ(entry({"Stations", "Show favorites"}).shortcut(),
               QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_D));
-    entry(window("slibHelpWindow"), {"Stations", "Always Show Favorites' Weather"}).trigger();
-    EXPECT_TRUE(entry(myStations(), {"Stations", "Always Show Favorites' Weather"}).isChecked());
-    entry(myStations(), {"Stations", "Make Favorite"}).trigger();
-    EXPECT_EQ(entry(stations(), {"Stations", "Unfavorite"}).isEnabled(), true);
+    entry({"Stations", "Always Show Favorites' Weather"}, window("slibHelpWindow")).trigger();
+    EXPECT_TRUE(entry({"Stations", "Always Show Favorites' Weather"}, myStations()).isChecked());
+    entry({"Stations", "Make Favorite"}, myStations()).trigger();
+    EXPECT_TRUE(entry({"Stations", "Unfavorite"}).isEnabled());
     EXPECT_EQ(delegate().sw->allFavorites().size(), 1U);
 
     // Chosen from the about window's own menu, it replaces that window by a new one.
-    entry(window("SCAboutWindowController"), {"Help", "About Nosig"}).trigger();
+    entry({"Help", "About Nosig"}, window("SCAboutWindowController")).trigger();
     const auto* before = delegate().ab.get();
     EXPECT_TRUE(QTest::qWaitFor([&] { return delegate().ab.get() != before; }));
 
     QAction& near =
-        entry(myStations(), {"Stations", "Near the Selected Station", "Within 50 Miles"});
-    auto& table = *stations().findChild<QTableView*>(QStringLiteral("table"));
+        entry({"Stations", "Near the Selected Station", "Within 50 Miles"}, myStations());
     near.trigger();
-    EXPECT_EQ(table.model()->rowCount(), 1);
-    table.clearSelection();
+    EXPECT_EQ(table().model()->rowCount(), 1);
+    table().clearSelection();
     QApplication::processEvents();
-    EXPECT_FALSE(entry(stations(), {"Stations", "Unfavorite"}).isEnabled());
+    EXPECT_FALSE(entry({"Stations", "Unfavorite"}).isEnabled());
 }
 
 TEST_F(ProgramTest, AClosedWindowComesBackAsItWas) {
@@ -100,7 +68,7 @@ TEST_F(ProgramTest, AClosedWindowComesBackAsItWas) {
     EXPECT_EQ(&window("SCMyStationsWindowController"), &mine);
     EXPECT_EQ(mine.size(), QSize(700, 400));
     stations().close();
-    entry(mine, {"Windows", "Stations"}).trigger();
+    entry({"Windows", "Stations"}, mine).trigger();
     EXPECT_TRUE(stations().isVisible());
 }
 
@@ -112,7 +80,7 @@ TEST_F(ProgramTest, TheDelegateStartsShowsAndEndsTheMainWindow) {
     fake.userDefaults.setObject(platform::Number(1), "displayfavweather");
     delegate().applicationDidFinishLaunching();
     EXPECT_FALSE(saver.enabled || viewer.enabled);
-    EXPECT_TRUE(entry(stations(), {"Stations", "Always Show Favorites' Weather"}).isChecked());
+    EXPECT_TRUE(entry({"Stations", "Always Show Favorites' Weather"}).isChecked());
     stations().close();
     delegate().showTble(makeCollection({{"EDDF"}}));
     EXPECT_TRUE(stations().isVisible());
@@ -123,12 +91,8 @@ TEST_F(ProgramTest, TheDelegateStartsShowsAndEndsTheMainWindow) {
 }
 
 TEST_F(ProgramTest, WindowsAreRememberedAcrossRuns) {
-    const auto splitter = [] {
-        return stations().findChild<QSplitter*>(QStringLiteral("tableAndDetails"));
-    };
-    const auto header = [] {
-        return stations().findChild<QTableView*>(QStringLiteral("table"))->horizontalHeader();
-    };
+    const auto splitter = [] { return &child<QSplitter>("tableAndDetails"); };
+    const auto header = [] { return table().horizontalHeader(); };
     const int untouched = header()->sectionSize(2);
     stations().resize(760, 560);
     splitter()->setSizes({300, 460});
@@ -146,28 +110,24 @@ TEST_F(ProgramTest, WindowsAreRememberedAcrossRuns) {
 TEST_F(ProgramTest, MyStationsShowsItsStationsOnAMapAndOnASheet) {
     QMainWindow& mine = myStations();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&mine));
-    auto& table = *mine.findChild<QTableView*>(QStringLiteral("mftable"));
+    auto& table = *mine.findChild<QTableView*>("mftable");
     ASSERT_EQ(table.model()->rowCount(), 2);
     table.setFocus();
     table.selectRow(1);
     const auto centre = [](QWidget& of, const char* name) {
-        return dynamic_cast<desktop::MapView*>(of.findChild<QWidget*>(QLatin1String(name)))
-            ->region()
-            .centre;
+        return dynamic_cast<desktop::MapView*>(of.findChild<QWidget*>(name))->region().centre;
     };
     EXPECT_NEAR(centre(mine, "mfmapV").latitude, 47.46, 1e-3);
 
     QTest::keyClick(&table, Qt::Key_Return);
-    auto* sheet = mine.findChild<QDialog*>(QStringLiteral("SCWetherSheetController"));
+    auto* sheet = mine.findChild<QDialog*>("SCWetherSheetController");
     ASSERT_NE(sheet, nullptr);
     EXPECT_TRUE(sheet->isModal());
     EXPECT_NEAR(centre(*sheet, "mapV").longitude, 8.55, 1e-3);
-    EXPECT_TRUE(sheet->findChild<QLabel*>(QStringLiteral("stationLine"))
-                    ->text()
-                    .startsWith(QStringLiteral("LSZH · ZU[7mRICH")));
+    EXPECT_TRUE(sheet->findChild<QLabel*>("stationLine")->text().startsWith("LSZH · ZU[7mRICH"));
     // Characters that could disguise the file's texts are shown nowhere.
-    EXPECT_EQ(sheet->windowTitle(), QStringLiteral("LSZH"));
-    EXPECT_EQ(table.model()->index(1, 2).data().toString(), QStringLiteral("LSZH"));
+    EXPECT_EQ(sheet->windowTitle(), "LSZH");
+    EXPECT_EQ(table.model()->index(1, 2).data().toString(), "LSZH");
     const QPointer<QDialog> alive(sheet);
     QTest::keyClick(sheet, Qt::Key_Escape);
     EXPECT_TRUE(QTest::qWaitFor([&] { return alive.isNull(); }));
@@ -175,29 +135,20 @@ TEST_F(ProgramTest, MyStationsShowsItsStationsOnAMapAndOnASheet) {
 
 TEST_F(ProgramTest, TheReleaseNotesAreShownOnceAfterAnUpdate) {
     fake.folder.write("resources/Release Notes.rtf", R"({\rtf1 What is \b new\b0 .\par})");
-    const auto shows = [] {
-        const auto widgets = QApplication::topLevelWidgets();
-        return std::ranges::any_of(widgets, [](const QWidget* widget) {
-            return widget->objectName() == QStringLiteral("SLIBReleaseNotesWindowController");
-        });
-    };
-    struct {
-        const char* version;
-        bool isNew;
-    } const starts[] = {{"1.0", false}, {"1.0", false}, {"1.1", true}, {"1.1", false}};
-    for (const auto& one : starts) {
-        fake.bundle.info["CFBundleShortVersionString"] = one.version;
+    const std::pair<const char*, bool> starts[] = {
+        {"1.0", false}, {"1.0", false}, {"1.1", true}, {"1.1", false}};
+    for (const auto& [version, isNew] : starts) {
+        fake.bundle.info["CFBundleShortVersionString"] = version;
         delegate().showReleaseNotesOnce();
-        EXPECT_EQ(shows(), one.isNew);
+        EXPECT_EQ(delegate().releaseNotes != nullptr, isNew);
         EXPECT_EQ(fake.userDefaults.objectForKey("windows/version"),
-                  platform::Value(std::string(one.version)));
-        if (one.isNew) {
+                  platform::Value(std::string(version)));
+        if (isNew) {
             QMainWindow& notes = window("SLIBReleaseNotesWindowController");
-            EXPECT_EQ(notes.findChild<QTextEdit*>(QStringLiteral("rlText"))->toPlainText(),
-                      QStringLiteral("What is new."));
+            EXPECT_EQ(notes.findChild<QTextEdit*>("rlText")->toPlainText(), "What is new.");
             EXPECT_TRUE(QTest::qWaitForWindowActive(&notes));
             notes.close();
-            entry(stations(), {"Help", "Release Notes"}).trigger();
+            entry({"Help", "Release Notes"}).trigger();
             EXPECT_TRUE(QTest::qWaitForWindowActive(&notes));
         }
         stop();
@@ -210,16 +161,16 @@ TEST_F(ProgramTest, HelpFollowsLinksAndGoesBack) {
     fake.folder.write("resources/two.html", "<p>The second page</p>");
     delegate().doHelp();
     QMainWindow& help = window("slibHelpWindow");
-    auto& page = *help.findChild<QTextBrowser*>(QStringLiteral("theWebHelp"));
-    auto& back = *help.findChild<QToolButton*>(QStringLiteral("back"));
-    EXPECT_TRUE(page.toPlainText().startsWith(QStringLiteral("Contents")));
+    auto& page = *help.findChild<QTextBrowser*>("theWebHelp");
+    auto& back = *help.findChild<QToolButton*>("back");
+    EXPECT_TRUE(page.toPlainText().startsWith("Contents"));
     EXPECT_FALSE(back.isEnabled());
     page.setFocus();
     QTest::keyClick(&page, Qt::Key_Tab);
     QTest::keyClick(&page, Qt::Key_Return);
-    EXPECT_EQ(page.toPlainText(), QStringLiteral("The second page"));
+    EXPECT_EQ(page.toPlainText(), "The second page");
     back.click();
-    EXPECT_TRUE(page.toPlainText().startsWith(QStringLiteral("Contents")));
+    EXPECT_TRUE(page.toPlainText().startsWith("Contents"));
 }
 
 TEST_F(ProgramTest, ItsOwnCollectionIsSavedWhereASheetEndsWithOne) {
@@ -237,10 +188,9 @@ TEST_F(ProgramTest, TheAboutWindowShowsTheVersionAndOpensTheContactAddresses) {
     fake.bundle.info["CFBundleShortVersionString"] = "1.0";
     delegate().doAbout();
     QMainWindow& about = window("SCAboutWindowController");
-    EXPECT_EQ(about.findChild<QLabel*>(QStringLiteral("version"))->text(),
-              QStringLiteral("Version 1.0"));
-    about.findChild<QPushButton*>(QStringLiteral("feedback"))->click();
-    about.findChild<QPushButton*>(QStringLiteral("website"))->click();
+    EXPECT_EQ(about.findChild<QLabel*>("version")->text(), "Version 1.0");
+    about.findChild<QPushButton*>("feedback")->click();
+    about.findChild<QPushButton*>("website")->click();
     ASSERT_EQ(fake.workspace.opened.size(), 2U);
     EXPECT_TRUE(
         fake.workspace.opened[0].starts_with("mailto:" + std::string(product::addresses::feedback) +

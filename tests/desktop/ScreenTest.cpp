@@ -4,13 +4,11 @@
 #include "desktop/map/MapScheme.h"
 #include "tests/desktop/AllWindows.h"
 
-#include <QAbstractButton>
-#include <QLabel>
 #include <QScreen>
 #include <QSettings>
-#include <QTextLayout>
 
 #include <set>
+#include <utility>
 
 namespace {
 
@@ -53,10 +51,8 @@ TEST_F(ScreenTest, EveryWindowFitsItsScreenWithItsFrame) {
 }
 
 TEST_F(ScreenTest, EveryControlCanBeReachedHoweverSmallTheWindow) {
-    struct {
-        QSize size;
-        int points;
-    } const cases[] = {{{1022, 575}, 9}, {{698, 426}, 9}, {{1022, 575}, 20}, {{698, 426}, 20}};
+    const std::pair<QSize, int> cases[] = {
+        {{1022, 575}, 9}, {{698, 426}, 9}, {{1022, 575}, 20}, {{698, 426}, 20}};
     for (const auto& [size, points] : cases) {
         SCOPED_TRACE(testing::Message() << size.width() << " at " << points);
         useFont(points);
@@ -68,7 +64,7 @@ TEST_F(ScreenTest, EveryControlCanBeReachedHoweverSmallTheWindow) {
         stations().resize(size);
         QApplication::processEvents();
         ASSERT_EQ(stations().size(), size);
-        child<QWidget>("sf").setFocus();
+        search().setFocus();
         std::set<QString> reached;
         for (int press = 0; press < 28; ++press) {
             QWidget& control = *QApplication::focusWidget();
@@ -85,8 +81,8 @@ TEST_F(ScreenTest, EveryControlCanBeReachedHoweverSmallTheWindow) {
             reached.insert(control.objectName());
             QTest::keyClick(&control, Qt::Key_Tab);
         }
-        EXPECT_TRUE(reached.contains(QStringLiteral("filterSearchEnd")));
-        EXPECT_TRUE(reached.contains(QStringLiteral("filterFavoritesEnd")));
+        EXPECT_TRUE(reached.contains("filterSearchEnd"));
+        EXPECT_TRUE(reached.contains("filterFavoritesEnd"));
         EXPECT_GE(reached.size(), 14U);
         stop();
     }
@@ -98,20 +94,9 @@ TEST_F(ScreenTest, WordsRunFromLeftToRightInAnyLanguage) {
         EXPECT_EQ(one->layoutDirection(), Qt::LeftToRight) << one->objectName().toStdString();
     }
     // Text of the other direction stays within its part of the line.
-    child<QTableView>("table").selectRow(1);
+    table().selectRow(1);
     const QString line = child<QLabel>("stationLine").text();
-    QTextLayout layout(line);
-    layout.beginLayout();
-    const QTextLine drawn = layout.createLine();
-    layout.endLayout();
-    double before = -1;
-    for (const char* part : {"LLBG", "תל", "ISRAEL", "32", "34", "elevation", "0"}) {
-        SCOPED_TRACE(part);
-        const auto at = line.lastIndexOf(QString::fromUtf8(part));
-        ASSERT_GE(at, 0);
-        EXPECT_GT(drawn.cursorToX(static_cast<int>(at)), before);
-        before = drawn.cursorToX(static_cast<int>(at));
-    }
+    EXPECT_TRUE(line.startsWith("LLBG · \u2068תל אביב\u2069 · ISRAEL")) << line.toStdString();
 }
 
 TEST(Contrast, FollowsTheAccessibilityGuidelines) {
@@ -120,16 +105,8 @@ TEST(Contrast, FollowsTheAccessibilityGuidelines) {
     EXPECT_NEAR(desktop::contrast(Qt::white, QColor("#569BC6")), 3.04, 0.005);
 }
 
-struct Theme {
-    const char* name;
-    const char* window;
-    const char* text;
-    const char* base;
-    const char* highlight;
-    const char* highlighted;
-};
-
-constexpr Theme themes[] = {
+/// Name, window, text, base, highlight and highlighted text.
+constexpr const char* themes[][6] = {
     {"light", "#efefef", "#000000", "#ffffff", "#308cc6", "#ffffff"},
     {"dark", "#232629", "#fcfcfc", "#1b1e20", "#569bc6", "#fcfcfc"},
     {"black", "#000000", "#ffffff", "#000000", "#1aebff", "#000000"},
@@ -140,10 +117,9 @@ constexpr Theme themes[] = {
 TEST_F(ScreenTest, PressedButtonsAndSelectedRowsStandOutInEveryTheme) {
     useFont(14);
     start();
-    auto& table = child<QTableView>("table");
     auto& down = child<QAbstractButton>("searchICAO");
     auto& up = child<QAbstractButton>("searchName");
-    table.selectRow(0);
+    table().selectRow(0);
     // In a picture: the background at its left edge, and the highest contrast of any pixel with it.
     const auto ground = [](const QImage& image) { return image.pixelColor(3, image.height() / 2); };
     const auto letters = [&](const QImage& image) {
@@ -155,21 +131,20 @@ TEST_F(ScreenTest, PressedButtonsAndSelectedRowsStandOutInEveryTheme) {
         }
         return most;
     };
-    const auto row = [&] {
-        return table.viewport()
-            ->grab(table.visualRect(table.model()->index(0, 1)).adjusted(0, 0, -1, 0))
-            .toImage();
+    const auto row = [] {
+        const QRect cell = table().visualRect(table().model()->index(0, 1));
+        return table().viewport()->grab(cell.adjusted(0, 0, -1, 0)).toImage();
     };
-    for (const Theme& theme : themes) {
-        SCOPED_TRACE(theme.name);
-        QPalette palette(QColor(theme.window), QColor(theme.window));
+    for (const auto& [name, window, text, base, highlight, highlighted] : themes) {
+        SCOPED_TRACE(name);
+        QPalette palette{QColor(window), QColor(window)};
         for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-            palette.setColor(role, QColor(theme.text));
+            palette.setColor(role, text);
         }
-        palette.setColor(QPalette::Base, QColor(theme.base));
-        palette.setColor(QPalette::AlternateBase, QColor(theme.base));
-        palette.setColor(QPalette::Highlight, QColor(theme.highlight));
-        palette.setColor(QPalette::HighlightedText, QColor(theme.highlighted));
+        palette.setColor(QPalette::Base, base);
+        palette.setColor(QPalette::AlternateBase, base);
+        palette.setColor(QPalette::Highlight, highlight);
+        palette.setColor(QPalette::HighlightedText, highlighted);
         // The theme changes while the program runs.
         QApplication::setPalette(palette);
         QApplication::processEvents();
@@ -185,15 +160,15 @@ TEST_F(ScreenTest, PressedButtonsAndSelectedRowsStandOutInEveryTheme) {
             const QImage button = down.grab().toImage();
             // Outside the focus frame.
             const QColor filled = button.pixelColor(1, button.height() / 2);
-            EXPECT_GE(desktop::contrast(filled, QColor(theme.window)), desktop::contrastOfShapes);
+            EXPECT_GE(desktop::contrast(filled, window), desktop::contrastOfShapes);
             EXPECT_GE(letters(button), desktop::contrastOfText);
             EXPECT_NE(filled, up.grab().toImage().pixelColor(1, button.height() / 2));
 
-            hasFocus ? table.setFocus() : table.clearFocus();
+            hasFocus ? table().setFocus() : table().clearFocus();
             const QImage selected = row();
             EXPECT_GE(letters(selected), desktop::contrastOfText);
             // The row has lines above and below, or is filled with their colour.
-            EXPECT_GE(desktop::contrast(selected.pixelColor(20, 0), QColor(theme.base)),
+            EXPECT_GE(desktop::contrast(selected.pixelColor(20, 0), base),
                       desktop::contrastOfShapes);
             EXPECT_EQ(ground(selected) == selected.pixelColor(20, 0), hasFocus);
         }

@@ -2,32 +2,27 @@
 #include "tests/desktop/AllWindows.h"
 #include "tests/support/Gzip.h"
 
-#include <QAction>
-#include <QLabel>
-#include <QMenuBar>
-#include <QPushButton>
-
 namespace {
 
 class WorldSwitchTest : public AllWindows {
 protected:
-    static QAction& entry() {
-        for (QAction* one : stations().menuBar()->actions().at(1)->menu()->actions()) {
-            if (one->text() == QLatin1String("Weather of the &World")) {
-                return *one;
-            }
-        }
-        throw std::runtime_error("no entry");
+    static bool isOn() {
+        const bool isChecked = entry({"Stations", "Weather of the World"}).isChecked();
+        EXPECT_EQ(child<QPushButton>("worldWeather").isChecked(), isChecked);
+        return isChecked;
     }
-    /// The column with this heading, or -1.
-    static int column(const char* heading) {
-        const QAbstractItemModel& model = *child<QTableView>("table").model();
+    /// The flight category of the first station; "no column" if none is shown.
+    static std::string category() {
+        const QAbstractItemModel& model = *table().model();
         for (int i = 0; i < model.columnCount(); ++i) {
-            if (model.headerData(i, Qt::Horizontal).toString() == QLatin1String(heading)) {
-                return i;
+            if (model.headerData(i, Qt::Horizontal).toString() == "Category") {
+                return model.index(0, i).data().toString().toStdString();
             }
         }
-        return -1;
+        return "no column";
+    }
+    void awaitCategory() {
+        await("the category", [] { return category() == "IFR"; });
     }
     bool asksForTheWorld() {
         const auto asked = fake.urlSessions.addresses();
@@ -39,49 +34,34 @@ protected:
     std::ptrdiff_t timers() {
         return std::ranges::count(fake.timers.runningIntervals(), std::chrono::minutes(1));
     }
+    void expectOff() {
+        EXPECT_FALSE(isOn());
+        EXPECT_EQ(category(), "no column");
+        EXPECT_TRUE(child<QLabel>("worldStatus").isHidden());
+        await("the end of the timers", [this] { return timers() == 0; });
+    }
 };
 
 TEST_F(WorldSwitchTest, ShowsEveryStationsWeatherWhileItIsOnAndRemembersThat) {
     start();
     EXPECT_FALSE(asksForTheWorld());
-    EXPECT_EQ(column("Category"), -1);
-    EXPECT_TRUE(child<QLabel>("worldStatus").isHidden());
-    EXPECT_EQ(timers(), 0);
-
-    QTest::keyClick(&child<QTableView>("table"), Qt::Key_W,
-                    Qt::ControlModifier | Qt::ShiftModifier);
-    EXPECT_TRUE(child<QPushButton>("worldWeather").isChecked());
+    expectOff();
+    QTest::keyClick(&table(), Qt::Key_W, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(isOn());
     EXPECT_TRUE(asksForTheWorld());
     EXPECT_EQ(timers(), 1) << "reports grow old";
     EXPECT_TRUE(
         fake.urlSessions.answer("metars.cache", support::gzip(support::metarReply("KJFK"))));
-    const auto category = [&] {
-        const QAbstractItemModel& model = *child<QTableView>("table").model();
-        return model.index(0, column("Category")).data().toString();
-    };
-    ASSERT_GE(column("Category"), 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        fake.mainThread.run();
-        return category() == QLatin1String("IFR");
-    }));
+    EXPECT_NE(category(), "no column");
+    awaitCategory();
     EXPECT_FALSE(child<QLabel>("worldStatus").isHidden());
     stop();
-
+    // What was kept shows again.
     start();
-    EXPECT_TRUE(entry().isChecked());
-    EXPECT_TRUE(child<QPushButton>("worldWeather").isChecked());
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        fake.mainThread.run();
-        return category() == QLatin1String("IFR");
-    })) << "what was kept shows again";
-    child<QPushButton>("worldWeather").click();
-    EXPECT_FALSE(entry().isChecked());
-    EXPECT_EQ(column("Category"), -1);
-    EXPECT_TRUE(child<QLabel>("worldStatus").isHidden());
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        fake.mainThread.run();
-        return timers() == 0;
-    }));
+    EXPECT_TRUE(isOn());
+    awaitCategory();
+    click("worldWeather");
+    expectOff();
     stop();
 }
 
