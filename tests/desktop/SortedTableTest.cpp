@@ -1,23 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/StationCells.h"
 #include "desktop/table/StationTable.h"
+#include "tests/support/Menus.h"
 #include "tests/support/Stations.h"
-#include "tests/support/TableViewContract.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QAbstractItemModelTester>
-#include <QApplication>
 #include <QClipboard>
-#include <QContextMenuEvent>
 #include <QHeaderView>
-#include <QMenu>
 #include <QScrollBar>
 #include <QTableView>
 #include <QTest>
-
 #include <fmt/format.h>
+#include <gtest/gtest.h>
 
-#include <functional>
 #include <limits>
 #include <map>
 #include <set>
@@ -25,23 +21,10 @@
 namespace {
 
 using desktop::SortOrder;
+using desktop::StationTable;
 using desktop::StationTableModel;
 using reports::Category;
 using reports::Metar;
-
-/// A table sorted in such a way that no row is where the logic has it.
-struct SortedTable {
-    SortedTable() {
-        table.setStations([](int row) {
-            return makeStation({.stationName = fmt::format("{:03}", (row * 7 + 3) % 101)});
-        });
-        table.sortBy(desktop::StationTable::Sort{1, SortOrder::descending});
-    }
-    void settle() { QCoreApplication::processEvents(); }
-
-    QTableView view;
-    desktop::StationTable table{view};
-};
 
 /// The rows of a window's logic.
 struct Listed final : catalogue::StationRows {
@@ -84,18 +67,12 @@ protected:
         table.reloadData();
     }
     void showWeather() {
-        table.setWeather(desktop::StationTable::Weather{
-            [this](const std::string& identifier) {
-                const auto found = metars.find(identifier);
-                return found == metars.end() ? nullptr : found->second;
-            },
+        table.setWeather(StationTable::Weather{
+            [this](const std::string& identifier) { return metars[identifier]; },
             [] { return platform::Date(std::chrono::hours(100)); }});
     }
-    static int column(const char* identifier) {
-        return StationTableModel::columnOf(QString::fromUtf8(identifier));
-    }
+    static int column(const char* identifier) { return StationTableModel::columnOf(identifier); }
     void clickHeading(int column) {
-        QHeaderView& header = *view.horizontalHeader();
         view.horizontalScrollBar()->setValue(header.sectionPosition(column) - 50);
         QTest::mouseClick(header.viewport(), Qt::LeftButton, {},
                           {header.sectionViewportPosition(column) + 8, 5});
@@ -107,23 +84,6 @@ protected:
         }
         return text;
     }
-    QMenu& openMenu(QWidget& on, QContextMenuEvent::Reason reason, const QPoint& place) {
-        QContextMenuEvent event(reason, place, on.mapToGlobal(place));
-        QApplication::sendEvent(&on, &event);
-        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        if (menu == nullptr) {
-            throw std::runtime_error("no menu");
-        }
-        return *menu;
-    }
-    static QAction& entry(QMenu& menu, const QString& text) {
-        for (QAction* one : menu.actions()) {
-            if (one->text().remove(u'&').startsWith(text)) {
-                return *one;
-            }
-        }
-        throw std::runtime_error("no entry " + text.toStdString());
-    }
     [[nodiscard]] QString copied() {
         QApplication::clipboard()->clear();
         QTest::keySequence(&view, QKeySequence::Copy);
@@ -131,9 +91,10 @@ protected:
     }
 
     QTableView view;
+    QHeaderView& header = *view.horizontalHeader();
     Listed listed;
     std::map<std::string, std::shared_ptr<const Metar>> metars;
-    desktop::StationTable table{view};
+    StationTable table{view};
 };
 
 TEST_F(SortedTableTest, SortsByValueWithBlanksLastBothWays) {
@@ -177,28 +138,25 @@ TEST_F(SortedTableTest, SortsByValueWithBlanksLastBothWays) {
     }
     table.reloadData();
     showWeather();
-    struct {
-        const char* column;
-        const char* up;
-        const char* down;
-    } const cases[] = {{"2", "523140", "413250"},           {"5", "321504", "152304"},
-                       {"8", "304215", "152043"},           {"7", "315204", "215304"},
-                       {"category", "123045", "213045"},    {"wind", "120345", "210345"},
-                       {"visibility", "210345", "120345"},  {"ceiling", "210345", "120345"},
-                       {"temperature", "320145", "230145"}, {"qnh", "012345", "012345"},
-                       {"age", "231045", "132045"}};
-    for (const auto& one : cases) {
-        SCOPED_TRACE(one.column);
-        clickHeading(column(one.column));
-        EXPECT_EQ(rows(), one.up);
-        EXPECT_TRUE(view.horizontalHeader()->isSortIndicatorShown());
-        EXPECT_EQ(view.horizontalHeader()->sortIndicatorSection(), column(one.column));
-        EXPECT_TRUE(view.accessibleDescription().endsWith(QStringLiteral("sorted ascending")));
-        clickHeading(column(one.column));
-        EXPECT_EQ(rows(), one.down);
-        clickHeading(column(one.column));
+    const char* const cases[][3] = {
+        {"2", "523140", "413250"},           {"5", "321504", "152304"},
+        {"8", "304215", "152043"},           {"7", "315204", "215304"},
+        {"category", "123045", "213045"},    {"wind", "120345", "210345"},
+        {"visibility", "210345", "120345"},  {"ceiling", "210345", "120345"},
+        {"temperature", "320145", "230145"}, {"qnh", "012345", "012345"},
+        {"age", "231045", "132045"}};
+    for (const auto& [identifier, up, down] : cases) {
+        SCOPED_TRACE(identifier);
+        clickHeading(column(identifier));
+        EXPECT_EQ(rows(), up);
+        EXPECT_TRUE(header.isSortIndicatorShown());
+        EXPECT_EQ(header.sortIndicatorSection(), column(identifier));
+        EXPECT_TRUE(view.accessibleDescription().endsWith("sorted ascending"));
+        clickHeading(column(identifier));
+        EXPECT_EQ(rows(), down);
+        clickHeading(column(identifier));
         EXPECT_EQ(rows(), "012345");
-        EXPECT_FALSE(view.horizontalHeader()->isSortIndicatorShown());
+        EXPECT_FALSE(header.isSortIndicatorShown());
     }
 }
 
@@ -229,7 +187,7 @@ TEST_F(SortedTableTest, KeepsSelectionMarksAndPlace) {
         }
     };
     for (const SortOrder order : {SortOrder::ascending, SortOrder::descending}) {
-        table.sortBy(desktop::StationTable::Sort{1, order});
+        table.sortBy(StationTable::Sort{1, order});
         expectKept();
         table.reloadData();
         expectKept();
@@ -248,17 +206,16 @@ TEST_F(SortedTableTest, KeepsSelectionMarksAndPlace) {
 TEST_F(SortedTableTest, RefreshesInTheMiddleOfASort) {
     list(100);
     // Every answer differs from the one before, as if reports came in while rows are compared.
-    int asked = 0;
-    table.setWeather(desktop::StationTable::Weather{[&asked](const std::string&) {
-                                                        auto metar = std::make_shared<Metar>();
-                                                        metar->temperature = (++asked * 7919) % 101;
-                                                        return metar;
-                                                    },
-                                                    [] { return platform::Date(); }});
+    const auto unsteady = [asked = 0](const std::string&) mutable {
+        auto metar = std::make_shared<Metar>();
+        metar->temperature = (++asked * 7919) % 101;
+        return metar;
+    };
+    table.setWeather(StationTable::Weather{unsteady, [] { return platform::Date(); }});
     table.selectRow(50);
     view.verticalScrollBar()->setValue(300);
     listed.told.clear();
-    table.sortBy(desktop::StationTable::Sort{column("temperature"), SortOrder::ascending});
+    table.sortBy(StationTable::Sort{column("temperature"), SortOrder::ascending});
     for (int refresh = 0; refresh < 3; ++refresh) {
         table.weatherChanged();
         std::set<std::int64_t> all;
@@ -275,7 +232,7 @@ TEST_F(SortedTableTest, RefreshesInTheMiddleOfASort) {
     EXPECT_EQ(table.rowAt(view.model()->index(42, 0)), 42);
     EXPECT_EQ(table.selectedRow(), 50);
     showWeather();
-    EXPECT_EQ(view.horizontalHeader()->sortIndicatorSection(), column("temperature"));
+    EXPECT_EQ(header.sortIndicatorSection(), column("temperature"));
     EXPECT_EQ(table.selectedRow(), 50);
     EXPECT_TRUE(listed.told.empty());
 }
@@ -285,18 +242,17 @@ TEST_F(SortedTableTest, ColumnsAreArrangedByMenuAndRemembered) {
     QSettings memory(QString::fromStdString((folder / "table.ini").string()), QSettings::IniFormat);
     list(3);
     showWeather();
-    QWidget& header = *view.horizontalHeader()->viewport();
     const auto choose = [&](int on, const QString& text) {
-        const int x = view.horizontalHeader()->sectionViewportPosition(on) + 5;
-        QMenu& menu = openMenu(header, QContextMenuEvent::Mouse, {x, 5});
-        entry(menu, text).trigger();
+        const int x = header.sectionViewportPosition(on) + 5;
+        QMenu& menu = support::openMenu(*header.viewport(), {x, 5});
+        support::entryOf(menu, {text}).trigger();
         menu.close();
     };
-    choose(column("1"), QStringLiteral("Move Right"));
-    choose(column("3"), QStringLiteral("Hide"));
-    choose(column("2"), QStringLiteral("Sort Desc"));
-    view.horizontalHeader()->resizeSection(column("wind"), 177);
-    view.horizontalHeader()->moveSection(0, view.horizontalHeader()->visualIndex(column("wind")));
+    choose(column("1"), "Move Right");
+    choose(column("3"), "Hide");
+    choose(column("2"), "Sort Desc");
+    header.resizeSection(column("wind"), 177);
+    header.moveSection(0, header.visualIndex(column("wind")));
     const auto arranged = [](const QTableView& shown) {
         QString text;
         for (int place = 0; place < shown.model()->columnCount(); ++place) {
@@ -308,49 +264,45 @@ TEST_F(SortedTableTest, ColumnsAreArrangedByMenuAndRemembered) {
         return text;
     };
     const QString asArranged = arranged(view);
-    EXPECT_TRUE(asArranged.startsWith(QStringLiteral("1 category wind 2 visibility")))
-        << asArranged.toStdString();
+    EXPECT_TRUE(asArranged.startsWith("1 category wind 2 visibility")) << asArranged.toStdString();
     // Away for a while, and moved about without weather.
     table.setWeather({});
-    EXPECT_TRUE(arranged(view).startsWith(QStringLiteral("1 2 4 5")))
-        << arranged(view).toStdString();
+    EXPECT_TRUE(arranged(view).startsWith("1 2 4 5")) << arranged(view).toStdString();
     table.remember(memory);
     {
         QTableView other;
-        desktop::StationTable recalled(other);
+        StationTable recalled(other);
         recalled.recall(memory);
         EXPECT_EQ(arranged(other), arranged(view));
-        recalled.setWeather(desktop::StationTable::Weather{});
+        recalled.setWeather(StationTable::Weather{});
         EXPECT_EQ(arranged(other), asArranged);
         EXPECT_EQ(other.columnWidth(column("wind")), 177);
-        EXPECT_EQ(recalled.model().sorting(),
-                  (desktop::StationTable::Sort{1, SortOrder::descending}));
+        EXPECT_EQ(recalled.model().sorting(), (StationTable::Sort{1, SortOrder::descending}));
     }
     showWeather();
-    choose(column("2"), QStringLiteral("Hide"));
+    choose(column("2"), "Hide");
     EXPECT_FALSE(table.model().sorting()) << "nothing would show why";
-    choose(column("wind"), QStringLiteral("Reset"));
-    EXPECT_TRUE(arranged(view).startsWith(QStringLiteral("1 2 3 category wind")));
+    choose(column("wind"), "Reset");
+    EXPECT_TRUE(arranged(view).startsWith("1 2 3 category wind"));
     EXPECT_NE(view.columnWidth(column("wind")), 177);
     for (int hidden = 1; hidden < 24; ++hidden) {
-        choose(view.horizontalHeader()->logicalIndex(hidden), QStringLiteral("Hide"));
+        choose(header.logicalIndex(hidden), "Hide");
     }
-    choose(0, QStringLiteral("Hide"));
-    EXPECT_EQ(arranged(view), QStringLiteral("1 "));
+    choose(0, "Hide");
+    EXPECT_EQ(arranged(view), "1 ");
 
-    const QVariant odd[] = {
-        {},
-        QStringList{QStringLiteral("99"), QStringLiteral("2"), QStringLiteral("2"), QString()},
-        QVariantList{-5, QStringLiteral("x"), 1e18},
-        QByteArray("\xff\x00", 2)};
+    const QVariant odd[] = {{},
+                            QStringList{"99", "2", "2", QString()},
+                            QVariantList{-5, "x", 1e18},
+                            QByteArray("\xff\x00", 2)};
     for (const QVariant& value : odd) {
         for (const char* key : {"columns", "columnOrder", "hiddenColumns", "sortedBy"}) {
-            memory.setValue(QString::fromUtf8(key), value);
+            memory.setValue(key, value);
         }
         QTableView other;
-        desktop::StationTable recalled(other);
+        StationTable recalled(other);
         recalled.recall(memory);
-        recalled.setWeather(desktop::StationTable::Weather{});
+        recalled.setWeather(StationTable::Weather{});
         EXPECT_GE(other.horizontalHeader()->hiddenSectionCount(), 0);
         EXPECT_LE(other.horizontalHeader()->hiddenSectionCount(), 1);
         EXPECT_FALSE(recalled.model().sorting());
@@ -359,42 +311,36 @@ TEST_F(SortedTableTest, ColumnsAreArrangedByMenuAndRemembered) {
 
 TEST_F(SortedTableTest, CopiesWhatIsShownAndOpensItsMenuByTheKeyboard) {
     list(4);
-    EXPECT_EQ(copied(), QString()) << "no row is selected";
+    EXPECT_EQ(copied(), "") << "no row is selected";
     auto metar = std::make_shared<Metar>();
     metar->conditions.wind = reports::Wind{.direction = 230, .speed = 12, .gust = 22};
     metar->altimeter = 29.92;
     metars["A002"] = metar;
     showWeather();
-    view.horizontalHeader()->moveSection(0, 3);
+    header.moveSection(0, 3);
     for (int hidden = column("4"); hidden <= column("16"); ++hidden) {
-        view.horizontalHeader()->hideSection(hidden);
+        header.hideSection(hidden);
     }
-    table.sortBy(desktop::StationTable::Sort{column("wind"), SortOrder::ascending});
+    table.sortBy(StationTable::Sort{column("wind"), SortOrder::ascending});
     table.selectRow(2);
     EXPECT_EQ(view.currentIndex().row(), 0);
-    EXPECT_EQ(copied(),
-              QStringLiteral("001\tA002\tunknown\t\t230° 12G22 kt\t\t\t\t\t1013 hPa\t4 d"));
+    EXPECT_EQ(copied(), "001\tA002\tunknown\t\t230° 12G22 kt\t\t\t\t\t1013 hPa\t4 d");
 
     view.setCurrentIndex(view.model()->index(0, column("wind")));
     std::int64_t row = -1;
     table.addToRowMenu = [&row](QMenu&, std::int64_t of) { row = of; };
-    QMenu& menu = openMenu(view, QContextMenuEvent::Keyboard, {0, 0});
+    QMenu& menu = support::openMenu(view, {0, 0}, QContextMenuEvent::Keyboard);
     EXPECT_EQ(row, 2);
-    entry(menu, QStringLiteral("Copy Cell")).trigger();
-    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("230° 12G22 kt"));
-    entry(*entry(menu, QStringLiteral("Column “Wind”")).menu(), QStringLiteral("Hide")).trigger();
+    support::entryOf(menu, {"Copy Cell"}).trigger();
+    EXPECT_EQ(QApplication::clipboard()->text(), "230° 12G22 kt");
+    support::entryOf(menu, {"Column “Wind”", "Hide"}).trigger();
     EXPECT_TRUE(view.isColumnHidden(column("wind")));
     menu.close();
     // A click selects the row whose menu it opens.
-    openMenu(*view.viewport(), QContextMenuEvent::Mouse,
-             view.visualRect(view.model()->index(3, 1)).center())
-        .close();
+    const QRect third = view.visualRect(view.model()->index(3, 1));
+    support::openMenu(*view.viewport(), third.center()).close();
     EXPECT_EQ(row, table.selectedRow());
     EXPECT_EQ(row, 3);
 }
 
 } // namespace
-
-namespace support {
-INSTANTIATE_TYPED_TEST_SUITE_P(SortedTable, TableViewContract, SortedTable);
-} // namespace support

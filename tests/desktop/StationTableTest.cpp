@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/table/StationTable.h"
+#include "tests/support/Stations.h"
 #include "tests/support/TableViewContract.h"
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QHeaderView>
-#include <QScrollBar>
 #include <QTableView>
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -18,6 +19,18 @@ struct RealTable {
 
     QTableView view;
     desktop::StationTable table{view};
+    QAbstractItemModelTester tester{view.model(),
+                                    QAbstractItemModelTester::FailureReportingMode::Fatal};
+};
+
+/// Sorted in such a way that no row is where the logic has it.
+struct SortedTable : RealTable {
+    SortedTable() {
+        table.setStations([](int row) {
+            return makeStation({.stationName = fmt::format("{:03}", (row * 7 + 3) % 101)});
+        });
+        table.sortBy(desktop::StationTable::Sort{1, desktop::SortOrder::descending});
+    }
 };
 
 struct Stations final : support::CountedRows {
@@ -64,17 +77,6 @@ protected:
     desktop::StationTable table{view};
 };
 
-TEST_F(StationTableTest, ModelKeepsTheToolkitsRules) {
-    const QAbstractItemModelTester tester(view.model(),
-                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
-    for (const std::int64_t rows : {0, 7, 3, -1}) {
-        stations.rows = rows;
-        table.reloadData();
-        QCoreApplication::processEvents();
-        EXPECT_EQ(view.model()->rowCount(), std::max<std::int64_t>(rows, 0));
-    }
-}
-
 TEST_F(StationTableTest, OpensColumnsWideEnoughInEveryFont) {
     stations.rows = 700;
     stations.longRow = 555;
@@ -100,22 +102,14 @@ TEST_F(StationTableTest, OpensColumnsWideEnoughInEveryFont) {
     EXPECT_GE(view.rowHeight(0), view.fontMetrics().height());
 }
 
-TEST_F(StationTableTest, KeepsWhatTheUserSetAcrossReloads) {
-    stations.rows = 1000;
-    table.reloadData();
-    table.selectRow(2);
+TEST_F(StationTableTest, KeepsTheWidthThatTheUserSetAcrossReloads) {
     view.horizontalHeader()->resizeSection(1, 77);
-    view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum() / 2);
-    const int place = view.verticalScrollBar()->value();
-
     stations.longRow = 1;
     stations.longText = "text that would like a wider column";
     table.reloadData();
     table.setColumnWidth("2", 120);
     QCoreApplication::processEvents();
     EXPECT_EQ(view.columnWidth(1), 77);
-    EXPECT_EQ(view.verticalScrollBar()->value(), place);
-    EXPECT_GT(place, 0);
 }
 
 TEST_F(StationTableTest, KeepsTheSelectedRowInSightWhenTheViewShrinks) {
@@ -164,5 +158,6 @@ TEST_F(StationTableTest, CutsTextLongerThanAnyStations) {
 } // namespace
 
 namespace support {
-INSTANTIATE_TYPED_TEST_SUITE_P(RealTable, TableViewContract, RealTable);
+using Tables = testing::Types<RealTable, SortedTable>;
+INSTANTIATE_TYPED_TEST_SUITE_P(RealTable, TableViewContract, Tables);
 } // namespace support
