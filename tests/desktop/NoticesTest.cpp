@@ -2,12 +2,12 @@
 #include "desktop/host/DesktopNotices.h"
 #include "desktop/host/MainQueue.h"
 #include "tests/support/FakeHost.h"
-#include "tests/support/NoticesContract.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QTest>
+#include <gtest/gtest.h>
 
 #include <spawn.h>
 #include <sys/wait.h>
@@ -15,6 +15,7 @@
 
 #include <array>
 #include <csignal>
+#include <utility>
 
 namespace {
 
@@ -45,8 +46,14 @@ public:
     }
     ~SessionBus() {
         before_.isEmpty() ? qunsetenv(variable) : qputenv(variable, before_);
-        ::kill(daemon_, SIGKILL);
-        ::waitpid(daemon_, nullptr, 0);
+        end();
+    }
+    /// The environment goes on naming it.
+    void end() {
+        if (const pid_t daemon = std::exchange(daemon_, 0); daemon > 0) {
+            ::kill(daemon, SIGKILL);
+            ::waitpid(daemon, nullptr, 0);
+        }
     }
 
     QString address;
@@ -63,7 +70,7 @@ class BusService final : public QDBusVirtualObject {
 public:
     BusService(const QString& address, QStringList capabilities)
         : capabilities_(std::move(capabilities)),
-          bus_(QDBusConnection::connectToBus(address, QStringLiteral("notification service"))) {
+          bus_(QDBusConnection::connectToBus(address, "notification service")) {
         EXPECT_TRUE(bus_.registerVirtualObject(path, this));
     }
     ~BusService() override { QDBusConnection::disconnectFromBus(bus_.name()); }
@@ -73,16 +80,15 @@ public:
     }
     void choose(std::size_t number) {
         for (const auto& id : {uint{999}, static_cast<uint>(number + 1)}) {
-            QDBusMessage signal =
-                QDBusMessage::createSignal(path, name, QStringLiteral("ActionInvoked"));
-            signal << id << QStringLiteral("default");
+            QDBusMessage signal = QDBusMessage::createSignal(path, name, "ActionInvoked");
+            signal << id << "default";
             EXPECT_TRUE(bus_.send(signal));
         }
     }
 
     [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
     bool handleMessage(const QDBusMessage& call, const QDBusConnection& bus) override {
-        if (call.member() == QLatin1String("GetCapabilities")) {
+        if (call.member() == "GetCapabilities") {
             return bus.send(call.createReply(capabilities_));
         }
         calls.push_back(call.arguments());
@@ -92,16 +98,26 @@ public:
     std::vector<QVariantList> calls;
 
 private:
-    static inline const QString name = QStringLiteral("org.freedesktop.Notifications");
-    static inline const QString path = QStringLiteral("/org/freedesktop/Notifications");
+    static inline const QString name = "org.freedesktop.Notifications";
+    static inline const QString path = "/org/freedesktop/Notifications";
     QStringList capabilities_;
     QDBusConnection bus_;
 };
 
-struct DesktopStage {
-    explicit DesktopStage(const QStringList& capabilities = {QStringLiteral("body"),
-                                                             QStringLiteral("actions"),
-                                                             QStringLiteral("body-markup")})
+class CountedChanges {
+public:
+    [[nodiscard]] int changes() const { return changes_; }
+
+    platform::NotificationCenter center;
+
+private:
+    int changes_ = 0;
+    platform::NotificationCenter::Token token_ = center.addObserver(
+        platform::Notices::didChange, [this](const platform::Notification&) { ++changes_; });
+};
+
+struct DesktopStage : CountedChanges {
+    explicit DesktopStage(const QStringList& capabilities = {"body", "actions", "body-markup"})
         : service(bus.address, capabilities) {}
 
     desktop::DesktopNotices& notices() { return real; }
@@ -114,9 +130,7 @@ struct DesktopStage {
         std::vector<std::string> texts;
         for (const QVariantList& call : service.calls) {
             QString body = call.at(4).toString();
-            body.replace(QStringLiteral("&lt;"), QStringLiteral("<"))
-                .replace(QStringLiteral("&gt;"), QStringLiteral(">"))
-                .replace(QStringLiteral("&amp;"), QStringLiteral("&"));
+            body.replace("&lt;", "<").replace("&gt;", ">").replace("&amp;", "&");
             texts.push_back((call.at(3).toString() + u'\n' + body).toStdString());
         }
         return texts;
@@ -127,22 +141,15 @@ struct DesktopStage {
             return line.starts_with("Not shown: " + title + ";");
         });
     }
-    [[nodiscard]] int changes() const { return changes_; }
 
     SessionBus bus;
     BusService service;
     support::FakeLog log;
-    platform::NotificationCenter center;
     desktop::MainQueue queue;
     desktop::DesktopNotices real{center, queue, log};
-
-private:
-    int changes_ = 0;
-    platform::NotificationCenter::Token token_ = center.addObserver(
-        platform::Notices::didChange, [this](const platform::Notification&) { ++changes_; });
 };
 
-struct FakeStage {
+struct FakeStage : CountedChanges {
     support::FakeNotices& notices() { return fake; }
     void setThere(bool isThere) { fake.setThere(isThere); }
     template <typename Condition>
@@ -158,25 +165,72 @@ struct FakeStage {
     }
     void choose(std::size_t number) { fake.choose(number); }
     [[nodiscard]] static bool hasLost(const std::string& /*title*/) { return true; }
-    [[nodiscard]] int changes() const { return changes_; }
 
-    platform::NotificationCenter center;
     support::FakeNotices fake{center};
-
-private:
-    int changes_ = 0;
-    platform::NotificationCenter::Token token_ = center.addObserver(
-        platform::Notices::didChange, [this](const platform::Notification&) { ++changes_; });
 };
 
-} // namespace
+/// What the logic relies on in every service for notices. The real one and the fake run the same
+/// tests. A stage has `notices`; `setThere`, which brings the service or takes it away; `settle`,
+/// which returns whether a condition came about; `shown`, which tells what the user sees of each
+/// notice, the title and the lines as one text each; `choose`, by which the user chooses one of
+/// these; `hasLost`, whether a notice with that title will never be shown; and `changes`, the
+/// number of posts.
+template <typename Stage>
+struct NoticesContract : testing::Test {
+    Stage stage;
+    std::vector<std::string> chosen;
 
-namespace support {
-INSTANTIATE_TYPED_TEST_SUITE_P(Desktop, NoticesContract, DesktopStage);
-INSTANTIATE_TYPED_TEST_SUITE_P(Fake, NoticesContract, FakeStage);
-} // namespace support
+    void show(const std::string& title) {
+        stage.notices().show({title, {"QNH < 1013 & \"more\"", "<b>second</b>"}, [this, title] {
+                                  chosen.push_back(title);
+                              }});
+    }
+};
 
-namespace {
+using Stages = testing::Types<DesktopStage, FakeStage>;
+TYPED_TEST_SUITE(NoticesContract, Stages);
+
+TYPED_TEST(NoticesContract, ShowsPlainTextAndTellsWhichNoticeWasChosenOnce) {
+    auto& seen = this->stage;
+    EXPECT_EQ(seen.notices().canShow(), std::nullopt);
+    seen.setThere(true);
+    this->show("A & <i>B</i>");
+    this->show("C");
+    ASSERT_TRUE(seen.settle([&] { return seen.shown().size() == 2; }));
+    EXPECT_EQ(seen.notices().canShow(), true);
+    EXPECT_EQ(seen.shown()[0], "A & <i>B</i>\nQNH < 1013 & \"more\"\n<b>second</b>");
+    seen.choose(1);
+    EXPECT_TRUE(seen.settle([&] { return !this->chosen.empty(); }));
+    seen.choose(1);
+    seen.choose(0);
+    EXPECT_TRUE(seen.settle([&] { return this->chosen.size() > 1; }));
+    EXPECT_EQ(this->chosen, (std::vector<std::string>{"C", "A & <i>B</i>"}));
+}
+
+TYPED_TEST(NoticesContract, TheServiceMayBeMissingAndMayComeAndGo) {
+    auto& seen = this->stage;
+    const auto settles = [&](bool canShow, int changes) {
+        return seen.settle(
+            [&] { return seen.notices().canShow() == canShow && seen.changes() == changes; });
+    };
+    seen.setThere(false);
+    seen.notices().prepare();
+    EXPECT_TRUE(settles(false, 1));
+    this->show("lost");
+    EXPECT_TRUE(seen.settle([&] { return seen.hasLost("lost"); }));
+    seen.setThere(true);
+    EXPECT_TRUE(settles(true, 2));
+    this->show("seen");
+    EXPECT_TRUE(seen.settle([&] { return seen.shown().size() == 1; }));
+    EXPECT_TRUE(seen.shown().at(0).starts_with("seen"));
+    seen.setThere(false);
+    EXPECT_TRUE(settles(false, 3));
+    this->show("lost as well");
+    EXPECT_TRUE(seen.settle([&] { return seen.hasLost("lost as well"); }));
+    seen.setThere(true);
+    EXPECT_TRUE(settles(true, 4));
+    EXPECT_EQ(seen.shown().size(), 1U);
+}
 
 TEST(DesktopNotices, SendsWhatTheServiceCanShow) {
     const struct {
@@ -196,20 +250,15 @@ TEST(DesktopNotices, SendsWhatTheServiceCanShow) {
         stage.real.show({"A & B", {"x < y & \"z\"", "2nd\u202e"}, {}});
         ASSERT_TRUE(DesktopStage::settle([&] { return !stage.service.calls.empty(); }));
         const QVariantList& sent = stage.service.calls.front();
-        EXPECT_EQ(sent.at(3).toString(), QString::fromUtf8(one.title));
-        EXPECT_EQ(sent.at(4).toString(), QString::fromUtf8(one.body));
+        EXPECT_EQ(sent.at(3).toString(), one.title);
+        EXPECT_EQ(sent.at(4).toString(), one.body);
         EXPECT_EQ(sent.at(5).toStringList().size(), one.actions);
     }
 }
 
 TEST(DesktopNotices, WithoutABusSayWhatIsNotShownAndTryAgain) {
-    QString dead;
-    {
-        const SessionBus ended;
-        dead = ended.address;
-    }
-    const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
-    qputenv("DBUS_SESSION_BUS_ADDRESS", dead.toLatin1());
+    SessionBus ended;
+    ended.end();
     support::FakeLog log;
     platform::NotificationCenter center;
     desktop::MainQueue queue;
@@ -220,10 +269,8 @@ TEST(DesktopNotices, WithoutABusSayWhatIsNotShownAndTryAgain) {
     ASSERT_EQ(log.lines().size(), 2U);
     EXPECT_TRUE(log.lines()[0].starts_with("Notifications cannot be shown: "));
     EXPECT_EQ(log.lines()[1], "Not shown: First; line");
-    before.isEmpty() ? qunsetenv("DBUS_SESSION_BUS_ADDRESS")
-                     : qputenv("DBUS_SESSION_BUS_ADDRESS", before);
     const SessionBus bus;
-    BusService service(bus.address, {QStringLiteral("body")});
+    BusService service(bus.address, {"body"});
     service.setThere(true);
     notices.show({"Second", {}, {}});
     EXPECT_TRUE(DesktopStage::settle([&] { return service.calls.size() == 1; }));
