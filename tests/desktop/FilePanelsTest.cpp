@@ -34,38 +34,36 @@ public:
 
 private:
     void answerNext() {
-        QWidget* asking = QApplication::activeModalWidget();
+        auto* asking = qobject_cast<QDialog*>(QApplication::activeModalWidget());
         if (!asking || !asking->isVisible()) {
             return;
         }
-        const std::string answer = allGiven() ? "" : answers_[next_++];
+        const auto answer = QString::fromStdString(allGiven() ? "" : answers_[next_++]);
+        QAbstractButton* chosen = nullptr;
         if (auto* dialog = qobject_cast<QFileDialog*>(asking)) {
+            auto& field = *dialog->findChild<QLineEdit*>();
             folder = dialog->directory().absolutePath();
-            name = dialog->findChild<QLineEdit*>()->text();
+            name = field.text();
             filters = dialog->nameFilters();
+            field.setText(answer);
+            chosen = dialog->findChild<QDialogButtonBox*>()->buttons().constFirst();
         }
-        for (const QLabel* label : asking->findChildren<QLabel*>()) {
-            if (qobject_cast<QMessageBox*>(asking)) {
+        if (auto* box = qobject_cast<QMessageBox*>(asking)) {
+            for (const QLabel* label : box->findChildren<QLabel*>()) {
                 asked += label->text();
-                EXPECT_FALSE(label->textFormat() != Qt::PlainText &&
-                             Qt::mightBeRichText(label->text()))
+                EXPECT_TRUE(label->textFormat() == Qt::PlainText ||
+                            !Qt::mightBeRichText(label->text()))
                     << label->text().toStdString();
             }
-        }
-        if (auto* dialog = qobject_cast<QFileDialog*>(asking); dialog && !answer.empty()) {
-            dialog->findChild<QLineEdit*>()->setText(QString::fromStdString(answer));
-            dialog->findChild<QDialogButtonBox*>()->buttons().constFirst()->click();
-        } else if (auto* box = qobject_cast<QMessageBox*>(asking); box && !answer.empty()) {
             for (QAbstractButton* button : box->buttons()) {
-                if (button->text().remove(u'&').toStdString() == answer) {
-                    button->click();
-                    return;
-                }
+                chosen = button->text().remove(u'&') == answer ? button : chosen;
             }
-            ADD_FAILURE() << "there is no button " << answer;
-            box->reject();
+            EXPECT_TRUE(chosen || answer.isEmpty()) << "no button " << answer.toStdString();
+        }
+        if (chosen && !answer.isEmpty()) {
+            chosen->click();
         } else {
-            static_cast<QDialog*>(asking)->reject();
+            asking->reject();
         }
     }
 
@@ -74,43 +72,45 @@ private:
     QTimer timer_;
 };
 
-TEST(FilePanels, NothingIsReplacedWithoutAskingTheUser) {
-    const support::TemporaryFolder folder;
+struct FilePanelsTest : testing::Test {
+    [[nodiscard]] std::string in(const char* name) const { return (folder / name).string(); }
+    static std::string forced(const std::string& path) {
+        return std::filesystem::path(path).replace_extension("STNPKG").string();
+    }
+
+    support::TemporaryFolder folder;
+    support::FakeUserDefaults settings;
+};
+
+TEST_F(FilePanelsTest, NothingIsReplacedWithoutAskingTheUser) {
     folder.write("old.STNPKG", "precious");
     folder.write("free.txt", "not in the way");
     std::filesystem::create_directory(folder / "folder.STNPKG");
-    const auto in = [&](const char* name) { return (folder / name).string(); };
-    const auto forced = [](const std::string& path) {
-        return std::filesystem::path(path).replace_extension("STNPKG").string();
-    };
-    struct Case {
+    const struct {
         const char* name;
         std::vector<std::string> answers;
-        std::optional<std::string> chosen;
-    };
-    support::FakeUserDefaults settings;
-    const std::vector<Case> cases{
+        std::string chosen;
+    } cases[] = {
         {"a free name", {in("new")}, in("new")},
         {"the name itself exists but is not written", {in("free.txt")}, in("free.txt")},
         {"replaced", {in("old.txt"), "Replace"}, in("old.txt")},
         {"refused, then another", {in("old"), "Cancel", in("new")}, in("new")},
-        {"refused, then given up", {in("old"), "Cancel", ""}, std::nullopt},
+        {"refused, then given up", {in("old"), "Cancel", ""}, ""},
         {"a folder is in the way", {in("folder"), "OK", in("new")}, in("new")},
-        {"cancelled", {""}, std::nullopt},
+        {"cancelled", {""}, ""},
     };
     desktop::FilePanels panels(settings);
-    for (const Case& one : cases) {
+    for (const auto& one : cases) {
         SCOPED_TRACE(one.name);
         const Answers answers(one.answers);
         const auto chosen = panels.savePanel(forced);
-        EXPECT_EQ(chosen ? std::optional(chosen->path()) : std::nullopt, one.chosen);
+        EXPECT_EQ(chosen ? chosen->path() : "", one.chosen);
         EXPECT_TRUE(answers.allGiven());
     }
     EXPECT_EQ(folder.read("old.STNPKG"), "precious");
 }
 
-TEST(FilePanels, QuestionsShowNamesAsPlainText) {
-    const support::TemporaryFolder folder;
+TEST_F(FilePanelsTest, QuestionsShowNamesAsPlainText) {
     std::filesystem::create_directories(folder / "<b>bold/<h1>large");
     folder.write("<b>bold/<h1>x\u202Egnp\n\u0007", "");
     struct {
@@ -123,35 +123,27 @@ TEST(FilePanels, QuestionsShowNamesAsPlainText) {
          "Replace",
          {"“<h1>xgnp ” already exists.", "/<b>bold” overwrites"}},
     };
-    support::FakeUserDefaults settings;
     desktop::FilePanels panels(settings);
     for (const auto& one : cases) {
-        const Answers answers({(folder / "any").string(), one.button, ""});
-        std::string written = (folder / one.inTheWay).string();
-        const bool mayWrite =
-            panels.savePanel([&](const std::string& /*chosen*/) { return written; }).has_value();
-        EXPECT_EQ(mayWrite, std::string_view(one.button) == "Replace");
+        const Answers answers({in("any"), one.button, ""});
+        const auto chosen = panels.savePanel([&](const auto&) { return in(one.inTheWay); });
+        EXPECT_EQ(chosen.has_value(), std::string_view(one.button) == "Replace");
         for (const char* words : one.words) {
-            EXPECT_TRUE(answers.asked.contains(QString::fromUtf8(words)))
-                << answers.asked.toStdString();
+            EXPECT_TRUE(answers.asked.contains(words)) << answers.asked.toStdString();
         }
     }
 }
 
-TEST(FilePanels, ProposeANameAndTheLastFolder) {
-    const support::TemporaryFolder folder;
+TEST_F(FilePanelsTest, ProposeANameAndTheLastFolder) {
     for (const char* name : {"lists", "packages"}) {
         std::filesystem::create_directory(folder / name);
     }
     const std::string list = folder.write("lists/wörld.2.txt", "").string();
-    const std::string saved = (folder / "packages/mine").string();
-    const auto forced = [](const std::string& path) {
-        return std::filesystem::path(path).replace_extension("STNPKG").string();
-    };
+    const std::string saved = in("packages/mine");
     // Any folder that the toolkit chooses.
     const QString elsewhere;
-    const QString lists = QString::fromStdString((folder / "lists").string());
-    const QString packages = QString::fromStdString((folder / "packages").string());
+    const QString lists = QString::fromStdString(in("lists"));
+    const QString packages = QString::fromStdString(in("packages"));
     struct {
         const char* name;
         bool isNewRun;
@@ -166,7 +158,6 @@ TEST(FilePanels, ProposeANameAndTheLastFolder) {
         {"each has a folder of its own", true, true, "", lists, ""},
         {"saved in another run", false, false, "", packages, "Stations.STNPKG"},
     };
-    support::FakeUserDefaults settings;
     std::optional<desktop::FilePanels> panels;
     for (const auto& one : dialogs) {
         SCOPED_TRACE(one.name);
@@ -178,9 +169,9 @@ TEST(FilePanels, ProposeANameAndTheLastFolder) {
         EXPECT_EQ(chosen ? chosen->path() : "", one.answer);
         EXPECT_TRUE(one.folder == elsewhere || answers.folder == one.folder)
             << answers.folder.toStdString();
-        EXPECT_EQ(answers.name, QString::fromUtf8(one.proposed));
-        EXPECT_TRUE(answers.filters.constFirst().startsWith(
-            QString::fromUtf8(one.opens ? "TXT files" : "STNPKG files (*.STNPKG)")));
+        EXPECT_EQ(answers.name, one.proposed);
+        EXPECT_TRUE(answers.filters.constFirst().startsWith(one.opens ? "TXT files"
+                                                                      : "STNPKG files (*.STNPKG)"));
     }
 }
 

@@ -39,18 +39,11 @@ TEST(MainQueue, RunsNothingOnceClosed) {
     EXPECT_EQ(ran, 0);
 }
 
-class SettingsTest : public ::testing::Test {
-protected:
-    SettingsTest() {
-        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope,
-                           QString::fromStdString(folder.path().string()));
-    }
-
-    support::TemporaryFolder folder;
+TEST(Settings, OutliveTheRun) {
+    const support::TemporaryFolder folder;
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope,
+                       QString::fromStdString(folder.path().string()));
     support::FakeLog log;
-};
-
-TEST_F(SettingsTest, OutliveTheRun) {
     using platform::Number;
     const std::map<std::string, platform::Value> kept{
         {"displayfavweather", Number(std::int32_t{1})},

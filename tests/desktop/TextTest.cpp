@@ -1,31 +1,57 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/controls/Controls.h"
+#include "desktop/text/Text.h"
+#include "desktop/text/RichText.h"
 
+#include <QTextDocument>
 #include <gtest/gtest.h>
+
+#include <utility>
 
 namespace {
 
-TEST(Text, ShowsNoCharacterThatDisguisesIt) {
-    struct {
-        const char* name;
-        std::string_view text;
-        const char* line;
-        const char* lines;
-    } const cases[] = {
-        {"plain", " a~", " a~", " a~"},
-        {"line ends and tabs", "a\nb\r\nc\td\u2028e\u2029f", "a b  c d e f",
-         "a\nb\r\nc\td\u2028e\u2029f"},
-        {"C0, DEL and C1", {"a\0\x1b[31m\x7f\u0085\u009b\v\fb", 15}, "a[31mb", "a[31mb"},
-        {"direction", "a\u061c\u202eb\u2069\u200d", "ab\u200d", "ab\u200d"},
-        {"no UTF-8", "a\xff\xc3", "a\uFFFD\uFFFD", "a\uFFFD\uFFFD"},
-        {"none", "", "", ""},
+TEST(Text, OnOneLineHasNeitherLineEndsNorControls) {
+    const std::pair<std::string_view, const char*> cases[] = {
+        {" a~", " a~"},
+        {"a\nb\r\nc\td\u2028e\u2029f", "a b  c d e f"},
+        {"a\x1b[31m\x7f\u202eb", "a[31mb"},
+        {"a\x7f", "a"},
+        {"a\xff\xc3", "a\uFFFD\uFFFD"},
     };
-    for (const auto& one : cases) {
-        SCOPED_TRACE(one.name);
-        EXPECT_EQ(desktop::shownText(one.text), QString::fromUtf8(one.line));
-        EXPECT_EQ(desktop::shownLines(one.text), QString::fromUtf8(one.lines));
-        EXPECT_EQ(desktop::exactText(one.text),
-                  QString::fromUtf8(one.text.data(), static_cast<qsizetype>(one.text.size())));
+    for (const auto& [text, line] : cases) {
+        EXPECT_EQ(desktop::shownText(text), line) << line;
+    }
+}
+
+std::string textOf(const QByteArray& rtf) {
+    QTextDocument document("before");
+    desktop::showRTF(document, rtf);
+    return document.toPlainText().toStdString();
+}
+
+TEST(RichText, ShowsTheTextOfItsControlWords) {
+    const std::pair<const char*, const char*> cases[] = {
+        {R"({\rtf1\ansi One\par Two\par})", "One\nTwo"},
+        {"{\\rtf1 a\nb\\line c\\tab d}", "ab\nc\td"},
+        {R"({\rtf1 \{\\\}\~x})", "{\\} x"},
+        {R"({\rtf1 \'95 \'e9\'80\'92\'9f\u8211? \u-4?x})", "• é€’Ÿ– \xEF\xBF\xBCx"},
+        {R"({\rtf1\uc2\u233\'65?!{\uc0\u233 x}})", "é!éx"},
+        {R"({\rtf1{\fonttbl{\f0 Helvetica;}}{\*\generator Some;}{\info{\title T}}x})", "x"},
+        {R"({\rtf1\unknown12 x\fs-3\fs0\li99999999999999 y})", "xy"},
+        {"no rich text", "before"},
+        {"{\\rtf1 a}b", "a"},
+    };
+    for (const auto& [rtf, text] : cases) {
+        EXPECT_EQ(textOf(rtf), text) << rtf;
+    }
+}
+
+TEST(RichText, BrokenTextIsShownAsFarAsItGoes) {
+    const QByteArray whole = R"({\rtf1{\fonttbl{\f0 X;}}\fs24 {\b a}\'e9\u8211\'96\li20 end\par})";
+    for (int length = 0; length <= whole.size(); ++length) {
+        QByteArray cut = whole.left(length);
+        EXPECT_LE(textOf(cut).size(), 12U);
+        cut.append('\0').append(QByteArray(200'000, '{')).append("\\'");
+        textOf(cut);
     }
 }
 
