@@ -11,7 +11,7 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <limits>
 
 namespace desktop {
 namespace {
@@ -52,62 +52,58 @@ struct ShownTrend {
     TrendPlot& plot() {
         return dynamic_cast<TrendPlot&>(*view.findChild<QScrollArea*>()->widget());
     }
+    QImage picture() { return plot().grab().toImage(); }
     [[nodiscard]] std::string values() const {
-        return QAccessible::queryAccessibleInterface(const_cast<QLabel*>(&view.values()))
-            ->text(QAccessible::Name)
-            .toStdString();
+        auto* label = const_cast<QLabel*>(&view.values());
+        return QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name).toStdString();
     }
 
     TrendView view;
 };
 
 TEST(TrendView, GapsAreNotDrawnOver) {
-    const auto lacking = [](auto change) {
-        Metar metar = wholeAt(noon - 8h);
-        change(metar);
-        return metar;
-    };
-    const Metar whole = wholeAt(noon - 8h);
+    const auto nothing = [](Metar&) {};
     const struct {
         const char* name;
-        Metar first;
-        std::chrono::minutes after;
-        /// Of the seven curves.
+        void (*change)(Metar& first);
+        /// Of the seven.
         int curves;
+        std::chrono::minutes after = 50min;
     } cases[] = {
-        {"an hour", whole, 50min, 7},
-        {"an hour and a half", whole, 90min, 7},
-        {"longer", whole, 91min, 0},
-        {"no temperature", lacking([](Metar& metar) { metar.temperature.reset(); }), 50min, 6},
-        {"no wind", lacking([](Metar& metar) { metar.conditions.wind.reset(); }), 50min, 5},
-        {"no gust", lacking([](Metar& metar) { metar.conditions.wind->gust.reset(); }), 50min, 6},
-        {"no visibility", lacking([](Metar& metar) { metar.conditions.visibility.reset(); }), 50min,
+        {"an hour", nothing, 7},
+        {"an hour and a half", nothing, 7, 90min},
+        {"longer", nothing, 0, 91min},
+        {"no temperature", [](Metar& first) { first.temperature.reset(); }, 6},
+        {"no wind", [](Metar& first) { first.conditions.wind.reset(); }, 5},
+        {"no gust", [](Metar& first) { first.conditions.wind->gust.reset(); }, 6},
+        {"no visibility", [](Metar& first) { first.conditions.visibility.reset(); }, 6},
+        {"two miles or more", [](Metar& first) { first.conditions.visibility->isOrMore = true; },
          6},
-        {"no clouds told", lacking([](Metar& metar) { metar.conditions.layers.clear(); }), 50min,
+        {"no clouds told", [](Metar& first) { first.conditions.layers.clear(); }, 6},
+        {"no sky seen",
+         [](Metar& first) {
+             first.conditions.layers = {{reports::Cover::obscured, {}, ""}};
+         },
          6},
-        {"no sky seen", lacking([](Metar& metar) {
-             metar.conditions.layers = {{reports::Cover::obscured, {}, ""}};
-         }),
-         50min, 6},
-        {"perhaps lower", lacking([](Metar& metar) {
-             metar.conditions.layers.push_back({reports::Cover::overcast, {}, ""});
-         }),
-         50min, 6},
-        {"at least two miles",
-         lacking([](Metar& metar) { metar.conditions.visibility->isOrMore = true; }), 50min, 6},
-        {"no pressure", lacking([](Metar& metar) { metar.altimeter.reset(); }), 50min, 6},
+        {"perhaps lower",
+         [](Metar& first) {
+             first.conditions.layers.push_back({reports::Cover::overcast, {}, ""});
+         },
+         6},
+        {"no pressure", [](Metar& first) { first.altimeter.reset(); }, 6},
     };
     for (const auto& one : cases) {
         SCOPED_TRACE(one.name);
-        // Where nothing is drawn between two reports, it looks as if the first were not there.
-        const Metar second = wholeAt(one.first.observed + one.after);
+        Metar first = wholeAt(noon - 8h);
+        one.change(first);
+        const Metar second = wholeAt(first.observed + one.after);
         const Metar last = wholeAt(noon);
-        ShownTrend shown({one.first, second, last}, {1280, 560});
-        const QImage image = shown.plot().grab().toImage();
-        const int x = (shown.plot().place(0).center().x() + shown.plot().place(1).center().x()) / 2;
-        ShownTrend without({second, last}, {1280, 560});
-        const QImage bare = without.plot().grab().toImage();
+        // Where nothing is drawn between two reports, it looks as if the first were not there.
+        ShownTrend shown({first, second, last}, {1280, 560});
+        const QImage image = shown.picture();
+        const QImage bare = ShownTrend({second, last}, {1280, 560}).picture();
         ASSERT_EQ(image.size(), bare.size());
+        const int x = (shown.plot().place(0).center().x() + shown.plot().place(1).center().x()) / 2;
         int curves = 0;
         bool isCurve = false;
         for (int y = 0; y < image.height(); ++y) {
@@ -126,11 +122,10 @@ TEST(TrendView, GapsAreNotDrawnOver) {
 TEST(TrendView, LimitsOfCeilingAndVisibilityCoincide) {
     const auto heightOf = [](reports::Conditions conditions) {
         Metar metar = metarAt(noon - 8h);
-        ShownTrend bare({metar, metarAt(noon)});
+        const QImage empty = ShownTrend({metar, metarAt(noon)}).picture();
         metar.conditions = std::move(conditions);
         ShownTrend shown({metar, metarAt(noon)});
-        const QImage image = shown.plot().grab().toImage();
-        const QImage empty = bare.plot().grab().toImage();
+        const QImage image = shown.picture();
         const int x = shown.plot().place(0).center().x();
         int sum = 0;
         int count = 0;
@@ -142,22 +137,17 @@ TEST(TrendView, LimitsOfCeilingAndVisibilityCoincide) {
         EXPECT_GT(count, 0);
         return double{1} * sum / std::max(count, 1);
     };
-    const auto ceiling = [&](int feet) {
-        reports::Conditions conditions;
-        conditions.layers = {{reports::Cover::overcast, feet, ""}};
-        return heightOf(conditions);
-    };
-    const auto visibility = [&](double miles) {
-        reports::Conditions conditions;
-        conditions.visibility = reports::Visibility{miles, false};
-        return heightOf(conditions);
-    };
-    double above = ceiling(0);
-    for (const auto& [feet, miles] : {std::pair(500, 1.0), std::pair(1000, 3.0),
+    double above = std::numeric_limits<double>::infinity();
+    for (const auto& [feet, miles] : {std::pair(0, 0.0), std::pair(500, 1.0), std::pair(1000, 3.0),
                                       std::pair(3000, 5.0), std::pair(60'000, 10.0)}) {
-        EXPECT_NEAR(ceiling(feet), visibility(miles), 1) << feet;
-        EXPECT_LT(ceiling(feet), above - 10);
-        above = ceiling(feet);
+        reports::Conditions low;
+        low.layers = {{reports::Cover::overcast, feet, ""}};
+        reports::Conditions misty;
+        misty.visibility = reports::Visibility{miles, false};
+        const double ceiling = heightOf(low);
+        EXPECT_NEAR(ceiling, heightOf(misty), 1) << feet;
+        EXPECT_LT(ceiling, above - 10);
+        above = ceiling;
     }
 }
 
