@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 using namespace std::string_literals;
@@ -32,6 +33,7 @@ using Write = std::function<void(KeyedArchiver&)>;
 struct Result {
     /// -1 if a signal ended the tool.
     int status = -1;
+    /// Of errors, "> " stands for the name of the tool and that of the test's folder.
     std::string output, errors;
 };
 
@@ -46,14 +48,19 @@ protected:
         const auto out = output ? output : (folder / "output").string();
         command += " >" + out + " 2>" + (folder / "errors").string();
         const int status = std::system(command.c_str());
+        std::string errors = folder.read("errors");
+        const auto before = "stationpackage: " + folder.path().string() + "/";
+        for (auto at = errors.find(before); at != errors.npos; at = errors.find(before)) {
+            errors.replace(at, before.size(), "> ");
+        }
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output ? "" : folder.read("output"),
-                folder.read("errors")};
+                errors};
     }
+    [[nodiscard]] std::string in(const char* name) const { return (folder / name).string(); }
 
-    std::string written(const Value& root, const std::string& name = "a.STNPKG") {
-        std::string path = (folder / name).string();
-        EXPECT_TRUE(KeyedArchiver::archiveRootObject(root, path));
-        return path;
+    std::string written(const Value& root, const char* name = "a.STNPKG") {
+        EXPECT_TRUE(KeyedArchiver::archiveRootObject(root, in(name)));
+        return in(name);
     }
 
     /// A package of one station. `ofCollection` adds fields to the collection; `ofStation` writes
@@ -100,46 +107,38 @@ TEST_F(StationPackage, MakesPackagesAndReportsWhatItRealigned) {
         const char* file = "made.STNPKG";
     } rows[] = {
         {"a list", list, 0, "stations: 1, lines realigned: 0, lines that do not fit: 0\n", ""},
-        {"the public form", "!\n" + shifted + station + "\n" + std::string(83, 'x') + "\n", 0,
+        {"the public form",
+         "!\n\nSOMEWHERE 1\n" + shifted + station + "\n" + std::string(83, 'x') + "\n", 0,
          "stations: 22, lines realigned: 20, lines that do not fit: 1\n", ""},
         {"a station outside the globe",
          list + station + "\n" +
              std::string(station).replace(20, 21, "K\xC2\x9BZ ZZQ   72999   99") + "\n",
          0, "stations: 2, lines realigned: 0, lines that do not fit: 0\n", "KZ\n"},
-        {"no station", "!\n", 1, "", "list: holds no station\n"},
-        {"cut", list + "ZZ SAM", 1, "", "Errored out\nlist: ends unexpectedly\n"},
-        {"no folder", list, 1, "", "no/made: cannot be written\n", "no/made"},
+        {"no station", "!\n", 1, "", "> list: holds no station\n"},
+        {"cut", list + "ZZ SAM", 1, "", "Errored out\n> list: ends unexpectedly\n"},
+        {"no folder", list, 1, "", "> no/made: cannot be written\n", "no/made"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
         const auto path = folder.write("list", row.list).string();
-        const auto result = run({"make", path, (folder / row.file).string()});
+        const auto result = run({"make", path, in(row.file)});
         EXPECT_EQ(result.status, row.status);
         EXPECT_EQ(result.output, row.output);
-        auto errors = result.errors;
-        const auto prefix = "stationpackage: " + folder.path().string() + "/";
-        if (const auto at = errors.find(prefix); at != std::string::npos) {
-            errors.erase(at, prefix.size());
-        }
-        EXPECT_EQ(errors, row.errors);
+        EXPECT_EQ(result.errors, row.errors);
         if (row.status == 0) {
-            EXPECT_THAT(run({"print", (folder / row.file).string()}).output,
-                        HasSubstr((row.list.find("SOMEWHERE") != std::string::npos ? "\nSOMEWHERE "
-                                                                                   : "\n"s) +
-                                  "\tZZ\tSAMPLE FIELD    \tKZZQ\tZZQ \t72999\t39.86666666666667\t"
-                                  "-104.66666666666667\t1656\tX\t \tT\t \tA\t \t7\tUS\t\n"));
+            EXPECT_THAT(run({"print", in(row.file)}).output,
+                        HasSubstr("\nSOMEWHERE \tZZ\tSAMPLE FIELD    \tKZZQ\tZZQ \t72999\t"
+                                  "39.86666666666667\t-104.66666666666667\t1656\tX\t \tT\t \tA\t"
+                                  " \t7\tUS\t\n"));
         }
     }
-    EXPECT_THAT(run({"make", (folder / "none").string(), "x"}).errors,
-                HasSubstr("none: cannot be read"));
-    EXPECT_THAT(run({"make", (folder / "none").string(), "x"}).status, 1);
+    const auto unread = run({"make", in("none"), "x"});
+    EXPECT_EQ(unread.errors, "> none: cannot be read\n");
+    EXPECT_EQ(unread.status, 1);
 }
 
 TEST_F(StationPackage, PrintsOneLinePerStationWhateverItsTextsContain) {
-    auto collection = makeCollection({{"K\x1b[2J", "a\tb\\\n\xC2\x9B",
-                                       "\xE2\x80\xAE"
-                                       "C\xC3\x98",
-                                       1, -2}});
+    auto collection = makeCollection({{"K\x1b[2J", "a\tb\\\n\u009b", "\u202eCØ", 1, -2}});
     collection->fromURL = platform::URL{"file:///\x7f"};
     collection->lastUpdated = platform::Date(std::chrono::seconds(1'700'000'000));
     collection->stations->front()->METAR = '\x1b';
@@ -157,11 +156,12 @@ TEST_F(StationPackage, PrintsOneLinePerStationWhateverItsTextsContain) {
     const auto full = run({"print", file}, "/dev/full");
     EXPECT_EQ(full.status, 1);
     EXPECT_EQ(full.errors, "stationpackage: standard output: cannot be written\n");
-    for (const auto& other : {(folder / "none").string(), folder.write("text", list).string(),
-                              written(std::string("KDEN"), "other")}) {
-        const auto refused = run({"print", other});
+    folder.write("text", list);
+    written("KDEN"s, "other");
+    for (const char* name : {"none", "text", "other"}) {
+        const auto refused = run({"print", in(name)});
         EXPECT_EQ(refused.status, 1);
-        EXPECT_EQ(refused.errors, "stationpackage: " + other + ": is no station package\n");
+        EXPECT_EQ(refused.errors, "> "s + name + ": is no station package\n");
     }
 }
 
@@ -201,55 +201,48 @@ TEST_F(StationPackage, ChecksEveryField) {
         const auto file = row.isOfCollection ? package(odd, nothing) : package(nothing, odd);
         const auto result = run({"check", file});
         EXPECT_EQ(result.status, row.fault.empty() ? 0 : 1);
-        const auto owner = "AviationWeatherStation"s + (row.isOfCollection ? "Collection" : "");
-        EXPECT_THAT(result.errors,
-                    row.fault.empty()
-                        ? testing::Matcher<std::string>(IsEmpty())
-                        : testing::StartsWith("stationpackage: " + file + ": \"" + row.key +
-                                              "\" of " + owner + " " + row.fault + ".\n"));
+        EXPECT_EQ(result.errors.empty(), row.fault.empty()) << result.errors;
+        const auto owner =
+            row.isOfCollection ? "AviationWeatherStationCollection" : "AviationWeatherStation";
+        const auto expected =
+            "> a.STNPKG: \""s + row.key + "\" of " + owner + " " + row.fault + ".\n";
+        EXPECT_TRUE(row.fault.empty() || result.errors.starts_with(expected)) << result.errors;
         EXPECT_EQ(run({"print", file}).status, 0) << "reading must go on without the field";
     }
 }
 
 TEST_F(StationPackage, ReportsEveryFaultOfAFile) {
-    auto sound = makeCollection({{"KAAA"}, {"KBBB"}});
+    written(makeCollection({{"KAAA"}, {"KBBB"}}), "sound");
     auto wrong = makeCollection({{"KAAA"}, {"K\x1b", {}, {}, 91, 0}});
     wrong->numberOfStations = 7;
-    const auto several = package([](KeyedArchiver& coder) { coder.encodeObject("x"s, "fromURL"); },
-                                 [](KeyedArchiver& coder) { coder.encodeObject("x"s, "METAR"); });
-    std::filesystem::rename(several, folder / "several");
+    written(wrong, "wr\x1b]0;ong");
+    package([](KeyedArchiver& coder) { coder.encodeObject("x"s, "fromURL"); },
+            [](KeyedArchiver& coder) { coder.encodeObject("x"s, "METAR"); });
     const auto nameless = makeCollection({});
     nameless->stations = nullptr;
-    const auto at = [&](const char* name) { return (folder / name).string(); };
-    const struct {
-        std::string file;
-        std::vector<std::string> faults;
-    } rows[] = {
-        {written(sound, "sound"), {}},
-        {written(wrong, "wr\x1b]0;ong"),
-         {"says 7 stations, holds 2", "station 2 (K\\u001b) lies outside the globe"}},
-        {at("several"),
-         {"\"fromURL\" of AviationWeatherStationCollection is no address.",
-          "\"METAR\" of AviationWeatherStation is not a number of at most 64 bits."}},
-        {written(nameless, "nameless"), {"holds no array of stations"}},
-        {written("KDEN"s, "foreign"), {"holds no station collection"}},
-        {folder.write("text", list).string(), {"The file is not a binary property list."}},
-        {at("none"), {"The file does not exist."}},
-        {folder.path().string(), {"The file cannot be read or is too large."}},
+    written(nameless, "nameless");
+    written("KDEN"s, "foreign");
+    folder.write("text", list);
+    std::filesystem::create_directory(folder / "folder");
+    const std::pair<const char*, std::string> rows[] = {
+        {"sound", ""},
+        {"wr\x1b]0;ong", "> wr\\u001b]0;ong: says 7 stations, holds 2\n"
+                         "> wr\\u001b]0;ong: station 2 (K\\u001b) lies outside the globe\n"},
+        {"a.STNPKG",
+         "> a.STNPKG: \"fromURL\" of AviationWeatherStationCollection is no address.\n"
+         "> a.STNPKG: \"METAR\" of AviationWeatherStation is not a number of at most 64 "
+         "bits.\n"},
+        {"nameless", "> nameless: holds no array of stations\n"},
+        {"foreign", "> foreign: holds no station collection\n"},
+        {"text", "> text: The file is not a binary property list.\n"},
+        {"none", "> none: The file does not exist.\n"},
+        {"folder", "> folder: The file cannot be read or is too large.\n"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.file);
-        const auto result = run({"check", row.file});
-        EXPECT_EQ(result.status, row.faults.empty() ? 0 : 1);
-        auto shownName = row.file;
-        if (const auto escape = shownName.find('\x1b'); escape != std::string::npos) {
-            shownName.replace(escape, 1, "\\u001b");
-        }
-        std::string expected;
-        for (const auto& fault : row.faults) {
-            expected.append("stationpackage: ").append(shownName).append(": ") += fault + "\n";
-        }
-        EXPECT_EQ(result.errors, expected);
+    for (const auto& [name, errors] : rows) {
+        SCOPED_TRACE(name);
+        const auto result = run({"check", in(name)});
+        EXPECT_EQ(result.status, errors.empty() ? 0 : 1);
+        EXPECT_EQ(result.errors, errors);
         EXPECT_EQ(result.output, "");
     }
 }

@@ -4,7 +4,6 @@ stations with `stationpackage update`, and holds them, the shipped package and t
 against the table as an independent reader of JSON has it. Also that what is no whole table changes
 nothing."""
 import gzip
-import io
 import json
 import pathlib
 import re
@@ -59,33 +58,17 @@ def compare(package, facts):
         given = [s[code] for s in stations.values() if s[code] != none]
         assert len(given) == len(set(given)), code
         assert set(given) == {facts[icao][code] for icao in stations} - {none}, code
+        for icao, station in stations.items():
+            facts[icao][code] = none if station[code] == none else facts[icao][code]
     for icao, station in stations.items():
-        expected = dict(facts[icao])
-        for code, none in (("iata", ""), ("synop", 0)):
-            if station[code] == none:
-                expected[code] = none
-        assert station == expected, (icao, station, expected)
+        assert station == facts[icao], (icao, station, facts[icao])
     return len(stations)
 
 
-def refusals(table, rows, folder):
-    text = json.dumps(rows).encode()
-    shrunk = [dict(row, siteType=["METAR"] if "METAR" in row["siteType"] else []) for row in rows]
-    bomb = io.BytesIO()
-    with gzip.GzipFile(fileobj=bomb, mode="wb") as file:
-        for _ in range(64):
-            file.write(b" " * (1 << 20))
-    whole = table.read_bytes()
-    yield whole[:-1], "cut short"
-    yield whole[:len(whole) // 2], "cut short"
-    yield whole[:1000] + b"\0" + whole[1001:], "damaged"
-    yield text[:-1], "no table"
-    yield text[:len(text) // 2], "no table"
-    yield bomb.getvalue(), "too large"
-    yield b"<html lang='de'>Wartung</html>", "no table"
-    yield b"", "no table"
+def refusals(table, rows):
+    yield table.read_bytes()[:-1], "cut short"
+    yield json.dumps(rows).encode()[:-1], "no table"
     yield json.dumps(rows[:len(rows) * 3 // 4]).encode(), "stations, where there were"
-    yield json.dumps(shrunk).encode(), "stations with TAFs, where there were"
 
 
 def main():
@@ -109,7 +92,7 @@ def main():
         else:
             print("the shipped catalogue is of another table")
         before = {file: (folder / file).read_bytes() for file in FILES}
-        for table, reason in refusals(TABLE, rows, folder):
+        for table, reason in refusals(TABLE, rows):
             refused = run("update", "-", folder, table=table)
             assert refused.returncode == 1 and reason in refused.stderr.decode(), (reason, refused)
             assert before == {path.name: path.read_bytes() for path in folder.iterdir()}, reason
