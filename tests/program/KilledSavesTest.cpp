@@ -24,26 +24,21 @@ struct Saved {
     std::function<int()> read;
 };
 
-/// Saves one number after the other until it is killed, and tells each once it is saved.
-[[noreturn]] void saveForEver(const std::function<Saved()>& begin, int told) {
-    const Saved saved = begin();
-    for (int number = std::max(saved.read(), 0) + 1;; ++number) {
-        saved.save(number);
-        if (::write(told, &number, sizeof number) != sizeof number) {
-            ::_exit(1);
-        }
-    }
-}
-
-/// Starts a process that saves, lets it finish `few` times, and kills it some moments later.
-/// Returns the last number that it told.
+/// Starts a process that saves one number after the other and tells each once it is saved, lets it
+/// finish `few` times, and kills it some moments later. Returns the last number that it told.
 int killWhileSaving(const std::function<Saved()>& begin, int few,
                     std::chrono::microseconds moments) {
     int ends[2] = {};
     EXPECT_EQ(::pipe(ends), 0);
     const pid_t child = ::fork();
     if (child == 0) {
-        saveForEver(begin, ends[1]);
+        const Saved saved = begin();
+        for (int number = std::max(saved.read(), 0) + 1;; ++number) {
+            saved.save(number);
+            if (::write(ends[1], &number, sizeof number) != sizeof number) {
+                ::_exit(1);
+            }
+        }
     }
     ::close(ends[1]);
     int last = -1;

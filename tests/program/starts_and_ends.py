@@ -12,29 +12,11 @@ import sys
 import tempfile
 import time
 import unittest
-import unittest.mock
 
 PROGRAM = sys.argv.pop()
 PATIENCE = 120
 # Lines that the toolkit prints without a screen.
 CHATTER = ("This plugin does not support",)
-
-
-class Home:
-    """A user's home folder, and the programs that were started in it."""
-
-    def __init__(self, path):
-        self.path = path
-        self.settings = os.path.join(path, ".config/nosig/nosig.ini")
-        self.files = os.path.join(path, ".local/share/nosig")
-        self.favourites = os.path.join(self.files, "kzrfavorites.kzrfv")
-
-    def start(self, runtime, prepare=None, **variables):
-        os.makedirs(runtime, mode=0o700, exist_ok=True)
-        environment = {k: v for k, v in os.environ.items() if not k.startswith("XDG_")}
-        environment.update(HOME=self.path, XDG_RUNTIME_DIR=runtime, **variables)
-        return subprocess.Popen([PROGRAM], env=environment, stderr=subprocess.PIPE, text=True,
-                                preexec_fn=prepare)
 
 
 def end(program, how=signal.SIGTERM):
@@ -77,25 +59,42 @@ class StartsAndEnds(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.folder = folder.name
-        self.home = Home(os.path.join(self.folder, "home"))
         self.runtime = os.path.join(self.folder, "runtime")
         # A connection here shows that a program has started far enough to fetch weather. It never
         # gets an answer.
         self.server = socket.create_server(("127.0.0.1", 0))
-        self.addCleanup(self.server.close)
-
-    def fetch_from_server(self):
-        os.makedirs(os.path.dirname(self.home.settings))
-        with open(self.home.settings, "w", encoding="ascii") as file:
-            file.write("[General]\ndataserverhost=127.0.0.1:%d\n" % self.server.getsockname()[1])
         self.server.settimeout(PATIENCE)
+        self.addCleanup(self.server.close)
+        self.live_in("home")
+
+    def live_in(self, name, *settings):
+        self.home = os.path.join(self.folder, name)
+        self.settings = os.path.join(self.home, ".config/nosig/nosig.ini")
+        self.favourites = os.path.join(self.home, ".local/share/nosig/kzrfavorites.kzrfv")
+        os.makedirs(os.path.dirname(self.settings))
+        with open(self.settings, "w", encoding="ascii") as file:
+            port = self.server.getsockname()[1]
+            print("[General]", f"dataserverhost=127.0.0.1:{port}", *settings, sep="\n", file=file)
+
+    def start(self, runtime=None, prepare=None, **variables):
+        runtime = runtime or self.runtime
+        os.makedirs(runtime, mode=0o700, exist_ok=True)
+        environment = {k: v for k, v in os.environ.items() if not k.startswith("XDG_")}
+        environment.update(HOME=self.home, XDG_RUNTIME_DIR=runtime, **variables)
+        return subprocess.Popen([PROGRAM], env=environment, stderr=subprocess.PIPE, text=True,
+                                preexec_fn=prepare)
+
+    def start_fetching(self, **how):
+        program = self.start(**how)
+        self.accept()
+        return program
 
     def accept(self):
         connection, _ = self.server.accept()
         self.addCleanup(connection.close)
 
     def later_says(self, runtime):
-        later = self.home.start(runtime)
+        later = self.start(runtime)
         said = later.communicate(timeout=PATIENCE)[1]
         self.assertEqual(later.returncode, 0)
         return said
@@ -103,33 +102,25 @@ class StartsAndEnds(unittest.TestCase):
     def test_every_way_to_end_stores_what_is_to_be_kept(self):
         for how in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             with self.subTest(how=how):
-                self.home = Home(os.path.join(self.folder, how.name))
-                self.fetch_from_server()
-                program = self.home.start(self.runtime)
-                self.accept()
+                self.live_in(how.name)
+                program = self.start_fetching()
                 began = time.monotonic()
                 self.assertEqual(end(program, how), (0, []))
                 self.assertLess(time.monotonic() - began, 10, "it must not wait for the weather")
-                with open(self.home.favourites, "rb") as file:
+                with open(self.favourites, "rb") as file:
                     self.assertIn("$objects", plistlib.load(file))
-                with open(self.home.settings, encoding="ascii") as file:
+                with open(self.settings, encoding="ascii") as file:
                     self.assertIn("curmaptype=1", file.read())
 
     def test_without_a_session_bus_notifications_cost_one_line(self):
-        self.fetch_from_server()
-        with open(self.home.settings, "a", encoding="ascii") as file:
-            file.write("favoritenotices=1\n")
-        with unittest.mock.patch.dict(os.environ, {"DBUS_SESSION_BUS_ADDRESS": "unix:path=" + self.folder}):
-            program = self.home.start(self.runtime)
-        self.accept()
+        self.live_in("notified", "favoritenotices=1")
+        program = self.start_fetching(DBUS_SESSION_BUS_ADDRESS="unix:path=" + self.folder)
         said = (line for line in program.stderr if not line.startswith(CHATTER))
         self.assertIn("Notifications cannot be shown: ", next(said))
         self.assertEqual(end(program), (0, []))
 
     def test_one_instance_works_on_a_users_files(self):
-        self.fetch_from_server()
-        first = self.home.start(self.runtime)
-        self.accept()
+        first = self.start_fetching()
         # A second login of the same user has another runtime folder.
         for runtime in (self.runtime, os.path.join(self.folder, "other")):
             with self.subTest(runtime=runtime):
@@ -146,13 +137,10 @@ class StartsAndEnds(unittest.TestCase):
         self.assertIsNone(first.poll())
         # A killed instance does not block the next one.
         end(first, signal.SIGKILL)
-        third = self.home.start(self.runtime)
-        self.accept()
-        self.assertEqual(end(third), (0, []))
+        self.assertEqual(end(self.start_fetching()), (0, []))
 
     def test_of_two_starts_at_once_one_stays(self):
-        self.fetch_from_server()
-        both = [self.home.start(self.runtime), self.home.start(self.runtime)]
+        both = [self.start(), self.start()]
         second = first_to_end(both)
         first = both[1 - both.index(second)]
         second.communicate()
@@ -165,32 +153,27 @@ class StartsAndEnds(unittest.TestCase):
         wall = os.path.join(self.folder, "wall")
         with open(wall, "w", encoding="ascii"):
             pass
-        self.home = Home(os.path.join(wall, "home"))
-        program = self.home.start(self.runtime)
+        self.home = os.path.join(wall, "home")
+        program = self.start()
         self.assertIn("/wall/home/.local/share", program.stderr.readline())
         self.assertEqual(end(program), (0, []))
 
     def test_it_writes_only_the_files_that_it_names_and_listens_on_no_port(self):
-        self.fetch_from_server()
         scratch = os.path.join(self.folder, "scratch")
         os.mkdir(scratch)
-        program = self.home.start(self.runtime, TMPDIR=scratch)
-        self.accept()
+        program = self.start_fetching(TMPDIR=scratch)
         self.assertEqual(ports_listened_on(program.pid), [])
         self.assertNotEqual(ports_listened_on(os.getpid()), [], "the check must see the test's own")
         self.assertEqual(end(program), (0, []))
-        self.assertEqual(files_below(self.home.path), {
+        self.assertEqual(files_below(self.home), {
             ".config/nosig/nosig.ini", ".local/share/nosig/kzrfavorites.kzrfv",
             ".local/share/nosig/lock", ".cache/nosig/reports.sqlite"})
         self.assertEqual(files_below(scratch), set())
 
     def test_64_open_files_are_enough(self):
-        self.fetch_from_server()
         few = lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (64, 64))
-        program = self.home.start(self.runtime, prepare=few)
-        self.accept()
-        self.assertEqual(end(program), (0, []))
-        self.assertTrue(os.path.exists(self.home.favourites))
+        self.assertEqual(end(self.start_fetching(prepare=few)), (0, []))
+        self.assertTrue(os.path.exists(self.favourites))
 
 
 if __name__ == "__main__":
