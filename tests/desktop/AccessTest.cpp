@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "browser/SCStationWindowController.h"
 #include "tests/desktop/AllWindows.h"
 
 #include <QAccessible>

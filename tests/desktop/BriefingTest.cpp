@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "app/Briefing.h"
 #include "desktop/report/BriefingPage.h"
 #include "desktop/report/BriefingPrint.h"
 #include "tests/support/ServedProgram.h"

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "app/CatalogueKeeper.h"
-#include "catalogue/Packages.h"
 #include "catalogue/own/OwnCatalogue.h"
 #include "catalogue/own/TableUpdate.h"
 #include "tests/support/Gzip.h"

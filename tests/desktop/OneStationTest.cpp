@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "browser/SCStationWindowController.h"
 #include "tests/support/RunningProgram.h"
 
 #include <fmt/format.h>
@@ -41,6 +40,7 @@ protected:
     }
     void openListOf(const std::string& lines) {
         openList(fake.folder.write("list.txt", "! a list\n" + lines));
+        EXPECT_EQ(search().text(), "");
     }
     /// The stations requested since the last call, each once. Answers all requests, without data.
     Names asked() {
@@ -79,36 +79,29 @@ protected:
 };
 
 TEST_F(OneStation, IsTheSameEverywhereWhateverHappensToTheRows) {
-    struct Case {
+    const struct {
         const char* name;
-        std::function<void()> act;
         const char* meant;
         /// Whether the action requests its weather and moves the map to it.
         bool isNew;
         int rows;
+        std::function<void()> act;
+    } cases[] = {
+        {"Show All", "KJFK", false, 5, [] { click("showAll"); }},
+        {"Escape", "KJFK", false, 5, [] { press(search(), Qt::Key_Escape); }},
+        {"a cleared field", "KJFK", false, 5, [] { search().clear(); }},
+        {"a cancelled save", "KJFK", true, 1,
+         [&] { openListOf(line("KJFK", 70)), click("saver"); }},
+        {"a list with it", "KJFK", true, 3,
+         [&] { openListOf(line("KEET", 80) + line("KJFK", 70) + line("KLGA", 60)); }},
+        {"a list without it", "", false, 1, [&] { openListOf(line("KEET", 80)); }},
+        {"a list without stations", "", false, 0, [&] { openListOf(""); }},
+        {"another search", "KLGA", true, 1, [] { search().clear(), type("lga"); }},
+        {"the same search", "KJFK", true, 1, [] { search().clear(), type("jf"); }},
+        {"the favorites", "", false, 0, [&] { delegate().sw->showFavsMenu(); }},
+        {"a search mode", "KJFK", false, 1, [] { click("searchName"); }},
     };
-    const std::vector<Case> cases{
-        {"Show All", [&] { click("showAll"); }, "KJFK", false, 5},
-        {"Escape", [&] { press(search(), Qt::Key_Escape); }, "KJFK", false, 5},
-        {"a cleared field", [&] { search().clear(); }, "KJFK", false, 5},
-        {"a cancelled save", [&] { openListOf(line("KJFK", 70)), click("saver"); }, "KJFK", true,
-         1},
-        {"a list with it",
-         [&] { openListOf(line("KEET", 80) + line("KJFK", 70) + line("KLGA", 60)); }, "KJFK", true,
-         3},
-        {"a list without it",
-         [&] {
-             openListOf(line("KEET", 80));
-             EXPECT_EQ(search().text(), "");
-         },
-         "", false, 1},
-        {"a list without stations", [&] { openListOf(""); }, "", false, 0},
-        {"another search", [&] { search().clear(), type("lga"); }, "KLGA", true, 1},
-        {"the same search", [&] { search().clear(), type("jf"); }, "KJFK", true, 1},
-        {"the favorites", [&] { delegate().sw->showFavsMenu(); }, "", false, 0},
-        {"a search mode", [&] { click("searchName"); }, "KJFK", false, 1},
-    };
-    for (const Case& one : cases) {
+    for (const auto& one : cases) {
         SCOPED_TRACE(one.name);
         findKennedy();
         expectSelected("KJFK");

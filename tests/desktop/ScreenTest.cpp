@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "browser/SCStationWindowController.h"
 #include "desktop/controls/Contrast.h"
 #include "desktop/map/MapScheme.h"
 #include "tests/desktop/AllWindows.h"

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "browser/SCStationWindowController.h"
 #include "tests/support/RunningProgram.h"
 
 #include <QAccessible>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "desktop/table/StationTableModel.h"
 #include "tests/desktop/AllWindows.h"
 #include "tests/support/Gzip.h"
 
@@ -13,13 +14,10 @@ protected:
     }
     /// The flight category of the first station; "no column" if none is shown.
     static std::string category() {
+        const int column = desktop::StationTableModel::columnOf("category");
         const QAbstractItemModel& model = *table().model();
-        for (int i = 0; i < model.columnCount(); ++i) {
-            if (model.headerData(i, Qt::Horizontal).toString() == "Category") {
-                return model.index(0, i).data().toString().toStdString();
-            }
-        }
-        return "no column";
+        return column < model.columnCount() ? model.index(0, column).data().toString().toStdString()
+                                            : "no column";
     }
     void awaitCategory() {
         await("the category", [] { return category() == "IFR"; });
