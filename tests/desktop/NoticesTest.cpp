@@ -104,28 +104,23 @@ private:
     QDBusConnection bus_;
 };
 
-class CountedChanges {
-public:
-    [[nodiscard]] int changes() const { return changes_; }
+/// Whether a condition comes about, for which it may take messages on the bus.
+template <typename Condition>
+bool comes(Condition hasCome) {
+    return QTest::qWaitFor(hasCome, 20'000);
+}
 
+struct CountedChanges {
     platform::NotificationCenter center;
-
-private:
-    int changes_ = 0;
-    platform::NotificationCenter::Token token_ = center.addObserver(
-        platform::Notices::didChange, [this](const platform::Notification&) { ++changes_; });
+    int changes = 0;
+    platform::NotificationCenter::Token token = center.addObserver(
+        platform::Notices::didChange, [this](const platform::Notification&) { ++changes; });
 };
 
 struct DesktopStage : CountedChanges {
     explicit DesktopStage(const QStringList& capabilities = {"body", "actions", "body-markup"})
         : service(bus.address, capabilities) {}
 
-    desktop::DesktopNotices& notices() { return real; }
-    void setThere(bool isThere) { service.setThere(isThere); }
-    template <typename Condition>
-    static bool settle(Condition hasCome) {
-        return QTest::qWaitFor(hasCome, 20'000);
-    }
     std::vector<std::string> shown() {
         std::vector<std::string> texts;
         for (const QVariantList& call : service.calls) {
@@ -135,7 +130,6 @@ struct DesktopStage : CountedChanges {
         }
         return texts;
     }
-    void choose(std::size_t number) { service.choose(number); }
     [[nodiscard]] bool hasLost(const std::string& title) const {
         return std::ranges::any_of(log.lines(), [&](const std::string& line) {
             return line.starts_with("Not shown: " + title + ";");
@@ -146,44 +140,37 @@ struct DesktopStage : CountedChanges {
     BusService service;
     support::FakeLog log;
     desktop::MainQueue queue;
-    desktop::DesktopNotices real{center, queue, log};
+    desktop::DesktopNotices notices{center, queue, log};
 };
 
 struct FakeStage : CountedChanges {
-    support::FakeNotices& notices() { return fake; }
-    void setThere(bool isThere) { fake.setThere(isThere); }
-    template <typename Condition>
-    static bool settle(Condition hasCome) {
-        return hasCome();
-    }
     std::vector<std::string> shown() {
         std::vector<std::string> texts;
-        for (const auto& notice : fake.shown) {
+        for (const auto& notice : notices.shown) {
             texts.push_back(notice.title + "\n" + notice.lines.at(0) + "\n" + notice.lines.at(1));
         }
         return texts;
     }
-    void choose(std::size_t number) { fake.choose(number); }
     [[nodiscard]] static bool hasLost(const std::string& /*title*/) { return true; }
 
-    support::FakeNotices fake{center};
+    support::FakeNotices notices{center};
+    support::FakeNotices& service = notices;
 };
 
 /// What the logic relies on in every service for notices. The real one and the fake run the same
-/// tests. A stage has `notices`; `setThere`, which brings the service or takes it away; `settle`,
-/// which returns whether a condition came about; `shown`, which tells what the user sees of each
-/// notice, the title and the lines as one text each; `choose`, by which the user chooses one of
-/// these; `hasLost`, whether a notice with that title will never be shown; and `changes`, the
-/// number of posts.
+/// tests. A stage has `notices`; their `service`, which comes and goes and lets the user choose a
+/// notice; `shown`, which tells what the user sees of each, the title and the lines as one text;
+/// `hasLost`, whether a notice with that title will never be shown; and `changes`, the number of
+/// posts.
 template <typename Stage>
 struct NoticesContract : testing::Test {
     Stage stage;
     std::vector<std::string> chosen;
 
     void show(const std::string& title) {
-        stage.notices().show({title, {"QNH < 1013 & \"more\"", "<b>second</b>"}, [this, title] {
-                                  chosen.push_back(title);
-                              }});
+        stage.notices.show({title, {"QNH < 1013 & \"more\"", "<b>second</b>"}, [this, title] {
+                                chosen.push_back(title);
+                            }});
     }
 };
 
@@ -192,42 +179,41 @@ TYPED_TEST_SUITE(NoticesContract, Stages);
 
 TYPED_TEST(NoticesContract, ShowsPlainTextAndTellsWhichNoticeWasChosenOnce) {
     auto& seen = this->stage;
-    EXPECT_EQ(seen.notices().canShow(), std::nullopt);
-    seen.setThere(true);
+    EXPECT_EQ(seen.notices.canShow(), std::nullopt);
+    seen.service.setThere(true);
     this->show("A & <i>B</i>");
     this->show("C");
-    ASSERT_TRUE(seen.settle([&] { return seen.shown().size() == 2; }));
-    EXPECT_EQ(seen.notices().canShow(), true);
+    ASSERT_TRUE(comes([&] { return seen.shown().size() == 2; }));
+    EXPECT_EQ(seen.notices.canShow(), true);
     EXPECT_EQ(seen.shown()[0], "A & <i>B</i>\nQNH < 1013 & \"more\"\n<b>second</b>");
-    seen.choose(1);
-    EXPECT_TRUE(seen.settle([&] { return !this->chosen.empty(); }));
-    seen.choose(1);
-    seen.choose(0);
-    EXPECT_TRUE(seen.settle([&] { return this->chosen.size() > 1; }));
+    seen.service.choose(1);
+    EXPECT_TRUE(comes([&] { return !this->chosen.empty(); }));
+    seen.service.choose(1);
+    seen.service.choose(0);
+    EXPECT_TRUE(comes([&] { return this->chosen.size() > 1; }));
     EXPECT_EQ(this->chosen, (std::vector<std::string>{"C", "A & <i>B</i>"}));
 }
 
 TYPED_TEST(NoticesContract, TheServiceMayBeMissingAndMayComeAndGo) {
     auto& seen = this->stage;
     const auto settles = [&](bool canShow, int changes) {
-        return seen.settle(
-            [&] { return seen.notices().canShow() == canShow && seen.changes() == changes; });
+        return comes([&] { return seen.notices.canShow() == canShow && seen.changes == changes; });
     };
-    seen.setThere(false);
-    seen.notices().prepare();
+    seen.service.setThere(false);
+    seen.notices.prepare();
     EXPECT_TRUE(settles(false, 1));
     this->show("lost");
-    EXPECT_TRUE(seen.settle([&] { return seen.hasLost("lost"); }));
-    seen.setThere(true);
+    EXPECT_TRUE(comes([&] { return seen.hasLost("lost"); }));
+    seen.service.setThere(true);
     EXPECT_TRUE(settles(true, 2));
     this->show("seen");
-    EXPECT_TRUE(seen.settle([&] { return seen.shown().size() == 1; }));
+    EXPECT_TRUE(comes([&] { return seen.shown().size() == 1; }));
     EXPECT_TRUE(seen.shown().at(0).starts_with("seen"));
-    seen.setThere(false);
+    seen.service.setThere(false);
     EXPECT_TRUE(settles(false, 3));
     this->show("lost as well");
-    EXPECT_TRUE(seen.settle([&] { return seen.hasLost("lost as well"); }));
-    seen.setThere(true);
+    EXPECT_TRUE(comes([&] { return seen.hasLost("lost as well"); }));
+    seen.service.setThere(true);
     EXPECT_TRUE(settles(true, 4));
     EXPECT_EQ(seen.shown().size(), 1U);
 }
@@ -246,9 +232,9 @@ TEST(DesktopNotices, SendsWhatTheServiceCanShow) {
     for (const auto& one : cases) {
         SCOPED_TRACE(one.capabilities.join(u' ').toStdString());
         DesktopStage stage(one.capabilities);
-        stage.setThere(true);
-        stage.real.show({"A & B", {"x < y & \"z\"", "2nd\u202e"}, {}});
-        ASSERT_TRUE(DesktopStage::settle([&] { return !stage.service.calls.empty(); }));
+        stage.service.setThere(true);
+        stage.notices.show({"A & B", {"x < y & \"z\"", "2nd\u202e"}, {}});
+        ASSERT_TRUE(comes([&] { return !stage.service.calls.empty(); }));
         const QVariantList& sent = stage.service.calls.front();
         EXPECT_EQ(sent.at(3).toString(), one.title);
         EXPECT_EQ(sent.at(4).toString(), one.body);
@@ -265,7 +251,7 @@ TEST(DesktopNotices, WithoutABusSayWhatIsNotShownAndTryAgain) {
     desktop::DesktopNotices notices(center, queue, log);
     notices.show({"First", {"line"}, {}});
     EXPECT_EQ(notices.canShow(), std::nullopt) << "it must not have waited";
-    EXPECT_TRUE(DesktopStage::settle([&] { return notices.canShow() == false; }));
+    EXPECT_TRUE(comes([&] { return notices.canShow() == false; }));
     ASSERT_EQ(log.lines().size(), 2U);
     EXPECT_TRUE(log.lines()[0].starts_with("Notifications cannot be shown: "));
     EXPECT_EQ(log.lines()[1], "Not shown: First; line");
@@ -273,7 +259,7 @@ TEST(DesktopNotices, WithoutABusSayWhatIsNotShownAndTryAgain) {
     BusService service(bus.address, {"body"});
     service.setThere(true);
     notices.show({"Second", {}, {}});
-    EXPECT_TRUE(DesktopStage::settle([&] { return service.calls.size() == 1; }));
+    EXPECT_TRUE(comes([&] { return service.calls.size() == 1; }));
 }
 
 } // namespace

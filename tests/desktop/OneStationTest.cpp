@@ -61,7 +61,7 @@ protected:
         EXPECT_EQ(delegate().sw->nowSelection, rows.isEmpty() ? -1 : rows.front().row());
         EXPECT_EQ(child<QLabel>("stationLine").text().left(4).toStdString(), identifier);
         EXPECT_EQ(child<QPushButton>("metarB").isEnabled(), !identifier.empty());
-        if (!identifier.empty()) {
+        if (!rows.isEmpty()) {
             EXPECT_EQ(map().state().marker->identifier, identifier);
             EXPECT_TRUE(table().viewport()->rect().intersects(table().visualRect(rows.front())));
         }
