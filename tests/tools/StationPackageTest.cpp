@@ -66,15 +66,14 @@ protected:
     /// A package of one station. `ofCollection` adds fields to the collection; `ofStation` writes
     /// all fields of the station.
     std::string package(const Write& ofCollection, const Write& ofStation) {
-        return written(
-            std::make_shared<Record>("AviationWeatherStationCollection", [&](KeyedArchiver& coder) {
-                coder.encodeObject(Number(1), "numberOfStations");
-                coder.encodeObject(
-                    std::make_shared<platform::Array>(platform::Array{
-                        true, {std::make_shared<Record>("AviationWeatherStation", ofStation)}}),
-                    "stations");
-                ofCollection(coder);
-            }));
+        const Value station = std::make_shared<Record>("AviationWeatherStation", ofStation);
+        const Value stations = std::make_shared<platform::Array>(platform::Array{true, {station}});
+        const auto write = [&](KeyedArchiver& coder) {
+            coder.encodeObject(Number(1), "numberOfStations");
+            coder.encodeObject(stations, "stations");
+            ofCollection(coder);
+        };
+        return written(std::make_shared<Record>("AviationWeatherStationCollection", write));
     }
 
     support::TemporaryFolder folder;
