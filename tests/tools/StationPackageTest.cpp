@@ -66,8 +66,8 @@ protected:
     /// A package of one station. `ofCollection` adds fields to the collection; `ofStation` writes
     /// all fields of the station.
     std::string package(const Write& ofCollection, const Write& ofStation) {
-        const Value station = std::make_shared<Record>("AviationWeatherStation", ofStation);
-        const Value stations = std::make_shared<platform::Array>(platform::Array{true, {station}});
+        const Value one = std::make_shared<Record>("AviationWeatherStation", ofStation);
+        const Value stations = std::make_shared<platform::Array>(platform::Array{true, {one}});
         const auto write = [&](KeyedArchiver& coder) {
             coder.encodeObject(Number(1), "numberOfStations");
             coder.encodeObject(stations, "stations");
