@@ -68,13 +68,13 @@ protected:
     }
     /// Expects Fetch Again and the favourite shortcut, too, to act on this station; "" is none.
     void expectMeant(const std::string& identifier) {
+        const Names meant = identifier.empty() ? Names() : Names{identifier};
         expectSelected(identifier);
         asked();
         click("metarB");
-        EXPECT_EQ(asked(), identifier.empty() ? Names() : Names{identifier});
+        EXPECT_EQ(asked(), meant);
         QTest::keyClick(&table(), Qt::Key_D, Qt::ControlModifier);
-        EXPECT_EQ(identifiers(delegate().sw->allFavorites()),
-                  identifier.empty() ? Names() : Names{identifier});
+        EXPECT_EQ(identifiers(delegate().sw->allFavorites()), meant);
     }
 };
 

@@ -71,21 +71,17 @@ struct RunningProgram {
     [[nodiscard]] reports::Store& reports() { return wired_->reports; }
     /// The window made from the interface file of that name.
     static QMainWindow& window(const char* name) {
-        QMainWindow* found = nullptr;
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (widget->objectName() == QLatin1String(name)) {
-                found = qobject_cast<QMainWindow*>(widget);
-            }
-        }
-        if (found == nullptr) {
+        const auto all = QApplication::topLevelWidgets();
+        const auto found = std::ranges::find(all, QString(name), &QWidget::objectName);
+        if (found == all.end()) {
             throw std::runtime_error(std::string("no window ") + name);
         }
-        return *found;
+        return dynamic_cast<QMainWindow&>(**found);
     }
     static QMainWindow& stations() { return window("SCStationWindowController"); }
     template <typename T>
     static T& child(const char* name) {
-        auto* found = stations().findChild<T*>(QString::fromUtf8(name));
+        auto* found = stations().findChild<T*>(name);
         EXPECT_NE(found, nullptr) << name;
         return *found;
     }
