@@ -6,6 +6,7 @@
 #include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QHeaderView>
+#include <QScrollBar>
 #include <QTableView>
 #include <fmt/format.h>
 #include <gtest/gtest.h>
