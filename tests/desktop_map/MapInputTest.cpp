@@ -1,39 +1,23 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/map/MapView.h"
+#include "tests/desktop_map/MapStage.h"
 
 #include <QNativeGestureEvent>
 #include <QPointingDevice>
-#include <QTest>
 #include <QWheelEvent>
-
-#include <gtest/gtest.h>
 
 #include <cmath>
 
 namespace {
 
-using desktop::MapView;
 using platform::Location;
 
 constexpr Location airport{48.35, 11.79};
 
-/// A map of 600 by 400 points that shows 2000 metres around `airport`.
-class MapInputTest : public testing::Test {
+/// Shows 2000 metres around `airport`.
+class MapInputTest : public support::MapStage {
 protected:
-    MapInputTest() {
-        view_.resize(600, 400);
-        view_.show();
-        view_.setRegion(view_.regionThatFits(map::regionWithDistance(airport, 2000, 2000)));
-    }
+    MapInputTest() { showAround(airport); }
 
-    static desktop::MapSetup setup() {
-        desktop::MapSetup setup;
-        desktop::TileSources sources{map::worldTileServers()};
-        sources.servers.resize(1);
-        sources.servers.front().address = "none:";
-        setup.tiles = std::make_shared<desktop::TileLoader>(sources);
-        return setup;
-    }
     [[nodiscard]] const map::Camera& shown() const { return view_.state().view; }
     /// How far the middle of the view has moved, in points.
     [[nodiscard]] QPointF moved() const {
@@ -50,17 +34,6 @@ protected:
         }
         QTest::mouseRelease(&view_, Qt::LeftButton, modifiers, to);
     }
-    void wheel(const QPointF& at, int units) {
-        QWheelEvent event(at, view_.mapToGlobal(at), {}, {0, units}, Qt::NoButton, Qt::NoModifier,
-                          Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&view_, &event);
-    }
-    [[nodiscard]] QPoint pointOf(const Location& location) const {
-        const auto point = shown().toScreen(map::project(location)).value();
-        return QPointF(point.x, point.y).toPoint();
-    }
-
-    MapView view_{setup()};
 };
 
 TEST_F(MapInputTest, DraggingMovesTheMapWithThePointer) {
@@ -104,7 +77,11 @@ TEST_F(MapInputTest, WheelPinchAndDoubleClickZoomAroundThePointer) {
         EXPECT_NEAR(there.x, at.x(), 0.01);
         EXPECT_NEAR(there.y, at.y(), 0.01);
     };
-    zoomed(-1, [&] { wheel(at, -240); });
+    zoomed(-1, [&] {
+        QWheelEvent wheel(at, view_.mapToGlobal(at), {}, {0, -240}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&view_, &wheel);
+    });
     zoomed(1, [&] { QTest::mouseDClick(&view_, Qt::LeftButton, {}, at.toPoint()); });
     zoomed(std::log2(1.25), [&] {
         QNativeGestureEvent pinch(Qt::ZoomNativeGesture, QPointingDevice::primaryPointingDevice(),
@@ -122,11 +99,11 @@ TEST_F(MapInputTest, DotsShowTheirNamesAndAreChosenByClicking) {
         SCOPED_TRACE(type);
         clicked.clear();
         view_.setMapType(type);
-        const QImage before = view_.grab().toImage();
+        const QImage before = picture();
         const QPoint at = pointOf(other);
         QTest::mouseMove(&view_, at + QPoint(3, 3));
         EXPECT_EQ(view_.state().pointed, 2U);
-        EXPECT_NE(view_.grab().toImage(), before);
+        EXPECT_NE(picture(), before);
         QTest::mouseClick(&view_, Qt::LeftButton, {}, at + QPoint(3, -3));
         QTest::mouseClick(&view_, Qt::LeftButton, {}, pointOf(airport));
         QTest::mouseClick(&view_, Qt::LeftButton, {}, {40, 200});

@@ -1,23 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/controls/CategoryLook.h"
-#include "desktop/map/MapView.h"
+#include "tests/desktop_map/MapStage.h"
 
 #include <QHelpEvent>
-#include <QImage>
-#include <QTest>
 #include <QToolTip>
 
-#include <gtest/gtest.h>
-
+#include <array>
 #include <cmath>
 #include <map>
-#include <numbers>
 #include <random>
 
 namespace {
 
-using desktop::MapView;
-using desktop::WindBarb;
 using reports::Category;
 using reports::Metar;
 
@@ -54,24 +48,24 @@ TEST(StationWeather, AReportGrowsPaleThenCountsAsNone) {
 
 TEST(WindBarb, HasItsFeathersWhereTheWindSaysSo) {
     constexpr std::optional<int> none;
-    // Flags, long and short feathers; none of them and a ring in a calm.
     const struct {
         reports::Wind wind;
         double latitude;
         bool isShown;
-        int flags, longs, shorts;
-    } rows[] = {{{0, false, 0, 25}, 50, true, 0, 0, 0},
-                {{200, false, 2, {}}, 50, true, 0, 0, 0},
-                {{360, false, 3, {}}, 50, true, 0, 0, 1},
-                {{90, false, 7, {}}, -1, true, 0, 0, 1},
-                {{270, false, 8, {}}, 50, true, 0, 1, 0},
-                {{225, false, 47, 60}, -33, true, 0, 4, 1},
-                {{10, false, 48, {}}, 1, true, 1, 0, 0},
-                {{130, false, 125, {}}, -50, true, 2, 2, 1},
-                {{130, false, 2'000'000'000, {}}, 50, true, 6, 0, 0},
-                {{none, true, 3, {}}, 50, false, 0, 0, 0},
-                {{90, true, 3, {}}, 50, false, 0, 0, 0},
-                {{none, false, 12, {}}, 50, false, 0, 0, 0}};
+        /// Flags, long and short feathers; none of them and a ring in a calm.
+        std::array<int, 3> feathers;
+    } rows[] = {{{0, false, 0, 25}, 50, true, {0, 0, 0}},
+                {{200, false, 2, {}}, 50, true, {0, 0, 0}},
+                {{360, false, 3, {}}, 50, true, {0, 0, 1}},
+                {{90, false, 7, {}}, -1, true, {0, 0, 1}},
+                {{270, false, 8, {}}, 50, true, {0, 1, 0}},
+                {{225, false, 47, 60}, -33, true, {0, 4, 1}},
+                {{10, false, 48, {}}, 1, true, {1, 0, 0}},
+                {{130, false, 125, {}}, -50, true, {2, 2, 1}},
+                {{130, false, 2'000'000'000, {}}, 50, true, {6, 0, 0}},
+                {{none, true, 3, {}}, 50, false, {0, 0, 0}},
+                {{90, true, 3, {}}, 50, false, {0, 0, 0}},
+                {{none, false, 12, {}}, 50, false, {0, 0, 0}}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.wind.speed);
         const Metar metar = metarOf(Category::VFR, {}, row.wind);
@@ -80,30 +74,25 @@ TEST(WindBarb, HasItsFeathersWhereTheWindSaysSo) {
         if (!barb) {
             continue;
         }
-        // In the frame of the staff: y along it, outward, and x to its clockwise side.
-        const double angle = row.wind.direction.value_or(0) * std::numbers::pi / 180;
-        const QPointF out(std::sin(angle), -std::cos(angle));
-        int flags = 0;
-        int longs = 0;
-        int shorts = 0;
+        std::array<int, 3> feathers{};
         double tip = 0;
         double outermost = 0;
-        for (const QPolygonF& part : desktop::barbPath(*barb).toSubpathPolygons()) {
-            const double across = QPointF::dotProduct(part[1], {-out.y(), out.x()});
+        // Turned so that the staff points up.
+        const QTransform turn = QTransform().rotate(-row.wind.direction.value_or(0));
+        for (const QPolygonF& part : turn.map(desktop::barbPath(*barb)).toSubpathPolygons()) {
+            const double across = part[1].x();
             if (barb->fives == 0) {
                 EXPECT_GT(part.size(), 4);
                 EXPECT_NEAR(part.boundingRect().center().manhattanLength(), 0, 0.1);
             } else if (std::abs(across) < 0.01) {
-                tip = QPointF::dotProduct(part[1], out);
+                tip = -part[1].y();
             } else {
                 EXPECT_EQ(across > 0, row.latitude > 0);
-                outermost = std::max(outermost, QPointF::dotProduct(part[0], out));
-                (part.size() > 2 ? flags : std::abs(across) > 6 ? longs : shorts) += 1;
+                outermost = std::max(outermost, -part[0].y());
+                ++feathers.at(part.size() > 2 ? 0 : std::abs(across) > 6 ? 1 : 2);
             }
         }
-        EXPECT_EQ(flags, row.flags);
-        EXPECT_EQ(longs, row.longs);
-        EXPECT_EQ(shorts, row.shorts);
+        EXPECT_EQ(feathers, row.feathers);
         if (barb->fives > 0) {
             EXPECT_GT(tip, 20);
             // A lone short feather is set in from the end.
@@ -112,50 +101,40 @@ TEST(WindBarb, HasItsFeathersWhereTheWindSaysSo) {
     }
 }
 
-/// Barbs of so many stations around the world, most of them in one crowd across the date line.
-struct Barbs {
-    explicit Barbs(std::size_t count) {
-        std::mt19937 random(7);
-        for (std::size_t i = 0; i < count; ++i) {
-            const auto part = [&] { return static_cast<double>(random() % 10'000) / 10'000 - 0.5; };
-            const double spread = i % 4 == 0 ? 360 : 30;
-            state.stations.push_back(
-                {"", {part() * 80, std::remainder(180 + part() * spread, 360)}});
-            const Metar metar = metarOf(
-                Category::VFR, {},
-                reports::Wind{
-                    static_cast<int>(random() % 361), false, static_cast<int>(random() % 80), {}});
-            state.weather.push_back(
-                desktop::stationWeather(&metar, state.stations.back().location.latitude, noon));
-        }
-        state.showsWeather = true;
-        layer.renew();
+TEST(WindBarb, NoneTouchesAnotherAndMovingTheMapChangesNone) {
+    desktop::MapState state;
+    // Most of the stations are in one crowd across the date line.
+    std::mt19937 random(7);
+    const auto part = [&] { return static_cast<double>(random() % 10'000) / 10'000 - 0.5; };
+    const auto below = [&](unsigned end) { return static_cast<int>(random() % end); };
+    for (int i = 0; i < 4000; ++i) {
+        const double spread = i % 4 == 0 ? 360 : 30;
+        const platform::Location at{part() * 80, std::remainder(180 + part() * spread, 360)};
+        const Metar metar =
+            metarOf(Category::VFR, {}, reports::Wind{below(361), false, below(80), {}});
+        state.stations.push_back({"", at});
+        state.weather.push_back(desktop::stationWeather(&metar, at.latitude, noon));
     }
-    /// What the barbs cover, by station.
-    std::map<std::uint32_t, QRectF> places() {
-        std::map<std::uint32_t, QRectF> result;
+    state.showsWeather = true;
+    desktop::WeatherLayer layer(state);
+    layer.renew();
+    // What the barbs cover, by station.
+    const auto places = [&] {
+        std::map<std::uint32_t, QRectF> covered;
         for (const auto& barb : layer.barbs()) {
             const auto at =
                 state.view.toScreen(map::project(state.stations[barb.station].location)).value();
-            result[barb.station] = desktop::barbPath(*state.weather[barb.station].barb)
-                                       .boundingRect()
-                                       .translated(at.x, at.y);
+            covered[barb.station] = desktop::barbPath(*state.weather[barb.station].barb)
+                                        .boundingRect()
+                                        .translated(at.x, at.y);
         }
-        return result;
-    }
-
-    desktop::MapState state;
-    desktop::WeatherLayer layer{state};
-};
-
-TEST(WindBarb, NoneTouchesAnotherAndMovingTheMapChangesNone) {
-    Barbs barbs(4000);
-    map::Camera& view = barbs.state.view;
-    view.setSize({900, 600});
+        return covered;
+    };
+    state.view.setSize({900, 600});
     for (const double span : {60, 31, 12, 3}) {
         SCOPED_TRACE(span);
-        ASSERT_TRUE(view.show({{10, 180}, span * 2 / 3, span}));
-        const auto before = barbs.places();
+        ASSERT_TRUE(state.view.show({{10, 180}, span * 2 / 3, span}));
+        const auto before = places();
         EXPECT_GE(before.size(), span < 10 ? 4U : 50U);
         for (auto one = before.begin(); one != before.end(); ++one) {
             for (auto other = std::next(one); other != before.end(); ++other) {
@@ -163,9 +142,9 @@ TEST(WindBarb, NoneTouchesAnotherAndMovingTheMapChangesNone) {
                     << one->first << ' ' << other->first;
             }
         }
-        view.move(150, -90);
-        const QRectF frame = barbs.state.frame();
-        const auto after = barbs.places();
+        state.view.move(150, -90);
+        const QRectF frame = state.frame();
+        const auto after = places();
         for (const auto& [station, place] : before) {
             EXPECT_TRUE(after.contains(station) || !frame.intersects(place.translated(150, -90)))
                 << station;
@@ -178,24 +157,12 @@ TEST(WindBarb, NoneTouchesAnotherAndMovingTheMapChangesNone) {
     }
 }
 
-class MapWeatherTest : public testing::Test {
+class MapWeatherTest : public support::MapStage {
 protected:
     MapWeatherTest() {
         view_.resize(700, 500);
         view_.setStations(stations_);
         view_.setRegion(map::regionWithDistance({48.5, 11.5}, 200'000, 200'000));
-        view_.show();
-    }
-
-    static desktop::MapSetup setup() {
-        desktop::MapSetup setup;
-        // Credits without a server behind them: nobody listens on the discard port.
-        desktop::TileSources sources{map::worldTileServers()};
-        for (map::TileServer& server : sources.servers) {
-            server.address = "http://127.0.0.1:9/{z}/{x}/{y}";
-        }
-        setup.tiles = std::make_shared<desktop::TileLoader>(sources);
-        return setup;
     }
 
     void showWeather() {
@@ -206,13 +173,9 @@ protected:
             },
             noon);
     }
-    QPoint pointOf(std::size_t station) {
-        const auto at = view_.state()
-                            .view.toScreen(map::project(view_.state().stations[station].location))
-                            .value();
-        return {static_cast<int>(at.x), static_cast<int>(at.y)};
-    }
-    QColor colorAt(const QPoint& at) { return view_.grab().toImage().pixelColor(at); }
+    QColor colorOf(std::size_t station) { return colorAt(pointOf(stations_[station].location)); }
+    /// The help at a station, or at a point of the map.
+    QString helpAt(std::size_t station) { return helpAt(pointOf(stations_[station].location)); }
     QString helpAt(const QPoint& at) {
         QTest::mouseMove(&view_, at);
         QHelpEvent help(QEvent::ToolTip, at, view_.mapToGlobal(at));
@@ -227,49 +190,48 @@ protected:
     std::map<std::string, Metar> metars_{
         {"EDDM", metarOf(Category::LIFR, std::chrono::minutes(12))},
         {"EDMO", metarOf(Category::VFR, std::chrono::minutes(100))}};
-    MapView view_{setup()};
 };
 
 TEST_F(MapWeatherTest, DotsFollowTheWeatherAndEveryChangeOfTheStations) {
-    const QImage without = view_.grab().toImage();
+    const QImage without = picture();
     showWeather();
     const QColor land = view_.state().scheme.land;
     const QColor bad = desktop::categoryColor(Category::LIFR, land);
     const QColor sea = view_.state().scheme.sea;
-    EXPECT_EQ(colorAt(pointOf(0)), bad);
-    EXPECT_NE(colorAt(pointOf(1)), desktop::categoryColor(Category::VFR, land));
-    EXPECT_NE(colorAt(pointOf(1)), sea);
-    EXPECT_EQ(colorAt(pointOf(2)), sea) << "a hollow dot is filled";
+    EXPECT_EQ(colorOf(0), bad);
+    EXPECT_NE(colorOf(1), desktop::categoryColor(Category::VFR, land));
+    EXPECT_NE(colorOf(1), sea);
+    EXPECT_EQ(colorOf(2), sea) << "a hollow dot is filled";
     std::ranges::reverse(stations_);
     view_.setStations(stations_);
-    EXPECT_EQ(colorAt(pointOf(3)), bad);
+    EXPECT_EQ(colorOf(3), bad);
     // The worst one of several at a place is to be seen, wherever it is in the list.
     stations_.push_back({"EDMO", stations_[3].location});
     view_.setStations(stations_);
-    EXPECT_EQ(colorAt(pointOf(4)), bad);
+    EXPECT_EQ(colorOf(4), bad);
     stations_.pop_back();
     view_.setStations(stations_);
     view_.setWeather(nullptr, noon);
-    EXPECT_EQ(view_.grab().toImage(), without);
+    EXPECT_EQ(picture(), without);
 }
 
 TEST_F(MapWeatherTest, AToolTipTellsRawTextAndAge) {
     metars_["EDDM"].raw = "METAR EDDM <b>09008KT</b> & 0350";
-    EXPECT_EQ(helpAt(pointOf(0)), QString());
+    EXPECT_EQ(helpAt(0), QString());
     showWeather();
-    const QString help = helpAt(pointOf(0));
+    const QString help = helpAt(0);
     for (const char* part :
          {"EDDM, LIFR", "METAR EDDM &lt;b&gt;09008KT&lt;/b&gt; &amp; 0350", "12 minutes ago"}) {
         EXPECT_TRUE(help.contains(QString::fromUtf8(part))) << part << "\n" << qPrintable(help);
     }
-    EXPECT_TRUE(helpAt(pointOf(2)).contains(QStringLiteral("ETSI: no report")));
+    EXPECT_TRUE(helpAt(2).contains(QStringLiteral("ETSI: no report")));
     std::ranges::reverse(stations_);
     view_.setStations(stations_);
-    EXPECT_TRUE(helpAt(pointOf(3)).contains(QStringLiteral("12 minutes ago")));
+    EXPECT_TRUE(helpAt(3).contains(QStringLiteral("12 minutes ago")));
     helpAt({350, 30});
     EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); })) << "the tip stays";
     metars_.clear();
-    EXPECT_TRUE(helpAt(pointOf(3)).contains(QStringLiteral("EDDM: no report")));
+    EXPECT_TRUE(helpAt(3).contains(QStringLiteral("EDDM: no report")));
 }
 
 TEST_F(MapWeatherTest, FurnitureKeepsClearOfASelectedStationAndNeverHidesOne) {
@@ -284,27 +246,25 @@ TEST_F(MapWeatherTest, FurnitureKeepsClearOfASelectedStationAndNeverHidesOne) {
             view_.setMapType(type);
             view_.resize(size);
             view_.grab();
-            view_.setCenterCoordinate(munich.location);
-            view_.setRegion(map::regionWithDistance(munich.location, 2000, 2000));
+            showAround(munich.location);
             const std::vector<QRectF> places = furniture.places();
             EXPECT_FALSE(places.empty());
             EXPECT_TRUE(places.size() >= 3 || size.width() < 260);
             for (const QRectF& place : places) {
                 EXPECT_TRUE(view_.state().frame().contains(place));
                 EXPECT_FALSE(place.intersects(furniture.middle()));
-            }
-            for (const QRectF& place : places) {
                 if (type == platform::flyoverMap) {
-                    break; // it has its scale only in the middle
+                    continue; // it has its scale only in the middle
                 }
-                const QPointF by = place.center() - pointOf(0);
+                const QPointF by = place.center() - pointOf(munich.location);
                 map::Camera moved = view_.state().view;
                 moved.move(by.x(), by.y());
                 view_.setCenterCoordinate(map::unproject(moved.centre()));
                 // The marker has the weather inside.
-                EXPECT_EQ(colorAt(pointOf(0)),
+                EXPECT_EQ(colorOf(0),
                           desktop::categoryColor(Category::LIFR, view_.state().scheme.land));
-                EXPECT_EQ(colorAt(pointOf(0) + QPoint(0, 8)), view_.state().scheme.marker);
+                EXPECT_EQ(colorAt(pointOf(munich.location) + QPoint(0, 8)),
+                          view_.state().scheme.marker);
             }
         }
     }

@@ -10,17 +10,14 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <set>
 
 namespace {
 
 using namespace std::chrono_literals;
 using desktop::TileLimits;
-using desktop::TileLoader;
 using desktop::TileWishes;
 using map::Tile;
 using support::LoopbackTiles;
-using support::settle;
 
 /// How long to wait for anything that must happen, in milliseconds.
 constexpr int patience = 20'000;
@@ -28,33 +25,51 @@ constexpr int patience = 20'000;
 const std::vector<Tile> someTiles{{3, 1, 2}, {3, 2, 2}, {3, 3, 2}, {3, 4, 2},
                                   {3, 1, 3}, {3, 2, 3}, {3, 3, 3}, {3, 4, 3}};
 
+QByteArray pictureWith(const QByteArray& header = {}, const QSize& size = {256, 256}) {
+    return LoopbackTiles::reply(LoopbackTiles::picture({}, size), header);
+}
+
 class TileLoaderTest : public testing::Test {
 protected:
-    std::shared_ptr<TileLoader> loader(TileLimits limits = {}) {
-        auto loader = std::make_shared<TileLoader>(
+    /// Begins with a new loader and no requests.
+    void begin(TileLimits limits = {}) {
+        wishes_.reset();
+        loader_ = std::make_shared<desktop::TileLoader>(
             desktop::TileSources{{tiles_.server(map::Imagery::standard, 19)},
                                  "Nosig/1.0",
-                                 QString::fromStdString((folder_ / "tiles").string()),
+                                 QString::fromStdString(cache_),
                                  limits});
-        wishes_ = std::make_unique<TileWishes>(loader, [this] { ++arrivals_; });
-        return loader;
+        wishes_ = std::make_unique<TileWishes>(loader_, [this] { ++arrivals_; });
+        tiles_.requests.clear();
+    }
+    /// Wants these tiles, and waits until the loader has seen to that.
+    void fetch(const std::vector<Tile>& tiles) {
+        wishes_->want(0, tiles);
+        EXPECT_TRUE(support::settle(*loader_));
+    }
+    [[nodiscard]] bool has(const Tile& tile) const { return loader_->image(0, tile) != nullptr; }
+    /// The numbers of the requested tiles, without repetitions.
+    [[nodiscard]] QSet<QByteArray> asked() const {
+        QSet<QByteArray> paths;
+        for (const auto& request : tiles_.requests) {
+            paths.insert(request.path.mid(QByteArray("/standard/").size()));
+        }
+        return paths;
     }
 
     support::TemporaryFolder folder_;
+    const std::string cache_ = folder_ / "tiles";
     LoopbackTiles tiles_;
-    int arrivals_ = 0;
-    /// The wishes of the loader made last.
+    std::shared_ptr<desktop::TileLoader> loader_;
     std::unique_ptr<TileWishes> wishes_;
+    int arrivals_ = 0;
 };
 
 TEST_F(TileLoaderTest, RequestsVisibleTilesOnceAndNamesTheProgram) {
-    const auto loader = this->loader();
+    begin();
     wishes_->want(0, someTiles);
-    wishes_->want(0, someTiles);
-    ASSERT_TRUE(settle(*loader));
-    wishes_->want(0, someTiles);
-    ASSERT_TRUE(settle(*loader));
-
+    fetch(someTiles);
+    fetch(someTiles);
     EXPECT_EQ(tiles_.requests.size(), someTiles.size());
     EXPECT_EQ(arrivals_, static_cast<int>(someTiles.size()));
     EXPECT_EQ(tiles_.requests.front().path, "/standard/3/1/2");
@@ -63,12 +78,12 @@ TEST_F(TileLoaderTest, RequestsVisibleTilesOnceAndNamesTheProgram) {
         EXPECT_FALSE(request.head.contains("\r\nCookie:"));
     }
     for (const Tile& tile : someTiles) {
-        const QImage* image = loader->image(0, tile);
+        const QImage* image = loader_->image(0, tile);
         ASSERT_TRUE(image);
         EXPECT_EQ(image->size(), QSize(256, 256));
-        EXPECT_EQ(loader->image(0, {3, tile.x + 8, tile.y}), image);
+        EXPECT_EQ(loader_->image(0, {3, tile.x + 8, tile.y}), image);
     }
-    EXPECT_FALSE(loader->image(0, {3, 7, 7}));
+    EXPECT_FALSE(has({3, 7, 7}));
 }
 
 TEST_F(TileLoaderTest, ForgetsTilesNoLongerVisible) {
@@ -76,20 +91,14 @@ TEST_F(TileLoaderTest, ForgetsTilesNoLongerVisible) {
         if (request.path.startsWith("/standard/3/")) {
             wishes_->want(0, {{5, 9, 9}});
         }
-        socket.write(LoopbackTiles::reply(LoopbackTiles::picture(request.path)));
+        socket.write(pictureWith());
     };
-    const auto loader = this->loader();
+    begin();
     // A tile wanted only for a moment is not requested at all.
     wishes_->want(0, {{4, 1, 1}});
-    wishes_->want(0, someTiles);
-    ASSERT_TRUE(settle(*loader));
-    std::set<QByteArray> paths;
-    for (const auto& request : tiles_.requests) {
-        paths.insert(request.path);
-    }
+    fetch(someTiles);
     // The four already under way, and the new one.
-    EXPECT_EQ(paths.size(), 5U);
-    EXPECT_TRUE(paths.contains("/standard/5/9/9"));
+    EXPECT_EQ(asked(), (QSet<QByteArray>{"3/1/2", "3/2/2", "3/3/2", "3/4/2", "5/9/9"}));
 }
 
 TEST_F(TileLoaderTest, DiskCacheObeysTheServersHeaders) {
@@ -104,85 +113,70 @@ TEST_F(TileLoaderTest, DiskCacheObeysTheServersHeaders) {
     int number = 0;
     for (const auto& row : rows) {
         SCOPED_TRACE(row.header);
-        tiles_.answer = [&](QTcpSocket& socket, const LoopbackTiles::Request& request) {
-            socket.write(LoopbackTiles::reply(LoopbackTiles::picture(request.path), row.header));
-        };
-        const std::vector<Tile> tile{{10, ++number, 5}};
-        for (int run = 0; run < 2; ++run) {
-            const auto loader = this->loader();
-            wishes_->want(0, tile);
-            ASSERT_TRUE(settle(*loader));
-            EXPECT_TRUE(loader->image(0, tile.front()));
-        }
-        EXPECT_EQ(tiles_.requests.size(), row.askedAgain ? 2U : 1U);
-        tiles_.requests.clear();
+        tiles_.answerWith(pictureWith(row.header));
+        const Tile tile{10, ++number, 5};
+        begin();
+        fetch({tile});
+        begin();
+        fetch({tile});
+        EXPECT_TRUE(has(tile));
+        EXPECT_EQ(tiles_.requests.size(), row.askedAgain ? 1U : 0U);
     }
 
     QNetworkDiskCache cache;
-    cache.setCacheDirectory(QString::fromStdString((folder_ / "tiles").string()));
-    const QUrl url(QString::fromStdString(
-        map::tileAddress(tiles_.server(map::Imagery::standard, 19).address, {10, 1, 5})));
+    cache.setCacheDirectory(QString::fromStdString(cache_));
+    const QUrl url(
+        QString::fromStdString(map::tileAddress(loader_->servers()[0].address, {10, 1, 5})));
     const QDateTime end = cache.metaData(url).expirationDate();
     EXPECT_NEAR(static_cast<double>(QDateTime::currentDateTimeUtc().secsTo(end)), 7 * 86'400, 600);
 }
 
 TEST_F(TileLoaderTest, BadTilesAreLeftOutAtABoundedCost) {
-    qint64 sent = 0;
-    const QByteArray picture = LoopbackTiles::picture("x");
-    const QByteArray wide = LoopbackTiles::picture("x", {1025, 8});
-    // Sends for as long as the client reads.
-    const auto flood = [&](QTcpSocket& socket) {
-        QObject::connect(&socket, &QIODevice::bytesWritten, &socket, [&](qint64 bytes) {
-            sent += bytes;
-            socket.write(QByteArray(64 << 10, 'x'));
-        });
-        socket.write("HTTP/1.1 200 OK\r\n\r\n");
-    };
-    using Answer = std::function<void(QTcpSocket&)>;
-    const auto plain = [](const QByteArray& reply) -> Answer {
-        return [reply](QTcpSocket& socket) { socket.write(reply); };
+    enum Then { waits, ends, goesOn };
+    const auto redirection = [](const QByteArray& to) {
+        return LoopbackTiles::reply({}, "Location: " + to + "\r\n", "302 Found");
     };
     const struct {
         const char* what;
-        Answer answer;
+        QByteArray reply;
+        Then then = waits;
     } rows[] = {
-        {"missing", plain(LoopbackTiles::reply("none", {}, "404 Not Found"))},
-        {"other format", plain(LoopbackTiles::reply(
-                             "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"))},
-        {"too wide", plain(LoopbackTiles::reply(wide))},
-        {"cut off",
-         [&](QTcpSocket& socket) {
-             socket.write(LoopbackTiles::reply(picture).chopped(20));
-             socket.disconnectFromHost();
-         }},
-        {"endless", flood},
-        {"redirected for ever",
-         plain(LoopbackTiles::reply({}, "Location: /again/0\r\n", "302 Found"))},
-        {"redirected to another scheme",
-         plain(LoopbackTiles::reply({}, "Location: file:///etc/passwd\r\n", "302 Found"))},
+        {"missing", LoopbackTiles::reply("none", {}, "404 Not Found")},
+        {"other format",
+         LoopbackTiles::reply("<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>")},
+        {"too wide", pictureWith({}, {1025, 8})},
+        {"cut off", pictureWith().chopped(20), ends},
+        {"endless", "HTTP/1.1 200 OK\r\n\r\n", goesOn},
+        {"redirected for ever", redirection("/again")},
+        {"redirected to another scheme", redirection("file:///etc/passwd")},
     };
+    qint64 sent = 0;
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
-        tiles_.requests.clear();
         sent = 0;
-        tiles_.answer = [&](QTcpSocket& socket, const LoopbackTiles::Request& request) {
-            if (request.path.endsWith("/0")) {
-                row.answer(socket);
-            } else {
-                socket.write(LoopbackTiles::reply(picture));
+        tiles_.answer = [&](QTcpSocket& socket, const LoopbackTiles::Request& /*request*/) {
+            if (row.then == goesOn) {
+                // For as long as the client reads.
+                QObject::connect(&socket, &QIODevice::bytesWritten, &socket, [&](qint64 bytes) {
+                    sent += bytes;
+                    socket.write(QByteArray(64 << 10, 'x'));
+                });
+            }
+            socket.write(row.reply);
+            if (row.then == ends) {
+                socket.disconnectFromHost();
             }
         };
-        const auto loader = this->loader({.bytes = 1 << 20});
-        std::size_t asked = 0;
-        for (int frame = 0; frame < 3; ++frame) {
-            wishes_->want(0, {{4, 5, 0}});
-            ASSERT_TRUE(settle(*loader));
-            EXPECT_FALSE(loader->image(0, {4, 5, 0}));
-            asked = frame == 0 ? tiles_.requests.size() : asked;
-        }
+        begin({.bytes = 1 << 20});
+        const Tile tile{4, 5, 0};
+        fetch({tile});
+        EXPECT_FALSE(has(tile));
         // It is not requested again, and no more was sent than fits in a few buffers.
-        EXPECT_EQ(tiles_.requests.size(), asked);
-        EXPECT_LE(asked, 5U);
+        const std::size_t requests = tiles_.requests.size();
+        EXPECT_LE(requests, 5U);
+        fetch({tile});
+        fetch({tile});
+        EXPECT_EQ(tiles_.requests.size(), requests);
         EXPECT_LT(sent, 16 << 20);
     }
 }
@@ -198,10 +192,8 @@ TEST_F(TileLoaderTest, TilesThatNeverCompleteAreGivenUp) {
             }
         };
         timer.start(5);
-        const auto loader = this->loader({.time = 100ms, .serverPause = 1h});
-        tiles_.requests.clear();
-        wishes_->want(0, someTiles);
-        ASSERT_TRUE(settle(*loader));
+        begin({.time = 100ms, .serverPause = 1h});
+        fetch(someTiles);
         EXPECT_EQ(arrivals_, 0);
         // A server that does not answer the first requests gets no more.
         EXPECT_EQ(tiles_.requests.size(), 4U);
@@ -221,25 +213,78 @@ TEST_F(TileLoaderTest, ServersThatRefuseGetOnlyWhatIsUnderWay) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.status);
-        tiles_.answer = [&](QTcpSocket& socket, const LoopbackTiles::Request&) {
-            socket.write(LoopbackTiles::reply({}, "Retry-After: 120\r\n", row.status));
-        };
-        tiles_.requests.clear();
-        const auto loader = this->loader({.serverPause = 1ms});
-        wishes_->want(0, someTiles);
-        ASSERT_TRUE(settle(*loader));
-        wishes_->want(0, someTiles);
-        ASSERT_TRUE(settle(*loader));
+        tiles_.answerWith(LoopbackTiles::reply({}, "Retry-After: 120\r\n", row.status));
+        begin({.serverPause = 1ms});
+        fetch(someTiles);
+        fetch(someTiles);
         EXPECT_EQ(tiles_.requests.size(), row.requests);
     }
     // After the pause it is asked again.
-    tiles_.answer = [](QTcpSocket& socket, const LoopbackTiles::Request&) {
-        socket.write(LoopbackTiles::reply({}, {}, "403 Forbidden"));
-    };
-    tiles_.requests.clear();
-    const auto loader = this->loader({.serverPause = 1ms});
+    tiles_.answerWith(LoopbackTiles::reply({}, {}, "403 Forbidden"));
+    begin({.serverPause = 1ms});
     wishes_->want(0, someTiles);
     EXPECT_TRUE(QTest::qWaitFor([&] { return tiles_.requests.size() >= 8; }, patience));
+}
+
+TEST_F(TileLoaderTest, TilesOnDiskAreShownWhileTheServerIsLeftAlone) {
+    const Tile kept{10, 1, 5};
+    begin();
+    fetch({kept});
+    tiles_.answerWith(LoopbackTiles::reply({}, "Retry-After: 600\r\n", "403 Forbidden"));
+    begin();
+    fetch({{10, 2, 5}});
+    fetch({someTiles.front(), kept});
+    EXPECT_TRUE(has(kept));
+    EXPECT_FALSE(has(someTiles.front()));
+    EXPECT_EQ(tiles_.requests.size(), 1U);
+}
+
+TEST_F(TileLoaderTest, ViewsShareOneLoaderInTurns) {
+    std::vector<std::function<void()>> replies;
+    tiles_.answer = [&](QTcpSocket& socket, const LoopbackTiles::Request&) {
+        replies.emplace_back([&socket] { socket.write(pictureWith()); });
+        EXPECT_LE(replies.size(), 4U);
+    };
+    begin();
+    std::map<char, int> arrivals;
+    const auto view = [&](char name, const std::vector<Tile>& tiles) {
+        auto wishes =
+            std::make_unique<TileWishes>(loader_, [&arrivals, name] { ++arrivals[name]; });
+        wishes->want(0, tiles);
+        return wishes;
+    };
+    const auto first = view('1', someTiles);
+    const auto second = view('2', {{5, 9, 9}, someTiles[0]});
+    auto third = view('3', {{6, 1, 1}, {6, 1, 2}});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return replies.size() == 4; }, patience));
+    EXPECT_EQ(asked(), (QSet<QByteArray>{"3/1/2", "5/9/9", "6/1/1", "3/2/2"}));
+    // Tiles not yet requested when their view is destroyed are not requested any more.
+    third.reset();
+    const auto isOver = [&] {
+        for (const auto& reply : std::exchange(replies, {})) {
+            reply();
+        }
+        return support::isIdle(*loader_);
+    };
+    ASSERT_TRUE(QTest::qWaitFor(isOver, patience));
+    EXPECT_EQ(tiles_.requests.size(), someTiles.size() + 2);
+    EXPECT_EQ(arrivals, (std::map<char, int>{{'1', 8}, {'2', 2}}));
+}
+
+TEST_F(TileLoaderTest, MemoryHoldsTheTilesOfAllViews) {
+    tiles_.answerWith(pictureWith("Cache-Control: no-store\r\n", {512, 512}));
+    begin({.kibibytes = 1});
+    const auto here = [&] {
+        return std::ranges::count_if(someTiles, [&](const Tile& tile) { return has(tile); });
+    };
+    auto other = std::make_unique<TileWishes>(loader_, [] {});
+    other->want(0, {someTiles.begin() + 4, someTiles.end()});
+    fetch({someTiles.begin(), someTiles.begin() + 4});
+    EXPECT_EQ(tiles_.requests.size(), 8U);
+    EXPECT_EQ(here(), 8);
+    other.reset();
+    fetch({});
+    EXPECT_EQ(here(), 0);
 }
 
 TEST(ServerPause, DoublesWithEachRefusalAndLastsAsLongAsTheServerSays) {
@@ -284,92 +329,6 @@ TEST(ServerPause, LastsAsLongAsTheHeadersSay) {
     for (const auto& [retryAfter, date, length] : rows) {
         EXPECT_EQ(desktop::retryAfter(retryAfter, date, now), length) << retryAfter;
     }
-}
-
-TEST_F(TileLoaderTest, ViewsShareOneLoaderInTurns) {
-    std::size_t held = 0;
-    std::vector<std::function<void()>> replies;
-    tiles_.answer = [&](QTcpSocket& socket, const LoopbackTiles::Request& request) {
-        held = std::max(held, replies.size() + 1);
-        replies.emplace_back([&socket, path = request.path] {
-            socket.write(LoopbackTiles::reply(LoopbackTiles::picture(path)));
-        });
-    };
-    const auto loader = this->loader();
-    std::map<char, int> arrivals;
-    const auto view = [&](char name, const std::vector<Tile>& tiles) {
-        auto wishes = std::make_unique<TileWishes>(loader, [&arrivals, name] { ++arrivals[name]; });
-        wishes->want(0, tiles);
-        return wishes;
-    };
-    const auto first = view('1', someTiles);
-    const auto second = view('2', {{5, 9, 9}, someTiles[0]});
-    auto third = view('3', {{6, 1, 1}, {6, 1, 2}});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return replies.size() == 4; }, patience));
-    QSet<QByteArray> paths;
-    for (const auto& request : tiles_.requests) {
-        paths.insert(request.path);
-    }
-    EXPECT_EQ(paths, (QSet<QByteArray>{"/standard/3/1/2", "/standard/5/9/9", "/standard/6/1/1",
-                                       "/standard/3/2/2"}));
-    // Tiles not yet requested when their view is destroyed are not requested any more.
-    third.reset();
-    ASSERT_TRUE(QTest::qWaitFor(
-        [&] {
-            for (const auto& reply : std::exchange(replies, {})) {
-                reply();
-            }
-            return support::isIdle(*loader);
-        },
-        patience));
-    EXPECT_EQ(held, 4U);
-    EXPECT_EQ(tiles_.requests.size(), someTiles.size() + 2);
-    EXPECT_EQ(arrivals, (std::map<char, int>{{'1', 8}, {'2', 2}}));
-}
-
-TEST_F(TileLoaderTest, MemoryHoldsTheTilesOfAllViews) {
-    tiles_.answer = [](QTcpSocket& socket, const LoopbackTiles::Request& request) {
-        socket.write(LoopbackTiles::reply(LoopbackTiles::picture(request.path, {512, 512}),
-                                          "Cache-Control: no-store\r\n"));
-    };
-    const auto loader = this->loader({.kibibytes = 1});
-    wishes_->want(0, {someTiles.begin(), someTiles.begin() + 4});
-    auto other = std::make_unique<TileWishes>(loader, [] {});
-    other->want(0, {someTiles.begin() + 4, someTiles.end()});
-    ASSERT_TRUE(settle(*loader));
-    EXPECT_EQ(tiles_.requests.size(), 8U);
-    const auto here = [&] {
-        return std::ranges::count_if(someTiles,
-                                     [&](const Tile& tile) { return loader->image(0, tile); });
-    };
-    EXPECT_EQ(here(), 8);
-    other.reset();
-    wishes_->want(0, {});
-    ASSERT_TRUE(settle(*loader));
-    EXPECT_EQ(here(), 0);
-}
-
-TEST_F(TileLoaderTest, TilesOnDiskAreShownWhileTheServerIsLeftAlone) {
-    const std::vector<Tile> kept{{10, 1, 5}};
-    {
-        const auto loader = this->loader();
-        wishes_->want(0, kept);
-        ASSERT_TRUE(settle(*loader));
-        wishes_.reset();
-    }
-    tiles_.answer = [](QTcpSocket& socket, const LoopbackTiles::Request& /*request*/) {
-        socket.write(LoopbackTiles::reply({}, "Retry-After: 600\r\n", "403 Forbidden"));
-    };
-    const auto loader = this->loader();
-    wishes_->want(0, {{10, 2, 5}});
-    ASSERT_TRUE(settle(*loader));
-    std::vector<Tile> wanted = someTiles;
-    wanted.insert(wanted.end(), kept.begin(), kept.end());
-    wishes_->want(0, wanted);
-    ASSERT_TRUE(settle(*loader));
-    EXPECT_TRUE(loader->image(0, kept.front()));
-    EXPECT_FALSE(loader->image(0, someTiles.front()));
-    EXPECT_EQ(tiles_.requests.size(), 2U);
 }
 
 } // namespace
