@@ -26,9 +26,8 @@ TEST(ChartView, TheWindowLoadsTheEngineWhenTheChartIsFirstShown) {
     support::RunningProgram program;
     program.fake.userDefaults.setObject(platform::Number(std::int64_t{4}), "curmaptype");
     program.start();
-    QMainWindow& window = program.window("SCStationWindowController");
-    const auto child = [&](const char* name) {
-        return window.findChild<QWidget*>(QString::fromUtf8(name));
+    const auto child = [](const char* name) {
+        return &support::RunningProgram::child<QWidget>(name);
     };
     const auto choose = [&](const char* button) {
         QTest::mouseClick(child(button), Qt::LeftButton);

@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/TemporaryFolder.h"
-
-#include <QApplication>
-#include <gtest/gtest.h>
+#include "tests/support/WidgetTests.h"
 
 /// AddressSanitizer calls these by name. The browser engine is built without it, frees some of its
 /// objects with another size than it allocated, and keeps others until the process ends, as does
@@ -15,21 +12,13 @@ extern "C" const char* __lsan_default_suppressions() {
            "leak:libfontconfig.so\n";
 }
 
-/// Runs tests with web pages without a display and with a home folder of their own. The browser
-/// engine trusts the throwaway certificate of the test's server, has a fake camera, and can run as
-/// root, as in containers. The logging rules ask it to describe itself, which the program must
-/// prevent.
+/// The browser engine trusts the throwaway certificate of the test's server, has a fake camera, and
+/// can run as root, as in containers. The logging rules ask it to describe itself, which the
+/// program must prevent.
 int main(int argc, char* argv[]) {
-    const support::TemporaryFolder home;
-    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
-        qputenv(name, QByteArray::fromStdString(home.path().string()));
-    }
-    qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
     qputenv("QTWEBENGINE_CHROMIUM_FLAGS",
             "--ignore-certificate-errors --use-fake-device-for-media-stream");
     qputenv("QT_LOGGING_RULES", "qt.webenginecontext.*=true");
-    const QApplication application(argc, argv);
-    ::testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    return support::runWidgetTests(argc, argv);
 }

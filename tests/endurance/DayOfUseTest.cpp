@@ -5,24 +5,20 @@
 #include "tests/support/Reports.h"
 #include "tests/support/RunningProgram.h"
 #include "tests/support/WeatherServer.h"
+#include "tests/support/WidgetTests.h"
 
-#include <QAction>
 #include <QLineEdit>
-#include <QMenuBar>
 #include <QPixmapCache>
+#include <QProcess>
 #include <QPushButton>
 #include <QTableView>
 #include <fmt/format.h>
 #include <malloc.h>
-#include <pthread.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <atomic>
 #include <chrono>
-#include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
@@ -48,12 +44,6 @@ constexpr double longestHold = 50;
 #else
 constexpr double longestHold = std::numeric_limits<double>::infinity();
 #endif
-
-/// The share of a whole day's work that is done, one over this.
-int share() {
-    const char* given = std::getenv("NOSIG_SHARE_OF_A_DAY");
-    return given != nullptr ? std::max(1, std::atoi(given)) : 1;
-}
 
 double processorMilliseconds() {
     timespec used{};
@@ -124,88 +114,68 @@ struct Held {
     }
 };
 
-/// The data server, in a process of its own, so that what it holds is not counted.
+/// The file of every station's report: what the program keeps of each is there from the start.
+std::string world(const std::function<std::string(const std::string&)>& reply) {
+    std::vector<std::string> replies;
+    const auto catalogue = catalogue::readPackage(NOSIG_BINARY_DIR "/share/nosig/Stations.STNPKG");
+    for (const auto& station : *catalogue->stations) {
+        replies.push_back(reply(std::string(platform::trimmed(station->ICAO.value_or("")))));
+    }
+    return support::gzip(support::joined(replies));
+}
+
+/// The data server. Says its host and port, and the file of the authority that vouches for it; ends
+/// with its input.
+int serve() {
+    const auto taf = [](const std::string& station) { return support::tafReply(station, ""); };
+    const std::string metars = world(support::metarReply);
+    const std::string tafs = world(taf);
+    std::atomic<unsigned> sent = 0;
+    const support::WeatherServer server([&](const httplib::Request& request,
+                                            httplib::Response& response) {
+        const std::string station = request.get_param_value("stationString");
+        if (request.target.find("/data/cache/") != std::string::npos) {
+            const bool isMetars = request.target.find("metars") != std::string::npos;
+            response.set_header("ETag", fmt::format("\"{}\"", sent++));
+            response.set_content(isMetars ? metars : tafs, "application/gzip");
+        } else {
+            const bool isMetar = request.get_param_value("dataSource") == "metars";
+            response.set_content(isMetar ? support::metarReply(station) : taf(station), "text/xml");
+        }
+    });
+    fmt::print("{} {}", server.authority(), server.options().certificateFile);
+    std::fflush(stdout);
+    while (std::getchar() != EOF) {
+    }
+    return 0;
+}
+
+/// The server in a process of its own, so that what it holds is not counted.
 class ServerProcess {
 public:
     ServerProcess() {
-        int ends[2] = {};
-        if (::pipe(ends) != 0) {
-            throw std::runtime_error("no pipe");
-        }
-        child_ = ::fork();
-        if (child_ == 0) {
-            serve(ends[1]);
-        }
-        ::close(ends[1]);
-        std::array<char, 1024> text{};
-        const auto length = ::read(ends[0], text.data(), text.size());
-        if (length <= 0) {
+        process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process_.start(QCoreApplication::applicationFilePath(), {QStringLiteral("serve")});
+        process_.waitForReadyRead(60'000);
+        said_ = process_.readAllStandardOutput().split(' ');
+        if (said_.size() != 2) {
             throw std::runtime_error("no server");
         }
-        const std::string said(text.data(), static_cast<std::size_t>(length));
-        authority = said.substr(0, said.find(' '));
-        certificate = said.substr(said.find(' ') + 1);
-        ::close(ends[0]);
     }
     ~ServerProcess() {
-        ::kill(child_, SIGTERM);
-        ::waitpid(child_, nullptr, 0);
+        process_.closeWriteChannel();
+        process_.waitForFinished();
     }
     ServerProcess(const ServerProcess&) = delete;
     ServerProcess& operator=(const ServerProcess&) = delete;
 
-    /// Host and port, and the file of the authority that vouches for it.
-    std::string authority;
-    std::string certificate;
+    [[nodiscard]] std::string authority() const { return said_[0].toStdString(); }
+    [[nodiscard]] std::string certificate() const { return said_[1].toStdString(); }
 
 private:
-    /// The file of every station's report: what the program keeps of each is there from the start.
-    static std::string world(const std::function<std::string(const std::string&)>& reply) {
-        std::vector<std::string> replies;
-        const auto catalogue =
-            catalogue::readPackage(NOSIG_BINARY_DIR "/share/nosig/Stations.STNPKG");
-        for (const auto& station : *catalogue->stations) {
-            replies.push_back(reply(std::string(platform::trimmed(station->ICAO.value_or("")))));
-        }
-        return support::gzip(support::joined(replies));
-    }
-    [[noreturn]] static void serve(int told) {
-        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        sigset_t end{};
-        sigaddset(&end, SIGTERM);
-        ::pthread_sigmask(SIG_BLOCK, &end, nullptr);
-        {
-            const std::string metars = world(support::metarReply);
-            const std::string tafs =
-                world([](const std::string& station) { return support::tafReply(station, ""); });
-            std::atomic<unsigned> sent = 0;
-            const support::WeatherServer server(
-                [&](const httplib::Request& request, httplib::Response& response) {
-                    const std::string station = request.get_param_value("stationString");
-                    if (request.target.find("/data/cache/") != std::string::npos) {
-                        const bool isMetars = request.target.find("metars") != std::string::npos;
-                        response.set_header("ETag", fmt::format("\"{}\"", sent++));
-                        response.set_content(isMetars ? metars : tafs, "application/gzip");
-                    } else if (request.get_param_value("dataSource") == "metars") {
-                        response.set_content(support::metarReply(station), "text/xml");
-                    } else {
-                        response.set_content(support::tafReply(station, ""), "text/xml");
-                    }
-                });
-            const std::string said = server.authority() + " " + server.options().certificateFile;
-            if (::write(told, said.data(), said.size()) > 0) {
-                int signal = 0;
-                ::sigwait(&end, &signal);
-            }
-        }
-        ::_exit(0);
-    }
-
-    pid_t child_ = 0;
+    QProcess process_;
+    QList<QByteArray> said_;
 };
-
-/// Started before the toolkit, whose threads a fork would not take along.
-const ServerProcess* server = nullptr;
 
 /// The program with its real windows and a real server, used by somebody in a hurry.
 class DayOfUse : public ::testing::Test, protected support::RunningProgram {
@@ -213,11 +183,11 @@ protected:
     DayOfUse() {
         std::filesystem::copy_file(NOSIG_BINARY_DIR "/share/nosig/Stations.STNPKG",
                                    fake.folder / "resources/Stations.STNPKG");
-        fake.userDefaults.setObject(server->authority, "dataserverhost");
+        fake.userDefaults.setObject(server_.authority(), "dataserverhost");
         fake.userDefaults.setObject(platform::Number(1), "worldweather");
         fake.userDefaults.setObject(platform::Number(1), "displayfavweather");
         platform::URLSessionOptions options;
-        options.certificateFile = server->certificate;
+        options.certificateFile = server_.certificate();
         options.date = [this] { return fake.clock.now(); };
         sessions_.emplace(fake.notificationCenter, options);
         start(*sessions_);
@@ -315,28 +285,25 @@ protected:
     }
 
 private:
+    const ServerProcess server_;
     std::mt19937 random_{1}; // NOLINT(*-msc51-cpp): the same day in every run
     std::optional<platform::CurlURLSessions> sessions_;
 };
 
 TEST_F(DayOfUse, LeavesNothingBehindAndNeverHoldsTheWindowLong) {
-    const auto times = [](int all) { return std::max(1, all / parts / share()); };
+    const std::pair<int, std::function<void()>> work[] = {
+        {5000, [this] { select(); }},        {500, [this] { search(); }},
+        {50, [this] { openList(); }},        {1000, [this] { changeLooks(); }},
+        {24 * 60, [this] { passMinute(); }},
+    };
+    const char* given = std::getenv("NOSIG_SHARE_OF_A_DAY");
+    const int share = given != nullptr ? std::max(1, std::atoi(given)) : 1;
     std::vector<Held> held;
     for (int part = 0; part < parts; ++part) {
-        for (int i = 0; i < times(5000); ++i) {
-            select();
-        }
-        for (int i = 0; i < times(500); ++i) {
-            search();
-        }
-        for (int i = 0; i < times(50); ++i) {
-            openList();
-        }
-        for (int i = 0; i < times(1000); ++i) {
-            changeLooks();
-        }
-        for (int i = 0; i < times(24 * 60); ++i) {
-            passMinute();
+        for (const auto& [times, act] : work) {
+            for (int i = 0; i < std::max(1, times / parts / share); ++i) {
+                act();
+            }
         }
         rest();
         const Held& now = held.emplace_back(Held::now());
@@ -361,14 +328,7 @@ TEST_F(DayOfUse, LeavesNothingBehindAndNeverHoldsTheWindowLong) {
 } // namespace
 
 int main(int argc, char* argv[]) {
-    const support::TemporaryFolder home;
-    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
-        qputenv(name, QByteArray::fromStdString(home.path().string()));
-    }
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const ServerProcess running;
-    server = &running;
-    const WatchedApplication application(argc, argv);
-    ::testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    return argc > 1 && std::string_view(argv[1]) == "serve"
+               ? serve()
+               : support::runWidgetTests<WatchedApplication>(argc, argv);
 }
