@@ -13,9 +13,6 @@ namespace {
 struct Kept final : reports::Receiver {
     void receive(reports::Metar&& metar) override { metars.push_back(std::move(metar)); }
     void receive(reports::Taf&& taf) override { tafs.push_back(std::move(taf)); }
-    friend bool operator==(const Kept& one, const Kept& other) {
-        return one.metars == other.metars && one.tafs == other.tafs;
-    }
 
     std::vector<reports::Metar> metars;
     std::vector<reports::Taf> tafs;
@@ -55,7 +52,8 @@ void feed(std::span<const std::byte> reply) {
     reports::Reader slowReader(inPieces);
     slowReader.feed(reply.first(cut));
     slowReader.feed(reply.subspan(cut));
-    require(slowReader.finish() == understanding && inPieces == whole,
+    require(slowReader.finish() == understanding && inPieces.metars == whole.metars &&
+                inPieces.tafs == whole.tafs,
             "it does not matter how a reply arrives");
     for (const auto& metar : whole.metars) {
         check(metar);

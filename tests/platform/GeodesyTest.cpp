@@ -13,43 +13,29 @@ namespace {
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
-TEST(Geodesy, MeasuresAlongTheEllipsoid) {
+TEST(Geodesy, MeasuresTheShortestLineAlongTheEllipsoid) {
     // Reference values: an equatorial degree of WGS84, half a meridian, and a published example of
     // the inverse problem (Wellington to Salamanca).
     struct {
         Location from, to;
-        double metres;
+        double metres, bearing;
     } const rows[] = {
-        {{0, 179.5}, {0, -179.5}, 111319.491},
-        {{0, 0}, {0, 180}, 20003931.459},
-        {{-41.32, 174.81}, {40.96, -5.50}, 19959679.267},
-        {{52, 13}, {52, 13}, 0},
+        {{0, 179.5}, {0, -179.5}, 111319.491, 90},
+        {{0, 0}, {0, 180}, 20003931.459, 0},
+        {{-41.32, 174.81}, {40.96, -5.50}, 19959679.267, 161.067669986160},
     };
     for (const auto& row : rows) {
         EXPECT_NEAR(distanceMetres(row.from, row.to), row.metres, 0.01);
+        EXPECT_NEAR(initialBearing(row.from, row.to), row.bearing, 1e-9);
     }
+    EXPECT_EQ(distanceMetres({52, 13}, {52, 13}), 0);
+    // So close to north that a whole turn more is 360 in floating point.
+    EXPECT_EQ(initialBearing({0, 0}, {80, -1e-300}), 0);
+    EXPECT_TRUE(std::isnan(initialBearing({91, 0}, {0, 0})));
     for (const Location& nowhere : {Location{91, 0}, {nan, 0}}) {
         EXPECT_TRUE(std::isinf(distanceMetres({0, 0}, nowhere)));
         EXPECT_TRUE(std::isinf(DistanceBound(nowhere).leastMetres({0, 0}, 1)));
     }
-}
-
-TEST(Geodesy, TheShortestLineSetsOutForItsInitialBearing) {
-    struct {
-        Location from, to;
-        double degrees;
-    } const rows[] = {
-        {{0, 0}, {1, 0}, 0},
-        {{0, 0}, {0, -1}, 270},
-        // From the same published example.
-        {{-41.32, 174.81}, {40.96, -5.50}, 161.067669986160},
-        // So close to north that a whole turn more is 360 in floating point.
-        {{0, 0}, {80, -1e-300}, 0},
-    };
-    for (const auto& row : rows) {
-        EXPECT_NEAR(initialBearing(row.from, row.to), row.degrees, 1e-9);
-    }
-    EXPECT_TRUE(std::isnan(initialBearing({91, 0}, {0, 0})));
 }
 
 TEST(Geodesy, BoundNeverExceedsTheDistance) {

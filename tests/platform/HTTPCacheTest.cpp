@@ -10,25 +10,20 @@ namespace platform {
 namespace {
 
 using std::chrono::seconds;
-using Fields = std::map<std::string, std::string, std::less<>>;
 
 /// Sun, 06 Nov 1994 08:49:37 GMT.
 const Date start{seconds(784'111'777)};
 constexpr std::size_t large = 1 << 20;
 
-/// A reply to a request sent at `start`, received a second later.
-HTTPReply replyWith(const Fields& fields, long status = 200) {
-    return {status, fields, Data(100), start, start + seconds(1)};
-}
-
-/// The fields of a text such as "name: value|name: value".
-Fields fieldsOf(std::string head) {
-    Fields fields;
-    for (std::smatch line; std::regex_search(head, line, std::regex("([^:|]+): ([^|]*)"));
-         head = line.suffix()) {
-        fields[line[1]] = line[2];
+/// A reply to a request sent at `start`, received a second later, with the fields of a text such as
+/// "name: value|name: value".
+HTTPReply replyWith(std::string head, long status = 200) {
+    HTTPReply reply{status, {}, Data(100), start, start + seconds(1)};
+    static const std::regex field("([^:|]+): ([^|]*)");
+    for (std::smatch line; std::regex_search(head, line, field); head = line.suffix()) {
+        reply.fields[line[1]] = line[2];
     }
-    return fields;
+    return reply;
 }
 
 TEST(HTTPCache, ReusesRepliesForAsLongAsTheySay) {
@@ -70,7 +65,7 @@ TEST(HTTPCache, ReusesRepliesForAsLongAsTheySay) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.head);
         HTTPCache cache(large);
-        cache.keep("a", replyWith(fieldsOf(row.head), row.status));
+        cache.keep("a", replyWith(row.head, row.status));
         const HTTPCache::Kept kept = cache.find("a");
         ASSERT_EQ(kept != nullptr, row.isKept);
         if (kept) {
@@ -82,38 +77,35 @@ TEST(HTTPCache, ReusesRepliesForAsLongAsTheySay) {
 }
 
 TEST(HTTPCache, RevalidatesRepliesAndAppliesTheAnswer) {
-    const std::string change = "Sun, 06 Nov 1994 08:00:00 GMT";
-    const Fields kept{{"etag", "\"a\""},
-                      {"last-modified", change},
-                      {"cache-control", "max-age=60"},
-                      {"age", "50"},
-                      {"date", "Sun, 06 Nov 1994 08:48:47 GMT"}};
+    const std::string kept =
+        "etag: \"a\"|last-modified: Sun, 06 Nov 1994 08:00:00 GMT|cache-control: max-age=60"
+        "|age: 50|date: Sun, 06 Nov 1994 08:48:47 GMT";
+    using Lines = std::vector<std::string>;
     EXPECT_EQ(HTTPCache::conditions(replyWith(kept)),
-              (std::vector<std::string>{"If-None-Match: \"a\"", "If-Modified-Since: " + change}));
-    EXPECT_EQ(HTTPCache::conditions(
-                  replyWith({{"etag", "\"a\"\rHost: other"}, {"last-modified", "now\x7F"}})),
-              std::vector<std::string>())
+              (Lines{"If-None-Match: \"a\"", "If-Modified-Since: Sun, 06 Nov 1994 08:00:00 GMT"}));
+    EXPECT_EQ(HTTPCache::conditions(replyWith("etag: \"a\"\rHost: other|last-modified: now\x7F")),
+              Lines())
         << "a line end in a field would be one in our request";
     const struct {
         const char* what;
-        Fields fields;
+        const char* head;
         bool isTaken;
         std::optional<int> last;
     } rows[] = {
         // The kept reply's age and date no longer count.
-        {"nothing new", {}, true, 59},
-        {"the same tag", {{"etag", "\"a\""}, {"cache-control", "max-age=10"}}, true, 9},
-        {"the same, weakened", {{"etag", "W/\"a\""}}, true, 59},
-        {"another tag", {{"etag", "\"b\""}}, false, {}},
-        {"the same time of change", {{"last-modified", change}}, true, 59},
-        {"another time", {{"last-modified", "Mon, 07 Nov 1994 08:00:00 GMT"}}, false, {}},
-        {"no longer to be kept", {{"cache-control", "no-store"}}, true, {}},
+        {"nothing new", "", true, 59},
+        {"the same tag", "etag: \"a\"|cache-control: max-age=10", true, 9},
+        {"the same, weakened", "etag: W/\"a\"", true, 59},
+        {"another tag", "etag: \"b\"", false, {}},
+        {"the same time of change", "last-modified: Sun, 06 Nov 1994 08:00:00 GMT", true, 59},
+        {"another time", "last-modified: Mon, 07 Nov 1994 08:00:00 GMT", false, {}},
+        {"no longer to be kept", "cache-control: no-store", true, {}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
         HTTPCache cache(large);
         cache.keep("a", replyWith(kept));
-        HTTPReply answer = replyWith(row.fields, 304);
+        HTTPReply answer = replyWith(row.head, 304);
         answer.body.clear();
         const Date asked = answer.asked += seconds(100);
         answer.received += seconds(100);
@@ -135,8 +127,8 @@ TEST(HTTPCache, OnlyServerErrorsAndThrottlingLeaveTheKeptReplyInPlace) {
     for (const long status : {200, 204, 301, 403, 404, 429, 500, 503}) {
         SCOPED_TRACE(status);
         HTTPCache cache(large);
-        cache.keep("a", replyWith({{"cache-control", "max-age=60"}}));
-        cache.keep("a", replyWith({}, status));
+        cache.keep("a", replyWith("cache-control: max-age=60"));
+        cache.keep("a", replyWith("", status));
         EXPECT_EQ(cache.find("a") != nullptr, status == 429 || status >= 500);
     }
 }
@@ -144,7 +136,7 @@ TEST(HTTPCache, OnlyServerErrorsAndThrottlingLeaveTheKeptReplyInPlace) {
 TEST(HTTPCache, EvictsTheLeastRecentlyUsedReply) {
     HTTPCache cache(10'000);
     const auto keep = [&](const std::string& address, std::size_t bytes) {
-        HTTPReply reply = replyWith({{"cache-control", "max-age=60"}});
+        HTTPReply reply = replyWith("cache-control: max-age=60");
         reply.body.resize(bytes);
         cache.keep(address, reply);
     };

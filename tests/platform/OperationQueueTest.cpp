@@ -5,19 +5,17 @@
 #include <gtest/gtest.h>
 
 #include <future>
+#include <new>
 #include <string>
 #include <thread>
 
 namespace platform {
 namespace {
 
-class Step final : public Operation {
-public:
-    explicit Step(std::function<void()> step) : step_(std::move(step)) {}
-    void main() override { step_(); }
-
-private:
-    std::function<void()> step_;
+struct Step final : Operation {
+    explicit Step(std::function<void()> step) : run(std::move(step)) {}
+    void main() override { run(); }
+    std::function<void()> run;
 };
 
 TEST(OperationQueue, RunsByPriorityThenInOrderEachFollowedByItsCompletion) {
@@ -57,6 +55,22 @@ TEST(OperationQueue, EndsAfterTheRunningOperationAndDropsTheRest) {
     }
     hasRunLater = true;
     EXPECT_TRUE(hasEnded);
+}
+
+TEST(OperationQueue, AnOperationThatRunsOutOfMemoryEndsWithoutTheOthers) {
+    OperationQueue queue;
+    int completed = 0;
+    const auto runOut = [] { throw std::bad_alloc(); };
+    const auto complete = [&] { ++completed; };
+    const std::pair<std::function<void()>, std::function<void()>> steps[] = {
+        {runOut, complete}, {[] {}, runOut}, {[] {}, complete}};
+    for (const auto& [step, then] : steps) {
+        const auto operation = std::make_shared<Step>(step);
+        operation->completionBlock = then;
+        queue.addOperation(operation);
+    }
+    queue.waitUntilAllOperationsAreFinished();
+    EXPECT_EQ(completed, 2);
 }
 
 TEST(OperationQueue, MayBeDestroyedOnItsOwnThread) {

@@ -2,19 +2,22 @@
 #include "platform/net/URLSession.h"
 #include "tests/support/WeatherServer.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <atomic>
+#include <functional>
 #include <future>
+#include <set>
 
 namespace platform {
 namespace {
 
+using std::chrono::seconds;
 using support::fetch;
 using support::patience;
 using support::WeatherServer;
-using TimePoint = std::chrono::steady_clock::time_point;
+using Lines = std::vector<std::string>;
 
 /// Answers as the request's path says.
 void answerByPath(const httplib::Request& request, httplib::Response& response) {
@@ -54,7 +57,6 @@ TEST(URLSession, GivesTheBodyOfACompleteReplyAndNothingElse) {
     NotificationCenter center;
     URLSessionOptions options = server.options();
     options.userAgent = "Tester/1.0";
-    CurlURLSessions usual(center, options);
     options.byteLimit = 1'000'000;
     CurlURLSessions sessions(center, options);
     const std::string secure = "https://" + server.authority();
@@ -84,7 +86,6 @@ TEST(URLSession, GivesTheBodyOfACompleteReplyAndNothingElse) {
         EXPECT_TRUE(result == expected) << result.substr(0, 100);
     }
     EXPECT_EQ(plain.targets().size(), 2U) << "no request was redirected to plain http";
-    EXPECT_EQ(fetch(usual, secure + "/size/104857600"), "(no data)");
     EXPECT_EQ(fetch(sessions, secure + "/headers"), "Tester/1.0|gzip|");
 }
 
@@ -111,107 +112,199 @@ TEST(URLSession, GivesUpOnTransfersThatStallOrNeverEnd) {
     server.gates.openAll();
 }
 
-TEST(URLSession, RunsEverythingOnOneThreadInOrderOfCompletionAndCountsOpenRequests) {
+TEST(URLSession, RunsHandlersOnOneThreadAsTransfersCompleteWhichEqualRequestsShare) {
     WeatherServer server([&](const httplib::Request& request, httplib::Response& response) {
         server.gates.pass(request.path);
         response.set_content("text", "text/plain");
     });
     NotificationCenter center;
+    std::atomic<int> posts = 0;
+    const auto token =
+        center.addObserver(URLSessions::openRequestsDidChange, [&](const auto&) { ++posts; });
     CurlURLSessions sessions(center, server.options());
-    std::promise<void> isOver;
-    const auto token = center.addObserver(URLSessions::openRequestsDidChange, [&](const auto&) {
-        if (sessions.openRequests() == 0) {
-            isOver.set_value();
-        }
-    });
-    std::vector<std::string> order;
-    std::vector<std::thread::id> threads;
+    Lines order;
+    std::set<std::thread::id> threads;
     const auto note = [&](const std::string& what) {
         order.push_back(what);
-        threads.push_back(std::this_thread::get_id());
+        threads.insert(std::this_thread::get_id());
     };
-    const auto start = [&](const std::string& path, const std::string& opensNext) {
+    const auto ask = [&](const std::string& path, const std::string& name,
+                         const std::function<void()>& then) {
         sessions.startDataTask({{"https://" + server.authority() + path}},
-                               [=, &server, &sessions](auto&) {
-                                   note(path + " of " + std::to_string(sessions.openRequests()));
-                                   sessions.perform([=] { note("after " + path); });
-                                   sessions.perform([=, &server] { server.gates.open(opensNext); });
+                               [&, name, then](const auto& data) {
+                                   EXPECT_TRUE(data && data->size() == 4) << name;
+                                   note(name + " of " + std::to_string(sessions.openRequests()));
+                                   sessions.perform([&note, name] { note("after " + name); });
+                                   then();
                                });
     };
-    start("/1", "");
-    start("/2", "/1");
-    start("/3", "/2");
+    std::promise<void> isOver;
+    ask("/b", "other", [&] { sessions.perform([&] { isOver.set_value(); }); });
+    ask("/a", "first", [&] { ask("/a", "again", [&] { server.gates.open("/b"); }); });
+    ask("/a", "second", [] {});
     EXPECT_EQ(sessions.openRequests(), 3U);
-    server.gates.open("/3");
+    server.gates.open("/a");
     ASSERT_EQ(isOver.get_future().wait_for(patience), std::future_status::ready);
-    std::promise<void> isLast;
-    sessions.perform([&isLast] { isLast.set_value(); });
-    ASSERT_EQ(isLast.get_future().wait_for(patience), std::future_status::ready);
     sessions.stop();
-    EXPECT_EQ(order, (std::vector<std::string>{"/3 of 3", "after /3", "/2 of 2", "after /2",
-                                               "/1 of 1", "after /1"}));
-    EXPECT_EQ(std::ranges::count(threads, threads.front()), 6);
-    EXPECT_NE(threads.front(), std::this_thread::get_id());
+    EXPECT_EQ(order, (Lines{"first of 3", "second of 3", "after first", "after second",
+                            "again of 2", "after again", "other of 1", "after other"}));
+    EXPECT_EQ(server.targets().size(), 3U);
+    EXPECT_EQ(posts, 8);
+    EXPECT_EQ(threads.size(), 1U);
+    EXPECT_FALSE(threads.contains(std::this_thread::get_id()));
 }
 
-TEST(URLSession, StoppingDropsHandlersAndLaterWork) {
-    WeatherServer server([&](const httplib::Request& request, httplib::Response&) {
-        server.gates.pass(request.path);
-    });
-    NotificationCenter center;
-    CurlURLSessions sessions(center, server.options());
-    std::atomic<int> calls = 0;
-    const auto held = std::make_shared<int>();
-    const auto start = [&](const std::string& path) {
-        sessions.startDataTask({{"https://" + server.authority() + path}},
-                               [&calls, held](const auto&) { ++calls; });
-    };
-    start("/1");
-    start("/2");
-    ASSERT_TRUE(server.waitForTargets(2));
-    sessions.stop();
-    start("/3");
-    sessions.perform([&calls, held] { ++calls; });
-    server.gates.openAll();
-    sessions.stop();
-    EXPECT_EQ(calls, 0);
-    EXPECT_EQ(held.use_count(), 1);
-    EXPECT_EQ(sessions.openRequests(), 0U);
-}
-
-/// Options that send requests for the default data server, and all others, to a test server.
-URLSessionOptions leadingTo(const WeatherServer& server) {
-    URLSessionOptions options = server.options();
-    options.connectTo = server.authority();
-    return options;
-}
-
-TEST(URLSession, KeepsToAServersLimitPerMinuteNewestRequestsFirst) {
-    WeatherServer server(answerByPath);
-    std::atomic<TimePoint> now = TimePoint(std::chrono::hours(1));
-    URLSessionOptions options = leadingTo(server);
-    options.now = [&] { return now.load(); };
-    options.hostLimits = {{.host = "AviationWeather.gov", .perMinute = 3, .atOnce = 4}};
-    NotificationCenter center;
-    CurlURLSessions sessions(center, options);
-    for (const char* number : {"1", "2", "3"}) {
-        EXPECT_EQ(fetch(sessions, support::defaultServer + number), "text");
+/// Sessions whose requests all go to one server, whatever their host, with clocks that stand still.
+/// The server counts its replies and records the requests with their conditions.
+struct Reuse : testing::Test {
+    void answer(const httplib::Request& request, httplib::Response& response) {
+        const std::string tag = request.get_header_value("If-None-Match");
+        const std::string control = request.get_header_value("Cache-Control");
+        const std::scoped_lock lock(mutex);
+        asked.push_back(request.path + (tag.empty() ? "" : " " + tag) +
+                        (control.empty() ? "" : " " + control));
+        response.set_header("ETag", "\"" + version + "\"");
+        if (request.path == "/fresh" || request.path == "/new") {
+            response.set_header("Cache-Control", "max-age=60");
+        } else if (request.path == "/hop") {
+            response.set_redirect("/fresh");
+        } else if (request.path == "/mute") {
+            response.headers.erase("ETag");
+        }
+        response.status = !tag.empty() && tag == "\"" + version + "\"" ? 304 : response.status;
+        // Says that nothing has changed, but with the tag of another reply than the kept one.
+        response.status = request.path == "/muddled" && !tag.empty() ? 304 : response.status;
+        if (response.status != 304 && response.status != 302) {
+            response.set_content(version + "." + std::to_string(++replies), "text/plain");
+        }
     }
-    for (const char* number : {"4", "5", "6", "7", "8"}) {
-        sessions.startDataTask({{support::defaultServer + number}}, [](const auto&) {});
+    std::string get(const std::string& path, bool revalidates = false) {
+        return fetch(sessions, "https://localhost" + path, revalidates);
+    }
+    Lines takeAsked() {
+        const std::scoped_lock lock(mutex);
+        return std::exchange(asked, {});
+    }
+    URLSessionOptions options() {
+        URLSessionOptions options = server.options();
+        options.connectTo = server.authority();
+        options.hostLimits = {{.host = "AviationWeather.gov", .perMinute = 6, .atOnce = 4}};
+        options.successor = [](const URL& address) {
+            return address.text.ends_with("/old") ? URL{support::defaultServer + "new"} : address;
+        };
+        options.now = [this] { return now.load(); };
+        options.date = [this] { return date.load(); };
+        return options;
+    }
+
+    std::mutex mutex;
+    std::string version = "A";
+    int replies = 0;
+    Lines asked;
+    std::atomic<std::chrono::steady_clock::time_point> now{
+        std::chrono::steady_clock::time_point(std::chrono::hours(1))};
+    std::atomic<Date> date = Date(std::chrono::sys_days(std::chrono::year(2024) / 3 / 1));
+    WeatherServer server{
+        [this](const auto& request, auto& response) { answer(request, response); }};
+    NotificationCenter center;
+    CurlURLSessions sessions{center, options()};
+};
+
+TEST_F(Reuse, FollowsTheHeadersOfEachReply) {
+    EXPECT_EQ(get("/fresh"), "A.1");
+    EXPECT_EQ(get("/fresh"), "A.1");
+    EXPECT_EQ(takeAsked(), Lines{"/fresh"});
+    date = date.load() + seconds(60);
+    EXPECT_EQ(get("/fresh"), "A.1") << "unchanged";
+    EXPECT_EQ(get("/fresh"), "A.1") << "and fresh again";
+    EXPECT_EQ(takeAsked(), Lines{"/fresh \"A\""});
+    EXPECT_EQ(get("/fresh", true), "A.1") << "revalidated, as requested";
+    version = "B";
+    EXPECT_EQ(get("/fresh"), "A.1");
+    EXPECT_EQ(get("/fresh", true), "B.2");
+    EXPECT_EQ(get("/fresh"), "B.2");
+    EXPECT_EQ(takeAsked(), (Lines(2, "/fresh \"A\" no-cache")));
+    EXPECT_EQ(get("/tagged"), "B.3");
+    EXPECT_EQ(get("/tagged"), "B.3");
+    EXPECT_EQ(takeAsked(), (Lines{"/tagged", "/tagged \"B\""}));
+    EXPECT_EQ(get("/mute"), "B.4");
+    EXPECT_EQ(get("/mute"), "B.5") << "never reused";
+    EXPECT_EQ(get("/mute", true), "B.6");
+    EXPECT_EQ(takeAsked(), (Lines{"/mute", "/mute", "/mute no-cache"}));
+}
+
+TEST_F(Reuse, GivesTheRightReplyDespiteRedirectsAndMuddledAnswers) {
+    EXPECT_EQ(get("/hop"), "A.1");
+    EXPECT_EQ(get("/hop"), "A.2") << "a redirected reply is not kept";
+    EXPECT_EQ(takeAsked(), (Lines{"/hop", "/fresh", "/hop", "/fresh"}));
+    EXPECT_EQ(get("/muddled"), "A.3");
+    version = "B";
+    EXPECT_EQ(get("/muddled"), "B.4");
+    EXPECT_EQ(takeAsked(), (Lines{"/muddled", "/muddled \"A\"", "/muddled"}));
+    // A retired address and its successor share one reply.
+    for (const char* address : {"http://localhost/old", "https://localhost/old"}) {
+        EXPECT_EQ(fetch(sessions, address), "B.5");
+    }
+    EXPECT_EQ(fetch(sessions, support::defaultServer + "new"), "B.5");
+}
+
+TEST_F(Reuse, CompletesLikeATransfer) {
+    EXPECT_EQ(get("/fresh"), "A.1");
+    std::promise<Lines> promise;
+    Lines order;
+    sessions.perform([&] {
+        const auto ask = [&](const std::string& name, const std::function<void()>& next) {
+            sessions.startDataTask(
+                {{"https://localhost/fresh"}}, [&, name, next](const std::optional<Data>& data) {
+                    order.push_back(name + " of " + std::to_string(sessions.openRequests()));
+                    EXPECT_EQ(data->size(), 3U);
+                    next();
+                });
+        };
+        ask("first", [&, ask] { ask("third", [&] { promise.set_value(order); }); });
+        ask("second", [] {});
+        order.emplace_back("nothing yet");
+    });
+    auto future = promise.get_future();
+    ASSERT_EQ(future.wait_for(patience), std::future_status::ready);
+    EXPECT_EQ(future.get(), (Lines{"nothing yet", "first of 2", "second of 2", "third of 1"}));
+    EXPECT_EQ(takeAsked(), Lines{"/fresh"});
+}
+
+TEST_F(Reuse, AServersLimitPerMinuteIsForCurrentRequestsTheNewestFirst) {
+    const auto ask = [&](int number, const std::shared_ptr<std::atomic<bool>>& superseded) {
+        sessions.startDataTask(
+            {{support::defaultServer + std::to_string(number)}, false, superseded},
+            [](const auto&) {});
+    };
+    for (int i = 0; i < 200; ++i) {
+        ask(i, std::make_shared<std::atomic<bool>>(true));
+    }
+    const auto isAnswered = [this](const std::string& address) {
+        return fetch(sessions, address).starts_with("A.");
+    };
+    // Superseded ones leave half of the minute to the current ones. A new request for one that is
+    // waiting makes it current again.
+    ASSERT_TRUE(server.waitForTargets(3));
+    for (const std::string name : {"current", "another", "7"}) {
+        EXPECT_TRUE(isAnswered(support::defaultServer + name));
+        EXPECT_EQ(server.targets().back(), "/" + name);
+    }
+    for (int i = 301; i <= 308; ++i) {
+        ask(i, nullptr);
     }
     // Other hosts are not held up. Their requests also make the sessions look at the clock.
     const std::string other = "https://localhost/";
-    EXPECT_EQ(fetch(sessions, other), "text");
-    EXPECT_EQ(server.targets().size(), 4U);
+    EXPECT_TRUE(isAnswered(other));
+    EXPECT_EQ(server.targets().size(), 7U);
     now = now.load() + std::chrono::minutes(1);
-    EXPECT_EQ(fetch(sessions, other), "text");
-    EXPECT_TRUE(server.waitForTargets(8));
-    EXPECT_EQ(fetch(sessions, other), "text");
-    std::vector<std::string> targets = server.targets();
-    std::erase(targets, "/");
-    std::ranges::sort(targets);
-    EXPECT_EQ(targets, (std::vector<std::string>{"/1", "/2", "/3", "/6", "/7", "/8"}));
+    EXPECT_TRUE(isAnswered(other));
+    EXPECT_TRUE(server.waitForTargets(14));
+    EXPECT_TRUE(isAnswered(other));
+    const Lines targets = server.targets();
+    EXPECT_THAT(
+        Lines(targets.begin() + 7, targets.end()),
+        testing::UnorderedElementsAre("/", "/303", "/304", "/305", "/306", "/307", "/308", "/"));
 }
 
 } // namespace

@@ -2,8 +2,10 @@
 #include "platform/text/XMLParser.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <span>
 #include <string>
 
@@ -62,30 +64,25 @@ TEST(XMLParser, ReportsLocalNamesAndJoinedCharacters) {
 }
 
 TEST(XMLParser, BoundsWhatHostileDocumentsCost) {
-    std::string laughs = "<!DOCTYPE a [<!ENTITY e0 'ha'>";
-    for (int i = 1; i < 30; ++i) {
-        const std::string inner = "&e" + std::to_string(i - 1) + ";";
-        laughs += "<!ENTITY e" + std::to_string(i) + " '" + inner + inner + inner + "'>";
-    }
-    std::string swelling = "<!DOCTYPE a [<!ENTITY e '" + std::string(100'000, 'x') + "'>]><a>";
-    for (int i = 0; i < 1000; ++i) {
-        swelling += "&e;";
-    }
-    const auto nested = [](int depth) {
-        std::string document = "<a/>";
-        for (int i = 1; i < depth; ++i) {
-            document = "<a>" + document + "</a>";
+    const auto series = [](int length, const std::function<std::string(int)>& part) {
+        std::string whole;
+        for (int i = 0; i < length; ++i) {
+            whole += part(i);
         }
-        return document;
+        return whole;
     };
-    std::string attributes = "<!DOCTYPE a [";
-    for (int i = 0; i < 10'000; ++i) {
-        attributes += "<!ATTLIST a a" + std::to_string(i) + " CDATA 'x'>";
-    }
+    const auto laugh = [](int i) {
+        return fmt::format("<!ENTITY e{} '&e{};&e{};&e{};'>", i + 1, i, i, i);
+    };
+    const auto attribute = [](int i) { return fmt::format("<!ATTLIST a a{} CDATA 'x'>", i); };
+    const auto nested = [&](int depth) {
+        return series(depth, [](int) { return "<a>"; }) + series(depth, [](int) { return "</a>"; });
+    };
     const std::string cases[] = {
-        laughs + "]><a>&e29;</a>",
-        swelling + "</a>",
-        attributes + "]><a/>",
+        "<!DOCTYPE a [<!ENTITY e0 'ha'>" + series(29, laugh) + "]><a>&e29;</a>",
+        "<!DOCTYPE a [<!ENTITY e '" + std::string(100'000, 'x') + "'>]><a>" +
+            series(1000, [](int) { return "&e;"; }) + "</a>",
+        "<!DOCTYPE a [" + series(10'000, attribute) + "]><a/>",
         "<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'>]><a>&e;</a>",
     };
     for (const std::string& document : cases) {
