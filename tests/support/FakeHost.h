@@ -87,11 +87,11 @@ public:
 private:
     std::optional<platform::URL> next() {
         ++timesAsked;
-        std::optional<platform::URL> answer;
-        if (!answers.empty()) {
-            answer = std::move(answers.front());
-            answers.pop_front();
+        if (answers.empty()) {
+            return std::nullopt;
         }
+        std::optional<platform::URL> answer = std::move(answers.front());
+        answers.pop_front();
         return answer;
     }
 };
@@ -137,20 +137,17 @@ private:
     std::vector<std::weak_ptr<Entry>> entries_;
 };
 
-/// A main thread whose queued work runs only when the test says so.
-class FakeMainThread final : public platform::MainThread {
+/// Work that may be queued on any thread, and runs only when the test says so.
+class QueuedWork {
 public:
-    void perform(std::weak_ptr<void> target, std::function<void()> work) override {
+    void push(std::function<void()> work) {
         const std::scoped_lock lock(mutex_);
-        queue_.push_back({std::move(target), std::move(work)});
+        queue_.push_back(std::move(work));
     }
-
     /// Runs the queued work, and what that queues in turn, until nothing is left.
     void run() {
-        while (std::optional<Entry> entry = next()) {
-            if (const std::shared_ptr<void> target = entry->target.lock()) {
-                entry->work();
-            }
+        while (const std::function<void()> work = next()) {
+            work();
         }
     }
     [[nodiscard]] std::size_t queued() const {
@@ -159,23 +156,29 @@ public:
     }
 
 private:
-    struct Entry {
-        std::weak_ptr<void> target;
-        std::function<void()> work;
-    };
-
-    std::optional<Entry> next() {
+    std::function<void()> next() {
         const std::scoped_lock lock(mutex_);
-        std::optional<Entry> entry;
-        if (!queue_.empty()) {
-            entry = std::move(queue_.front());
-            queue_.pop_front();
+        if (queue_.empty()) {
+            return nullptr;
         }
-        return entry;
+        std::function<void()> work = std::move(queue_.front());
+        queue_.pop_front();
+        return work;
     }
 
     mutable std::mutex mutex_;
-    std::deque<Entry> queue_;
+    std::deque<std::function<void()>> queue_;
+};
+
+class FakeMainThread final : public platform::MainThread, public QueuedWork {
+public:
+    void perform(std::weak_ptr<void> target, std::function<void()> work) override {
+        push([target = std::move(target), work = std::move(work)] {
+            if (const std::shared_ptr<void> alive = target.lock()) {
+                work();
+            }
+        });
+    }
 };
 
 struct FakeClock final : platform::Clock {
@@ -266,10 +269,7 @@ public:
         }
         center_.post({openRequestsDidChange, {}, nullptr});
     }
-    void perform(std::function<void()> work) override {
-        const std::scoped_lock lock(mutex_);
-        work_.push_back(std::move(work));
-    }
+    void perform(std::function<void()> work) override { work_.push(std::move(work)); }
     [[nodiscard]] std::size_t openRequests() const override {
         const std::scoped_lock lock(mutex_);
         return open_.size() + answered_;
@@ -306,25 +306,12 @@ public:
                 one.request.ended({data ? 200 : 0, clock_.now(), data});
             }
             one.handler(data);
-            {
-                const std::scoped_lock lock(mutex_);
-                --answered_;
-            }
+            --answered_;
             center_.post({openRequestsDidChange, {}, nullptr});
         }
         return !asked.empty();
     }
-    /// Runs the work handed over, and what that hands over in turn.
-    void runWork() {
-        std::unique_lock lock(mutex_);
-        while (!work_.empty()) {
-            const auto work = std::move(work_.front());
-            work_.pop_front();
-            lock.unlock();
-            work();
-            lock.lock();
-        }
-    }
+    void runWork() { work_.run(); }
 
 private:
     struct Open {
@@ -341,12 +328,10 @@ private:
         });
         if (found != open_.end()) {
             const platform::URL address = found->request.address;
-            for (Open& one : open_) {
-                if (one.request.address == address) {
-                    asked.push_back(one);
-                }
-            }
-            std::erase_if(open_, [&](const Open& one) { return one.request.address == address; });
+            const auto same = std::ranges::stable_partition(
+                open_, [&](const Open& one) { return one.request.address != address; });
+            asked.assign(same.begin(), same.end());
+            open_.erase(same.begin(), same.end());
             answered_ += asked.size();
         }
         return asked;
@@ -356,8 +341,8 @@ private:
     const platform::Clock& clock_;
     mutable std::mutex mutex_;
     std::deque<Open> open_;
-    std::size_t answered_ = 0;
-    std::deque<std::function<void()>> work_;
+    std::atomic<std::size_t> answered_ = 0;
+    QueuedWork work_;
 };
 
 /// A host for one test. Its documents, support and resource folders exist; its destructor removes
