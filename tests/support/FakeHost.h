@@ -328,10 +328,12 @@ private:
         });
         if (found != open_.end()) {
             const platform::URL address = found->request.address;
-            const auto same = std::ranges::stable_partition(
-                open_, [&](const Open& one) { return one.request.address != address; });
-            asked.assign(same.begin(), same.end());
-            open_.erase(same.begin(), same.end());
+            const auto same =
+                std::stable_partition(open_.begin(), open_.end(), [&](const Open& one) {
+                    return one.request.address != address;
+                });
+            asked.assign(same, open_.end());
+            open_.erase(same, open_.end());
             answered_ += asked.size();
         }
         return asked;
