@@ -160,6 +160,9 @@ struct Reuse : testing::Test {
     void answer(const httplib::Request& request, httplib::Response& response) {
         const std::string tag = request.get_header_value("If-None-Match");
         const std::string control = request.get_header_value("Cache-Control");
+        if (request.path == "/held") {
+            server.gates.pass("end");
+        }
         const std::scoped_lock lock(mutex);
         asked.push_back(request.path + (tag.empty() ? "" : " " + tag) +
                         (control.empty() ? "" : " " + control));
@@ -269,6 +272,22 @@ TEST_F(Reuse, CompletesLikeATransfer) {
     ASSERT_EQ(future.wait_for(patience), std::future_status::ready);
     EXPECT_EQ(future.get(), (Lines{"nothing yet", "first of 2", "second of 2", "third of 1"}));
     EXPECT_EQ(takeAsked(), Lines{"/fresh"});
+}
+
+TEST_F(Reuse, StoppingDropsHandlersAndLaterWork) {
+    std::atomic<int> calls = 0;
+    const auto guard = std::make_shared<int>();
+    const auto count = [&calls, guard](const auto&...) { ++calls; };
+    sessions.startDataTask({{"https://localhost/held"}}, count);
+    ASSERT_TRUE(server.waitForTargets(1));
+    sessions.stop();
+    sessions.startDataTask({{"https://localhost/late"}}, count);
+    sessions.perform(count);
+    server.gates.openAll();
+    sessions.stop();
+    EXPECT_EQ(calls, 0);
+    EXPECT_EQ(guard.use_count(), 2) << "but for `count`, all are released";
+    EXPECT_EQ(sessions.openRequests(), 0U);
 }
 
 TEST_F(Reuse, AServersLimitPerMinuteIsForCurrentRequestsTheNewestFirst) {
