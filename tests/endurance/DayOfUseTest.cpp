@@ -62,15 +62,15 @@ public:
         const double begin = processorMilliseconds();
         work();
         if (!isPart) {
-            double& worst = worst_[what];
-            worst = std::max(worst, processorMilliseconds() - begin);
+            double& longest = worst[what];
+            longest = std::max(longest, processorMilliseconds() - begin);
             isWatching_ = false;
         }
     }
-    [[nodiscard]] const std::map<std::string, double>& worst() const { return worst_; }
+
+    std::map<std::string, double> worst;
 
 private:
-    std::map<std::string, double> worst_;
     bool isWatching_ = false;
 };
 
@@ -150,44 +150,25 @@ int serve() {
     return 0;
 }
 
-/// The server in a process of its own, so that what it holds is not counted.
-class ServerProcess {
-public:
-    ServerProcess() {
-        process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        process_.start(QCoreApplication::applicationFilePath(), {QStringLiteral("serve")});
-        process_.waitForReadyRead(60'000);
-        said_ = process_.readAllStandardOutput().split(' ');
-        if (said_.size() != 2) {
-            throw std::runtime_error("no server");
-        }
-    }
-    ~ServerProcess() {
-        process_.closeWriteChannel();
-        process_.waitForFinished();
-    }
-    ServerProcess(const ServerProcess&) = delete;
-    ServerProcess& operator=(const ServerProcess&) = delete;
-
-    [[nodiscard]] std::string authority() const { return said_[0].toStdString(); }
-    [[nodiscard]] std::string certificate() const { return said_[1].toStdString(); }
-
-private:
-    QProcess process_;
-    QList<QByteArray> said_;
-};
-
-/// The program with its real windows and a real server, used by somebody in a hurry.
+/// The program with its real windows, used by somebody in a hurry, and a real server in a process
+/// of its own, so that what that holds is not counted.
 class DayOfUse : public ::testing::Test, protected support::RunningProgram {
 protected:
     DayOfUse() {
         std::filesystem::copy_file(NOSIG_BINARY_DIR "/share/nosig/Stations.STNPKG",
                                    fake.folder / "resources/Stations.STNPKG");
-        fake.userDefaults.setObject(server_.authority(), "dataserverhost");
+        server_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        server_.start(QCoreApplication::applicationFilePath(), {QStringLiteral("serve")});
+        server_.waitForReadyRead(60'000);
+        const QList<QByteArray> said = server_.readAllStandardOutput().split(' ');
+        if (said.size() != 2) {
+            throw std::runtime_error("no server");
+        }
+        fake.userDefaults.setObject(said[0].toStdString(), "dataserverhost");
         fake.userDefaults.setObject(platform::Number(1), "worldweather");
         fake.userDefaults.setObject(platform::Number(1), "displayfavweather");
         platform::URLSessionOptions options;
-        options.certificateFile = server_.certificate();
+        options.certificateFile = said[1].toStdString();
         options.date = [this] { return fake.clock.now(); };
         sessions_.emplace(fake.notificationCenter, options);
         start(*sessions_);
@@ -195,6 +176,8 @@ protected:
     ~DayOfUse() override {
         sessions_->stop();
         stop();
+        server_.closeWriteChannel();
+        server_.waitForFinished();
     }
 
     void breathe() {
@@ -285,7 +268,7 @@ protected:
     }
 
 private:
-    const ServerProcess server_;
+    QProcess server_;
     std::mt19937 random_{1}; // NOLINT(*-msc51-cpp): the same day in every run
     std::optional<platform::CurlURLSessions> sessions_;
 };
@@ -317,7 +300,7 @@ TEST_F(DayOfUse, LeavesNothingBehindAndNeverHoldsTheWindowLong) {
     EXPECT_LE(last.resident, first.resident + mostLeft + mostScattered);
     EXPECT_LE(last.threads, first.threads);
     EXPECT_LE(last.files, first.files + 2);
-    for (const auto& [what, milliseconds] : watchdog.worst()) {
+    for (const auto& [what, milliseconds] : watchdog.worst) {
         if (milliseconds > 10) {
             fmt::print("{:6.1f} ms  {}\n", milliseconds, what);
         }

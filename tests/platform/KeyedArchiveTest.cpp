@@ -29,35 +29,19 @@ TEST(KeyedArchive, AListOfFavoritesKeepsItsFormatForEver) {
 }
 
 TEST(KeyedArchive, EveryKindOfValueComesBackAsItWas) {
-    std::vector<Value> values{Number(false),
-                              Number(true),
-                              Number(0.0F),
-                              Number(-0.0),
-                              Number(0.1),
-                              ""s,
-                              "$null"s,
-                              "$class"s,
-                              "\0nul"s,
-                              "東京 🛫"s,
-                              std::string(14, 'a'),
-                              std::string(15, 'a'),
-                              std::string(300, 'b'),
-                              std::string(70000, 'c'),
-                              Data(),
-                              Data(20, std::byte{0x80}),
-                              Null(),
-                              Date(std::chrono::microseconds(1)),
-                              Date(std::chrono::seconds(-62135769600)),
-                              URL{"https://example.org/a?b#c"},
-                              UUID{{std::byte{1}, std::byte{255}}},
-                              arrayOf({}),
-                              arrayOf({arrayOf({Null()})}, false),
-                              dictionaryOf({}),
-                              dictionaryOf({{"", Null()}, {"東", arrayOf({})}}, false),
-                              std::make_shared<Set>(Set{true, {"a"s}}),
-                              std::make_shared<Set>(Set{false, {}}),
-                              richBeacon(),
-                              std::make_shared<Beacon>()};
+    std::vector<Value> values{Number(false), Number(true), Number(0.0F), Number(-0.0), Number(0.1)};
+    values.insert(values.end(),
+                  {""s, "$null"s, "$class"s, "\0nul"s, "東京 🛫"s, std::string(14, 'a'),
+                   std::string(15, 'a'), std::string(300, 'b'), std::string(70000, 'c')});
+    values.insert(values.end(),
+                  {Data(), Data(20, std::byte{0x80}), Null(), Date(std::chrono::microseconds(1)),
+                   Date(std::chrono::seconds(-62135769600)), URL{"https://example.org/a?b#c"},
+                   UUID{{std::byte{1}, std::byte{255}}}});
+    values.insert(values.end(),
+                  {arrayOf({}), arrayOf({arrayOf({Null()})}, false), dictionaryOf({}),
+                   dictionaryOf({{"", Null()}, {"東", arrayOf({})}}, false),
+                   std::make_shared<Set>(Set{true, {"a"s}}), std::make_shared<Set>(Set{false, {}}),
+                   richBeacon(), std::make_shared<Beacon>()});
     for (int bit = 0; bit < 64; ++bit) {
         const auto power = std::uint64_t{1} << bit;
         values.insert(values.end(), {Number(power - 1), Number(power),
