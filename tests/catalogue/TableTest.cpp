@@ -65,6 +65,7 @@ TEST(StationTable, KnowsARowWithoutWhatItNeedsAndDistrustsTheRest) {
         {R"("icaoId":"LFZZ","lat":null)", "position"},
         {R"("icaoId":"LFZZ","lat":0,"lon":-180,"elev":5999,"priority":9)", "LFZZ   5999 9"},
         {R"("icaoId":"LFZZ","elev":6000,"priority":10)", "LFZZ   - -"},
+        {R"("icaoId":"LFZZ","iataId":"ZZQ","iataId":null,"elev":1)", "LFZZ   1 4"},
         {R"("icaoId":"LFZZ","elev":-500,"priority":-1)", "LFZZ   - -"},
         {R"("icaoId":"LFZZ","elev":-3.6,"iataId":"9A","wmoId":"7000","priority":0)", "LFZZ   -4 0"},
         {R"("icaoId":"LFZZ","more":{"icaoId":"LFAA","a":[{"lat":9}]})", "LFZZ   3 4"},

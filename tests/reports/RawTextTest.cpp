@@ -47,6 +47,7 @@ TEST(RawText, SkyAndVisibilityOfAMetarAtItsOwnTime) {
         {"METAR KAAA 180730Z 22003KT 10SM CLR RMK VV001", "VFR"},
         // Forms that leave doubt.
         {"METAR RJCC 180730Z 22003KT 9999 FEW030 BKN///", ""},
+        {"METAR KAAA 180730Z 22003KT 10SM FEW030 VV/// 01/01", ""},
         {"METAR FYGB 180700Z AUTO 01003KT //// // ////// 25/11 Q1020", ""},
         {"METAR KNMT 1218 DH0700/PPH M", ""},
         {"METAR KAAA 180730Z 22003KT 1 1/2SM CLR", ""},

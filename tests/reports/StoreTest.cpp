@@ -158,8 +158,9 @@ TEST_F(StoreTest, TellsWhatChanged) {
     store->take({{{metar("KAAA", noon), false}}, {}, {}});
     store->take({{{metar("KAAA", noon - 1h), false}}, {}, {}});
     store->take({{{metar("KBBB", noon), false}, {metar("KCCC", noon), false}}, {}, {}});
+    store->take({{}, {}, {{"KDDD", Kind::taf, {noon, Ending::refused, 429}}}});
     store->take({});
-    EXPECT_EQ(told, (std::vector<std::string>{"KAAA", "many"}));
+    EXPECT_EQ(told, (std::vector<std::string>{"KAAA", "many", "KDDD"}));
 }
 
 TEST_F(StoreTest, KeepsHistoryOfStationsThatWereAskedForWhateverTheClockDoes) {
