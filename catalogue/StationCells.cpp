@@ -8,7 +8,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cmath>
 #include <initializer_list>
 #include <iterator>
@@ -92,10 +91,7 @@ constexpr std::array<StationColumn, 16> stationColumns{{
 }};
 
 std::optional<std::size_t> stationColumnOf(std::string_view identifier) {
-    const auto* found = std::ranges::find(stationColumns, identifier, &StationColumn::identifier);
-    const auto number = found != stationColumns.end()
-                            ? found - stationColumns.begin() + 1
-                            : platform::integerOf(std::string(identifier));
+    const std::int64_t number = platform::integerOf(std::string(identifier));
     if (number < 1 || number > std::ssize(stationColumns)) {
         return {};
     }

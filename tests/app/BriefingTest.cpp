@@ -205,6 +205,13 @@ TEST_F(Briefing, RemembersItsListAndTakesFavorites) {
     EXPECT_FALSE(briefing->hasStations()) << "asks for nothing before the user does";
     EXPECT_THAT(askedFor("..."), IsEmpty());
     EXPECT_THAT(page(), HasSubstr("No station is listed."));
+    std::string many;
+    for (int i = 0; i < 102; ++i) {
+        many += fmt::format(" K{:03}", i);
+    }
+    briefing->show(many);
+    EXPECT_THAT(page(), HasSubstr("Only the first 100 stations are here; 2 more are left out.\n"));
+    settle();
 }
 
 } // namespace

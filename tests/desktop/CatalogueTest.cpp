@@ -217,7 +217,7 @@ TEST_F(CatalogueTest, AStoppedUpdateNeverHappens) {
     answer({200, support::gzip(tableOf(newRows()))});
     entry("Update Catalogue").trigger();
     EXPECT_TRUE(part<QProgressBar>("working").isVisible());
-    EXPECT_THAT(words(), StartsWith("Asking"));
+    EXPECT_EQ(words(), "Asking the weather service for its table of stations…");
     ASSERT_TRUE(server.waitForTargets(1));
     entry("Update Catalogue").trigger();
     part<QPushButton>("stop").click();
@@ -255,16 +255,21 @@ TEST_F(CatalogueTest, AnOpenedListCanBecomeTheCatalogue) {
     openList(fake.folder.write("mine.txt",
                                "! mine\n\nSOMEWHERE 1\nZZ SAMPLE FIELD     KZZQ ZZQ   72999   "
                                "39 52N  104 40W 1656   X     T     A    7 US\n"));
-    EXPECT_EQ(listed(), "KZZQ ");
+    table().selectRow(0);
+    delegate().sw->favMenuItem();
+    EXPECT_EQ(listed(), "KZZQ* ");
     entry("Use as My Catalogue…").trigger();
-    EXPECT_THAT(words(), StartsWith("Use the opened list as your catalogue?"));
+    EXPECT_EQ(words(), "Use the opened list as your catalogue? Nosig then shows its stations (1) "
+                       "whenever it starts, until you update the catalogue or choose Use Shipped "
+                       "Catalogue.");
     EXPECT_FALSE(own.isThere());
     part<QPushButton>("agree").click();
     EXPECT_EQ(words(), "These stations are your catalogue now.");
     EXPECT_FALSE(part<QPushButton>("agree").isVisible());
+    EXPECT_FALSE(own.inUse()->stations->front()->isFavorite()) << "marks have a file of their own";
     end();
     begin();
-    EXPECT_EQ(listed(), "KZZQ ");
+    EXPECT_EQ(listed(), "KZZQ* ");
     // One that cannot be read is set aside, and the shipped one takes its place.
     fake.folder.write("support/nosig/own/Stations.STNPKG", "damaged");
     end();

@@ -190,9 +190,14 @@ TEST_F(ProgramTest, TheAboutWindowShowsTheVersionAndOpensTheContactAddresses) {
     about.findChild<QPushButton*>("feedback")->click();
     about.findChild<QPushButton*>("website")->click();
     ASSERT_EQ(fake.workspace.opened.size(), 2U);
-    EXPECT_TRUE(
-        fake.workspace.opened[0].starts_with("mailto:" + std::string(product::addresses::feedback) +
-                                             "?subject=Nosig%201.0%20feedback&body="));
+    EXPECT_EQ(QByteArray::fromPercentEncoding(fake.workspace.opened[0].c_str()).toStdString(),
+              "mailto:" + std::string(product::addresses::feedback) +
+                  "?subject=Nosig 1.0 feedback&body=What I did:\r\n\r\n"
+                  "What I saw, and what I had expected:\r\n\r\n"
+                  "My system and its desktop, such as Debian 12 with GNOME:\r\n\r\n"
+                  "Attached (a picture of the window; the list or package concerned):\r\n");
+    EXPECT_TRUE(fake.workspace.opened[0].find("?subject=Nosig%201.0%20feedback&") !=
+                std::string::npos);
     EXPECT_EQ(fake.workspace.opened[1], product::addresses::productPage);
 }
 

@@ -78,6 +78,7 @@ protected:
 };
 
 TEST_F(FavoriteWatchTest, TellsEachWorseCategoryOnce) {
+    favorites.push_back(makeStation({"KAAA", "THE SAME AGAIN"}));
     watch->setOn(true);
     constexpr auto COR = reports::Revision::corrected;
     const struct {
