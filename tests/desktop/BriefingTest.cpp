@@ -75,6 +75,8 @@ TEST_F(BriefingWindowTest, ShowsItsOwnListHoweverSlowTheServer) {
     EXPECT_THAT(text(), AllOf(HasSubstr("KBBB · BRAVO"), HasSubstr(metarRaw("KBBB")),
                               HasSubstr("KZZZ is not in the catalogue."), Not(HasSubstr("KAAA")),
                               Not(HasSubstr("Asking"))));
+    server.gates.openAll();
+    await("the end of every request", [this] { return sessions->openRequests() == 0; });
     EXPECT_EQ(std::ranges::count_if(server.targets(), isList), 4) << "asked twice for one list";
 
     part<QPushButton>("copy").click();

@@ -9,8 +9,8 @@ namespace {
 using Rank = RequestPacer::Rank;
 
 TEST(RequestPacer, LimitsAnyMinuteAndConcurrentRequestsAndSupersededOnesToHalfOfBoth) {
-    const RequestPacer::TimePoint start(std::chrono::hours(5));
-    const auto after = [start](int seconds) { return start + std::chrono::seconds(seconds); };
+    const RequestPacer::TimePoint fifthHour(std::chrono::hours(5));
+    const auto after = [fifthHour](int count) { return fifthHour + std::chrono::seconds(count); };
     RequestPacer pacer(7, 4);
     EXPECT_TRUE(pacer.trySend(after(0), Rank::superseded));
     EXPECT_TRUE(pacer.trySend(after(1), Rank::current));
