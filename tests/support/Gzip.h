@@ -12,7 +12,7 @@ namespace support {
 /// A text as a gzip file.
 inline std::string gzip(const std::string& text) {
     const TemporaryFolder folder;
-    const gzFile file = gzopen((folder / "file").c_str(), "wb1");
+    gzFile file = gzopen((folder / "file").c_str(), "wb1");
     gzwrite(file, text.data(), static_cast<unsigned>(text.size()));
     gzclose(file);
     return folder.read("file");
