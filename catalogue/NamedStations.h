@@ -38,8 +38,8 @@ struct NamedStations {
 
 /// Reads a list of stations as people write and paste it: case does not matter, nor what stands
 /// between the words. What has the form of an ICAO identifier is one, whether the catalogue has it
-/// or not. Any other word is the IATA code of the first station of the
-/// catalogue that has it, if there is one. `catalogue` may be null.
+/// or not. Any other word is the IATA code of the first station of the catalogue that has it, if
+/// there is one. `catalogue` may be null.
 [[nodiscard]] NamedStations namedStations(std::string_view text,
                                           const AviationWeatherStationCollection* catalogue);
 

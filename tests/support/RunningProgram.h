@@ -24,7 +24,10 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 namespace support {
