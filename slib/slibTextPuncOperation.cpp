@@ -45,7 +45,11 @@ void slibTextPuncOperation::main() {
 
 void slibTextPuncOperation::doFullParse() {
     setTheseRunningWords(0);
+    // Growing would take longer than the scan. Prose has fewer marks than this, and what it leaves
+    // unused of a large block costs no memory.
+    constexpr std::uint64_t fewestBytesForAMark = 16;
     std::vector<slibPuncToken> found;
+    found.reserve(len_ / fewestBytesForAMark);
     for (std::uint64_t i = 0; i < len_; ++i) {
         const char byte = words_.get()[i];
         if (!markTable[static_cast<unsigned char>(byte)]) {
