@@ -14,6 +14,7 @@ using reports::Category;
 using Ending = reports::Answer::Ending;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::SizeIs;
 
 class FavoriteWatchTest : public testing::Test {
 protected:
@@ -27,30 +28,32 @@ protected:
                           .chosen = [this](const std::string& one) { chosen.push_back(one); }});
     }
     void pass(std::chrono::minutes time) { fake.clock.time = fake.clock.now() + time; }
+    /// A METAR of now that nobody asked for by the station's name.
+    void hear(const char* station, Category category, std::chrono::minutes age = 5min,
+              reports::Revision revision = reports::Revision::none) {
+        auto metar = std::make_shared<reports::Metar>();
+        metar->station = station;
+        metar->observed = fake.clock.now() - age;
+        metar->category = category;
+        metar->revision = revision;
+        metar->conditions.visibility = {2, false};
+        reports::Batch batch;
+        batch.metars.push_back({metar, false});
+        store.take(batch);
+    }
+    void end(const char* station, Ending ending) {
+        reports::Batch batch;
+        batch.answers.push_back({station, reports::Kind::metar, {fake.clock.now(), ending}});
+        store.take(batch);
+    }
     /// A reply for one station, now: of a METAR observed `age` ago, or of none.
     void reply(const char* station, std::optional<Category> category,
                std::chrono::minutes age = 5min,
                reports::Revision revision = reports::Revision::none) {
-        reports::Batch batch;
         if (category) {
-            auto metar = std::make_shared<reports::Metar>();
-            metar->station = station;
-            metar->observed = fake.clock.now() - age;
-            metar->category = *category;
-            metar->revision = revision;
-            metar->conditions.visibility = {2, false};
-            batch.metars.push_back({metar, false});
+            hear(station, *category, age, revision);
         }
-        batch.answers.push_back({station,
-                                 reports::Kind::metar,
-                                 {fake.clock.now(), category ? Ending::whole : Ending::nothing}});
-        store.take(batch);
-    }
-    void fail(const char* station) {
-        reports::Batch batch;
-        batch.answers.push_back(
-            {station, reports::Kind::metar, {fake.clock.now(), Ending::notReached}});
-        store.take(batch);
+        end(station, category ? Ending::whole : Ending::nothing);
     }
     /// What has been told since the last call: each notice's lines.
     std::vector<std::string> told() {
@@ -65,6 +68,17 @@ protected:
         }
         fake.notices.shown.clear();
         return lines;
+    }
+    /// The minutes at which something is told.
+    std::vector<int> toldInAnHour() {
+        std::vector<int> minutes;
+        for (int minute = 0; minute < 60; ++minute) {
+            if (!told().empty()) {
+                minutes.push_back(minute);
+            }
+            pass(1min);
+        }
+        return minutes;
     }
 
     support::FakeHost fake;
@@ -115,6 +129,7 @@ TEST_F(FavoriteWatchTest, TellsEachWorseCategoryOnce) {
 }
 
 TEST_F(FavoriteWatchTest, TellsOnceThatAFavoriteHasFallenSilent) {
+    const auto timers = fake.timers.runningIntervals();
     watch->setOn(true);
     reply("KBBB", {});
     reply("KAAA", Category::VFR);
@@ -132,7 +147,7 @@ TEST_F(FavoriteWatchTest, TellsOnceThatAFavoriteHasFallenSilent) {
     // The next half-hourly requests: its METAR stays the same, and the last one fails.
     for (const auto& [minutes, expected] : {std::pair(30min, 0U), {30min, 0U}, {30min, 1U}}) {
         pass(minutes);
-        fail("KAAA");
+        end("KAAA", Ending::notReached);
         const auto lines = told();
         EXPECT_EQ(lines.size(), expected);
         EXPECT_TRUE(lines.empty() || lines.front().find("no new METAR") != std::string::npos);
@@ -144,6 +159,13 @@ TEST_F(FavoriteWatchTest, TellsOnceThatAFavoriteHasFallenSilent) {
     EXPECT_THAT(told(), ElementsAre());
     reply("KAAA", {}), pass(1min), reply("KAAA", {});
     EXPECT_EQ(told().size(), 1U) << "silent again, told again";
+    for (const auto& [category, expected] : {std::pair(Category::IFR, 0U), {Category::LIFR, 1U}}) {
+        pass(10min);
+        hear("KAAA", category);
+        EXPECT_EQ(told().size(), expected) << "what came after the last answer counts";
+    }
+    watch->setOn(false);
+    EXPECT_EQ(fake.timers.runningIntervals(), timers) << "nothing is left to look for";
 }
 
 TEST_F(FavoriteWatchTest, TellsIfNothingIsAskedAnyMoreButNotAfterSleep) {
@@ -152,14 +174,7 @@ TEST_F(FavoriteWatchTest, TellsIfNothingIsAskedAnyMoreButNotAfterSleep) {
     EXPECT_THAT(told(), ElementsAre());
     // The computer sleeps, then runs on without a request.
     pass(10h);
-    std::vector<int> toldAfter;
-    for (int minute = 0; minute < 60; ++minute) {
-        if (!told().empty()) {
-            toldAfter.push_back(minute);
-        }
-        pass(1min);
-    }
-    EXPECT_THAT(toldAfter, ElementsAre(static_cast<int>(FavoriteWatch::patience.count())));
+    EXPECT_THAT(toldInAnHour(), ElementsAre(static_cast<int>(FavoriteWatch::patience.count())));
     // The clock is set back by a day: what comes then is the present.
     pass(-24h);
     reply("KAAA", Category::VFR);
@@ -204,9 +219,15 @@ TEST_F(FavoriteWatchTest, ComparesWithNothingFromAnotherRunOrFromBeforeItWasAFav
     reply("KBBB", Category::MVFR, 0min);
     EXPECT_EQ(told().size(), 1U) << "the weather of the world will do";
     EXPECT_EQ(watch->status(), "Watching 2 favorites.");
+    world.setOn(false);
+    fetchesFavorites = true;
     watch.reset();
     start();
     EXPECT_TRUE(watch->isOn()) << "the setting outlives the run";
+    reply("KAAA", Category::VFR, 0min);
+    EXPECT_THAT(told(), ElementsAre());
+    pass(10h);
+    EXPECT_THAT(toldInAnHour(), SizeIs(1)) << "and so does the look at the clock";
 }
 
 TEST_F(FavoriteWatchTest, PutsWhatComesTogetherIntoOneNoticeTheWorstFirst) {
