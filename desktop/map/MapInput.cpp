@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/map/MapView.h"
 
+#include "desktop/text/Text.h"
+
 #include <QApplication>
 #include <QGestureEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
-#include <QTextDocument>
 #include <QToolTip>
 #include <QWheelEvent>
 
@@ -166,9 +167,7 @@ bool MapView::event(QEvent* event) {
         if (text.isEmpty()) {
             QToolTip::hideText();
         } else {
-            // Reports come from outside: nothing in one may count as markup.
-            QToolTip::showText(help->globalPos(),
-                               Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal), this);
+            QToolTip::showText(help->globalPos(), toolTipOf(text), this);
         }
         return true;
     } else if (event->type() == QEvent::Leave && state_.pointed) {

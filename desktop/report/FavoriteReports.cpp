@@ -86,7 +86,7 @@ void FavoriteReports::show(const std::vector<Line>& lines, platform::Date now) {
             item->setText(column, texts.value(column));
         }
         item->setIcon(1, line.metar ? iconOf(line.metar->category) : QIcon());
-        item->setToolTip(0, line.metar ? shownText(line.metar->raw) : QString());
+        item->setToolTip(0, line.metar ? toolTipOf(shownText(line.metar->raw)) : QString());
         item->setFirstColumnSpanned(false);
     }
     fit();

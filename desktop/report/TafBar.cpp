@@ -185,10 +185,7 @@ bool TafBar::event(QEvent* event) {
         QToolTip::hideText();
         event->ignore();
     } else {
-        // As rich text its lines are broken.
-        QToolTip::showText(help.globalPos(),
-                           Qt::convertFromPlainText(words(item), Qt::WhiteSpaceNormal), this,
-                           place(item));
+        QToolTip::showText(help.globalPos(), toolTipOf(words(item)), this, place(item));
     }
     return true;
 }

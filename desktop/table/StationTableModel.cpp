@@ -59,11 +59,6 @@ Qt::Alignment alignmentOf(int column) {
     return {};
 }
 
-/// A tool tip breaks lines only in rich text.
-QString wrapped(const QString& text) {
-    return QStringLiteral("<qt>") + text.toHtmlEscaped() + QStringLiteral("</qt>");
-}
-
 /// Without case and accents. Of a text in another script only the case is lost.
 SortKey keyOf(std::string_view text) {
     text = platform::trimmed(text);
@@ -330,7 +325,7 @@ QVariant StationTableModel::data(const QModelIndex& index, int role) const {
     }
     case Qt::ToolTipRole: {
         const auto metar = isWeather(column) ? metarIn(row) : nullptr;
-        return metar ? QVariant(wrapped(shownText(metar->raw))) : QVariant();
+        return metar ? QVariant(toolTipOf(shownText(metar->raw))) : QVariant();
     }
     case Qt::TextAlignmentRole:
         return QVariant::fromValue(alignmentOf(column));

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QString>
 #include <QStringList>
+#include <QTextDocument>
 
 #include <algorithm>
 #include <string>
@@ -41,6 +42,12 @@ namespace desktop {
         },
         u' ');
     return text;
+}
+
+/// A tool tip that shows the text as it is, in broken lines. Plain text would stay on one line, and
+/// would be read as markup if it looked like it, as a name or a report from outside may.
+[[nodiscard]] inline QString toolTipOf(const QString& text) {
+    return Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal);
 }
 
 /// Decodes a path of the file system.

@@ -8,7 +8,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
-#include <QTextDocument>
 #include <QToolButton>
 
 #include <algorithm>
@@ -63,10 +62,10 @@ public:
     void setReason(const browser::FilterReason& reason) {
         const QString text = shownText(reason.words);
         words.setText(text);
-        words.setToolTip(Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal));
+        words.setToolTip(toolTipOf(text));
         const QString end = shownText(reason.wayOut);
         wayOut.setAccessibleName(end);
-        wayOut.setToolTip(Qt::convertFromPlainText(end, Qt::WhiteSpaceNormal));
+        wayOut.setToolTip(toolTipOf(end));
         show();
     }
 

@@ -5,6 +5,8 @@
 
 #include <QScreen>
 #include <QSettings>
+#include <QTextDocumentFragment>
+#include <QTreeWidget>
 
 #include <set>
 #include <utility>
@@ -96,6 +98,49 @@ TEST_F(ScreenTest, WordsRunFromLeftToRightInAnyLanguage) {
     table().selectRow(1);
     const QString line = child<QLabel>("stationLine").text();
     EXPECT_TRUE(line.startsWith("LLBG · \u2068תל אביב\u2069 · ISRAEL")) << line.toStdString();
+}
+
+TEST_F(ScreenTest, NothingFromOutsideCountsAsMarkup) {
+    const std::string intruder = "<b>intruder";
+    for (const char* file : {"resources/Stations.STNPKG", "support/MyStations.STNPKG"}) {
+        save(makeCollection({{"KJFK", intruder, intruder, 40.65, -73.78}}), file);
+    }
+    openAll();
+    table().selectRow(0);
+    QTest::keyClick(&table(), Qt::Key_D, Qt::ControlModifier);
+    std::string reply = support::metarReply("KJFK");
+    reply.insert(reply.find("RMK"), "&lt;b>intruder ");
+    EXPECT_TRUE(fake.urlSessions.answer("=metars", reply));
+    const auto& favorites = *stations().findChild<QTreeWidget*>();
+    await("the report", [&] {
+        const auto* line = favorites.topLevelItem(0);
+        return line != nullptr && !line->toolTip(0).isEmpty();
+    });
+
+    std::vector<std::pair<QString, bool>> shown;
+    for (const QWidget* one : QApplication::allWidgets()) {
+        shown.emplace_back(one->toolTip(), true);
+        if (const auto* label = qobject_cast<const QLabel*>(one)) {
+            shown.emplace_back(label->text(), label->textFormat() != Qt::PlainText);
+        }
+        const auto* list = qobject_cast<const QAbstractItemView*>(one);
+        const QAbstractItemModel* rows = list ? list->model() : nullptr;
+        for (int column = 0; rows && rows->rowCount() > 0 && column < rows->columnCount();
+             ++column) {
+            shown.emplace_back(rows->index(0, column).data(Qt::ToolTipRole).toString(), true);
+        }
+    }
+    int seen = 0;
+    for (const auto& [text, mayBeMarkup] : shown) {
+        if (text.contains("intruder")) {
+            ++seen;
+            const QString read = mayBeMarkup && Qt::mightBeRichText(text)
+                                     ? QTextDocumentFragment::fromHtml(text).toPlainText()
+                                     : text;
+            EXPECT_TRUE(read.contains(intruder.c_str())) << text.toStdString();
+        }
+    }
+    EXPECT_GE(seen, 4) << "a label, the rows' tips, the favourite's tip";
 }
 
 TEST(Contrast, FollowsTheAccessibilityGuidelines) {
