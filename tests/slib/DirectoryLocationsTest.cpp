@@ -26,6 +26,7 @@ TEST(DirectoryLocations, MakesFoldersOrSaysWhyNot) {
     ASSERT_TRUE(error);
     EXPECT_EQ(error->description(),
               "DirectoryLocationDomain 0: No path found for directory in domain.");
+    EXPECT_EQ(error->userInfo.at("NSSearchPathDirectory"), platform::Value(platform::Number(kind)));
     EXPECT_EQ(error->userInfo.at("NSSearchPathDomainMask"), platform::Value(platform::Number(3)));
     EXPECT_EQ(find(1, "a"), base + "/a");
     EXPECT_FALSE(error);

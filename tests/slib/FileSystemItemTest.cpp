@@ -28,6 +28,7 @@ TEST(FileSystemItem, ListsAFolderOnceInTheSystemsOrder) {
     ASSERT_EQ(item->numberOfChildren(), 3);
     std::int64_t index = 0;
     for (const std::string& name : platform::contentsOfDirectory(folder.path())) {
+        EXPECT_EQ(item->children()->at(std::size_t(index)), item->childAtIndex(index));
         EXPECT_EQ(item->childAtIndex(index++)->relativePath(), name);
     }
     folder.write("later", "");
@@ -52,6 +53,7 @@ TEST(FileSystemItem, ANodeKeepsItsTreeAlive) {
     fs::create_directories(folder / "a/b");
     auto leaf = itemAt(folder.path())->childAtIndex(0)->childAtIndex(0);
     ASSERT_TRUE(leaf);
+    EXPECT_FALSE(leaf->childAtIndex(0));
     auto below = FileSystemItem::initWithPath_parent("x/y/", leaf);
     leaf = nullptr;
     EXPECT_EQ(below->fullPath(), folder / "a/b/y");

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "platform/archive/KeyedArchiver.h"
 #include "platform/archive/KeyedUnarchiver.h"
+#include "slib/Identifiers.h"
 #include "slib/SLIB_Prefs.h"
 #include "slib/SLibObject.h"
 #include "slib/SLibRange.h"
@@ -10,6 +12,7 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 
 namespace {
@@ -45,6 +48,7 @@ TEST(SLibObject, AllClassesKeepTheirKeysAndNamesForEver) {
                           object->slibObjectVersion, object->version),
               "11 12 13 20 21 22 23 24 25 26 27 28 29 / the name / what it is / true 31 32");
     EXPECT_EQ(object->slibNewUID, uuidFrom(0x40));
+    EXPECT_NE(id.GRACompare.compare3, 0U);
     EXPECT_EQ(fmt::format("{} {} {} {} / {} / {}", range->slibID->GRACompare.unitType, range->start,
                           range->end, range->span, *range->name(), *range->description()),
               fmt::format("{} 41 42 43 / the range / from 41 to 42", unitTypeOf("GRLS")));
@@ -102,6 +106,18 @@ TEST(SLibObject, FindsTheNameOfAnother) {
     EXPECT_FALSE(isTaken("one", one.get(), objects));
     EXPECT_FALSE(isTaken("other", nullptr, objects));
     EXPECT_FALSE(isTaken({}, nullptr, objects));
+
+    // Archiving gives it one.
+    EXPECT_TRUE(platform::KeyedArchiver::archivedData(nameless));
+    EXPECT_EQ(nameless->name(), "untitled");
+}
+
+TEST(SLibObject, NoIdentifierIsIssuedTwice) {
+    // As many as make it all but certain that some number is drawn twice.
+    std::vector<std::uint64_t> issued(250'000);
+    std::ranges::generate(issued, slib::issueIdentifier);
+    std::ranges::sort(issued);
+    EXPECT_EQ(std::ranges::adjacent_find(issued), issued.end());
 }
 
 TEST(SLibRange, DrawsFromItsSpanOnly) {

@@ -45,6 +45,7 @@ TEST_F(Punctuation, MarksAreKeptWithTheirDistanceFromTheEnd) {
         Tokens tokens;
     } rows[] = {
         {"Hi, you.", {{',', 6}, {'.', 1}}},
+        {".", {{'.', 1}}},
         {"", {}},
         {std::nullopt, {}},
         {"it's well-known\nOK [a] <b> | ~", {}},
@@ -60,6 +61,7 @@ TEST_F(Punctuation, MarksAreKeptWithTheirDistanceFromTheEnd) {
         fill(row.text);
         EXPECT_EQ(record->puncTokens(), row.tokens);
         EXPECT_EQ(completions, ++completed);
+        EXPECT_FALSE(record->op()->puncRec());
     }
     EXPECT_THAT(updates, IsEmpty());
 }
@@ -80,7 +82,26 @@ TEST_F(Punctuation, ASecondFillAddsToTheFirst) {
     for (int i = 0; i < 1576; ++i) {
         record->op()->pipup();
     }
-    EXPECT_EQ(updates.size(), 3U);
+    EXPECT_THAT(updates, ElementsAre(1576, 1576, 3152));
+}
+
+TEST_F(Punctuation, AScanCanBeCancelledAndWithoutARecordOrBytesOnlyCounts) {
+    const auto token = fake.notificationCenter.addObserver(
+        slibTextPuncRecord::parseUpdate, [this](const auto&) { record->op()->cancel(); });
+    fill(std::string(1577, '.'));
+    EXPECT_EQ(record->count(), 1576);
+    EXPECT_EQ(completions, 1);
+    record->setOp(nullptr);
+    EXPECT_FALSE(record->op());
+    const std::shared_ptr<const char> words(std::shared_ptr<void>(), ",a,");
+    for (const auto& [bytes, marks] : {std::pair(words, 1), {nullptr, 0}}) {
+        const auto scan = slibTextPuncOperation::initWithPtr_andLen(fake.host, bytes, 2);
+        scan->setTheseRunningWords(5);
+        scan->main();
+        EXPECT_EQ(scan->theseRunningWords(), 5);
+        scan->doFullParse();
+        EXPECT_EQ(scan->theseRunningWords(), marks);
+    }
 }
 
 } // namespace

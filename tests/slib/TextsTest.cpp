@@ -58,8 +58,9 @@ TEST(Texts, HexDigitsToBytesAndBack) {
         std::int64_t index;
         int byte;
     } rows[] = {
-        {"7F", 0, 127}, {"ff", 0, -1}, {"zz", 0, 0},  {"12aB", 1, -85},     {"123", 1, 48},
-        {"123", 2, 0},  {"123", 3, 0}, {"12", -1, 0}, {"12", INT64_MAX, 0},
+        {"7F", 0, 127}, {"ff", 0, -1},     {"zz", 0, 0},         {"12aB", 1, -85},
+        {"123", 1, 48}, {"90G:", 0, -112}, {"90G:", 1, 0},       {"123", 2, 0},
+        {"123", 3, 0},  {"12", -1, 0},     {"12", INT64_MAX, 0},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.text + " " + std::to_string(row.index));
@@ -70,7 +71,7 @@ TEST(Texts, HexDigitsToBytesAndBack) {
 
     const platform::Data bytes{std::byte{1}, std::byte{0xAB}, std::byte{0}, std::byte{0x0A}};
     const auto hexText = SupportLibCat::makeStringOfHexValues_ofLength;
-    EXPECT_EQ(hexText(bytes, 2), "1ab");
+    EXPECT_EQ(hexText(bytes, 0) + " " + hexText(bytes, 2), "1 1ab");
     EXPECT_EQ(hexText(bytes, INT64_MAX), "1ab0a");
 }
 
@@ -125,6 +126,8 @@ TEST(Texts, PathsInTheUsersFolders) {
     EXPECT_EQ(fileNameInDocDirectory(fake.host, {}), "/documents");
     EXPECT_EQ(createOrReturnDocumentsFolder(fake.host, "new"), (fake.folder / "new").string());
     EXPECT_TRUE(std::filesystem::is_directory(fake.folder / "new"));
+    EXPECT_EQ(createOrReturnAppSupportFolder(fake.host, "no/new"), fake.folder / "no/new");
+    EXPECT_FALSE(std::filesystem::exists(fake.folder / "no"));
     fake.searchPaths.known.clear();
     EXPECT_FALSE(fileNameInDocDirectory(fake.host, "a"));
     EXPECT_FALSE(createOrReturnAppSupportFolder(fake.host, "new"));
