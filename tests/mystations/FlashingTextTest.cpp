@@ -29,13 +29,18 @@ protected:
 
 TEST_F(FlashingText, BlinksAtTheChosenSpeed) {
     EXPECT_TRUE(running().empty());
+    text->applyColor({1, 0, 0});
+    text->setText("Select a station");
     text->flash(true);
+    EXPECT_EQ(field.color, (platform::Color{1, 0, 0}));
+    EXPECT_EQ(field.text, "Select a station");
     EXPECT_EQ(running(), Intervals{700ms});
     EXPECT_EQ(steps(4), (std::vector<double>{1, 0, 1, 0}));
     for (const auto& [index, interval] :
          {std::pair(0, 200ms), std::pair(2, 1300ms), std::pair(1, 700ms)}) {
         text->setFlashSpeed(index);
         EXPECT_EQ(running(), Intervals{interval});
+        EXPECT_EQ(steps(1), std::vector<double>{1}) << "it begins with the text visible";
     }
     for (const int outside : {-1, 3, 1'000'000}) {
         text->setFlashSpeed(outside);
@@ -59,13 +64,14 @@ TEST_F(FlashingText, BlinksAtTheChosenSpeed) {
 
 TEST_F(FlashingText, HidingKeepsWhetherItBlinks) {
     for (const bool isBlinking : {true, false}) {
-        text->flash(isBlinking);
+        isBlinking ? text->setFlashSpeed(0) : text->flash(false);
         text->setHidden(true);
         EXPECT_TRUE(field.hidden);
         EXPECT_TRUE(running().empty());
         text->setHidden(false);
         EXPECT_FALSE(field.hidden);
         EXPECT_EQ(running().empty(), !isBlinking);
+        EXPECT_EQ(steps(1), std::vector<double>(isBlinking ? 1 : 0, 0)) << "it is visible already";
     }
 }
 

@@ -80,6 +80,7 @@ TEST(StationSheet, ShowsOneStationAndEnds) {
     controller.outlets = {.mapV = &map, .window = &sheet};
     const auto stations = makeCollection({{"EDDF", "FRANKFURT", "HESSE", 50.03, 8.57}});
     controller.addStiation(stations->stations->front());
+    EXPECT_EQ(controller.thisStation, stations->stations->front());
     EXPECT_EQ(map.centre->longitude, 8.57);
     EXPECT_EQ(map.mapType, 1);
     EXPECT_NEAR(map.region->latitudeSpan * 111'229, 2000, 2);
