@@ -15,7 +15,9 @@ protected:
 };
 
 TEST_F(Catalogue, AParsedListReplacesTheCatalogueAndCanBeSaved) {
+    window.sf.text = "searched for";
     parse(list + "\nHERE 1\n" + line);
+    EXPECT_EQ(window.sf.text, "");
     EXPECT_EQ(host.panels.askedTypes, (std::vector<std::string>{"txt"}));
     EXPECT_EQ(window.table.rows, 1);
     EXPECT_EQ(window.cell(0, "3"), "KZZQ");
@@ -55,6 +57,18 @@ TEST_F(Catalogue, UnreadableAndEmptyListsEndTheParseToo) {
         EXPECT_EQ(window.words.text, "0 stations");
         EXPECT_EQ(window.table.rows, 0);
     }
+}
+
+TEST_F(Catalogue, OnlyAChosenListReplacesTheCatalogueAndTheSelectedRecord) {
+    parse(list + line);
+    window.table.selectRow(0);
+    parse(list + line);
+    const auto master = controller->masterCollection();
+    EXPECT_EQ(controller->selectedStation, master->stations->front());
+    // The panel is cancelled while another parse ends.
+    controller->parseit();
+    host.notificationCenter.post({stationparser::StationParseDone, {}, nullptr});
+    EXPECT_EQ(controller->masterCollection(), master);
 }
 
 TEST_F(Catalogue, MarkingAndReadingGoOnWhileAParseReplacesTheMaster) {

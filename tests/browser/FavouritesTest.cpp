@@ -192,6 +192,8 @@ TEST_F(Favourites, AreNotLostWithoutACatalogue) {
     store({"KDEN"});
     std::filesystem::remove(host.bundle.resources + "/Stations.STNPKG");
     restart();
+    EXPECT_FALSE(window.distButton.enabled || window.metarB.enabled);
+    EXPECT_EQ(window.mapV.mapType, 1);
     quit();
     EXPECT_EQ(stored(), Names{"KDEN"});
 
@@ -214,6 +216,10 @@ TEST_F(Favourites, AMarkAlsoGoesToTheMastersFirstStationWithTheIdentifier) {
     window.table.selectRow(-1);
     controller->favMenuItem();
     EXPECT_EQ(controller->allFavorites().size(), 2U);
+    // Both marks go at once from the disk, too.
+    toggle(3);
+    restart();
+    EXPECT_EQ(marked(), Names{});
 }
 
 TEST_F(Favourites, CanBeShownAlone) {
@@ -284,6 +290,8 @@ TEST_F(Favourites, FavoriteWeatherListsTheSelectedStationThenTheFavorites) {
     EXPECT_TRUE(answer("metars", "M1"));
     EXPECT_TRUE(answer("metars", "M2"));
     EXPECT_EQ(window.metarBackField.text, "M1\n\nMETARS for Favorites\n------\nM2\n");
+    controller->alwaysShowFavWeatherMenu(window.alwaysFavItem);
+    EXPECT_FALSE(window.alwaysFavItem.on || controller->fetchesFavoriteWeather());
 }
 
 TEST_F(Favourites, TheTimerFetchesNothingUnlessSwitchedOnWithFavoritesAndASelection) {
@@ -301,8 +309,10 @@ TEST_F(Favourites, TheTimerFetchesNothingUnlessSwitchedOnWithFavoritesAndASelect
     EXPECT_FALSE(controller->selectedStation);
     window.table.selectRow(0);
     const std::size_t selected = host.urlSessions.openRequests();
+    window.mapV.centre.reset();
     host.timers.fire();
     EXPECT_EQ(host.urlSessions.openRequests(), selected + 2);
+    EXPECT_TRUE(window.mapV.centre);
 }
 
 TEST_F(Favourites, StartUpFetchesTheirWeatherOnlyAfterReadingTheFile) {
@@ -310,6 +320,7 @@ TEST_F(Favourites, StartUpFetchesTheirWeatherOnlyAfterReadingTheFile) {
     host.userDefaults.setObject(platform::Number(std::int64_t{1}), "displayfavweather");
     const std::size_t before = host.urlSessions.openRequests();
     restart();
+    EXPECT_TRUE(window.alwaysFavItem.on);
     EXPECT_EQ(window.metarBackField.text, "Requesting METARs");
     // Two requests for the selection alone, and two by the grabber that has the favourites too.
     EXPECT_EQ(host.urlSessions.openRequests(), before + 4);

@@ -2,6 +2,8 @@
 #include "browser/Suggester.h"
 #include "tests/support/ShownCatalogue.h"
 
+#include <fmt/format.h>
+
 #include <functional>
 
 namespace {
@@ -29,87 +31,96 @@ protected:
         return words;
     }
     [[nodiscard]] std::string selected() const {
-        return controller->selectedStation ? controller->selectedStation->ICAO.value_or("") : "";
+        const auto& station = controller->selectedStation;
+        EXPECT_EQ(controller->nowSelection, window.table.selected);
+        EXPECT_EQ(window.stationLine.text,
+                  station ? catalogue::stationDescription(*station) : std::string());
+        EXPECT_EQ(window.distButton.enabled, station != nullptr);
+        EXPECT_EQ(window.metarB.enabled, station != nullptr);
+        return station ? station->ICAO.value_or("") : "";
     }
 };
 
 TEST_F(TableFilter, IsToldInWordsThatAreTrueOfTheRows) {
-    const Names all = shown();
+    const std::string all = "KSFO KOAK KSJC MROC     ";
     struct {
         const char* step;
         std::function<void()> take;
-        Names reasons;
-        Names rows;
+        /// The reasons, the rows and the selected station.
+        std::string state;
     } const steps[] = {
-        {"start", [] {}, {}, all},
-        {"search", [&] { type("ksf, mr"); }, {"ICAO contains ksf or mr"}, {"MROC", "KSFO"}},
+        {"start", [] {}, " | " + all + " | KOAK"},
+        {"search", [&] { type("ksf, mr"); }, "ICAO contains ksf or mr | MROC KSFO | "},
         {"other mode, not yet in force",
          [&] {
              window.switchie.segment = 1;
              controller->switchieswitche();
          },
-         {"ICAO contains ksf or mr"},
-         {"MROC", "KSFO"}},
-        {"next letter",
-         [&] { type("jose jose"); },
-         {"Name contains jose"},
-         {"KSJC", "MROC", "KSJC", "MROC"}},
-        {"no term", [&] { type(" ,"); }, {"No term to search for"}, {}},
-        {"end", [&] { type(""); }, {}, all},
+         "ICAO contains ksf or mr | MROC KSFO | "},
+        {"next letter", [&] { type("jose jose"); },
+         "Name contains jose | KSJC MROC KSJC MROC | KSJC"},
+        {"no term", [&] { type(" ,"); }, "No term to search for |  | "},
+        {"end", [&] { type(""); }, " | " + all + " | "},
         {"distance",
          [&] {
              window.table.selectRow(1);
              chooseDistance(1);
          },
-         {"Within 25 miles of KOAK"},
-         {"KSFO", "    "}},
-        {"selection moves on",
-         [&] { window.table.selectRow(1); },
-         {"Within 25 miles of KOAK"},
-         {"KSFO", "    "}},
+         "Within 25 miles of KOAK | KSFO      | "},
+        {"selection moves on", [&] { window.table.selectRow(1); },
+         "Within 25 miles of KOAK | KSFO      |     "},
         {"from a station without an identifier",
-         [&] { chooseDistance(0); },
-         {"Within 10 miles of OAKLAND PIER"},
-         {"KOAK"}},
-        {"favorites", [&] { controller->showFavsMenu(); }, {"Favorites"}, {}},
+         [&] {
+             window.distButton.item = 0;
+             controller->geMeter();
+         },
+         "Within 10 miles of OAKLAND PIER | KOAK | "},
+        {"another one is selected, and stays so",
+         [&] {
+             window.table.selectRow(0);
+             controller->leaveDistance();
+         },
+         " | " + all + " | KOAK"},
+        {"favorites", [&] { controller->showFavsMenu(); }, "Favorites |  | "},
         {"search adds them",
          [&] {
              controller->selectedStation = controller->masterCollection()->stations->at(1);
              controller->favMenuItem();
              type("francisco");
          },
-         {"Name contains francisco", "and favorites"},
-         {"KSFO", "KOAK"}},
-        {"whole catalogue, in favorites mode", [&] { type(""); }, {}, all},
-        {"station that is not listed",
+         "Name contains francisco and favorites | KSFO KOAK | KOAK"},
+        {"whole catalogue, in favorites mode", [&] { type(""); }, " | " + all + " | KOAK"},
+        {"station that is listed",
          [&] {
              type("rancis");
-             controller->selectStation("MROC");
+             controller->selectStation("KSFO");
          },
-         {},
-         all},
+         "Name contains rancis and favorites | KSFO KOAK | KSFO"},
+        {"station that is not listed", [&] { controller->selectStation("MROC"); },
+         " | " + all + " | MROC"},
         {"saving",
          [&] {
              type("rancis");
-             host.panels.answers.emplace_back();
+             window.table.selectRow(0);
+             host.panels.whileAsked = [&] { type("rancis"); };
              controller->saveCatalogue();
          },
-         {},
-         all},
+         " | " + all + " | KSFO"},
         {"another catalogue",
          [&] {
              type("rancis");
              controller->showCatalogue(makeCollection({{"EGLL", "LONDON", "UK"}}));
          },
-         {},
-         {"EGLL"}},
+         " | EGLL | "},
     };
     for (const auto& step : steps) {
         SCOPED_TRACE(step.step);
         step.take();
-        EXPECT_EQ(reasons(), step.reasons);
-        EXPECT_EQ(shown(), step.rows);
-        EXPECT_EQ(window.table.rows, static_cast<std::int64_t>(step.rows.size()));
+        EXPECT_EQ(fmt::format("{} | {} | {}", fmt::join(reasons(), " "), fmt::join(shown(), " "),
+                              selected()),
+                  step.state);
+        EXPECT_EQ(window.table.rows, std::ssize(shown()));
+        EXPECT_EQ(window.sf.text.empty(), !controller->filter().search);
     }
 }
 
@@ -160,6 +171,11 @@ TEST_F(TableFilter, EachReasonCanBeEndedAlone) {
     window.table.selectRow(0);
     chooseDistance(1);
     EXPECT_EQ(reasons(), Names{"Within 25 miles of a station without a name"});
+    const browser::TableFilter noTerm{.search = browser::TableFilter::Search{}, .favorites = true};
+    EXPECT_EQ(browser::reasonsOf(noTerm)[0].wayOut, "Stop searching");
+    EXPECT_EQ(browser::reasonsOf(noTerm)[1].wayOut, "Leave out the favorites");
+    EXPECT_EQ(browser::emptyTableWords({.favorites = true}), "There are no favorites");
+    EXPECT_EQ(browser::emptyTableWords({}), "");
 }
 
 TEST_F(TableFilter, AChosenSuggestionIsSearchedForAndSelected) {
@@ -179,6 +195,7 @@ TEST_F(TableFilter, AChosenSuggestionIsSearchedForAndSelected) {
     choose("costa");
     EXPECT_EQ(reasons(), Names{"Region contains COSTA"});
     EXPECT_EQ(shown(), Names{"MROC"});
+    EXPECT_EQ(selected(), "MROC");
     choose("ksfo");
     EXPECT_EQ(window.switchie.segment, 0);
     EXPECT_EQ(selected(), "KSFO");
@@ -187,11 +204,14 @@ TEST_F(TableFilter, AChosenSuggestionIsSearchedForAndSelected) {
     EXPECT_EQ(shown(), Names{"KSFO"});
     type("");
     EXPECT_EQ(shown().size(), 5U);
+    EXPECT_EQ(selected(), "KSFO");
     // One that was still offered when its catalogue went.
     const auto late = catalogue::SuggestionIndex(controller->masterCollection().get()).find("jose");
     controller->addCollection(nullptr);
     controller->chooseSuggestion(late.front());
     EXPECT_EQ(window.sf.text, "");
+    controller->showAll();
+    EXPECT_EQ(window.words.text, "0 station");
 }
 
 TEST_F(TableFilter, SuggestionsComeOnTheMainThreadAndOnlyTheNewest) {
