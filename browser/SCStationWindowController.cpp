@@ -55,7 +55,6 @@ void SCStationWindowController::windowDidLoad() {
         platform::isAbsent(mapType) ? platform::satelliteMap : platform::integerOf(mapType);
     outlets.mapV->setMapType(currentMapType);
     catalogue::setStationColumnWidths(*outlets.table);
-    nowSelection = -1;
     outlets.distButton->selectItem(0);
     // Kept: users expect this, and the help describes it. The second row is selected, not the
     // first.
