@@ -67,6 +67,7 @@ TEST_F(Catalogue, OnlyAChosenListReplacesTheCatalogueAndTheSelectedRecord) {
     EXPECT_EQ(controller->selectedStation, master->stations->front());
     // The panel is cancelled while another parse ends.
     controller->parseit();
+    EXPECT_TRUE(window.parserIt.enabled);
     host.notificationCenter.post({stationparser::StationParseDone, {}, nullptr});
     EXPECT_EQ(controller->masterCollection(), master);
 }

@@ -148,6 +148,10 @@ TEST_F(Favourites, NothingIsWrittenOverAFileThatCannotBeSetAside) {
 
 TEST_F(Favourites, AreSafeAsSoonAsTheyAreMarked) {
     store({"ZZZZ", "KJFK"});
+    FavoritesFile unread(host.host);
+    unread.keep({"LSZH"});
+    unread.save({"LSZH"});
+    EXPECT_EQ(stored(), (Names{"ZZZZ", "KJFK"}));
     restart();
     EXPECT_FALSE(std::filesystem::exists(draft()));
     toggle(2);
@@ -220,15 +224,6 @@ TEST_F(Favourites, AMarkAlsoGoesToTheMastersFirstStationWithTheIdentifier) {
     toggle(3);
     restart();
     EXPECT_EQ(marked(), Names{});
-}
-
-TEST_F(Favourites, CanBeShownAlone) {
-    controller->showFavsMenu();
-    EXPECT_EQ(shown(), Names{});
-    EXPECT_EQ(window.words.text, "0 station");
-    controller->showFavsMenu();
-    EXPECT_EQ(shown().size(), 4U);
-    EXPECT_EQ(window.table.selected, 0);
 }
 
 TEST_F(Favourites, ASelectionFetchesItsWeatherAndShowsItWhenTheMetarsAreComplete) {

@@ -82,6 +82,8 @@ TEST_F(TableFilter, IsToldInWordsThatAreTrueOfTheRows) {
          },
          " | " + all + " | KOAK"},
         {"favorites", [&] { controller->showFavsMenu(); }, "Favorites |  | "},
+        {"all again", [&] { controller->showFavsMenu(); }, " | " + all + " | KSFO"},
+        {"favorites again", [&] { controller->showFavsMenu(); }, "Favorites |  | "},
         {"search adds them",
          [&] {
              controller->selectedStation = controller->masterCollection()->stations->at(1);
