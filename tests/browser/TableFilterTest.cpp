@@ -237,7 +237,9 @@ TEST_F(TableFilter, SuggestionsComeOnTheMainThreadAndOnlyTheNewest) {
     settleUntil(1);
     EXPECT_EQ(answered, Names{"KSFO  SAN FRANCISCO · ICAO"});
     ask("mroc", controller->masterCollection());
+    support::waitUntil("the answer", [&] { return host.mainThread.queued() > 0; });
     suggester.forget();
+    host.mainThread.run();
     ask("egll", makeCollection({{"EGLL", "LONDON", "UK"}}));
     settleUntil(2);
     ask("egll", nullptr);

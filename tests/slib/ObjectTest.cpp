@@ -121,7 +121,7 @@ TEST(SLibObject, NoIdentifierIsIssuedTwice) {
 }
 
 TEST(SLibRange, DrawsFromItsSpanOnly) {
-    const auto range = SLibRange::initWithValues_rangeEnd_startSpan(1, 2, 3);
+    const auto range = SLibRange::initWithValues_rangeEnd_startSpan(1, 2, 4);
     range->setRangeAndSpan_end_span(10, 20, 3);
     const auto copy = range->copy();
     EXPECT_EQ(fmt::format("{} {} {}", copy->start, copy->end, copy->span), "10 20 3");
