@@ -216,8 +216,11 @@ TEST_F(Favourites, AMarkAlsoGoesToTheMastersFirstStationWithTheIdentifier) {
     window.table.selectRow(3);
     controller->favMenuItem();
     EXPECT_EQ(marked(), (Names{"KDEN", "KDEN"}));
-    EXPECT_TRUE(controller->masterCollection()->stations->at(1)->isFavorite());
+    EXPECT_EQ(controller->rowsMarkedWithSelected(), (std::vector<std::int64_t>{1, 3}));
+    controller->showAll();
+    EXPECT_EQ(window.table.selected, 3);
     window.table.selectRow(-1);
+    EXPECT_EQ(controller->rowsMarkedWithSelected(), std::vector<std::int64_t>{});
     controller->favMenuItem();
     EXPECT_EQ(controller->allFavorites().size(), 2U);
     // Both marks go at once from the disk, too.
