@@ -15,9 +15,11 @@ protected:
 };
 
 TEST_F(Catalogue, AParsedListReplacesTheCatalogueAndCanBeSaved) {
+    controller->searchFieldDidStartSearching();
     window.sf.text = "searched for";
     parse(list + "\nHERE 1\n" + line);
     EXPECT_EQ(window.sf.text, "");
+    search("too late");
     EXPECT_EQ(host.panels.askedTypes, (std::vector<std::string>{"txt"}));
     EXPECT_EQ(window.table.rows, 1);
     EXPECT_EQ(window.cell(0, "3"), "KZZQ");

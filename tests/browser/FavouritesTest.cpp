@@ -65,8 +65,6 @@ TEST_F(Favourites, SurviveARestart) {
     EXPECT_EQ(stored(), (Names{"KDEN", "LSZH"}));
     restart();
     EXPECT_EQ(marked(), (Names{"KDEN", "LSZH"}));
-    quit();
-    EXPECT_EQ(stored(), (Names{"KDEN", "LSZH"}));
 }
 
 TEST_F(Favourites, MissingFromTheCatalogueAreKept) {
