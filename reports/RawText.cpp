@@ -47,7 +47,7 @@ std::string_view bare(std::string_view word) {
 /// Whether a word is a period, "DDHH/DDHH"; "9999/8000" is not, since no month has 99 days.
 bool isSpan(std::string_view word) {
     const auto isTime = [](std::string_view part) {
-        return part.size() == 4 && isDigits(part) && number(part.substr(0, 2)) >= 1 &&
+        return isDigits(part) && number(part.substr(0, 2)) >= 1 &&
                number(part.substr(0, 2)) <= 31 && number(part.substr(2)) <= 24;
     };
     return word.size() == 9 && word[4] == '/' && isTime(word.substr(0, 4)) &&
@@ -197,12 +197,11 @@ std::vector<std::string> brokenTaf(std::string_view taf) {
     std::string_view before;
     for (const std::string_view word : wordsOf(taf)) {
         const std::string_view text = bare(word);
-        const bool isPartOfChange = isProbability(before) && !isFrom(text) && text != "RMK";
-        const bool belongsToChange = isChange(before) || isProbability(before);
-        const bool isBareSpan = isSpan(text) && !belongsToChange;
+        const bool isPartOfChange = isProbability(before) && isChange(text);
+        const bool isBareSpan = isSpan(text) && !isChange(before) && !isProbability(before);
         const bool begins = text == "RMK" || isFrom(text) || isProbability(text) ||
                             isChange(text) || (isBareSpan && hasValidity);
-        if (begins && !isRemark && !(isPartOfChange && isChange(text)) && !lines.back().empty()) {
+        if (begins && !isRemark && !isPartOfChange && !lines.back().empty()) {
             lines.emplace_back();
         }
         hasValidity |= isBareSpan || begins;

@@ -20,8 +20,7 @@ std::optional<double> numberOf(std::string_view text, const Range<double>& range
     text = platform::trimmed(text);
     double value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (text.empty() || error != std::errc() || end != text.data() + text.size() ||
-        !range.holds(value)) {
+    if (error != std::errc() || end != text.data() + text.size() || !range.holds(value)) {
         return {};
     }
     return value;
@@ -167,7 +166,7 @@ public:
     void parser_didStartElement(std::string_view name) override {
         text_.clear();
         isLayer_ = false;
-        if (depth_++ == 0) {
+        if (!std::exchange(hasRoot_, true)) {
             isReply_ = name == "response" || name == "METAR" || name == "TAF";
         }
         if (name == "METAR") {
@@ -204,8 +203,6 @@ public:
     void parser_foundCharacters(std::string_view text) override { text_ = text; }
 
     void parser_didEndElement(std::string_view name) override {
-        --depth_;
-        isLayer_ = false;
         if (name == "METAR" && metar_) {
             endMetar();
         } else if (name == "TAF" && taf_) {
@@ -382,7 +379,6 @@ private:
     void endTaf() {
         Taf taf = std::move(*taf_);
         taf_.reset();
-        isForecast_ = false;
         const RawFlags flags = rawFlags(taf.raw);
         // Some TAFs do not say when they were issued; the start of their validity has to serve.
         const auto time = time_ ? time_ : validFrom_;
@@ -403,7 +399,7 @@ private:
     Receiver& receiver_;
     /// The text of the element that is being read.
     std::string text_;
-    int depth_ = 0;
+    bool hasRoot_ = false;
     bool isReply_ = false;
     bool hasError_ = false;
     std::size_t found_ = 0;
