@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "reports/Reader.h"
 #include "reports/Category.h"
+#include "reports/RawText.h"
 
 #include <gtest/gtest.h>
 #include <zlib.h>
@@ -71,13 +72,20 @@ std::string taf(const std::string& forecasts, const std::string& raw = "TAF KAAA
            "</TAF></data></response>";
 }
 
-std::string sky(const std::string& cover, int base) {
+std::string sky(const std::string& cover, int base, const std::string& kind = "") {
     return "<sky_condition sky_cover=\"" + cover + "\" cloud_base_ft_agl=\"" +
-           std::to_string(base) + "\"/>";
+           std::to_string(base) + "\" cloud_type=\"" + kind + "\"/>";
 }
 
 std::string visibility(const std::string& miles) {
     return "<visibility_statute_mi>" + miles + "</visibility_statute_mi>";
+}
+
+/// A reply with something else in the place of an element.
+std::string with(std::string reply, const std::string& element, const std::string& other) {
+    const std::string end = "</" + element + ">";
+    const std::size_t from = reply.find("<" + element + ">");
+    return reply.replace(from, reply.find(end) + end.size() - from, other);
 }
 
 TEST(Reader, TakesWhatAMetarSaysAndLeavesOutWhatCannotBeRead) {
@@ -87,8 +95,9 @@ TEST(Reader, TakesWhatAMetarSaysAndLeavesOutWhatCannotBeRead) {
             visibility("10+") +
             "<altim_in_hg>29.95</altim_in_hg><quality_control_flags><corrected>TRUE</corrected>"
             "<auto>TRUE</auto></quality_control_flags><wx_string>-RA BR</wx_string>" +
-            sky("FEW", 2500) + sky("BKN", 26000) +
-            "<flight_category>VFR</flight_category><metar_type>SPECI</metar_type>"
+            sky("FEW", 2500, "TCU") + sky("BKN", 26000, "CB") + sky("SCT", 0, "CU") +
+            sky("OVC", 1) + sky("OVX", 2) +
+            "<flight_category>MVFR</flight_category><metar_type>SPECI</metar_type>"
             "<elevation_m sky_cover=\"OVC\">9999</elevation_m>",
         "SPECI KAAA 211251Z AUTO 23012G22KT 10SM"));
     const Metar expected{
@@ -98,13 +107,17 @@ TEST(Reader, TakesWhatAMetarSaysAndLeavesOutWhatCannotBeRead) {
         .conditions = {.wind = Wind{230, false, 12, 22},
                        .visibility = Visibility{10, true},
                        .weather = "-RA BR",
-                       .layers = {{Cover::few, 2500, ""}, {Cover::broken, 26000, ""}},
+                       .layers = {{Cover::few, 2500, "TCU"},
+                                  {Cover::broken, 26000, "CB"},
+                                  {Cover::scattered, 0, ""},
+                                  {Cover::overcast, 1, ""},
+                                  {Cover::obscured, 2, ""}},
                        .verticalVisibility = {}},
         .temperature = -5.6,
         .dewPoint = {},
         .altimeter = 29.95,
         .elevation = {},
-        .category = Category::VFR,
+        .category = Category::MVFR,
         .revision = Revision::corrected,
         .isSpecial = true,
         .isAutomatic = true,
@@ -136,15 +149,36 @@ TEST(Reader, TakesWhatAMetarSaysAndLeavesOutWhatCannotBeRead) {
         ASSERT_EQ(one.metars.size(), 1U) << elements;
         EXPECT_EQ(one.metars.front().conditions.wind, wind) << elements;
     }
+    // Nothing goes over to the next report.
+    const std::string next = "</METAR><METAR><raw_text>r</raw_text><station_id>KBBB</station_id>";
+    const Found all = read(metar(
+        "<temp_c>1</temp_c><wind_speed_kt>7</wind_speed_kt>" + next +
+        "<observation_time>2026-11-21T13:00:00Z</observation_time><dewpoint_c> -7 </dewpoint_c>"
+        "<temp_c>1e999</temp_c><altim_in_hg>29.92 inHg</altim_in_hg><elevation_m>4</elevation_m>" +
+        next));
+    EXPECT_EQ(all.passedOver, 1U);
+    const Metar& second = all.metars.at(1);
+    EXPECT_FALSE(second.conditions.wind || second.temperature || second.altimeter);
+    EXPECT_TRUE(second.dewPoint == -7 && second.elevation == 4);
+}
+
+TEST(Reader, TakesFromTheRawTextWhatTheElementsLeaveOut) {
+    const std::string text = "KAAA 22003KT 9999 VV004";
+    const auto said = [&text](const std::string& elements) {
+        return read(metar(elements, text)).metars.at(0).conditions;
+    };
+    const Conditions raw = rawConditions(text);
+    EXPECT_EQ(said(""), raw);
+    EXPECT_EQ(said(visibility("2")), (Conditions{{}, Visibility{2, false}, "", raw.layers, 400}));
+    EXPECT_EQ(said(sky("FEW", 9)), (Conditions{{}, raw.visibility, "", {{Cover::few, 9, ""}}, {}}));
+    EXPECT_EQ(said("<vert_vis_ft>7</vert_vis_ft>"), (Conditions{{}, raw.visibility, "", {}, 7}));
+    EXPECT_EQ(read(metar("", text)).metars.at(0).category, Category::LIFR);
 }
 
 TEST(Reader, PassesOverWhatIsNoReport) {
     const std::string whole = metar("");
-    const auto without = [&whole](std::string_view element) {
-        const std::string end = "</" + std::string(element) + ">";
-        std::string text = whole;
-        const std::size_t from = text.find("<" + std::string(element) + ">");
-        return text.erase(from, text.find(end) + end.size() - from);
+    const auto station = [&whole](const std::string& element) {
+        return with(whole, "station_id", element);
     };
     const struct {
         std::string reply;
@@ -153,11 +187,18 @@ TEST(Reader, PassesOverWhatIsNoReport) {
     } cases[] = {
         {"", Understanding::nothing, 0},
         {"<response><data num_results=\"0\"/></response>", Understanding::nothing, 0},
-        {without("station_id"), Understanding::nothing, 1},
-        {without("observation_time"), Understanding::nothing, 1},
-        {without("raw_text"), Understanding::nothing, 1},
+        {station(""), Understanding::nothing, 1},
+        {station("KAAA<station_id/>"), Understanding::nothing, 1},
+        {station("<station_id><b>KAAA</b></station_id>"), Understanding::nothing, 1},
+        {station("<station_id>KAAa</station_id>"), Understanding::nothing, 1},
+        {station("<station_id>AZ09AZ09</station_id>"), Understanding::whole, 0},
+        {station("<station_id>AZ09AZ09A</station_id>"), Understanding::nothing, 1},
+        {with(whole, "observation_time", ""), Understanding::nothing, 1},
+        {with(whole, "raw_text", ""), Understanding::nothing, 1},
         {metar("", "KAAA 010000Z AUTO NIL="), Understanding::nothing, 1},
-        {metar("", std::string(100'000, 'A')), Understanding::nothing, 1},
+        {taf("", "TAF KAAA NIL="), Understanding::nothing, 1},
+        {metar("", std::string(16'384, 'A')), Understanding::whole, 0},
+        {metar("", std::string(16'385, 'A')), Understanding::nothing, 1},
         {"<html><METAR></METAR></html>", Understanding::none, 1},
         {"<!DOCTYPE html><p>Too many requests", Understanding::none, 0},
         {"<response><errors><error>Invalid station string</error></errors></response>",
@@ -175,28 +216,37 @@ TEST(Reader, PassesOverWhatIsNoReport) {
         EXPECT_EQ(found.understanding, understanding);
         EXPECT_EQ(found.passedOver, passedOver);
     }
+    const auto observed = [&whole](const std::string& time) {
+        return read(
+            with(whole, "observation_time", "<observation_time>" + time + "</observation_time>"));
+    };
     for (const char* time : {"2026-13-21T12:51:00Z", "2026-02-30T12:51:00Z", "2026-11-21T24:00:00Z",
-                             "2026-11-21 12:51:00Z", "2026-11-21T12:51:00", "yesterday"}) {
-        std::string text = whole;
-        text.replace(text.find("2026-11-21T12:51:00Z"), 20, time);
-        EXPECT_EQ(read(text).passedOver, 1U) << time;
+                             "2026-11-21T12:60:00Z", "2026-11-21T12:51:60Z", "2026-11-21 12:51:00Z",
+                             "2026-11-21T12:51:00.000", "2026-11-21T12:51:00", "2026-11-21Z"}) {
+        EXPECT_EQ(observed(time).passedOver, 1U) << time;
     }
+    EXPECT_EQ(observed("2026-11-21T23:59:59Z").metars.at(0).observed,
+              at(21, 23, 59) + std::chrono::seconds(59));
 }
 
 TEST(Reader, PutsATafInOrderAndLetsChangesInherit) {
-    const Found found = read(taf(
-        forecast("TEMPO", 14, 16, visibility("0.5") + "<wx_string>FG</wx_string>") +
-        forecast("FM", 18, 23, visibility("6+") + sky("BKN", 2000)) +
-        forecast("", 12, 18,
-                 "<wind_dir_degrees>180</wind_dir_degrees><wind_speed_kt>10</wind_speed_kt>" +
-                     visibility("4") + "<wx_string>RA</wx_string>" + sky("OVC", 2500)) +
-        forecast("BECMG", 14, 18,
-                 "<time_becoming>" + timeText(21, 15) + "</time_becoming>" +
-                     "<wx_string>NSW</wx_string>" + visibility("6+")) +
-        forecast("PROB", 20, 22, "<probability>40</probability>" + sky("BKN", 300)) +
-        forecast("TEMPO", 22, 23, "<probability>30</probability>") + forecast("FM", 22, 20, "")));
+    const Found found = read(
+        taf(forecast("TEMPO", 14, 16, visibility("0.5") + "<wx_string>FG</wx_string>") +
+            forecast("FM", 18, 23, visibility("6+") + sky("BKN", 2000)) +
+            forecast("", 12, 18,
+                     "<wind_dir_degrees>180</wind_dir_degrees><wind_speed_kt>10</wind_speed_kt>" +
+                         visibility("4") + "<wx_string>RA</wx_string>" + sky("OVC", 2500)) +
+            forecast("BECMG", 14, 18,
+                     "<time_becoming>" + timeText(21, 15) + "</time_becoming>" +
+                         "<wx_string>NSW</wx_string>" + visibility("6+")) +
+            forecast("PROB", 20, 22, "<probability>40</probability>" + sky("BKN", 300)) +
+            forecast("", 21, 22, "<probability>10</probability>") + forecast("PROB", 21, 22, "") +
+            forecast("INTER", 22, 23, "<probability>30</probability>") +
+            forecast("FM", 22, 20, "") + forecast("FM", 23, 23, "") + "<forecast/>"));
     ASSERT_EQ(found.tafs.size(), 1U);
+    EXPECT_EQ(found.understanding, Understanding::whole);
     const Taf& only = found.tafs.front();
+    EXPECT_EQ(only.issued, at(21, 11));
     EXPECT_EQ(only.begins, at(21, 12));
     EXPECT_EQ(only.ends, at(22, 12));
     using Kind = Forecast::Kind;
@@ -213,7 +263,10 @@ TEST(Reader, PutsATafInOrderAndLetsChangesInherit) {
         {Kind::temporary, 14, "LIFR", "FG", Wind{180, false, 10, {}}, {}},
         {Kind::from, 18, "MVFR", "", {}, {}},
         {Kind::probable, 20, "LIFR", "", {}, 40},
+        {Kind::probable, 21, "MVFR", "", {}, 10},
+        {Kind::probable, 21, "MVFR", "", {}, {}},
         {Kind::temporary, 22, "MVFR", "", {}, 30},
+        {Kind::from, 23, "", "", {}, {}},
     };
     ASSERT_EQ(only.forecasts.size(), std::size(expected));
     for (std::size_t i = 0; i < std::size(expected); ++i) {
@@ -231,32 +284,45 @@ TEST(Reader, PutsATafInOrderAndLetsChangesInherit) {
     // CAVOK holds until a change states visibility, weather or clouds. Unless it states clouds,
     // there are still none.
     const std::string fine = visibility("6+") + "<sky_condition sky_cover=\"CAVOK\"/>";
-    const Found cavok =
+    const auto parts =
         read(taf(forecast("", 12, 14, fine) +
                  forecast("BECMG", 14, 16, "<wind_speed_kt>17</wind_speed_kt>") +
-                 forecast("BECMG", 16, 18, visibility("2") + "<wx_string>RA</wx_string>") +
-                 forecast("BECMG", 18, 20, fine)));
-    ASSERT_EQ(cavok.tafs.size(), 1U);
-    const auto& parts = cavok.tafs.front().forecasts;
+                 forecast("BECMG", 16, 18, "<wx_string>RA</wx_string>") +
+                 forecast("BECMG", 18, 20, fine) + forecast("BECMG", 20, 21, visibility("2")) +
+                 forecast("BECMG", 21, 22, "<vert_vis_ft>100</vert_vis_ft>") +
+                 forecast("BECMG", 22, 23,
+                          sky("SKC", 0) + sky("CLR", 0) + sky("NSC", 0) + sky("NCD", 0))))
+            .tafs.at(0)
+            .forecasts;
     EXPECT_EQ(parts[1].expected.layers, parts[0].expected.layers);
-    EXPECT_EQ(nameOf(parts[1].category), "VFR");
-    EXPECT_EQ(nameOf(parts[2].category), "IFR");
+    const std::vector<Layer> none{{Cover::none, {}, ""}};
+    EXPECT_TRUE(parts[2].expected.layers == none && parts[4].expected.layers == none);
     EXPECT_EQ(parts[2].expected.weather, "RA");
     EXPECT_EQ(parts[3].expected.weather, "");
+    EXPECT_EQ(nameOf(parts[1].category), "VFR");
+    EXPECT_EQ(nameOf(parts[4].category), "IFR");
+    EXPECT_EQ(nameOf(parts[5].category), "LIFR");
+    EXPECT_EQ(nameOf(parts[6].category), "IFR");
 
+    EXPECT_EQ(read(taf("", "TAF AMD KAAA")).tafs.at(0).revision, Revision::amended);
     EXPECT_TRUE(read(taf("", "TAF VTBD 281000Z 2812/2912 CNL=")).tafs.at(0).isCancelled);
 }
 
 TEST(Reader, LaterAndRevisedReportsTakeTheOthersPlace) {
-    Metar early;
-    early.observed = at(21, 11);
-    Metar late = early;
-    late.observed = at(21, 12);
-    Metar corrected = late;
-    corrected.revision = Revision::corrected;
-    EXPECT_TRUE(replaces(late, early) && replaces(corrected, late) && replaces(late, late) &&
-                replaces(corrected, corrected));
-    EXPECT_FALSE(replaces(early, late) || replaces(late, corrected) || replaces(early, corrected));
+    const auto check = []<typename Report>(Date Report::*time) {
+        Report early;
+        early.*time = at(21, 11);
+        Report late = early;
+        late.*time = at(21, 12);
+        Report corrected = late;
+        corrected.revision = Revision::corrected;
+        EXPECT_TRUE(replaces(late, early) && replaces(corrected, late) && replaces(late, late) &&
+                    replaces(corrected, corrected));
+        EXPECT_FALSE(replaces(early, late) || replaces(late, corrected) ||
+                     replaces(early, corrected));
+    };
+    check(&Metar::observed);
+    check(&Taf::issued);
 }
 
 std::filesystem::path shared(const char* name) {
