@@ -47,16 +47,13 @@ std::shared_ptr<const Taf> taf(const std::string& station, Date issued) {
     made.ends = issued + 24h;
     made.raw = "TAF";
     const Conditions conditions{Wind{270, false, 10, {}}, Visibility{4, false}, "", {}, {}};
-    made.forecasts = {
-        {Forecast::Kind::base, issued, issued + 6h, {}, {}, conditions, conditions, Category::MVFR},
-        {Forecast::Kind::becoming,
-         issued,
-         issued + 6h,
-         issued + 2h,
-         40,
-         {},
-         conditions,
-         Category::unknown}};
+    const Forecast base{Forecast::Kind::base, issued,     issued + 6h,   {}, {},
+                        conditions,           conditions, Category::MVFR};
+    made.forecasts = {base, base};
+    made.forecasts[1].kind = Forecast::Kind::becoming;
+    made.forecasts[1].complete = issued + 2h;
+    made.forecasts[1].probability = 40;
+    made.forecasts[1].stated = {};
     made.isCancelled = true;
     return std::make_shared<const Taf>(made);
 }
@@ -95,8 +92,13 @@ TEST(Codec, GivesBackWhatItTookAndNothingElse) {
     const platform::Data bytes = encoded(*kept);
     const platform::Data forecastBytes = encoded(*forecast);
     EXPECT_EQ(decodedMetar(bytes), *kept);
-    EXPECT_EQ(decodedTaf(forecastBytes), *forecast);
     EXPECT_FALSE(decodedMetar(forecastBytes) || decodedTaf(bytes));
+    Taf longer = *forecast;
+    longer.forecasts.resize(30);
+    for (const std::size_t size : {0, 23, 24, 256, 65'536}) {
+        longer.raw.assign(size, 'x');
+        EXPECT_EQ(decodedTaf(encoded(longer)), longer) << size;
+    }
     for (std::size_t size = 0; size < forecastBytes.size(); ++size) {
         EXPECT_FALSE(decodedTaf(std::span(forecastBytes).first(size))) << size;
     }
@@ -116,9 +118,7 @@ TEST(Codec, GivesBackWhatItTookAndNothingElse) {
         return decodedMetar(encoded(one)).has_value();
     };
     EXPECT_FALSE(spoilt([](Metar& one) { one.elevation = -5e7; }));
-    EXPECT_FALSE(spoilt([](Metar& one) {
-        one.conditions.layers = {{Cover::few, 2'000'000'000, {}}};
-    }));
+    EXPECT_FALSE(spoilt([](Metar& one) { one.conditions.layers = {{Cover::few, 2'000'000, {}}}; }));
     const auto* first = reinterpret_cast<const std::uint8_t*>(bytes.data());
     auto fields = nlohmann::json::from_cbor(first, first + bytes.size());
     fields[1] = -1.9e33;
@@ -130,18 +130,20 @@ TEST(Codec, GivesBackWhatItTookAndNothingElse) {
 }
 
 TEST_F(StoreTest, KeepsTheLastOfEachStationOverARestart) {
-    store->take({{{metar("KAAA", noon, "first"), false}, {metar("KBBB", noon), false}},
-                 {taf("KAAA", noon)},
-                 {{"KAAA", Kind::taf, {noon, Ending::refused, 429}}}});
+    const Answer whole{noon, Ending::whole, 200, noon - 1min, "tag"};
+    store->take({{{metar("KAAA", noon, "first"), false}, {metar("KBBB", noon), false}}, {}, {}});
+    store->take({{}, {taf("KAAA", noon)}, {}});
+    store->take({{}, {}, {{"KAAA", Kind::taf, whole}, {"KBBB", Kind::taf, {noon}}}});
     store->take({{{metar("KAAA", noon + 1h, "later"), false}}, {}, {}});
     store->take({{{metar("KAAA", noon, "earlier"), false}}, {taf("KAAA", noon - 1h)}, {}});
     for (int start = 0; start < 2; ++start) {
         EXPECT_EQ(rawOf("KAAA"), "later");
         const StationReports kept = store->reportsOf("KAAA");
         EXPECT_EQ(*kept.taf, *taf("KAAA", noon));
-        EXPECT_EQ(kept.tafAnswer, (Answer{noon, Ending::refused, 429}));
+        EXPECT_EQ(kept.tafAnswer, whole);
         EXPECT_FALSE(kept.metarAnswer);
         EXPECT_EQ(*store->reportsOf("KBBB").metar, *metar("KBBB", noon));
+        EXPECT_EQ(store->reportsOf("KBBB").tafAnswer, Answer{noon});
         EXPECT_EQ(store->allMetars().size(), 2U);
         open();
     }
@@ -160,17 +162,26 @@ TEST_F(StoreTest, TellsWhatChanged) {
     store->take({{{metar("KBBB", noon), false}, {metar("KCCC", noon), false}}, {}, {}});
     store->take({{}, {}, {{"KDDD", Kind::taf, {noon, Ending::refused, 429}}}});
     store->take({});
-    EXPECT_EQ(told, (std::vector<std::string>{"KAAA", "many", "KDDD"}));
+    EXPECT_EQ(store->reportsOf("KDDD").openQuestions, 0);
+    store->ask({Kind::taf, {"KDDD"}});
+    store->ask({Kind::taf, {"KDDD", "KEEE"}});
+    // An answer that comes after a later one only closes its question.
+    store->take({{}, {}, {{"KDDD", Kind::taf, {noon - 1h, Ending::whole, 200}}}});
+    EXPECT_EQ(store->reportsOf("KDDD").openQuestions, 1);
+    EXPECT_EQ(store->reportsOf("KDDD").tafAnswer->status, 429);
+    store->take({{}, {taf("KEEE", noon)}, {}});
+    store->take({{{metar("KAAA", noon + 1h), false}}, {taf("KEEE", noon + 1h)}, {}});
+    open();
+    EXPECT_EQ(told, (std::vector<std::string>{"KAAA", "many", "KDDD", "KDDD", "many", "KDDD",
+                                              "KEEE", "many", "many"}));
 }
 
 TEST_F(StoreTest, KeepsHistoryOfStationsThatWereAskedForWhateverTheClockDoes) {
     const auto take = [&](Date observed, bool keepsHistory) {
-        store->take(
-            {{{metar("KAAA", observed, std::to_string((observed - noon) / 1h)), keepsHistory}},
-             {},
-             {}});
+        const std::string raw = std::to_string((observed - noon) / 1h);
+        store->take({{{metar("KAAA", observed, raw), keepsHistory}}, {}, {}});
     };
-    for (int hour = -60; hour <= 0; hour += 10) {
+    for (const int hour : {-60, -49, -48, -25, -24, -10, 0}) {
         take(noon + std::chrono::hours(hour), true);
     }
     const auto raws = [&] {
@@ -180,14 +191,13 @@ TEST_F(StoreTest, KeepsHistoryOfStationsThatWereAskedForWhateverTheClockDoes) {
         }
         return found;
     };
-    const std::vector<std::string> day{"-20", "-10", "0"};
-    EXPECT_EQ(raws(), day);
+    EXPECT_EQ(raws(), (std::vector<std::string>{"-24", "-10", "0"}));
     store.reset();
     EXPECT_EQ(Database(file, host.log).history("KAAA", noon - 100h).size(), 5U) << "of 48 hours";
     open();
     // A METAR that comes late fills its gap, and the last one stays the last.
     take(noon - 15h, true);
-    EXPECT_EQ(raws(), (std::vector<std::string>{"-20", "-15", "-10", "0"}));
+    EXPECT_EQ(raws(), (std::vector<std::string>{"-24", "-15", "-10", "0"}));
     EXPECT_EQ(rawOf("KAAA"), "0");
     // Our clock jumps three days ahead, then three days back.
     for (const auto jump : {72h, -72h}) {
@@ -198,14 +208,19 @@ TEST_F(StoreTest, KeepsHistoryOfStationsThatWereAskedForWhateverTheClockDoes) {
         EXPECT_EQ(rawOf("KAAA"), "0");
     }
     host.clock.time = noon;
-    // A report from next year does not keep later ones out.
-    take(noon + 9000h, false);
-    EXPECT_EQ(rawOf("KAAA"), "9000");
+    // A report from the future does not keep later ones out.
+    take(noon + 3h, false);
+    take(noon + 1h, false);
+    EXPECT_EQ(rawOf("KAAA"), "3") << "clocks differ";
+    take(noon + 4h, false);
     take(noon + 1h, false);
     EXPECT_EQ(rawOf("KAAA"), "1");
     open();
     EXPECT_EQ(rawOf("KAAA"), "1") << "without history only the last one stays";
     EXPECT_EQ(raws(), std::vector<std::string>{"1"});
+    store->take({{}, {}, {{"KAAA", Kind::metar, {noon}}}});
+    take(noon + 2h, false);
+    EXPECT_EQ(raws(), (std::vector<std::string>{"1", "2"})) << "asked for, alone or not";
 }
 
 TEST_F(StoreTest, BeginsAnewWhereTheFileIsDamaged) {
@@ -242,8 +257,9 @@ TEST_F(StoreTest, BeginsAnewWhereTheFileIsDamaged) {
 
 TEST_F(StoreTest, WorksOnInMemoryWhereNothingCanBeWritten) {
     // The folder of the path is a plain file.
-    file = folder.write("plain", "") / "reports.sqlite";
-    for (int start = 0; start < 2; ++start) {
+    const std::filesystem::path plain = folder.write("plain", "") / "reports.sqlite";
+    for (const std::filesystem::path& path : {std::filesystem::path(), plain, plain}) {
+        file = path;
         open();
         EXPECT_EQ(rawOf("KAAA"), "");
         store->take({{{metar("KAAA", noon), false}}, {}, {}});
@@ -251,7 +267,11 @@ TEST_F(StoreTest, WorksOnInMemoryWhereNothingCanBeWritten) {
         EXPECT_EQ(rawOf("KAAA"), "raw");
         EXPECT_EQ(history("KAAA").size(), 0U);
     }
-    EXPECT_EQ(host.log.lines().size(), 2U);
+    EXPECT_EQ(host.log.lines(),
+              std::vector(2, plain.string() + " cannot be used: unable to open database file"));
+    std::filesystem::remove(plain.parent_path());
+    store->take({{{metar("KAAA", noon + 1h), true}}, {}, {}});
+    EXPECT_EQ(history("KAAA").size(), 1U) << "the folder can be made now";
 }
 
 TEST_F(StoreTest, WaitsForAnotherProgramAndGoesOnWithoutIt) {
@@ -282,7 +302,8 @@ TEST_F(StoreTest, LetsHistoryGoWhereTheFileIsFull) {
     }
     EXPECT_EQ(database.latest().metars.size(), 26U);
     EXPECT_EQ(database.history("KAAA", noon + 47h).size(), 1U);
-    EXPECT_EQ(host.log.lines().size(), 1U);
+    EXPECT_EQ(host.log.lines(),
+              std::vector{small.string() + " is full, so the history in it is deleted"});
     EXPECT_LE(std::filesystem::file_size(small), std::size_t{256} << 10);
 }
 
