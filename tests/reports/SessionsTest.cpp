@@ -46,10 +46,7 @@ struct SessionsTest : testing::Test {
         // Of a list, the reply has the first station's report.
         const std::string station = request.path.substr(2, 4);
         std::string body = request.path[1] == 'm' ? metarOf(station, "raw") : tafOf(station);
-        if (station == "K429") {
-            response.status = 429;
-        } else if (station == "K204") {
-            response.status = 204;
+        if (station == "K204") {
             body.clear();
         } else if (station == "KHTM") {
             body = "<html><p>Busy</html>";
@@ -61,7 +58,8 @@ struct SessionsTest : testing::Test {
             body.resize(body.size() - 3);
         }
         response.set_content(body, "text/xml");
-        response.status = station == "K429" ? 429 : response.status;
+        const int status = std::atoi(&station[1]);
+        response.status = status > 200 ? status : 200;
     }};
     support::TemporaryFolder folder;
     support::FakeHost host;
@@ -81,7 +79,8 @@ TEST_F(SessionsTest, GiveTheStoreWhatRepliesBringAndHandThemOn) {
         {"/mK429", Ending::refused, 429, false},       {"/mK204", Ending::nothing, 204, false},
         {"/mKHTM", Ending::notUnderstood, 200, false}, {"/mKNIL", Ending::nothing, 200, false},
         {"/tKOTH", Ending::nothing, 200, false},       {"/mKOTH", Ending::nothing, 200, false},
-        {"/mKCUT", Ending::whole, 200, true},
+        {"/mKCUT", Ending::whole, 200, true},          {"/mK299", Ending::whole, 299, true},
+        {"/mK300", Ending::refused, 300, false},
     };
     for (const auto& [path, ending, status, hasReport] : cases) {
         SCOPED_TRACE(path);
@@ -139,11 +138,13 @@ TEST_F(SessionsTest, TellTheStoreBeforeTheHandlerFromAnyThread) {
             for (int i = 0; i < 10; ++i) {
                 const std::string station = "K" + std::to_string(100 + 10 * thread + i);
                 std::promise<void> handled;
-                sessions.startDataTask({{"https://" + server.authority() + "/m" + station}},
-                                       [&](const auto&) {
-                                           early += store.reportsOf(station).metar ? 0 : 1;
-                                           handled.set_value();
-                                       });
+                platform::URLSessions::Request request{
+                    {"https://" + server.authority() + "/m" + station}};
+                early += 1;
+                request.ended = [&](const auto&) {
+                    early -= store.reportsOf(station).metar ? 1 : 0;
+                };
+                sessions.startDataTask(request, [&](const auto&) { handled.set_value(); });
                 EXPECT_EQ(handled.get_future().wait_for(support::patience),
                           std::future_status::ready)
                     << station;
