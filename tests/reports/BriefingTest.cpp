@@ -8,6 +8,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
+using Ending = Answer::Ending;
+
 const Date evening = Date(std::chrono::sys_days(std::chrono::year(2026) / 11 / 21)) + 21h;
 
 struct BriefingTest : testing::Test {
@@ -44,7 +46,7 @@ const std::string tafLines = "TAF: Issued 21 Nov 18:00 UTC, valid 21 Nov 18:00 t
 
 TEST_F(BriefingTest, TellsWhatIsKnownAndHowEachQuestionEnded) {
     EXPECT_EQ(text(), "No METAR of KJFK is known.\nNo TAF of KJFK is known.\n");
-    known.station.openQuestions = 2;
+    known.station.openQuestions = 1;
     EXPECT_EQ(text(), "Asking example.org…\n");
     addMetar(evening - 9min);
     EXPECT_EQ(text(), metarLines + "Asking example.org…\n");
@@ -53,19 +55,15 @@ TEST_F(BriefingTest, TellsWhatIsKnownAndHowEachQuestionEnded) {
     EXPECT_EQ(text(), metarLines + tafLines);
 
     const struct {
-        Answer::Ending ending;
+        Ending ending;
         int status;
         const char* words;
     } cases[] = {
-        {Answer::Ending::whole, 200, ""},
-        {Answer::Ending::notReached, 0,
-         "METAR: example.org could not be reached at 20:58 UTC; this is what it "},
-        {Answer::Ending::refused, 429,
-         "METAR: example.org refused at 20:58 UTC (429); this is what it "},
-        {Answer::Ending::notUnderstood, 200,
-         "METAR: example.org sent something that is no report at 20:58"},
-        {Answer::Ending::nothing, 204,
-         "KJFK has sent no METAR in the last hours; asked at 20:58 UTC."},
+        {Ending::whole, 200, ""},
+        {Ending::notReached, 0, "METAR: example.org could not be reached at 20:58 UTC; this is "},
+        {Ending::refused, 429, "METAR: example.org refused at 20:58 UTC (429); this is what it "},
+        {Ending::notUnderstood, 200, "METAR: example.org sent something that is no report at"},
+        {Ending::nothing, 204, "KJFK has sent no METAR in the last hours; asked at 20:58 UTC."},
     };
     for (const auto& [ending, status, words] : cases) {
         SCOPED_TRACE(words);
@@ -76,16 +74,21 @@ TEST_F(BriefingTest, TellsWhatIsKnownAndHowEachQuestionEnded) {
         EXPECT_EQ(all.substr(all.size() - tafLines.size()), tafLines);
     }
     // What came later, from the weather of the world or with another station's, counts.
-    known.all.metarAnswer = Answer{evening - 1min, Answer::Ending::whole, 200, evening - 1min, ""};
+    known.all.metarAnswer = Answer{evening, Ending::whole, 200, evening - 2min, ""};
+    EXPECT_NE(text(), metarLines + tafLines);
+    known.all.metarAnswer = Answer{evening - 1min, Ending::whole, 200, evening - 1min, ""};
     EXPECT_EQ(text(), metarLines + tafLines);
     known.all = {};
     addMetar(evening - 1min);
     EXPECT_EQ(text(), "IFR, 20:59 UTC, 1 minute ago\nMETAR KJFK\n" + tafLines);
+    const BriefingLine lines[] = {{BriefingLine::Kind::station, "KJFK"},
+                                  {BriefingLine::Kind::words, "No METAR."}};
+    EXPECT_EQ(briefingAsText(lines, evening + 51min), "21 Nov 2026 21:51 UTC\n\nKJFK\nNo METAR.\n");
 }
 
 TEST_F(BriefingTest, SaysWhereATafIsNoLongerInForce) {
     addTaf(evening - 1min);
-    known.station.tafAnswer = Answer{evening, Answer::Ending::nothing, 200};
+    known.station.tafAnswer = Answer{evening, Ending::nothing, 200};
     const std::string all = text();
     EXPECT_NE(all.find("\nTAF: Expired. Issued 21 Nov"), std::string::npos) << all;
     EXPECT_TRUE(all.ends_with("\nNo TAF of KJFK is in force; asked at 21:00 UTC.\n")) << all;
@@ -93,7 +96,7 @@ TEST_F(BriefingTest, SaysWhereATafIsNoLongerInForce) {
 
 TEST_F(BriefingTest, AReportIsMissingUnlessAServerHasJustTold) {
     const auto world = [](std::optional<Date> renewed) {
-        return Answer{evening, Answer::Ending::refused, 429, renewed, ""};
+        return Answer{evening, Ending::refused, 429, renewed, ""};
     };
     const struct {
         const char* name;
@@ -103,26 +106,18 @@ TEST_F(BriefingTest, AReportIsMissingUnlessAServerHasJustTold) {
         bool isMissing;
     } cases[] = {
         {"nobody asked", {}, {}, true, true},
-        {"told", Answer{evening - 4min, Answer::Ending::whole, 200}, {}, true, false},
-        {"told that there is none",
-         Answer{evening - 4min, Answer::Ending::nothing, 204},
-         {},
-         false,
-         false},
-        {"told long ago", Answer{evening - 5min, Answer::Ending::whole, 200}, {}, true, true},
-        {"told by a clock set back",
-         Answer{evening + 6min, Answer::Ending::whole, 200},
-         {},
-         true,
-         true},
-        {"just refused", Answer{evening - 59s, Answer::Ending::refused, 429}, {}, true, false},
-        {"refused", Answer{evening - 1min, Answer::Ending::refused, 429}, {}, true, true},
-        {"not reached", Answer{evening - 1min, Answer::Ending::notReached, 0}, {}, false, true},
+        {"told", Answer{evening - 4min, Ending::whole, 200}, {}, true, false},
+        {"told that there is none", Answer{evening - 4min, Ending::nothing, 204}, {}, false, false},
+        {"told long ago", Answer{evening - 5min, Ending::whole, 200}, {}, true, true},
+        {"told by a clock set back", Answer{evening + 5min, Ending::whole, 200}, {}, true, true},
+        {"just refused", Answer{evening - 59s, Ending::refused, 429}, {}, true, false},
+        {"refused", Answer{evening - 1min, Ending::refused, 429}, {}, true, true},
+        {"not reached", Answer{evening - 1min, Ending::notReached, 0}, {}, false, true},
         {"in the world's weather", {}, world(evening - 4min), true, false},
         {"not in the world's weather", {}, world(evening - 4min), false, true},
         {"the world's weather is old", {}, world(evening - 5min), true, true},
         {"the world's weather never came", {}, world({}), true, true},
-        {"refused, then the world's weather", Answer{evening - 3min, Answer::Ending::refused, 429},
+        {"refused, then the world's weather", Answer{evening - 3min, Ending::refused, 429},
          world(evening - 2min), true, false},
     };
     for (const auto& one : cases) {
