@@ -51,6 +51,8 @@ TEST(Category, IsTheWorseOfCeilingAndVisibilityAndUnknownWhereSomethingWorseMayB
         {miles(2), {}, {}, Category::unknown},
         {farEnough, broken(missing), {}, Category::unknown},
         {farEnough, {{Cover::broken, 2000, {}}, {Cover::overcast, {}, {}}}, {}, Category::unknown},
+        {farEnough, {{Cover::broken, 400, {}}, {Cover::overcast, {}, {}}}, {}, Category::LIFR},
+        {farEnough, {{Cover::obscured, 600, {}}}, {}, Category::IFR},
         {farEnough, {{Cover::unknown, {}, {}}}, {}, Category::unknown},
         {farEnough, {{Cover::obscured, {}, {}}}, {}, Category::unknown},
         {farEnough, {{Cover::few, missing, {}}}, {}, Category::VFR},
@@ -68,6 +70,7 @@ TEST(Category, IsTheWorseOfCeilingAndVisibilityAndUnknownWhereSomethingWorseMayB
         EXPECT_EQ(categoryNamed(nameOf(category)), category);
     }
     EXPECT_EQ(categoryNamed("null"), Category::unknown);
+    EXPECT_EQ(wordOf(Category::unknown), "unknown");
 }
 
 } // namespace
