@@ -18,6 +18,8 @@ TEST(RawText, FlagsOfTheWholeReport) {
         {"METAR COR KJFK 211251Z AUTO 22010KT", Revision::corrected, false, false},
         {"KJFK 211251Z AUTO NIL=", Revision::none, true, false},
         {"TAF VTBD 281000Z 2812/2912 CNL=", Revision::none, false, true},
+        {"TAF CNL 281000Z 2812/2912 CANCELLED", Revision::none, false, true},
+        {"TAF CNL 281000Z 2812/2912 9999", Revision::none, false, false},
         {"TAF AMD TAF AMD CYRB 281000Z 2812/2912", Revision::amended, false, false},
         {"TAF COR CYOW 281000Z 2812/2912 AMD", Revision::corrected, false, false},
         {"TAF CYOW 281000Z 2812/2912 18010KT RMK FCST CNL NIL COR", Revision::none, false, false},
@@ -39,11 +41,12 @@ TEST(RawText, SkyAndVisibilityOfAMetarAtItsOwnTime) {
         {"METAR LKTB 180730Z VRB02KT CAVOK 03/01 Q1020", "VFR"},
         {"METAR YBNA 180700Z AUTO 01012KT 9999 // NCD 27/22 Q1005", "VFR"},
         {"METAR LDOS 180730Z 22003MPS 0100 FG NSC 01/01 Q1018", "LIFR"},
-        {"METAR KAAA 180730Z 22003KT 10SM CLR 01/01", "VFR"},
+        {"METAR KAAA 180730Z 22003KT 10SM SKC 01/01", "VFR"},
         {"METAR KAAA 180730Z 22003KT 10SM VV002 01/01", "LIFR"},
         // Trend and remarks do not tell of the present.
         {"METAR NZWN 180730Z 22003KT 9999 OVC026/// 12/10 Q1001 TEMPO BKN008", "MVFR"},
         {"METAR KAAA 180730Z 22003KT 10SM NSC BECMG OVC001", "VFR"},
+        {"METAR KAAA 180730Z 22003KT 10SM NSC NOSIG OVC001", "VFR"},
         {"METAR KAAA 180730Z 22003KT 10SM CLR RMK VV001", "VFR"},
         // Forms that leave doubt.
         {"METAR RJCC 180730Z 22003KT 9999 FEW030 BKN///", ""},
@@ -59,7 +62,7 @@ TEST(RawText, SkyAndVisibilityOfAMetarAtItsOwnTime) {
     for (const auto& [raw, category] : cases) {
         EXPECT_EQ(nameOf(categoryOf(rawConditions(raw))), category) << raw;
     }
-    EXPECT_EQ(rawConditions("22003KT 9999 FEW029TCU SCT030CB BKN///").layers,
+    EXPECT_EQ(rawConditions("22003KT 9999 FEW029TCU OVC001XX SCT030CB BKN///").layers,
               (std::vector<Layer>{{Cover::few, 2900, "TCU"},
                                   {Cover::scattered, 3000, "CB"},
                                   {Cover::broken, {}, ""}}));
@@ -73,6 +76,8 @@ TEST(RawText, SkyAndVisibilityOfAMetarAtItsOwnTime) {
             << raw;
     }
     EXPECT_EQ(rawConditions("22003KT 9SM").visibility, (Visibility{9, false}));
+    EXPECT_EQ(rawWindVariation("KAAA 22003KT 18XV240 180VX40 170V230"), std::pair(170, 230));
+    EXPECT_FALSE(rawWindVariation("TEMPO 180V240") || rawWindVariation("RMK 180V240"));
 }
 
 TEST(RawText, TafsBreakBeforeTheirChanges) {
@@ -97,11 +102,15 @@ TEST(RawText, TafsBreakBeforeTheirChanges) {
          {"PART 1 OF 3 TAF SBGL 081720Z 0818/0918 9999 TX20/1619Z TN11/1612Z",
           "RMK FM TEMPO BECMG"}},
         {"TAF TXFL 150500Z", {"TAF TXFL 150500Z"}},
+        {"FM1200 9999 FM12345 PROB3X", {"FM1200 9999 FM12345 PROB3X"}},
+        {"TAF XXXX 3006/0112 9999 0100/0112 0018/0020 3206/3212 3106/3125",
+         {"TAF XXXX 3006/0112 9999", "0100/0112 0018/0020 3206/3212 3106/3125"}},
         {"TAF KNBC 1215/1315 VRB03KT 9999 TEMPO1218/1220 3000",
          {"TAF KNBC 1215/1315 VRB03KT 9999", "TEMPO1218/1220 3000"}},
     };
     for (const auto& [raw, lines] : cases) {
         EXPECT_EQ(brokenTaf(raw), lines) << raw;
+        EXPECT_EQ(partsOfTaf(raw), lines.size() - (raw.find("RMK") == raw.npos ? 0 : 1)) << raw;
     }
 }
 
