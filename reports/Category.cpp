@@ -72,7 +72,7 @@ Ceiling ceilingOf(const Conditions& conditions) {
     if (lowest) {
         return {Ceiling::State::known, *lowest, isOneMissing};
     }
-    return {isOneMissing ? Ceiling::State::unknown : Ceiling::State::none, 0, false};
+    return {isOneMissing ? Ceiling::State::unknown : Ceiling::State::none};
 }
 
 Category categoryOf(const Conditions& conditions) {
