@@ -9,6 +9,7 @@ namespace reports {
 namespace {
 
 using namespace std::chrono_literals;
+using Ending = Answer::Ending;
 
 const Date now = Date(std::chrono::sys_days(std::chrono::year(2026) / 11 / 21)) + 12h;
 
@@ -239,7 +240,6 @@ TEST(Description, ARunOfReportsIsSummedUp) {
 }
 
 TEST(Description, StatusSaysWhatWasAskedAndWhatIsShownInstead) {
-    using Ending = Answer::Ending;
     constexpr auto none = std::nullopt;
     const auto reports = [](std::optional<Ending> metar, std::optional<Ending> taf,
                             std::optional<Date> kept) {
