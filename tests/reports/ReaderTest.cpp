@@ -206,6 +206,8 @@ TEST(Reader, PassesOverWhatIsNoReport) {
         {"no XML", Understanding::none, 0},
         // Reports and what only they can have, where none belongs.
         {"<TAF><forecast><TAF><a/></TAF></forecast></TAF>", Understanding::nothing, 1},
+        {"<METAR><TAF/></METAR>", Understanding::nothing, 1},
+        {"<TAF><METAR/></TAF>", Understanding::nothing, 1},
         {"<METAR><sky_condition><METAR sky_cover=\"OVC\"/></sky_condition></METAR>",
          Understanding::nothing, 1},
         {whole.substr(0, whole.size() - 1), Understanding::none, 0},
@@ -230,19 +232,19 @@ TEST(Reader, PassesOverWhatIsNoReport) {
 }
 
 TEST(Reader, PutsATafInOrderAndLetsChangesInherit) {
-    const Found found = read(
-        taf(forecast("TEMPO", 14, 16, visibility("0.5") + "<wx_string>FG</wx_string>") +
-            forecast("FM", 18, 23, visibility("6+") + sky("BKN", 2000)) +
-            forecast("", 12, 18,
-                     "<wind_dir_degrees>180</wind_dir_degrees><wind_speed_kt>10</wind_speed_kt>" +
-                         visibility("4") + "<wx_string>RA</wx_string>" + sky("OVC", 2500)) +
-            forecast("BECMG", 14, 18,
-                     "<time_becoming>" + timeText(21, 15) + "</time_becoming>" +
-                         "<wx_string>NSW</wx_string>" + visibility("6+")) +
-            forecast("PROB", 20, 22, "<probability>40</probability>" + sky("BKN", 300)) +
-            forecast("", 21, 22, "<probability>10</probability>") + forecast("PROB", 21, 22, "") +
-            forecast("INTER", 22, 23, "<probability>30</probability>") +
-            forecast("FM", 22, 20, "") + forecast("FM", 23, 23, "") + "<forecast/>"));
+    const Found found = read(taf(
+        forecast("TEMPO", 14, 16, visibility("0.5") + "<wx_string>FG</wx_string>") +
+        forecast("FM", 18, 23, visibility("6+") + sky("BKN", 2000)) +
+        forecast("", 12, 18,
+                 "<wind_dir_degrees>180</wind_dir_degrees><wind_speed_kt>10</wind_speed_kt>" +
+                     visibility("4") + "<wx_string>RA</wx_string>" + sky("OVC", 2500)) +
+        forecast("BECMG", 14, 18,
+                 "<time_becoming>" + timeText(21, 15) + "</time_becoming>" +
+                     "<wx_string>NSW</wx_string>" + visibility("6+")) +
+        forecast("PROB", 20, 22, "<probability>40</probability>" + sky("BKN", 300)) +
+        forecast("", 21, 22, "<probability>10</probability>") + forecast("PROB", 21, 22, "") +
+        forecast("INTER", 22, 23, "<probability>30</probability>") + forecast("FM", 22, 20, "") +
+        forecast("FM", 23, 23, "") + with(forecast("FM", 23, 23, ""), "fcst_time_from", "")));
     ASSERT_EQ(found.tafs.size(), 1U);
     EXPECT_EQ(found.understanding, Understanding::whole);
     const Taf& only = found.tafs.front();
@@ -280,6 +282,7 @@ TEST(Reader, PutsATafInOrderAndLetsChangesInherit) {
         EXPECT_EQ(part.probability, expected[i].probability);
     }
     EXPECT_EQ(only.forecasts[1].complete, at(21, 15));
+    EXPECT_EQ(only.forecasts[1].ends, at(21, 18));
 
     // CAVOK holds until a change states visibility, weather or clouds. Unless it states clouds,
     // there are still none.
