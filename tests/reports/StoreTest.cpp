@@ -95,7 +95,7 @@ TEST(Codec, GivesBackWhatItTookAndNothingElse) {
     EXPECT_FALSE(decodedMetar(forecastBytes) || decodedTaf(bytes));
     Taf longer = *forecast;
     longer.forecasts.resize(30);
-    for (const std::size_t size : {0, 23, 24, 256, 65'536}) {
+    for (const unsigned size : {0U, 23U, 24U, 256U, 65'536U}) {
         longer.raw.assign(size, 'x');
         EXPECT_EQ(decodedTaf(encoded(longer)), longer) << size;
     }
@@ -202,7 +202,7 @@ TEST_F(StoreTest, KeepsHistoryOfStationsThatWereAskedForWhateverTheClockDoes) {
     // Our clock jumps three days ahead, then three days back.
     for (const auto jump : {72h, -72h}) {
         host.clock.time = noon + jump;
-        store->take({{{metar("KBBB", noon), false}}, {}, {}});
+        store->take({{{metar("KBBB", noon - jump), false}}, {}, {}});
         open();
         EXPECT_EQ(raws().size(), 4U);
         EXPECT_EQ(rawOf("KAAA"), "0");
