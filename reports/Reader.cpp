@@ -379,6 +379,8 @@ private:
     void endTaf() {
         Taf taf = std::move(*taf_);
         taf_.reset();
+        // Whatever the parser reports next, the conditions of a forecast end with its TAF.
+        isForecast_ = false;
         const RawFlags flags = rawFlags(taf.raw);
         // Some TAFs do not say when they were issued; the start of their validity has to serve.
         const auto time = time_ ? time_ : validFrom_;
