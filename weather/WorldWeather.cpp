@@ -190,12 +190,16 @@ void WorldWeather::fetch(File& file) {
             constexpr int notModified = 304;
             const bool isNew = answer->ending == Ending::whole && answer->status != notModified &&
                                (answer->tag.empty() || answer->tag != tag);
+            // Until the store has the answer, the file still seems due.
+            const auto end = [onMain, &file] { onMain([&file] { file.arrived.reset(); }); };
             if (isNew) {
-                queue->addOperation(std::make_shared<Reading>(store, file.kind, *answer, *data));
+                const auto reading = std::make_shared<Reading>(store, file.kind, *answer, *data);
+                reading->completionBlock = end;
+                queue->addOperation(reading);
             } else {
                 store.take(Reading::told({}, file.kind, *answer, store));
+                end();
             }
-            onMain([&file] { file.arrived.reset(); });
         });
     post();
 }
