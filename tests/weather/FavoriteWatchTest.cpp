@@ -13,6 +13,7 @@ using namespace std::chrono_literals;
 using reports::Category;
 using Ending = reports::Answer::Ending;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::SizeIs;
 
@@ -37,6 +38,7 @@ protected:
         metar->category = category;
         metar->revision = revision;
         metar->conditions.visibility = {2, false};
+        metar->conditions.verticalVisibility = 800;
         reports::Batch batch;
         batch.metars.push_back({metar, false});
         store.take(batch);
@@ -104,7 +106,8 @@ TEST_F(FavoriteWatchTest, TellsEachWorseCategoryOnce) {
     } reports[] = {
         {"the first of the run", 0min, Category::IFR, nullptr},
         {"better", 60min, Category::VFR, nullptr},
-        {"worse", 60min, Category::IFR, "KAAA ALPHA & SONS: IFR, was VFR; visibility 2 SM; "},
+        {"worse", 60min, Category::IFR,
+         "KAAA ALPHA & SONS: IFR, was VFR; visibility 2 SM, ceiling 800 ft; "},
         {"corrected for the better", 0min, Category::MVFR, nullptr, COR},
         {"and back again", 0min, Category::IFR, nullptr, COR},
         {"corrected for the worse", 0min, Category::LIFR, ": LIFR, was IFR", COR},
@@ -136,7 +139,8 @@ TEST_F(FavoriteWatchTest, TellsOnceThatAFavoriteHasFallenSilent) {
     EXPECT_THAT(told(), ElementsAre()) << "KBBB never sent anything";
     pass(1min);
     reply("KAAA", {});
-    EXPECT_THAT(told(), ElementsAre(HasSubstr("the server has no METAR of it any more")));
+    EXPECT_THAT(told(), ElementsAre(EndsWith("SONS: the server has no METAR of it any more; the "
+                                             "last one: 29 Feb 23:55 UTC, 6 minutes ago")));
     EXPECT_EQ(title, "A favorite has fallen silent");
     pass(80min);
     reply("KAAA", {});
@@ -150,7 +154,8 @@ TEST_F(FavoriteWatchTest, TellsOnceThatAFavoriteHasFallenSilent) {
         end("KAAA", Ending::notReached);
         const auto lines = told();
         EXPECT_EQ(lines.size(), expected);
-        EXPECT_TRUE(lines.empty() || lines.front().find("no new METAR") != std::string::npos);
+        EXPECT_TRUE(lines.empty() || lines.front() == "KAAA ALPHA & SONS: no new METAR; the last "
+                                                      "one: 01:16 UTC, 95 minutes ago, old");
     }
     pass(30min);
     reply("KAAA", Category::LIFR, 80min);
@@ -201,7 +206,8 @@ TEST_F(FavoriteWatchTest, ComparesWithNothingFromAnotherRunOrFromBeforeItWasAFav
     favorites.push_back(second);
     EXPECT_THAT(told(), ElementsAre()) << "not a favourite until now";
     fetchesFavorites = false;
-    EXPECT_THAT(watch->status(), HasSubstr("switch on World Weather"));
+    EXPECT_EQ(watch->status(),
+              "To be told of favorites, switch on World Weather or their own weather.");
     pass(1min);
     reply("KBBB", Category::LIFR, 0min);
     EXPECT_THAT(told(), ElementsAre()) << "nothing is fetched by itself";
@@ -263,7 +269,7 @@ TEST_F(FavoriteWatchTest, PutsWhatComesTogetherIntoOneNoticeTheWorstFirst) {
     (void)told();
 
     for (const auto& [last, heading] : {std::pair("and 3 more", "11 favorites have worsened"),
-                                        {"K010", "9 favorites have worsened"}}) {
+                                        {"5 minutes ago", "9 favorites have worsened"}}) {
         for (const Category category : {Category::VFR, Category::LIFR}) {
             (void)told();
             pass(30min);
@@ -273,9 +279,23 @@ TEST_F(FavoriteWatchTest, PutsWhatComesTogetherIntoOneNoticeTheWorstFirst) {
         }
         const auto lines = told();
         ASSERT_EQ(lines.size(), 9U);
-        EXPECT_TRUE(lines.back().starts_with(last)) << lines.back();
+        EXPECT_THAT(lines.back(), EndsWith(last));
         EXPECT_EQ(title, heading);
         favorites.erase(favorites.begin(), favorites.begin() + 2);
+    }
+}
+
+TEST_F(FavoriteWatchTest, WaitsAMinuteForARequestThatDoesNotEnd) {
+    watch->setOn(true);
+    reply("KAAA", Category::VFR);
+    (void)told();
+    fake.urlSessions.startDataTask({{"https://example.org/never"}}, [](const auto&) {});
+    pass(10min);
+    reply("KAAA", Category::IFR);
+    fake.mainThread.run();
+    for (auto waited = 0s; waited <= 62s; waited += 2s) {
+        EXPECT_EQ(fake.notices.shown.size(), waited == 62s ? 1U : 0U);
+        fake.timers.fire();
     }
 }
 
@@ -288,18 +308,21 @@ TEST_F(FavoriteWatchTest, SaysIfNoServiceAnswersAndLetsTheWorldBeFetchedUnseen) 
     for (const char* setting : {"worldweather", "favoritenotices"}) {
         EXPECT_EQ(platform::integerOf(fake.userDefaults.objectForKey(setting)), 1) << setting;
     }
-    EXPECT_THAT(watch->status(), HasSubstr("No notification service answers"));
+    EXPECT_EQ(watch->status(),
+              "No notification service answers, so nothing can be told of favorites.");
     int posted = 0;
     const auto token = fake.notificationCenter.addObserver(FavoriteWatch::didChange,
                                                            [&](const auto&) { ++posted; });
     fake.notices.setThere(true);
-    (void)told();
-    EXPECT_GE(posted, 1);
+    fake.mainThread.run();
+    EXPECT_EQ(posted, 1);
     for (const char* status : {"Watching 2 favorites.", "Watching 1 favorite."}) {
         EXPECT_EQ(watch->status(), status);
         favorites.pop_back();
     }
     EXPECT_EQ(watch->status(), "There are no favorites to tell of.");
+    watch->look();
+    EXPECT_EQ(posted, 2);
     watch->setOn(false);
     EXPECT_EQ(watch->status(), "");
 }

@@ -56,6 +56,10 @@ TEST(WeatherRequests, OfOneGrabberAreSupersededAndRevalidatedTogether) {
     }
     EXPECT_NE(later.back().address.text.find("KBBB"), std::string::npos);
     EXPECT_FALSE(waiting[2].revalidates || *waiting[2].superseded);
+    // Both walks begin anew with another list.
+    host.urlSessions.answer("KAAA", "");
+    grabber->getNewMessages({makeStation({"KDDD"})});
+    EXPECT_TRUE(host.urlSessions.answer("KDDD", "") && host.urlSessions.answer("KDDD", ""));
 }
 
 TEST(WeatherRequests, ARecordAsksForOneTafAndLivesUntilItHasCome) {

@@ -70,37 +70,40 @@ protected:
     support::FakeHost fake;
     std::atomic<const char*> mode = "";
     std::atomic<int> notModified = 0;
-    support::WeatherServer server{
-        [this](const httplib::Request& request, httplib::Response& response) {
-            const std::string_view how = mode.load();
-            if (how == "slow") {
-                EXPECT_TRUE(server.gates.pass("slow"));
-            }
-            if (request.path == tafsPath || how == "404") {
-                response.status = 404;
-                return;
-            }
-            if (request.get_header_value("If-None-Match") == "\"w1\"") {
-                ++notModified;
-                response.status = 304;
-                return;
-            }
-            std::string file = support::gzip(support::metarReply("KAAA"));
-            if (how == "cut") {
-                file.resize(file.size() - 12);
-            } else if (how == "bomb") {
-                file = support::gzip(support::metarReply("KAAA") +
-                                     std::string(WorldWeather::mostBytes, ' '));
-            } else if (how == "html") {
-                file = "<html><p>Busy</html>";
-            } else if (how == "empty") {
-                file = support::gzip("<response><data num_results=\"0\"/></response>");
-            } else {
-                response.set_header("ETag", "\"w1\"");
-            }
-            response.set_content(file, "application/gzip");
-            response.status = how == "429" ? 429 : 200;
-        }};
+    support::WeatherServer server{[this](const httplib::Request& request,
+                                         httplib::Response& response) {
+        const std::string_view how = mode.load();
+        if (how == "slow") {
+            EXPECT_TRUE(server.gates.pass("slow"));
+        }
+        if (how == "404") {
+            response.status = 404;
+            return;
+        }
+        if (request.get_header_value("If-None-Match") == "\"w1\"") {
+            ++notModified;
+            response.status = 304;
+            return;
+        }
+        const bool isMetar = request.path == metarsPath;
+        std::string file =
+            support::gzip(isMetar ? support::metarReply("KAAA") : support::tafReply("KAAA", ""));
+        if (how == "cut") {
+            file.resize(file.size() - 12);
+        } else if (how == "bomb") {
+            file = support::gzip(support::metarReply("KAAA") +
+                                 std::string(WorldWeather::mostBytes, ' '));
+        } else if (how == "html") {
+            file = "<html><p>Busy</html>";
+        } else if (how == "empty") {
+            file = support::gzip("<response><data num_results=\"0\"/></response>");
+        }
+        if (isMetar) {
+            response.set_header("ETag", how.empty() ? "\"w1\"" : "\"other\"");
+        }
+        response.set_content(file, "application/gzip");
+        response.status = how == "429" ? 429 : 200;
+    }};
     std::optional<reports::Store> store;
     std::optional<WorldWeather> world;
 
@@ -124,6 +127,7 @@ TEST_F(WorldWeatherTest, IsAskedForOnlyWhereItIsWantedAndSeenAndNoLongerFresh) {
     awaitStatus("Weather of the world, as of 00:00 UTC.");
     EXPECT_TRUE(store->reportsOf("KAAA").metar);
     EXPECT_EQ(world->renewed(reports::Kind::metar), fake.clock.now());
+    support::waitUntil("the TAFs", [&] { return store->reportsOf("KAAA").taf != nullptr; });
 
     pass(4min);
     EXPECT_EQ(asked(), none);
@@ -158,6 +162,12 @@ TEST_F(WorldWeatherTest, IsAskedForOnlyWhereItIsWantedAndSeenAndNoLongerFresh) {
     world->setSeen(true);
     EXPECT_THAT(asked(), testing::UnorderedElementsAre(metarsPath, tafsPath));
 
+    // The clock is set back.
+    pass(-5min);
+    EXPECT_EQ(asked(), none);
+    pass(-1min);
+    EXPECT_EQ(asked(), std::vector<std::string>{metarsPath});
+
     int posted = 0;
     const auto token = fake.notificationCenter.addObserver(WorldWeather::didChange,
                                                            [&](const auto&) { ++posted; });
@@ -169,9 +179,14 @@ TEST_F(WorldWeatherTest, IsAskedForOnlyWhereItIsWantedAndSeenAndNoLongerFresh) {
 }
 
 TEST_F(WorldWeatherTest, AFailureIsToldAndKeepsWhatThereIs) {
+    mode = "404";
     world->setOn(true);
     world->setSeen(true);
-    awaitStatus("as of 00:00 UTC");
+    awaitStatus(("No weather of the world: " + server.authority() + " refused at 00:00 UTC (404).")
+                    .c_str());
+    mode = "";
+    pass(5min);
+    awaitStatus("as of 00:05 UTC");
     const auto renewed = world->renewed(reports::Kind::metar);
     // The next is not to be answered from the cache.
     stop();
@@ -179,9 +194,9 @@ TEST_F(WorldWeatherTest, AFailureIsToldAndKeepsWhatThereIs) {
         const char* mode;
         const char* status;
     } cases[] = {
-        {"429", "refused at 00:05 UTC (429)"},        {"404", "refused at 00:10 UTC (404)"},
-        {"cut", "sent something else at 00:15 UTC"},  {"bomb", "sent something else at 00:20 UTC"},
-        {"html", "sent something else at 00:25 UTC"}, {"empty", "sent something else at 00:30 UTC"},
+        {"429", "refused at 00:10 UTC (429)"},        {"404", "refused at 00:15 UTC (404)"},
+        {"cut", "sent something else at 00:20 UTC"},  {"bomb", "sent something else at 00:25 UTC"},
+        {"html", "sent something else at 00:30 UTC"}, {"empty", "sent something else at 00:35 UTC"},
     };
     for (const auto& [how, status] : cases) {
         SCOPED_TRACE(how);
@@ -196,10 +211,11 @@ TEST_F(WorldWeatherTest, AFailureIsToldAndKeepsWhatThereIs) {
         world->setSeen(true);
         pass(5min);
         awaitStatus(status);
-        EXPECT_EQ(world->status(), "Weather of the world, not renewed since 00:00 UTC: " +
+        EXPECT_EQ(world->status(), "Weather of the world, not renewed since 00:05 UTC: " +
                                        server.authority() + " " + status + ".");
         EXPECT_EQ(world->renewed(reports::Kind::metar), renewed);
         EXPECT_TRUE(store->reportsOf("KAAA").metar);
+        EXPECT_EQ(store->reportsOf("").metarAnswer->tag, "");
         (void)asked();
         pass(1min);
         EXPECT_TRUE(asked().empty()) << "asked again at once";
@@ -214,7 +230,7 @@ TEST_F(WorldWeatherTest, CanBeSwitchedOffWhileItLoads) {
     mode = "slow";
     world->setOn(true);
     world->setSeen(true);
-    EXPECT_TRUE(world->arrived());
+    EXPECT_EQ(world->arrived(), 0U);
     ASSERT_TRUE(server.waitForTargets(2));
     world->setOn(false);
     EXPECT_EQ(world->status(), "");
