@@ -109,7 +109,6 @@ void FavoriteWatch::setOn(bool on) {
 
 void FavoriteWatch::start() {
     world_.setFollowed(isOn_);
-    favorites_.clear();
     if (isOn_) {
         host_.notices.prepare();
         awakeSince_ = lastLook_ = host_.clock.now();
