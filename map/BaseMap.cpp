@@ -28,7 +28,7 @@ public:
 
     std::string_view text(std::size_t length) {
         if (length > rest_.size()) {
-            spoil();
+            sound_ = false;
             return {};
         }
         const std::string_view text = rest_.substr(0, length);
@@ -46,7 +46,7 @@ public:
                 return number;
             }
         }
-        spoil();
+        sound_ = false;
         return 0;
     }
 
@@ -54,7 +54,7 @@ public:
     std::size_t count(std::size_t leastBytes) {
         const std::size_t number = whole();
         if (number > rest_.size() / leastBytes) {
-            spoil();
+            sound_ = false;
             return 0;
         }
         return number;
@@ -66,11 +66,6 @@ public:
     }
 
 private:
-    void spoil() {
-        sound_ = false;
-        rest_ = {};
-    }
-
     std::string_view rest_;
     bool sound_ = true;
 };

@@ -101,7 +101,7 @@ void Camera::move(double right, double down) {
     const ScreenPoint middle{size_.width / 2, size_.height / 2};
     const WorldPoint there = toWorld({middle.x - right, middle.y - down});
     // No further beyond the map's edges than the view already is.
-    const double margin = std::min(size_.height / 2 / scale_, 0.5);
+    const double margin = size_.height / 2 / scale_;
     setCentrePoint({there.x, std::clamp(there.y, std::min(margin, centre_.y),
                                         std::max(1 - margin, centre_.y))});
 }
