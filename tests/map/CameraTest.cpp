@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -68,6 +69,7 @@ TEST(Camera, FittedRegionOfTwoKilometresIsWhatItShows) {
 
 TEST(Camera, ZoomsWithinItsLimits) {
     Camera camera = cameraOf(800, 500);
+    EXPECT_EQ(camera.scale(), 800);
     camera.zoomBy(1e-9, {});
     EXPECT_EQ(camera.scale(), 800);
     camera.zoomBy(1e30, {});
@@ -90,11 +92,13 @@ TEST(Camera, MovesAcrossTheDateLineAndStopsAtTheEdges) {
     Camera camera = cameraOf(800, 500);
     camera.show({{0, 179.9}, 1, 1});
     camera.move(-500, 0);
-    EXPECT_LT(camera.region().centre.longitude, -179);
+    EXPECT_NEAR(camera.toScreen(map::project({0, 179.9}))->x, -100, 1e-6);
 
     camera.zoomBy(1e-9, {});
     camera.move(0, 1e6);
     EXPECT_NEAR(camera.seen().top, 0, 1e-9);
+    camera.move(0, -1e6);
+    EXPECT_NEAR(camera.seen().bottom, 1, 1e-9);
     // A place at the edge may be centred, but no more of the void beyond it can be shown.
     camera.show({{85.05, 0}, 1, 1});
     const double edge = camera.centre().y;
@@ -105,14 +109,14 @@ TEST(Camera, MovesAcrossTheDateLineAndStopsAtTheEdges) {
 }
 
 TEST(Camera, ScreenAndWorldAreInversesHoweverItIsTurned) {
-    for (const double tilt : {0.0, 20.0, 50.0, 80.0}) {
+    for (const double tilt : {-10.0, 20.0, 50.0, 80.0}) {
         for (const double heading : {0.0, 45.0, 190.0, -90.0}) {
             SCOPED_TRACE(testing::Message() << tilt << ' ' << heading);
             Camera camera = cameraOf(700, 450);
             camera.show(map::regionWithDistance({47.26, 11.34}, 2000, 2000));
             camera.setAttitude(heading, tilt);
             camera.setAttitude(std::nan(""), 0);
-            EXPECT_EQ(camera.tilt(), std::min(tilt, 50.0));
+            EXPECT_EQ(camera.tilt(), std::clamp(tilt, 0.0, 50.0));
             EXPECT_EQ(camera.heading(), heading < 0 ? 270 : heading);
             for (const map::ScreenPoint& point :
                  {map::ScreenPoint{0, 0}, {700, 0}, {350, 225}, {10, 449}, {700, 450}}) {
@@ -129,7 +133,8 @@ TEST(Camera, ScreenAndWorldAreInversesHoweverItIsTurned) {
     const map::WorldPoint middle = camera.centre();
     const auto ahead = camera.toScreen({middle.x + 100 / camera.scale(), middle.y}).value();
     const auto behind = camera.toScreen({middle.x - 100 / camera.scale(), middle.y}).value();
-    EXPECT_LT(ahead.y, 225);
+    // The eye is one and a half heights of the view away.
+    EXPECT_NEAR(ahead.y, 225 - 70.71 / (1 + 70.71 / 675), 1e-3);
     EXPECT_NEAR(ahead.x, 350, 1e-6);
     EXPECT_GT(behind.y - 225, 225 - ahead.y);
     EXPECT_FALSE(camera.toScreen({middle.x - 1000 / camera.scale(), middle.y}));

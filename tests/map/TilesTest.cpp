@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <set>
 
 namespace {
 
@@ -48,11 +47,14 @@ TEST(Tiles, CoverTheViewAndNoMore) {
         {"station", cameraAt({48.35, 11.79}, 2000), 15, 20},
         {"date line", cameraAt({-17.7, 179.999}, 50'000), 10, 20},
         {"edge", cameraAt({85.05, 0}, 2000), 12, 16},
+        {"southern edge", cameraAt({-85.05, 0}, 2000), 12, 16},
         {"large screen", cameraAt({0, 0}, 1e8, 3840, 2160), 4, 170},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
         EXPECT_EQ(map::tileZoom(row.camera, 19, 1), row.zoom);
+        EXPECT_EQ(map::tileZoom(row.camera, 19, 2), row.zoom + 1);
+        EXPECT_EQ(map::tileZoom(row.camera, 3, 1), 3);
         const auto tiles = map::tilesIn(row.camera, row.zoom, 1000);
         expectToCover(row.camera, tiles);
         EXPECT_LE(tiles.size(), row.most);
@@ -67,8 +69,9 @@ TEST(Tiles, NearestFirstAndNeverTooMany) {
     const Camera camera = cameraAt({48.35, 11.79}, 2000);
     const auto tiles = map::tilesIn(camera, 15, 5);
     ASSERT_EQ(tiles.size(), 5U);
-    const map::WorldPoint centre = camera.centre();
-    EXPECT_TRUE(tiles.front().rect().overlaps({centre.x, centre.y, centre.x, centre.y}));
+    EXPECT_EQ(tiles.front(), (Tile{15, 17457, 11342}));
+    EXPECT_EQ(tiles.back(), (Tile{15, 17458, 11342}));
+    EXPECT_EQ(map::tilesIn(camera, 0, 5), (std::vector<Tile>{{0, 0, 0}}));
     // A level far too fine for the view gives no tiles, without counting them.
     EXPECT_TRUE(map::tilesIn(cameraAt({0, 0}, 1e8), 30, 100).empty());
 }
@@ -86,16 +89,18 @@ TEST(Tiles, UnitedStatesHaveTheirOwnImagery) {
         platform::Location place;
         bool unitedStates;
     } rows[] = {
-        {"KJFK", {40.64, -73.78}, true},   {"KSAN", {32.73, -117.19}, true},
-        {"KDTW", {42.21, -83.35}, true},   {"PANC", {61.17, -150.0}, true},
-        {"PHNL", {21.32, -157.92}, true},  {"TJSJ", {18.44, -66.0}, true},
-        {"KFVE", {47.28, -68.3}, true},    {"KBRO", {25.92, -97.42}, true},
-        {"K8Y8", {48.27, -92.48}, true},   {"KK70", {25.32, -80.28}, true},
-        {"KFTN", {28.22, -100.02}, true},  {"KT89", {29.28, -103.68}, true},
-        {"CWSP", {48.38, -123.92}, false}, {"CWCI", {47.33, -85.8}, false},
-        {"CYWG", {49.91, -97.24}, false},  {"CYZR", {43.0, -82.3}, false},
-        {"MMTJ", {32.54, -116.97}, false}, {"EDDM", {48.35, 11.79}, false},
-        {"CYQG", {42.28, -82.96}, false},  {"NZSP", {-90, 0}, false},
+        {"CYQG", {42.27, -82.96}, false}, {"KBRO", {25.91, -97.42}, true},
+        {"KFVE", {47.29, -68.31}, true},  {"CWCI", {47.34, -85.81}, false},
+        {"CWNL", {45.64, -82.95}, false}, {"CWPF", {48.43, -123.44}, false},
+        {"K13G", {43.27, -79.06}, true},  {"K8Y8", {48.27, -92.48}, true},
+        {"KAPY", {26.97, -99.25}, true},  {"KCXL", {32.67, -115.52}, true},
+        {"KDET", {42.41, -83.01}, true},  {"KDLF", {29.37, -100.78}, true},
+        {"KIPN", {28.09, -87.99}, true},  {"KK70", {25.32, -80.28}, true},
+        {"KOGS", {44.68, -75.46}, true},  {"KT89", {29.28, -103.69}, true},
+        {"PALU", {68.87, -166.1}, true},  {"TJIG", {18.46, -66.09}, true},
+        {"CWWZ", {43.24, -79.22}, false}, {"CYZR", {42.99, -82.31}, false},
+        {"PHNL", {21.32, -157.92}, true}, {"MMTJ", {32.54, -116.97}, false},
+        {"EDDM", {48.35, 11.79}, false},  {"NZSP", {-90, 0}, false},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
