@@ -163,7 +163,7 @@ TEST(BaseMap, DamagedBytesAreRefusedOrHarmless) {
         }
     }
     const auto text = [](std::string_view bytes) { return std::as_bytes(std::span(bytes)); };
-    EXPECT_FALSE(BaseMap::read(text(std::string("nosigmap1\0", 10))));
+    EXPECT_FALSE(BaseMap::read(text("nosigmap1\0\0\0\0"s)));
 }
 
 } // namespace
