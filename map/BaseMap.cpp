@@ -28,7 +28,7 @@ public:
 
     std::string_view text(std::size_t length) {
         if (length > rest_.size()) {
-            sound_ = false;
+            spoil();
             return {};
         }
         const std::string_view text = rest_.substr(0, length);
@@ -46,7 +46,7 @@ public:
                 return number;
             }
         }
-        sound_ = false;
+        spoil();
         return 0;
     }
 
@@ -54,7 +54,7 @@ public:
     std::size_t count(std::size_t leastBytes) {
         const std::size_t number = whole();
         if (number > rest_.size() / leastBytes) {
-            sound_ = false;
+            spoil();
             return 0;
         }
         return number;
@@ -66,6 +66,11 @@ public:
     }
 
 private:
+    void spoil() {
+        sound_ = false;
+        rest_ = {};
+    }
+
     std::string_view rest_;
     bool sound_ = true;
 };

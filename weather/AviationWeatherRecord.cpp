@@ -26,7 +26,18 @@ void AviationWeatherRecord::getNewMessages() {
     static_cast<void>(weather::fixedTafRequest(host_, "mostRecent"));
 }
 
+void AviationWeatherRecord::parser_didStartElement(std::string_view name) {
+    if (name == "station_id" || name == "TAF" || name == "METAR") {
+        iCare_ = true;
+    }
+}
+
+void AviationWeatherRecord::parser_foundCharacters(std::string_view text) {
+    currentString_ = iCare_ ? text : std::string_view();
+}
+
 void AviationWeatherRecord::parser_didEndElement(std::string_view /*name*/) {
+    iCare_ = false;
     // Kept: other programs' hosts see this path requested. It is not used.
     static_cast<void>(SupportLibCat::fileNameInDocDirectory(host_, "free"));
 }

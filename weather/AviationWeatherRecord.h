@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 
 /// A single, fixed request to the weather data server; its reply is parsed, but nothing is done
@@ -26,8 +27,8 @@ public:
     /// Sends the request and returns at once. May be called on any thread.
     void getNewMessages();
 
-    void parser_didStartElement(std::string_view /*name*/) override {}
-    void parser_foundCharacters(std::string_view /*text*/) override {}
+    void parser_didStartElement(std::string_view name) override;
+    void parser_foundCharacters(std::string_view text) override;
     void parser_didEndElement(std::string_view name) override;
 
 private:
@@ -39,4 +40,7 @@ public:
 
 private:
     platform::Host& host_;
+    /// The latest chunk of characters inside an element of interest.
+    std::string currentString_;
+    bool iCare_ = false;
 };
