@@ -19,11 +19,6 @@ constexpr std::size_t mostGroups = 300;
 
 using catalogue::statuteMiles;
 
-/// Returns a distance in metres that exceeds a limit of `miles` even after truncation.
-double metresBeyond(double miles) {
-    return (miles + 1) / catalogue::milesPerMetre + 1;
-}
-
 platform::Location locationOf(const AviationWeatherStation& station) {
     return {station.latitude, station.longitude};
 }
@@ -34,7 +29,7 @@ public:
     explicit TermFinder(std::string_view term) : term_(platform::lowerCased(term)) {}
 
     [[nodiscard]] bool isIn(const std::optional<std::string>& text) const {
-        if (!text || text->empty() || term_.empty()) {
+        if (!text || term_.empty()) {
             return false;
         }
         // Almost every text is short and ASCII, and is lower-cased here without an allocation.
@@ -193,13 +188,12 @@ StationArray AviationWeatherStationCollection::stationsWithinDistanceFromStation
     }
     const platform::Location centre = locationOf(*station);
     const platform::DistanceBound bound(centre);
-    const double beyond = metresBeyond(static_cast<double>(miles));
+    const double enough = static_cast<double>(miles) / catalogue::milesPerMetre;
     return stationsThat([&](const auto& other) {
         const platform::Location location = locationOf(other);
         return &other != station.get() &&
-               statuteMiles(bound.leastMetres(location, beyond)) < miles &&
-               (statuteMiles(distanceMetres(centre, location)) < miles ||
-                statuteMiles(distanceMetres(location, centre)) < miles);
+               statuteMiles(bound.leastMetres(location, enough)) < miles &&
+               statuteMiles(distanceMetres(centre, location)) < miles;
     });
 }
 
@@ -209,12 +203,11 @@ StationArray AviationWeatherStationCollection::stationsClosestToLocation_within(
         return static_cast<std::uint64_t>(statuteMiles(metres)) < miles;
     };
     const platform::DistanceBound bound(location);
-    const double beyond = metresBeyond(static_cast<double>(miles));
+    const double enough = static_cast<double>(miles) / catalogue::milesPerMetre;
     return stationsThat([&](const auto& station) {
         const platform::Location other = locationOf(station);
-        return isInside(bound.leastMetres(other, beyond)) &&
-               (isInside(distanceMetres(location, other)) ||
-                isInside(distanceMetres(other, location)));
+        return isInside(bound.leastMetres(other, enough)) &&
+               isInside(distanceMetres(location, other));
     });
 }
 
@@ -232,11 +225,10 @@ std::shared_ptr<AviationWeatherStation> AviationWeatherStationCollection::statio
         if (bound.leastMetres(locationOf(*station), best) >= best) {
             continue;
         }
-        const double there = distanceMetres(location, locationOf(*station));
-        const double back = distanceMetres(locationOf(*station), location);
-        if (best > there || best > back) {
+        const double metres = distanceMetres(location, locationOf(*station));
+        if (metres < best) {
             closest = station;
-            best = there;
+            best = metres;
         }
     }
     return closest;
