@@ -19,8 +19,7 @@ platform::Location placeOf(const AviationWeatherStation& station) {
 }
 
 bool isOther(const AviationWeatherStation& station, const AviationWeatherStation& from) {
-    return &station != &from && station.ICAO != from.ICAO &&
-           !platform::trimmed(station.ICAO.value_or("")).empty();
+    return station.ICAO != from.ICAO && !platform::trimmed(station.ICAO.value_or("")).empty();
 }
 
 std::string_view compassPoint(double bearing) {

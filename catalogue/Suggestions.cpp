@@ -246,8 +246,7 @@ std::vector<Suggestion> SuggestionIndex::find(std::string_view text) const {
     for (const auto& [kind, station] : stationsByCode(query)) {
         add(kind, station);
     }
-    // As many again may be known by their codes already.
-    for (const std::size_t station : bestOf(names_, 2 * most, query)) {
+    for (const std::size_t station : bestOf(names_, most, query)) {
         add(Kind::name, station);
     }
     for (const std::size_t region : regions) {
@@ -263,7 +262,7 @@ SuggestionIndex::stationsByCode(const Query& query) const {
     const auto look = [&](Kind kind, const FoldedTexts& codes) {
         codes.eachWith(query.longest(), [&](std::size_t station, std::string_view code) {
             const Fit fit = query.fitOf(code);
-            if (fit == whole && found.size() < most) {
+            if (fit == whole) {
                 found.emplace_back(kind, station);
             } else if (fit == beginningAtStart && begun.size() < mostByBeginningOfCode) {
                 begun.emplace_back(kind, station);
@@ -281,7 +280,7 @@ std::vector<std::size_t> SuggestionIndex::bestOf(const FoldedTexts& texts, std::
     std::array<std::vector<std::size_t>, noFit> found;
     texts.eachWith(query.longest(), [&](std::size_t index, std::string_view words) {
         const Fit fit = query.fitOf(words);
-        if (fit != noFit && found[fit].size() < wanted) {
+        if (fit != noFit) {
             found[fit].push_back(index);
         }
     });

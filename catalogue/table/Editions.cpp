@@ -16,7 +16,7 @@ constexpr std::array<std::string_view, 12> months{"JAN", "FEB", "MAR", "APR", "M
                                                   "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
 
 std::optional<unsigned> twoDigits(std::string_view text) {
-    if (text.size() < 2 || !platform::isDigit(text[0]) || !platform::isDigit(text[1])) {
+    if (!platform::isDigit(text[0]) || !platform::isDigit(text[1])) {
         return std::nullopt;
     }
     return static_cast<unsigned>((text[0] - '0') * 10 + (text[1] - '0'));
