@@ -29,6 +29,8 @@ TEST(Station, MarksAreCreatedOnDemandAndCopiedAsImmutable) {
     EXPECT_FALSE(copy->isFavorite());
     EXPECT_TRUE(copy->refCon->isMutable);
     EXPECT_NE(copy->refCon, before);
+    copy->refCon->entries = {{"RQOther", platform::Number(true)}};
+    EXPECT_FALSE(copy->isFavorite());
     EXPECT_TRUE(station->isFavorite());
 }
 
@@ -117,6 +119,8 @@ TEST(Collection, WithinMeansStrictlyBelowTheLimitInTwiceTruncatedMiles) {
     };
     EXPECT_EQ(within(10), (Names{"SAME", "NEAR"}));
     EXPECT_EQ(within(11), (Names{"SAME", "NEAR", "OVER"}));
+    // 6,214 miles along the ground, but 5,598 in a straight line.
+    EXPECT_EQ(within(6000), (Names{"SAME", "NEAR", "OVER"}));
     EXPECT_EQ(within(20000), (Names{"SAME", "NEAR", "OVER", "POLE"}));
     EXPECT_EQ(within(0), Names{});
     EXPECT_EQ(within(std::numeric_limits<std::int64_t>::min()), Names{});
@@ -124,6 +128,8 @@ TEST(Collection, WithinMeansStrictlyBelowTheLimitInTwiceTruncatedMiles) {
 
     EXPECT_EQ(identifiers(collection->stationsClosestToLocation_within({0, 0}, 10)),
               (Names{"CENT", "SAME", "NEAR"}));
+    EXPECT_EQ(identifiers(collection->stationsClosestToLocation_within({0, 0}, 6000)),
+              (Names{"CENT", "SAME", "NEAR", "OVER"}));
     EXPECT_EQ(collection->stationsClosestToLocation_within({0, 0}, UINT64_MAX).size(), 7U);
 }
 
@@ -134,7 +140,9 @@ TEST(Collection, ClosestIsTheFirstOfTheNearestWithinItsOddBound) {
                                             {"OUT_", {}, {}, 0, 200}});
     EXPECT_EQ(collection->stationClosestToLocation({0, 0})->ICAO, "ONE_");
     EXPECT_EQ(collection->stationClosestToLocation({0, 0.3})->ICAO, "FAR_");
-    EXPECT_EQ(collection->stationClosestToLocation({0, 0.36}), nullptr);
+    EXPECT_EQ(collection->stationClosestToLocation({0, 0.17 + 20036.5 / 111319.490793})->ICAO,
+              "FAR_");
+    EXPECT_EQ(collection->stationClosestToLocation({0, 0.17 + 20037.5 / 111319.490793}), nullptr);
     collection->stations = nullptr;
     EXPECT_EQ(collection->stationClosestToLocation({0, 0}), nullptr);
 }

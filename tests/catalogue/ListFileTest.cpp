@@ -22,7 +22,7 @@ TEST(ListFile, IsDecodedByItsMarkAndEndsLinesWithLineFeeds) {
         {"line ends of three kinds", "a\r\nb\rc\n\r\nd\r\r\ne\r\rf\r", "a\nb\nc\n\nd\ne\n\nf\n"},
         {"UTF-8", "Z\xC3\xBCrich", "Z\xC3\xBCrich"},
         {"UTF-8 with a mark", "\xEF\xBB\xBFZ\xC3\xBC", "Z\xC3\xBC"},
-        {"one character a byte", "Z\xFCrich \xC3\xBC", "Z?rich ??"},
+        {"one character a byte", "Z\xFCrich \x80 \xC3\xBC", "Z?rich ? ??"},
         {"UTF-16LE", "\xFF\xFEK\0\r\0\n\0\xFC\0"s, "K\n\xC3\xBC"},
         {"UTF-16BE", "\xFE\xFF\0K\xD8\x3D\xDE\xEB"s, "K\xF0\x9F\x9B\xAB"},
         {"UTF-32LE", "\xFF\xFE\0\0K\0\0\0"s, "K"},
@@ -59,23 +59,28 @@ TEST(ListFile, RealignsShiftedLinesIfNineTenthsOfTheListAreShifted) {
     const auto nine = times(9, shifted);
     const auto nineStraight = times(9, straight);
     const auto tenShifted = nine + shifted + "\n";
+    const auto uncoded = with(25, "   ", straight);
+    const auto indexed = times(17, shifted) + times(3, straight) + times(30, bare);
+    const auto coded = times(17, shifted) + times(3, with(31, "     ", straight));
     struct {
         const char* what;
         std::string text, aligned;
         std::size_t realigned = 0, odd = 0;
     } const rows[] = {
-        {"lines with and without codes move", "! c\n" + nine + bare, "! c\n" + nineStraight + bare,
-         10},
+        {"lines with and without codes move", "! c\n" + nine + times(3, bare),
+         "! c\n" + nineStraight + times(3, bare), 12},
+        {"lines without codes alone stay", bare, bare},
         {"headers, comments and headings stay",
          "!" + shifted + "\n\n" + shifted + "\nCD" + shifted + "\n" + shifted,
          "!" + shifted + "\n\n" + shifted + "\nCD" + shifted + "\n" + straight, 1},
         {"short lines stay", shifted + "\n" + shifted.substr(0, 82),
          straight + "\n" + shifted.substr(0, 82), 1, 1},
         {"a line in the other form stays", nine + straight, nineStraight + straight, 9},
+        {"also without an airport code", nine + uncoded, nineStraight + uncoded, 9},
         {"a tenth shifted is not enough", shifted + "\n" + nineStraight,
          shifted + "\n" + nineStraight, 0, 1},
-        {"two unshifted lines in ten are too many", times(8, shifted) + times(2, straight),
-         times(8, shifted) + times(2, straight), 0, 8},
+        {"three indexes in place of twenty are too many", indexed, indexed, 0, 17},
+        {"and so are three codes in place", coded, coded, 0, 17},
         {"a stray digit among bare lines moves none of them",
          times(30, bare) + straight + "\n" + with(36, "1", bare),
          times(30, bare) + straight + "\n" + with(36, "1", bare), 0, 1},
@@ -84,8 +89,14 @@ TEST(ListFile, RealignsShiftedLinesIfNineTenthsOfTheListAreShifted) {
          times(9, with(31, "     ", straight)) + with(36, "1", bare), 0, 1},
         {"a stray byte before the code", nine + with(24, "x", shifted),
          nineStraight + with(36, "x", straight), 10, 1},
-        {"one in the hemisphere", tenShifted + with(53, "?", shifted),
-         nineStraight + straight + "\n" + with(53, "?", straight), 11, 1},
+        {"one at the code's first column", nine + with(25, "x", shifted),
+         nineStraight + with(24, "x", straight), 10, 1},
+        {"one before the index", nine + with(31, "x", shifted),
+         nineStraight + with(30, "x", straight), 10, 1},
+        {"one in the latitude", tenShifted + with(44, "x", shifted),
+         nineStraight + straight + "\n" + with(44, "x", straight), 11, 1},
+        {"one in the longitude", tenShifted + with(53, "x", shifted),
+         nineStraight + straight + "\n" + with(53, "x", straight), 11, 1},
         {"nothing", "", ""},
     };
     for (const auto& row : rows) {

@@ -39,7 +39,7 @@ TEST(NamedStations, IsReadHoweverItIsWritten) {
         {"KJFK-EGLL/EDDF\r\n\t(K8A0)", "KJFK EGLL EDDF K8A0 |"},
         {"KJFK→EGLL – EDDF\u00a0“k8a0”", "KJFK EGLL EDDF K8A0 |"},
         {"lhr jfk KJFK LHR EGLL", "EGLL(LHR) KJFK(JFK) |"},
-        {"KXYZ, KJFK KXYZ", "KXYZ? KJFK |"},
+        {"kxyz, KJFK KXYZ", "KXYZ? KJFK |"},
         {"to KJFK at 1200 and 1200 AND 0300Z", "KJFK | to at 1200 and AND 0300Z"},
         {"NON XXX KJFKX ÉGLL 東京 KJF\u0301K", "| NON XXX KJFKX ÉGLL 東京 KJF\u0301K"},
     };

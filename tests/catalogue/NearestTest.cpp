@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <numbers>
 #include <random>
 
 namespace catalogue {
@@ -74,14 +73,22 @@ TEST(Nearest, IsTheStationThatCountsByTheShortestWay) {
 }
 
 TEST(Nearest, IsInOneOfSixteenDirections) {
-    double angle = 0;
+    double middle = 0;
     for (const char* point : {"N", "NNE", "NE", "ENE", "E", "ESE", "SE", "SSE", "S", "SSW", "SW",
-                              "WSW", "W", "WNW", "NW", "NNW", "N"}) {
-        const StationFacts there{"THER", {}, {}, std::cos(angle), std::sin(angle)};
-        const std::string words = nearestFrom({"HERE", {}, {}, 0, 0}, {there});
-        EXPECT_NE(words.find(std::string(" mi ") + point + ", "), words.npos) << words;
-        angle += std::numbers::pi / 8;
+                              "WSW", "W", "WNW", "NW", "NNW"}) {
+        for (const double bearing : {std::fmod(middle + 348.75, 360), middle, middle + 11.24}) {
+            const std::string words = wayInWords({nullptr, 10'000, bearing});
+            EXPECT_TRUE(words.starts_with(std::string("6 mi ") + point + ", ")) << words;
+        }
+        middle += 22.5;
     }
+}
+
+TEST(Nearest, TellsTheWayInWholeMilesAndDegrees) {
+    EXPECT_EQ(wayInWords({nullptr, 0.99, 0}), "at the same place");
+    EXPECT_EQ(wayInWords({nullptr, 1, 0.5}), "less than 1 mi N, 001° true");
+    EXPECT_EQ(wayInWords({nullptr, 1609, 359.4}), "less than 1 mi N, 359° true");
+    EXPECT_EQ(wayInWords({nullptr, 1610, 359.5}), "1 mi N, 360° true");
 }
 
 TEST(Nearest, IsThatOfMeasuringEveryStation) {

@@ -6,6 +6,7 @@
 #include "platform/archive/KeyedUnarchiver.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/PinnedArchive.h"
+#include "tests/support/Record.h"
 #include "tests/support/ScarceMemory.h"
 #include "tests/support/Stations.h"
 #include "tests/support/TemporaryFolder.h"
@@ -73,6 +74,25 @@ TEST(Packages, KeepTheirKeysAndClassNamesForEver) {
     written->stateName = "GROUP";
     written->createStateCollections();
     support::expectWrittenAs("catalogue.STNPKG", written);
+    EXPECT_EQ(described(*written->copyWithZone()), described(*read));
+}
+
+TEST(Packages, HoldNoCodeThatIsNoCharacter) {
+    const struct {
+        double stored;
+        int read;
+    } rows[] = {{-129, 0}, {-128, -128}, {255, -1}, {256, 0}, {88.5, 0}};
+    for (const auto& [stored, read] : rows) {
+        const auto bytes = platform::KeyedArchiver::archivedData(std::make_shared<support::Record>(
+            "AviationWeatherStation", [number = stored](platform::KeyedArchiver& coder) {
+                coder.encodeObject(platform::Number(number), "METAR");
+            }));
+        const auto station = platform::objectOf<AviationWeatherStation>(
+            platform::KeyedUnarchiver::unarchive(*bytes, catalogue::archivedClasses()).root);
+        ASSERT_TRUE(station);
+        EXPECT_EQ(station->METAR, read) << stored;
+        EXPECT_EQ(station->NEXRAD, 0) << "is absent";
+    }
 }
 
 TEST(Packages, AbsentBrokenAndForeignFilesGiveNoCollection) {
