@@ -37,7 +37,8 @@ constexpr std::size_t longitudeLetter = 53;
 /// for a station's.
 template <typename Text, typename Take>
 void forEachLine(Text& text, Take take) {
-    bool followsBlank = false;
+    // The parser skips the first line, too, whatever it is.
+    bool followsBlank = true;
     for (std::size_t start = 0; start < text.size();) {
         const std::size_t end = std::min(text.find('\n', start), text.size());
         const auto line = std::span(text).subspan(start, end - start);
@@ -212,9 +213,7 @@ ListText alignedList(std::string text) {
         });
     }
     forEachLine(list.text, [&](std::span<const char> line, bool isStation) {
-        // The parser skips the first line, whatever it is.
-        const bool isRead = isStation && line.data() != list.text.data();
-        list.oddLines += isRead && !fits({line.data(), line.size()}) ? 1 : 0;
+        list.oddLines += isStation && !fits({line.data(), line.size()}) ? 1 : 0;
     });
     return list;
 }
