@@ -120,15 +120,15 @@ TEST(Collection, WithinMeansStrictlyBelowTheLimitInTwiceTruncatedMiles) {
     EXPECT_EQ(within(10), (Names{"SAME", "NEAR"}));
     EXPECT_EQ(within(11), (Names{"SAME", "NEAR", "OVER"}));
     // 6,214 miles along the ground, but 5,598 in a straight line.
-    EXPECT_EQ(within(6000), (Names{"SAME", "NEAR", "OVER"}));
-    EXPECT_EQ(within(20000), (Names{"SAME", "NEAR", "OVER", "POLE"}));
+    EXPECT_EQ(within(6214), (Names{"SAME", "NEAR", "OVER"}));
+    EXPECT_EQ(within(6215), (Names{"SAME", "NEAR", "OVER", "POLE"}));
     EXPECT_EQ(within(0), Names{});
     EXPECT_EQ(within(std::numeric_limits<std::int64_t>::min()), Names{});
     EXPECT_TRUE(collection->stationsWithinDistanceFromStation_within(nullptr, 10).empty());
 
     EXPECT_EQ(identifiers(collection->stationsClosestToLocation_within({0, 0}, 10)),
               (Names{"CENT", "SAME", "NEAR"}));
-    EXPECT_EQ(identifiers(collection->stationsClosestToLocation_within({0, 0}, 6000)),
+    EXPECT_EQ(identifiers(collection->stationsClosestToLocation_within({0, 0}, 6214)),
               (Names{"CENT", "SAME", "NEAR", "OVER"}));
     EXPECT_EQ(collection->stationsClosestToLocation_within({0, 0}, UINT64_MAX).size(), 7U);
 }

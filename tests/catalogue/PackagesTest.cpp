@@ -78,11 +78,8 @@ TEST(Packages, KeepTheirKeysAndClassNamesForEver) {
 }
 
 TEST(Packages, HoldNoCodeThatIsNoCharacter) {
-    const struct {
-        double stored;
-        int read;
-    } rows[] = {{-129, 0}, {-128, -128}, {255, -1}, {256, 0}, {88.5, 0}};
-    for (const auto& [stored, read] : rows) {
+    for (const auto& [stored, read] : std::vector<std::pair<double, int>>{
+             {-129, 0}, {-128, -128}, {255, -1}, {256, 0}, {88.5, 0}}) {
         const auto bytes = platform::KeyedArchiver::archivedData(std::make_shared<support::Record>(
             "AviationWeatherStation", [number = stored](platform::KeyedArchiver& coder) {
                 coder.encodeObject(platform::Number(number), "METAR");

@@ -47,7 +47,7 @@ protected:
 TEST_F(StationParser, ReadsEachFieldFromItsOwnColumnsOnly) {
     // No two neighbouring columns hold the same character.
     const std::string line =
-        "ABcDEFGHIJKLMNOPQRStUVWXyZabdef12345ghi67j18Skl123m24W98760nopqrstuvwxyz!#"
+        "ABcDEFGHIJKLMNOPQRStUVWXyZabdef123456hi67j18Skl123m24W98760nopqrstuvwxyz!#"
         "$%&()*+,-/";
     const auto parser =
         parse("! list\n\nSOMEWHERE NICE     19-DEC-18\nCD  STATION\n" + line + "\n");

@@ -12,17 +12,19 @@ using Lines = std::vector<std::string>;
 class Suggestions : public testing::Test {
 protected:
     Suggestions() {
-        const auto airport = [this](std::size_t row, const char* code, char priority) {
+        const auto airport = [this](std::size_t row, const char* code, const char* facts) {
             auto& station = *stations->stations->at(row);
             station.IATA = code;
-            station.METAR = 'X';
-            station.aviationFlag = 'T';
-            station.plottingPriority = priority;
+            station.aviationFlag = facts[0];
+            station.METAR = facts[1];
+            station.plottingPriority = facts[2];
         };
-        airport(2, "LHR ", '0');
-        airport(3, "LGW ", '3');
-        airport(4, "JFK ", '1');
-        airport(6, "ORD ", '0');
+        airport(0, "LOZ ", " X ");
+        airport(1, "    ", "U  ");
+        airport(2, "LHR ", "TX0");
+        airport(3, "LGW ", " X9");
+        airport(4, "JFK ", "TX1");
+        airport(6, "ORD ", "TX0");
     }
     [[nodiscard]] Lines linesFor(const std::string& text) const {
         Lines lines;
@@ -46,6 +48,7 @@ protected:
                         {"ESSA", "MALMÖ           ", "SWEDEN  "},
                         {"LLBG", "תל אביב         ", "ISRAEL  "},
                         {"    ", "DALES           ", "IRELAND  "},
+                        {"ZUL9", "LONDON-A 90Z    ", "CHAD  "},
                         {{}, {}, {}}});
 };
 
@@ -61,25 +64,32 @@ TEST_F(Suggestions, ComeInTheOrderOfTheirLikelihood) {
         {"jfk", {jfk, "JFKX  CAPE JFK · ICAO"}},
         {"jf", {"JFKX  CAPE JFK · ICAO", jfk}},
         // Whole words at the start of a name, elsewhere, the start of a word, inside; within these,
-        // airports first.
+        // those that issue TAFs first, then those that report METARs, then by priority.
         {"london",
-         {"EGLL  LONDON/HEATHROW · name", "EGKK  LONDON/GATWICK · name",
-          "KLOZ  LONDON-CORBIN · name", "EGRB  LONDON WEATHER · name",
+         {"EGLL  LONDON/HEATHROW · name", "EGRB  LONDON WEATHER · name",
+          "EGKK  LONDON/GATWICK · name", "KLOZ  LONDON-CORBIN · name", "ZUL9  LONDON-A 90Z · name",
           "FAEL  EAST LONDON ARPT · name", "BLON  LONDONDERRY · name", "ALON  NEWLONDON · name"}},
-        {"gatwick london", {"EGKK  LONDON/GATWICK · name"}},
-        {"london ware", {}},
+        // The same for the worst of words that stand elsewhere.
+        {"a london",
+         {"ZUL9  LONDON-A 90Z · name", "FAEL  EAST LONDON ARPT · name",
+          "EGLL  LONDON/HEATHROW · name", "EGRB  LONDON WEATHER · name",
+          "EGKK  LONDON/GATWICK · name"}},
+        {"london web", {}},
+        {"0", {"ZUL9  LONDON-A 90Z · name"}},
+        {"9", {"ZUL9  LONDON-A 90Z · name"}},
+        {"z", {"ZUL9  LONDON-A 90Z · ICAO"}},
         {"ohare", {"KORD  CHICAGO/O'HARE · name"}},
         {"o’hare", {"KORD  CHICAGO/O'HARE · name"}},
         {"malmo", {"ESSA  MALMÖ · name"}},
         {"Malmø", {"ESSA  MALMÖ · name"}},
         {"אביב", {"LLBG  תל אביב · name"}},
         {"new york", {"KJFK  NEW YORK/JF KENN · name", "NEW YORK · region"}},
-        {"KINGDOM", {"UNITED KINGDOM · region"}},
+        {"IRELAND", {"IRELAND · region"}},
         // At most eight, of which two are kept for regions.
         {"e",
-         {"EGLL  LONDON/HEATHROW · ICAO", "EGKK  LONDON/GATWICK · ICAO",
+         {"EGLL  LONDON/HEATHROW · ICAO", "EGRB  LONDON WEATHER · ICAO",
           "FAEL  EAST LONDON ARPT · name", "KORD  CHICAGO/O'HARE · name",
-          "KJFK  NEW YORK/JF KENN · name", "EGRB  LONDON WEATHER · name", "KENTUCKY · region",
+          "KJFK  NEW YORK/JF KENN · name", "JFKX  CAPE JFK · name", "KENTUCKY · region",
           "UNITED KINGDOM · region"}},
         {"", {}},
         {" ,/'", {}},
@@ -103,6 +113,7 @@ TEST_F(Suggestions, AreSearchedForByTheirRarestPart) {
         {"jfk", SearchField::identifiers, "KJFK", {"KJFK"}},
         {"heathrow", SearchField::names, "LONDON/HEATHROW", {"EGLL"}},
         {"london weather", SearchField::names, "WEATHER", {"EGRB"}},
+        {"east london", SearchField::names, "EAST", {"FAEL"}},
         {"dales", SearchField::names, "DALES", {"    "}},
         {"kingdom", SearchField::regions, "KINGDOM", {"EGRB", "EGLL", "EGKK"}},
         {"ireland", SearchField::regions, "IRELAND", {"BLON", "ALON", "    "}},

@@ -65,7 +65,7 @@ TEST(StationTable, KnowsARowWithoutWhatItNeedsAndDistrustsTheRest) {
         {R"("icaoId":"LFZZ","lat":null)", "position"},
         {R"("icaoId":"LFZZ","lat":0,"lon":-180,"elev":5999,"priority":9)", "LFZZ   5999 9"},
         {R"("icaoId":"LFZZ","elev":6000,"priority":10)", "LFZZ   - -"},
-        {R"("icaoId":"LFZZ","iataId":"ZZQ","iataId":null,"elev":1)", "LFZZ   1 4"},
+        {R"("icaoId":"LFZZ","iataId":"ZZQ","iataId":null,"elev":-499)", "LFZZ   -499 4"},
         {R"("icaoId":"LFZZ","elev":-500,"priority":-1)", "LFZZ   - -"},
         {R"("icaoId":"LFZZ","elev":-3.6,"iataId":"9A","wmoId":"7000","priority":0)", "LFZZ   -4 0"},
         {R"("icaoId":"LFZZ","more":{"icaoId":"LFAA","a":[{"lat":9}]})", "LFZZ   3 4"},
@@ -92,6 +92,22 @@ TEST(StationTable, KnowsARowWithoutWhatItNeedsAndDistrustsTheRest) {
     }
 }
 
+TEST(StationTable, ReadsEachRowByItself) {
+    const auto table = readTable(bytesOf("[" + row(R"("icaoId":"LFZZ")") +
+                                         R"(,{"icaoId":"LFXX","lon":1},{"icaoId":"LFWW","lat":1},)"
+                                         R"({"icaoId":"LFVV","lat":7,"lon":8,"more":["TAF"]}])"));
+    EXPECT_EQ(table.withoutPosition, 2U);
+    ASSERT_EQ(table.rows.size(), 2U);
+    const auto& bare = table.rows.back();
+    EXPECT_EQ(bare.icao + bare.site + bare.country, "LFVV");
+    EXPECT_FALSE(bare.elevation || bare.priority || bare.reportsMetars || bare.issuesTafs);
+    for (const std::size_t length : {200U, 201U}) {
+        const auto site = R"("icaoId":"LFZZ","site":")" + std::string(length, 'A') + '"';
+        EXPECT_EQ(readTable(bytesOf("[" + row(site) + "]")).rows.at(0).site.size(),
+                  length == 200 ? length : 0U);
+    }
+}
+
 TEST(StationTable, RefusesWhatIsNoWholeTable) {
     const std::string sound = "[" + row(R"("icaoId":"LFZZ")") + "]";
     for (std::size_t length = 0; length < sound.size(); ++length) {
@@ -101,6 +117,10 @@ TEST(StationTable, RefusesWhatIsNoWholeTable) {
         {"<!DOCTYPE html><html lang=\"fr\"><p>Indisponible</p></html>", "is no table of stations"},
         {row(R"("icaoId":"LFZZ")"), "is no table of stations"},
         {"\"LFZZ\"", "is no table of stations"},
+        {"null", "is no table of stations"},
+        {"true", "is no table of stations"},
+        {"1", "is no table of stations"},
+        {R"([null,true,"LFZZ",1])", "holds no station"},
         {"[" + sound + "]", "holds no station"},
         {"[]", "holds no station"},
         {std::string(1'000'000, '['), "is no table of stations"},
@@ -116,8 +136,10 @@ TEST(StationTable, RefusesWhatIsNoWholeTable) {
              }() +
              "]",
          "holds too many rows"},
-        {std::string((32 << 20) + 1, ' '), "is too large"},
-        {"\x1f\x8b\x08", "is cut short, damaged or too large"},
+        {std::string(32 << 20, '?'), "is no table of stations"},
+        {std::string((32 << 20) + 1, '?'), "is too large"},
+        {"\x1f\x8b", "is cut short, damaged or too large"},
+        {"\x1f?", "is no table of stations"},
     };
     for (const auto& [text, fault] : rows) {
         const auto table = readTable(bytesOf(text));
@@ -148,6 +170,15 @@ TEST(StationNames, ArePlainShortAndTelling) {
         {{"San Antonio/Kelly Field Annex", "San Antonio/Kelly Airstrip", "Minneapolis/St Paul Intl",
           "Minneapolis/St Paul South"},
          {"SAN ANTON/KELLY", "SAN ANTON/KELLY", "MINNEAPOL/ST PAU", "MINNEAPOL/ST PAU"}},
+        // No stump of one or two letters stays, except of a town whose rest is longer.
+        {{"Cape Girardeau Xenia", "Prince George Xenia", "Grand Canyon Xenia",
+          "Prince George Xe Nia", "Prince Georg (Xenia) Oa", "Ingolstadt Nord (Alt)",
+          "Ingolst (A) Nordo)", "Kuala South Arpt", "Zz 90"},
+         {"CAPE GIRARDEAU", "PRINCE GEORGE", "GRAND CANYON XEN", "PRINCE GEORGE XE", "PRINCE GEORG",
+          "INGOLSTADT NORD", "INGOLST (A) NORD", "KUALA SOUTH ARPT", "ZZ 90"}},
+        {{"Big Lake Xenia/Norda", "Big Lake Xenia/Nordb", "Big Lak Xenia/Northern",
+          "Big Lak Xenia/Northend"},
+         {"BIG LAKE/NORDA", "BIG LAKE/NORDB", "BIG LAK X/NORTHE", "BIG LAK X/NORTHE"}},
         {{"Papa Alpha Quebec Nord", "Papa Alpha Quebec Sud"},
          {"PAPA ALPHA NORD", "PAPA ALPHA SUD"}},
         {{"Nuiqsut Arpt", "Nuiqsut"}, {"NUIQSUT ARPT", "NUIQSUT"}},
@@ -176,6 +207,7 @@ TEST(ListMaker, PutsEachFactIntoItsColumn) {
     const struct {
         const char* fields;
         std::string region, line;
+        std::size_t corrected = 0;
     } rows[] = {
         {R"("icaoId":"LFZZ","iataId":"ZZQ","wmoId":"07000")", "FRANCE",
          "   SAMPLE FLD       LFZZ ZZQ   07000   01 30N  002 30E    3   X                4 FR"},
@@ -190,28 +222,31 @@ TEST(ListMaker, PutsEachFactIntoItsColumn) {
          "QC SAMPLE/NEXRAD    CZZQ               01 30N  002 30E    3   X  X               CA"},
         {R"("icaoId":"KZZQ","country":"US","state":"CO","site":"Sample WFO")", "COLORADO",
          "CO SAMPLE WFO       KZZQ               01 30N  002 30E    3   X              F 4 US"},
+        {R"("icaoId":"LFZZ","site":"AWFO/NEXRADZ","lat":0)", "FRANCE",
+         "   AWFO/NEXRADZ     LFZZ               00 00N  002 30E    3   X                4 FR"},
         // Corrected by hand, unknown, and states of other countries.
         {R"("icaoId":"ENSB","country":"NO","state":"SV")", "SVALBARD AND JAN MAYEN",
-         "   SAMPLE FLD       ENSB               01 30N  002 30E    3   X                4 SJ"},
+         "   SAMPLE FLD       ENSB               01 30N  002 30E    3   X                4 SJ", 1},
         {R"("icaoId":"CWFV","country":"CA","state":"BC")", "NORTHWEST TERRITORIES",
-         "NT SAMPLE FLD       CWFV               01 30N  002 30E    3   X                4 CA"},
+         "NT SAMPLE FLD       CWFV               01 30N  002 30E    3   X                4 CA", 1},
         {R"("icaoId":"ZZZA","country":"KV","state":"US")", "COUNTRY UNKNOWN",
-         "   SAMPLE FLD       ZZZA               01 30N  002 30E    3   X                4   "},
+         "   SAMPLE FLD       ZZZA               01 30N  002 30E    3   X                4   ", 1},
         {R"("icaoId":"ZZZA","country":"ENSB","site":"***")", "COUNTRY UNKNOWN",
-         "   ZZZA             ZZZA               01 30N  002 30E    3   X                4   "},
+         "   ZZZA             ZZZA               01 30N  002 30E    3   X                4   ", 1},
         {R"("icaoId":"RJZZ","country":"JP","state":"1","lat":-0.0083,"lon":-179.9999)", "JAPAN",
          "   SAMPLE FLD       RJZZ               00 00S  180 00W    3   X                4 JP"},
         {R"("icaoId":"RJZZ","country":"JP","lat":-89.99999,"lon":9.9917,"elev":-55)", "JAPAN",
          "   SAMPLE FLD       RJZZ               90 00S  010 00E  -55   X                4 JP"},
     };
-    for (const auto& [fields, region, line] : rows) {
-        EXPECT_THAT(
-            made({fields}).list,
-            testing::EndsWith("\n\n" + region +
-                              std::string(18 - std::min<std::size_t>(18, region.size()), ' ') +
-                              " 01-FEB-26\nCD  STATION         ICAO IATA  SYNOP   LAT  "
-                              "   LONG    ELEV   M  N  V  U  A  C\n" +
-                              line + "\n"))
+    for (const auto& [fields, region, line, corrected] : rows) {
+        const auto list = made({fields});
+        EXPECT_EQ(list.placesCorrected, corrected) << fields;
+        EXPECT_THAT(list.list, testing::EndsWith(
+                                   "\n\n" + region +
+                                   std::string(18 - std::min<std::size_t>(18, region.size()), ' ') +
+                                   " 01-FEB-26\nCD  STATION         ICAO IATA  SYNOP   LAT  "
+                                   "   LONG    ELEV   M  N  V  U  A  C\n" +
+                                   line + "\n"))
             << fields;
     }
 }
@@ -225,28 +260,43 @@ TEST(ListMaker, LeavesEachCodeToOneStationAndEachStationToOneIdentifier) {
         R"("icaoId":"LFEE","siteType":[],"site":"One Arpt","lat":1.021)",
         R"("icaoId":"LFFF","siteType":["TAF"],"site":"One","lat":1)",
         R"("icaoId":"LFGG","siteType":[],"site":"***","lat":1)",
-        R"("icaoId":"KGGG","country":"US","state":"CO")",
-        R"("icaoId":"CGGG","country":"CA","state":"QC")",
+        R"("icaoId":"KGGG","country":"US","state":"WY","site":"Sample WFO")",
+        R"("icaoId":"CGGG","country":"CA","state":"QC","site":"Sample NEXRAD")",
+        // Across the date line, a little less and a little more than two hundredths of a degree.
+        R"("icaoId":"LFHH","site":"Three","lat":60,"lon":179.98)",
+        R"("icaoId":"LFII","siteType":[],"site":"Three","lat":60,"lon":-179.9801)",
+        R"("icaoId":"LFJJ","siteType":[],"site":"Three","lat":60,"lon":-179.9799)",
     });
-    EXPECT_EQ(list.formerIdentifiers, 1U);
+    EXPECT_EQ(list.formerIdentifiers, 2U);
     std::vector<std::string> found;
     for (std::size_t at = 0; (at = list.list.find('\n', at)) != std::string::npos;) {
         ++at;
         if (list.list.size() - at > 83 && list.list[at + 83] == '\n' && list.list[at] != '!') {
             found.push_back(list.list.substr(at + 20, 16));
+        } else if (list.list.compare(at, 11, "CD  STATION") == 0) {
+            found.emplace_back("region");
         }
     }
-    EXPECT_THAT(found, ElementsAre("KGGG            ", "CGGG            ", "LFGG            ",
-                                   "LFAA            ", "LFFF            ", "LFEE            ",
-                                   "LFCC       07000", "LFBB ZZQ        "));
+    EXPECT_THAT(found, ElementsAre("region", "KGGG            ", "region", "CGGG            ",
+                                   "region", "LFGG            ", "LFAA            ",
+                                   "LFFF            ", "LFEE            ", "LFCC       07000",
+                                   "LFHH            ", "LFJJ            ", "LFBB ZZQ        "));
+    support::FakeHost host;
+    const auto all =
+        catalogue::figuresOf(*catalogue::packageOf(list.list, host.log, {}).collection);
+    EXPECT_THAT((std::vector{all.stations, all.metars, all.tafs, all.iata, all.synop, all.radars,
+                             all.offices, all.regions}),
+                ElementsAre(10U, 6U, 3U, 1U, 1U, 1U, 1U, 3U));
 }
 
 TEST(PackageMaker, KeepsTheTablesOwnPositions) {
-    const std::string list = made({R"("icaoId":"LFAA","lat":48.71649,"lon":-0.00834)",
-                                   R"("icaoId":"LFBB","lat":-48.00001,"lon":179.99999)"})
-                                 .list;
+    const auto both = made({R"("icaoId":"LFBB","lat":-48.00001,"lon":179.99999)",
+                            R"("icaoId":"LFAA","lat":48.71649,"lon":-0.00834)"});
     support::FakeHost host;
-    const auto package = [&] { return catalogue::packageOf(list, host.log, {}).collection; };
+    const auto package = [&] { return catalogue::packageOf(both.list, host.log, {}).collection; };
+    EXPECT_EQ(catalogue::setPositions(*package(), both.positions), "");
+    EXPECT_THAT(both.positions, testing::EndsWith("both files were made.\nLFAA 48.71649 -0.00834\n"
+                                                  "LFBB -48.00001 179.99999\n"));
     const auto collection = package();
     ASSERT_EQ(collection->stations->size(), 2U);
     EXPECT_EQ(collection->numberOfStations, 2);
@@ -264,9 +314,10 @@ TEST(PackageMaker, KeepsTheTablesOwnPositions) {
              {"LFAA  48.72 0", "holds no position"},
              {"LFAA nan 0", "holds no position"},
              {"LFCC 48.72 0", "contradicts the list"},
-             {"LFAA 48.73 0", "contradicts the list"},
-             {"LFAA -48.72 0", "contradicts the list"},
-             {"LFAA 48.72 0.02", "contradicts the list"}}) {
+             // The list has 48 43N, 000 01W.
+             {"LFAA 48.7251 -0.0167", "contradicts the list"},
+             {"LFAA -48.72 -0.0167", "contradicts the list"},
+             {"LFAA 48.72 -0.0082", "contradicts the list"}}) {
         EXPECT_EQ(catalogue::setPositions(*package(), "!\n" + line), "line 2 " + fault) << line;
     }
 }
@@ -276,7 +327,12 @@ TEST(PackageMaker, DatesAPackageByItsListOrNow) {
     for (const auto& [header, day] : std::vector<std::pair<std::string, std::string>>{
              {"FRANCE             01-FEB-26", "01-FEB-26"},
              {"GUINEA-BISSAU 31-DEC-18  ", "31-DEC-18"},
+             {"01-FEB-26", "01-FEB-26"},
              {"FRANCE 31-FEB-26", ""},
+             {"FRANCE 0?-FEB-26", ""},
+             {"FRANCE 01-FEB-2?", ""},
+             {"FRANCE 01.FEB-26", ""},
+             {"FRANCE 01-FEB.26", ""},
              {"FRANCE 01-FEV-26", ""},
              {"FRANCE 1", ""},
              {"", ""}}) {
