@@ -106,6 +106,10 @@ TEST_F(StationParser, TextCutInTheMiddleOfACharacterIsAbsent) {
     EXPECT_FALSE(cut->stationName);
     EXPECT_EQ(cut->ICAO, "KZZQ");
     EXPECT_EQ(station(with(17, "\xC3\xA9"))->stationName, "SAMPLE FIELD  \xC3\xA9");
+    StationArray ended;
+    parse("")->captureStation(sample.substr(0, 62), ended);
+    EXPECT_EQ(ended.at(0)->METAR, ' ') << "missing bytes read as blanks";
+    EXPECT_EQ(ended.at(0)->countryCode, "  ");
 }
 
 TEST_F(StationParser, ClassifiesLinesByHowTheyBeginAndWhatPrecedesThem) {
