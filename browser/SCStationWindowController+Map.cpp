@@ -43,7 +43,7 @@ void SCStationWindowController::switchieswitcheDu() {
 }
 
 void SCStationWindowController::showMap() {
-    if (outlets.secView) {
+    if (outlets.secView && !outlets.secView->view.isHidden()) {
         outlets.secView->view.setHidden(true);
         outlets.dLcikWords->setHidden(true);
     }
