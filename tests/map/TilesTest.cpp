@@ -89,18 +89,22 @@ TEST(Tiles, UnitedStatesHaveTheirOwnImagery) {
         platform::Location place;
         bool unitedStates;
     } rows[] = {
-        {"CYQG", {42.27, -82.96}, false}, {"KBRO", {25.91, -97.42}, true},
-        {"KFVE", {47.29, -68.31}, true},  {"CWCI", {47.34, -85.81}, false},
-        {"CWNL", {45.64, -82.95}, false}, {"CWPF", {48.43, -123.44}, false},
-        {"K13G", {43.27, -79.06}, true},  {"K8Y8", {48.27, -92.48}, true},
-        {"KAPY", {26.97, -99.25}, true},  {"KCXL", {32.67, -115.52}, true},
-        {"KDET", {42.41, -83.01}, true},  {"KDLF", {29.37, -100.78}, true},
-        {"KIPN", {28.09, -87.99}, true},  {"KK70", {25.32, -80.28}, true},
-        {"KOGS", {44.68, -75.46}, true},  {"KT89", {29.28, -103.69}, true},
-        {"PALU", {68.87, -166.1}, true},  {"TJIG", {18.46, -66.09}, true},
-        {"CWWZ", {43.24, -79.22}, false}, {"CYZR", {42.99, -82.31}, false},
-        {"PHNL", {21.32, -157.92}, true}, {"MMTJ", {32.54, -116.97}, false},
-        {"EDDM", {48.35, 11.79}, false},  {"NZSP", {-90, 0}, false},
+        {"CYQG", {42.27, -82.96}, false},  {"KBRO", {25.91, -97.42}, true},
+        {"KFVE", {47.29, -68.31}, true},   {"CWCI", {47.34, -85.81}, false},
+        {"CWNL", {45.64, -82.95}, false},  {"CWPF", {48.43, -123.44}, false},
+        {"K13G", {43.27, -79.06}, true},   {"K8Y8", {48.27, -92.48}, true},
+        {"KAPY", {26.97, -99.25}, true},   {"KCXL", {32.67, -115.52}, true},
+        {"KDET", {42.41, -83.01}, true},   {"KDLF", {29.37, -100.78}, true},
+        {"KIPN", {28.09, -87.99}, true},   {"KK70", {25.32, -80.28}, true},
+        {"KOGS", {44.68, -75.46}, true},   {"KT89", {29.28, -103.69}, true},
+        {"PALU", {68.87, -166.1}, true},   {"TJIG", {18.46, -66.09}, true},
+        {"CWWZ", {43.24, -79.22}, false},  {"CYZR", {42.99, -82.31}, false},
+        {"PHNL", {21.32, -157.92}, true},  {"MMTJ", {32.54, -116.97}, false},
+        {"EDDM", {48.35, 11.79}, false},   {"NZSP", {-90, 0}, false},
+        {"CYWH", {48.42, -123.39}, false}, {"CWEZ", {48.78, -123.05}, false},
+        {"CYAM", {46.48, -84.5}, false},   {"KANJ", {46.48, -84.36}, true},
+        {"CWSS", {45.21, -67.25}, false},  {"KEPM", {44.91, -67.01}, true},
+        {"KFGN", {49.32, -94.9}, true},    {"PASY", {52.71, 174.11}, true},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
