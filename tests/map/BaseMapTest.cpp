@@ -89,13 +89,14 @@ TEST(BaseMap, ShowsEachShapeOnEveryTurnAsFinelyAsTheScaleNeeds) {
 
 TEST(Clipping, KeepsWhatIsInsideInPieces) {
     Lines lines;
-    const std::vector<map::WorldPoint> roof{{0, 0}, {1, 1}, {2, 0}};
-    map::addClippedLine(roof, {0, 0, 2, 0.5}, lines);
-    map::addClippedPolygon(roof, {0, 0.5, 2, 1}, lines);
-    EXPECT_EQ(lines.points,
-              (std::vector<map::WorldPoint>{
-                  {0, 0}, {0.5, 0.5}, {1.5, 0.5}, {2, 0}, {0.5, 0.5}, {1, 1}, {1.5, 0.5}}));
-    EXPECT_EQ(lines.ends, (std::vector<std::size_t>{2, 4, 7}));
+    const std::vector<map::WorldPoint> roof{{-1, 0}, {1, 2}, {3, 0}};
+    map::addClippedLine(roof, {-0.5, 0, 2.5, 1.5}, lines);
+    map::addClippedPolygon(roof, {-0.5, 0.25, 2.5, 1}, lines);
+    const std::vector<map::WorldPoint> pieces{
+        {-0.5, 0.5}, {0.5, 1.5}, {1.5, 1.5}, {2.5, 0.5}, // of the line
+        {-0.5, 0.5}, {0, 1},     {2, 1},     {2.5, 0.5}, {2.5, 0.25}, {-0.5, 0.25}};
+    EXPECT_EQ(lines.points, pieces);
+    EXPECT_EQ(lines.ends, (std::vector<std::size_t>{2, 4, 10}));
 }
 
 TEST(BaseMap, LandIsWhereItShouldBeAtEveryScale) {

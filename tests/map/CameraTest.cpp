@@ -68,7 +68,10 @@ TEST(Camera, FittedRegionOfTwoKilometresIsWhatItShows) {
 }
 
 TEST(Camera, ZoomsWithinItsLimits) {
-    Camera camera = cameraOf(800, 500);
+    Camera camera;
+    camera.setAttitude(0, 50);
+    EXPECT_EQ(camera.toScreen(camera.centre())->y, 0) << "it has no size yet";
+    camera = cameraOf(800, 500);
     EXPECT_EQ(camera.scale(), 800);
     camera.zoomBy(1e-9, {});
     EXPECT_EQ(camera.scale(), 800);
