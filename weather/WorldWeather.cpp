@@ -62,7 +62,6 @@ public:
         if (!read(file_, kind_, collector)) {
             answer_.ending = Ending::notUnderstood;
         }
-        file_ = {};
         store_.take(told(std::move(collector.batch), kind_, answer_, store_));
     }
 
