@@ -147,7 +147,8 @@ TEST_F(CatalogueTest, AnUpdateIsShownKeptAndToldAndCanBeUndone) {
     };
     EXPECT_EQ(updated(), "1 new, 1 gone, 2 moved or renamed, edition of 20 November 2026. It lacks "
                          "these favorites, which are kept for when it has them again: EDGG GOLF.");
-    EXPECT_THAT(said, StartsWith("Fetching the table of stations: 0 KB…\n"));
+    EXPECT_THAT(said, testing::AllOf(StartsWith("Fetching the table of stations: 0 KB…\n"),
+                                     HasSubstr("\nMaking the catalogue…\n")));
     const std::string newList = "EDAA* EDBB EDNN EDZJ EDZK EDZL EDZM EDZN EDZO EDZP EDZQ ";
     EXPECT_EQ(listed(), newList);
     EXPECT_EQ(selected(), "EDBB");

@@ -16,7 +16,7 @@ TEST(RetiredAddresses, OfMetarsAndTafsAtTheDefaultServerHaveSuccessors) {
     // Each address and its successor; an empty successor means that the address stays.
     const std::pair<std::string, std::string> cases[] = {
         {old + "dataSource=metars" + middle + "mostRecentForEachStation=true", metar},
-        {old + "dataSource=TAFs" + middle + "mostRecent=true", taf},
+        {"HTTPS" + old.substr(5) + "dataSource=TAFs" + middle + "mostRecent=true", taf},
         {"HTTP://AviationWeather.GOV" + old.substr(27) + "stationString=KJFK&dataSource=METARS#end",
          metar},
         {old + "dataSource=metars", {}},
