@@ -53,20 +53,6 @@ protected:
     void switchFavoriteWeatherOn() { controller->alwaysShowFavWeatherMenu(window.alwaysFavItem); }
 };
 
-TEST_F(Favourites, SurviveARestart) {
-    controller->favMenuItem();
-    window.table.selectRow(2);
-    controller->favMenuItem();
-    window.table.selectRow(0);
-    controller->favMenuItem();
-    controller->favMenuItem();
-    EXPECT_FALSE(std::filesystem::exists(file()));
-    quit();
-    EXPECT_EQ(stored(), (Names{"KDEN", "LSZH"}));
-    restart();
-    EXPECT_EQ(marked(), (Names{"KDEN", "LSZH"}));
-}
-
 TEST_F(Favourites, MissingFromTheCatalogueAreKept) {
     store({"ZZZZ", "LSZH"});
     restart();

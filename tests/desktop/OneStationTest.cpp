@@ -121,28 +121,6 @@ TEST_F(OneStation, IsTheSameEverywhereWhateverHappensToTheRows) {
     }
 }
 
-TEST_F(OneStation, StaysWhileAPackageIsSaved) {
-    openListOf(line("KEET", 80) + line("KJFK", 70));
-    findKennedy();
-    fake.panels.whileAsked = [this] {
-        EXPECT_EQ(table().model()->rowCount(), 2);
-        expectSelected("KJFK");
-    };
-    const auto file = platform::URL::file((fake.folder / "saved").string());
-    for (const auto& answer : {std::optional<platform::URL>(), std::optional(file)}) {
-        SCOPED_TRACE(answer.has_value());
-        fake.panels.answers.push_back(answer);
-        click("saver");
-        expectSelected("KJFK");
-        EXPECT_EQ(child<QLabel>("words").text(), "2 stations");
-        map().stationClicked(0);
-        expectSelected("KEET");
-        findKennedy();
-    }
-    EXPECT_EQ(fake.panels.timesAsked, 3);
-    EXPECT_TRUE(delegate().sw->savePath->ends_with("saved.STNPKG"));
-}
-
 TEST_F(OneStation, AmongTwoOfTheSameNameIsTheOneInTheRow) {
     const auto named = [](const char* identifier) {
         return line(identifier, 70).replace(3, 16, "ONE NAME FOR TWO");
@@ -176,21 +154,6 @@ TEST_F(OneStation, IsFetchedAgainWithoutMovingTheMap) {
     fake.timers.fire();
     expectSelected("KEET");
     EXPECT_EQ(asked(), Names{"KEET"});
-}
-
-TEST_F(OneStation, DoesNotDependOnHowFastASearchIsTyped) {
-    for (const bool isSlow : {false, true}) {
-        SCOPED_TRACE(isSlow);
-        table().selectRow(2);
-        for (const char* letter : {"e", "g", "l"}) {
-            type(letter);
-            if (isSlow) {
-                QApplication::processEvents();
-            }
-        }
-        expectSelected("EGLL");
-        click("showAll");
-    }
 }
 
 } // namespace

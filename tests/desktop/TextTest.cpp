@@ -45,14 +45,4 @@ TEST(RichText, ShowsTheTextOfItsControlWords) {
     }
 }
 
-TEST(RichText, BrokenTextIsShownAsFarAsItGoes) {
-    const QByteArray whole = R"({\rtf1{\fonttbl{\f0 X;}}\fs24 {\b a}\'e9\u8211\'96\li20 end\par})";
-    for (int length = 0; length <= whole.size(); ++length) {
-        QByteArray cut = whole.left(length);
-        EXPECT_LE(textOf(cut).size(), 12U);
-        cut.append('\0').append(QByteArray(200'000, '{')).append("\\'");
-        textOf(cut);
-    }
-}
-
 } // namespace

@@ -7,7 +7,6 @@
 #include <QApplication>
 #include <QLabel>
 #include <QScrollArea>
-#include <QScrollBar>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -192,20 +191,6 @@ TEST(TrendView, OnlyTheLastDayIsShown) {
         EXPECT_EQ(shown.plot().accessibleDescription().isEmpty(), one.count == 0);
         EXPECT_FALSE(shown.view.grab().isNull());
     }
-}
-
-TEST(TrendView, ScrollsRatherThanSqueezes) {
-    std::vector<Metar> day;
-    for (int hour = 24; hour >= 0; --hour) {
-        day.push_back(wholeAt(noon - std::chrono::hours(hour)));
-    }
-    ShownTrend shown(day, {420, 260});
-    auto& bar = *shown.view.findChild<QScrollArea*>()->verticalScrollBar();
-    EXPECT_GT(bar.maximum(), 0);
-    EXPECT_GE(shown.plot().height(), 20 * shown.plot().fontMetrics().height());
-    shown.view.resize(900, 900);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return bar.maximum() == 0; })) << "it still scrolls";
-    EXPECT_GT(shown.plot().height(), 700);
 }
 
 } // namespace

@@ -39,14 +39,12 @@ protected:
         metar->revision = revision;
         metar->conditions.visibility = {2, false};
         metar->conditions.verticalVisibility = 800;
-        reports::Batch batch;
-        batch.metars.push_back({metar, false});
-        store.take(batch);
+        store.take({.metars = {{metar, false}}, .tafs = {}, .answers = {}});
     }
     void end(const char* station, Ending ending) {
-        reports::Batch batch;
-        batch.answers.push_back({station, reports::Kind::metar, {fake.clock.now(), ending}});
-        store.take(batch);
+        const reports::Answer answer{fake.clock.now(), ending};
+        store.take(
+            {.metars = {}, .tafs = {}, .answers = {{station, reports::Kind::metar, answer}}});
     }
     /// A reply for one station, now: of a METAR observed `age` ago, or of none.
     void reply(const char* station, std::optional<Category> category,

@@ -40,11 +40,9 @@ protected:
         store.take(batch);
     }
     void answer(const char* station, Kind kind, Ending ending, platform::Date asked) {
-        reports::Batch batch;
         reports::Answer one{asked, ending};
         one.renewed = asked;
-        batch.answers.push_back({station, kind, one});
-        store.take(batch);
+        store.take({.metars = {}, .tafs = {}, .answers = {{station, kind, one}}});
     }
     std::string nearestIn(Kind kind) {
         const auto found = nearest.from(*stations.front(), kind, stations, now);

@@ -157,24 +157,6 @@ TEST(WeatherWalks, GoOnWhenTheOwnersOfTheirGrabbersReleaseThem) {
     }
 }
 
-TEST(WeatherWalks, EndMidwayWhenTheSessionsStop) {
-    WalkedServer walked;
-    std::weak_ptr<SCWeatherGrabber> observed;
-    Walks walks(walked.server);
-    {
-        const auto grabber = SCWeatherGrabber::init(walks.host);
-        observed = grabber;
-        grabber->getNewMessages(manyStations('A'));
-    }
-    walks.posts.waitFor(50);
-    walks.sessions.stop();
-    const std::size_t posts = walks.posts.texts.size();
-    EXPECT_TRUE(observed.expired());
-    EXPECT_LT(posts, 400U);
-    SCWeatherGrabber::init(walks.host)->getNewMessages(manyStations('B'));
-    EXPECT_EQ(walks.posts.texts.size(), posts);
-}
-
 TEST(DataServerSessions, NameTheProgramAndKeepToTheDefaultServersLimit) {
     std::mutex mutex;
     std::set<std::string> agents;
