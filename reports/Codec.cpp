@@ -34,13 +34,10 @@ T within(const Range<T>& range, T value) {
     return value;
 }
 
-/// A number of the kind that was written. The library itself converts any to any, without a look at
-/// its size.
+/// A number of the kind that was written. By value, the library would convert any to any, without a
+/// look at its size.
 std::int64_t wholeIn(const json& field) {
-    if (!field.is_number_integer()) {
-        throw std::out_of_range("no whole number");
-    }
-    return field.get<std::int64_t>();
+    return field.get_ref<const std::int64_t&>();
 }
 
 int numberIn(const json& field, const Range<int>& range) {

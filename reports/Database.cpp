@@ -191,7 +191,7 @@ Batch Database::latest() {
         Statement metars(handle, "SELECT report, max(observed) FROM metar GROUP BY station");
         while (metars.step()) {
             if (auto metar = decodedMetar(metars.blob(0))) {
-                all.metars.push_back({std::make_shared<const Metar>(std::move(*metar)), false});
+                all.metars.push_back({std::make_shared<const Metar>(std::move(*metar))});
             }
         }
         Statement tafs(handle, "SELECT report FROM taf");

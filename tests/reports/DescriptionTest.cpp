@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "reports/Description.h"
 #include "reports/Cells.h"
+#include "reports/Numbers.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -173,6 +174,7 @@ TEST(Description, FactsOfAMetarAreThoseThatItHas) {
     EXPECT_EQ(factsOf(standard).back().text, "0 ft, at an elevation of 0 ft");
     standard.temperature = standard.elevation = -20;
     EXPECT_EQ(factsOf(standard).back().text, "-4,600 ft, at an elevation of -66 ft");
+    EXPECT_EQ(grouped(-1'234'567), "-1,234,567");
 }
 
 TEST(Description, PartsOfATaf) {
