@@ -74,14 +74,14 @@ TEST(BaseMap, ShowsEachShapeOnEveryTurnAsFinelyAsTheScaleNeeds) {
         "nosigmap1\2\2" + square + islet + "\1" + border + "\1\2LI" + "\0\0\x48"s;
     const BaseMap base = BaseMap::read(std::as_bytes(std::span(bytes))).value();
     EXPECT_EQ(base.names().front().width, 0.1);
-    const std::string coast = "170 10,180 10,|180 0,170 0,170 10,|";
+    const std::string coast = "530 10,540 10,|540 0,530 0,530 10,|";
     for (const double scale : {256, 512}) {
         Lines coasts;
         Lines borders;
-        base.addCoasts({0.1, 0, 1, 1}, scale, coasts);
+        base.addCoasts({1.1, 0, 2, 1}, scale, coasts);
         base.addBorders({1.1, 0, 2, 1}, scale, borders);
         const bool isFine = scale > 256;
-        EXPECT_EQ(told(coasts), coast + (isFine ? "0 0,0.5 0,0 0.5,0 0,|" : ""));
+        EXPECT_EQ(told(coasts), coast + (isFine ? "360 0,360.5 0,360 0.5,360 0,|" : ""));
         EXPECT_EQ(told(borders),
                   isFine ? "530 5,530.5 5,535 5,535.5 5,|" : "530 5,535 5,535.5 5,|");
     }
